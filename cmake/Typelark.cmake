@@ -1,0 +1,26 @@
+# What every target of this tree shares: warnings, sanitizers, and the two kinds of target that
+# the tree is made of.
+
+set(TYPELARK_SANITIZE "" CACHE STRING "Value for -fsanitize=, empty for none")
+option(TYPELARK_BENCH "Build the benchmarks" OFF)
+option(TYPELARK_FUZZ "Build the fuzz targets with libFuzzer (needs Clang)" OFF)
+
+add_library(typelark-options INTERFACE)
+target_compile_options(typelark-options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+if(TYPELARK_SANITIZE)
+  target_compile_options(typelark-options INTERFACE
+    -fsanitize=${TYPELARK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(typelark-options INTERFACE -fsanitize=${TYPELARK_SANITIZE})
+endif()
+
+# typelark_object_library(NAME SOURCES ... INCLUDES ... LIBRARIES ...)
+#
+# The libraries are object libraries: from an archive the linker drops the static objects that
+# nothing refers to, and they have to be built at load.
+function(typelark_object_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;INCLUDES;LIBRARIES" ${ARGN})
+  add_library(${name} OBJECT ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${ARG_INCLUDES})
+  target_link_libraries(${name} PUBLIC typelark-options ${ARG_LIBRARIES})
+endfunction()
