@@ -1,0 +1,28 @@
+#include "desktop/Log.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace desktop {
+namespace {
+
+std::function<void(const std::string&)>& LogSink() {
+  static std::function<void(const std::string&)> sink;
+  return sink;
+}
+
+}  // namespace
+
+void Log(const std::string& line) {
+  if (LogSink()) {
+    LogSink()(line);
+  } else {
+    std::fprintf(stderr, "%s\n", line.c_str());
+  }
+}
+
+void SetLogSink(std::function<void(const std::string& line)> sink) {
+  LogSink() = std::move(sink);
+}
+
+}  // namespace desktop
