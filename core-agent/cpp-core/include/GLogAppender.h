@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+/// Where finished log lines go. Owned by the `GLogger` that it is registered with.
+class GLogAppender {
+ public:
+  virtual ~GLogAppender() = default;
+
+  /// Takes one finished line, its line feed included. Called on the thread that logs, for one line
+  /// at a time; what it logs itself is dropped.
+  virtual void Append(const std::string& line) = 0;
+};
