@@ -8,6 +8,6 @@ class GLogAppender {
   virtual ~GLogAppender() = default;
 
   /// Takes one finished line, its line feed included. Called on the thread that logs, for one line
-  /// at a time; what it logs itself is dropped.
+  /// at a time; what it logs itself is dropped. Must not throw.
   virtual void Append(const std::string& line) = 0;
 };

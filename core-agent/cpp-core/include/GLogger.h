@@ -43,8 +43,8 @@ class GLogger : private GNoncopyable {
   /// Sets the threshold of an identifier, whatever its case.
   void SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level);
 
-  /// Registers an appender and takes ownership. Lines go to the appenders in ascending order of
-  /// their keys. An appender that has the key already is deleted.
+  /// Registers an appender, never null, and takes ownership. Lines go to the appenders in ascending
+  /// order of their keys. An appender that has the key already is deleted.
   void AddAppender(const std::string& key, std::unique_ptr<GLogAppender> appender);
 
   /// Deletes all appenders, in the order of their keys.

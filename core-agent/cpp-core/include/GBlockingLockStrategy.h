@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+#include "GLockStrategy.h"
+
+/// Waits for the lock without limit.
+class GBlockingLockStrategy : public GLockStrategy {
+ public:
+  ~GBlockingLockStrategy() override = default;
+
+  uint32_t Lock(GLockable& lockable) override { return lockable.Lock(); }
+};

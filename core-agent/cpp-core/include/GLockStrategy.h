@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstdint>
+
+#include "GLockable.h"
+
+/// How a `GScopedLock` takes a lock and gives it back. Both operations answer 0 on success.
+class GLockStrategy {
+ public:
+  virtual ~GLockStrategy() = default;
+
+  virtual uint32_t Lock(GLockable& lockable) = 0;
+  virtual uint32_t Unlock(GLockable& lockable) { return lockable.Unlock(); }
+};

@@ -1,0 +1,178 @@
+#include "GLogger.h"
+
+#include <sstream>
+#include <vector>
+
+#include "GBlockingLockStrategy.h"
+#include "GDateTime.h"
+#include "GScopedLock.h"
+#include "GSingleton.h"
+#include "GStringUtils.h"
+#include "GThread.h"
+
+namespace {
+
+// A level that neither logs as a threshold nor is ever logged.
+bool IsSilent(GLogger::LoggingLevel level) {
+  return level == GLogger::kLoggingLevelNone || level == GLogger::kLoggingLevelUnset;
+}
+
+// Formats into the buffer, as a zero-terminated text, and makes the buffer larger if it has to be.
+// Text that can't be formatted counts as empty: the line it belongs to still goes out.
+void FormatMessage(std::vector<char>& buffer, const std::string& format, va_list arguments) {
+  constexpr size_t kStep = 256;
+  va_list secondPass;
+  va_copy(secondPass, arguments);
+  int length = GStringUtils::OSvsnprintf(buffer.data(), buffer.size(), format.c_str(), arguments);
+  if (length >= 0 && static_cast<size_t>(length) >= buffer.size()) {
+    buffer.resize((static_cast<size_t>(length) + 1) / kStep * kStep + kStep);
+    buffer[0] = '\0';
+    length = GStringUtils::OSvsnprintf(buffer.data(), buffer.size(), format.c_str(), secondPass);
+  }
+  if (length < 0) buffer[0] = '\0';
+  va_end(secondPass);
+}
+
+}  // namespace
+
+GLogger* GLogger::GetSharedInstance() {
+  return GSingleton<GLogger>::GetSharedInstance();
+}
+
+GLogger::GLogger() {
+  ResetAllLoggingLevels();
+}
+
+GLogger::~GLogger() {
+  RemoveAllAppenders();
+}
+
+void GLogger::ResetAllLoggingLevels() {
+  const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
+  if (!lock.IsLocked()) return;
+  mLoggingLevels.clear();
+  mLoggingLevels[mDefaultLoggingIdentifier] = kLoggingLevelWarning;
+}
+
+void GLogger::SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level) {
+  const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
+  if (lock.IsLocked()) mLoggingLevels[GStringUtils::OSToLowerCase(identifier)] = level;
+}
+
+void GLogger::AddAppender(const std::string& key, std::unique_ptr<GLogAppender> appender) {
+  const GScopedLock lock(mAppendersLock, true, new GBlockingLockStrategy);
+  if (!lock.IsLocked()) return;
+  GLogAppender*& registered = mAppenders[key];
+  delete registered;
+  registered = appender.release();
+}
+
+void GLogger::RemoveAllAppenders() {
+  const GScopedLock lock(mAppendersLock, true, new GBlockingLockStrategy);
+  if (!lock.IsLocked()) return;
+  for (const auto& [key, appender] : mAppenders) delete appender;
+  mAppenders.clear();
+}
+
+std::string GLogger::LevelToString(LoggingLevel level) {
+  switch (level) {
+    case kLoggingLevelNone:
+      return "None";
+    case kLoggingLevelError:
+      return "Error";
+    case kLoggingLevelWarning:
+      return "Warning";
+    case kLoggingLevelInfo:
+      return "Info";
+    case kLoggingLevelDebug:
+      return "Debug";
+    default:
+      return "";
+  }
+}
+
+void GLogger::Log(const std::string& identifier, const LoggingLevel& level,
+                  const std::string& format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  Logv(identifier, level, format, arguments);
+  va_end(arguments);
+}
+
+void GLogger::LogError(const std::string& identifier, const std::string& format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  Logv(identifier, kLoggingLevelError, format, arguments);
+  va_end(arguments);
+}
+
+void GLogger::LogWarning(const std::string& identifier, const std::string& format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  Logv(identifier, kLoggingLevelWarning, format, arguments);
+  va_end(arguments);
+}
+
+void GLogger::Logv(const std::string& identifier, const LoggingLevel& level,
+                   const std::string& format, va_list arguments) {
+  if (!ShouldLog(identifier, level)) return;
+  std::ostringstream prefixed;
+  prefixed << '[' << identifier << "]\t[" << LevelToString(level) << "]\t" << format;
+  LogvString(prefixed.str(), arguments);
+}
+
+bool GLogger::ShouldLog(const std::string& identifier, const LoggingLevel& level) {
+  if (IsSilent(level)) return false;
+  const LoggingLevel threshold = GetLoggingLevelForIdentifier(identifier);
+  return !IsSilent(threshold) && threshold >= level;
+}
+
+void GLogger::LogvString(const std::string& format, va_list arguments) {
+  static GMutex sCurrentLogThreadMutex;
+  static void* sCurrentLogThread = nullptr;  // the thread that is delivering a line
+
+  // An appender may log, and so may what formats a line. Such an entry is dropped here, before it
+  // asks for a lock that its own thread holds.
+  bool mayGoOn = false;
+  {
+    const GScopedLock lock(sCurrentLogThreadMutex, true, new GBlockingLockStrategy);
+    mayGoOn = lock.IsLocked() &&
+              !GThread::AreThreadsEqual(sCurrentLogThread, GThread::GetCurrentThread());
+  }
+  if (!mayGoOn) return;
+
+  const GScopedLock appendersLock(mAppendersLock, true, new GBlockingLockStrategy);
+  if (!appendersLock.IsLocked()) return;
+  GScopedLock threadLock(sCurrentLogThreadMutex, true, new GBlockingLockStrategy);
+  if (threadLock.IsLocked()) {
+    sCurrentLogThread = GThread::GetCurrentThread();
+    threadLock.Unlock();
+  }
+
+  if (!mAppenders.empty()) {
+    static std::vector<char> sStringBuffer(256);  // guarded by mAppendersLock, never shrinks
+    FormatMessage(sStringBuffer, format, arguments);
+    std::ostringstream line;
+    line << '[' << GDateTime().GetAsISO8601String(true) << "]\t" << sStringBuffer.data() << '\n';
+    const std::string text = line.str();
+    for (const auto& [key, appender] : mAppenders) appender->Append(text);
+  }
+
+  if (threadLock.Lock()) sCurrentLogThread = nullptr;
+}
+
+const std::string& GLogger::GetDefaultLoggingIdentifier() const {
+  return mDefaultLoggingIdentifier;
+}
+
+GLogger::LoggingLevel GLogger::GetLoggingLevelForIdentifier(const std::string& identifier) {
+  LoggingLevel level = kLoggingLevelUnset;
+  const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
+  if (!lock.IsLocked()) return level;
+  auto found = mLoggingLevels.find(GStringUtils::OSToLowerCase(identifier));
+  if (found == mLoggingLevels.end() && identifier != mDefaultLoggingIdentifier) {
+    found = mLoggingLevels.find(mDefaultLoggingIdentifier);
+  }
+  if (found != mLoggingLevels.end()) level = found->second;
+  return level;
+}

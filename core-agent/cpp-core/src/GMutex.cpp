@@ -1,0 +1,106 @@
+// The assertions of this unit hold in every build type: no mutex may exist half made.
+#undef NDEBUG
+#include "GMutex.h"
+
+#include <cassert>
+#include <cerrno>
+
+#include "CoreErrorCodes.h"
+#include "GUtils.h"
+
+namespace {
+
+constexpr unsigned int kNoWait = 0;
+constexpr unsigned int kNoLimit = 0xFFFFFFFF;
+
+uint32_t ConvertPthreadError(int result) {
+  switch (result) {
+    case 0:
+      return CoreErrorCodes::kSuccess;
+    case EDEADLK:
+      return GMutex::kMutexDeadlockErr;
+    case EINVAL:
+      return GMutex::kMutexInvalidErr;
+    case ETIMEDOUT:
+      return GLockable::kLockBusyErr;
+    default:
+      return CoreErrorCodes::kError;
+  }
+}
+
+}  // namespace
+
+GMutex::GMutex() {
+  int result = pthread_mutex_init(&mMonitorMutex, nullptr);
+  assert(result == 0);
+  result = pthread_cond_init(&mMonitorCondition, nullptr);
+  assert(result == 0);
+}
+
+GMutex::~GMutex() {
+  int result = pthread_mutex_destroy(&mMonitorMutex);
+  assert(result == 0);
+  result = pthread_cond_destroy(&mMonitorCondition);
+  assert(result == 0);
+}
+
+uint32_t GMutex::Lock() {
+  return LockInternal(kNoLimit);
+}
+
+uint32_t GMutex::TryLock() {
+  return LockInternal(kNoWait);
+}
+
+uint32_t GMutex::TryLockWithTimeout(unsigned int milliseconds) {
+  return LockInternal(milliseconds);
+}
+
+uint32_t GMutex::LockInternal(unsigned int milliseconds) {
+  uint32_t code = CoreErrorCodes::kSuccess;
+  pthread_mutex_lock(&mMonitorMutex);
+  if (mLockCount != 0) {
+    // The owner would wait for itself, so it never waits, whatever the limit.
+    const bool isOwner = pthread_equal(pthread_self(), mOwnerThread) != 0;
+    code = isOwner ? kMutexDeadlockErr : WaitUntilFree(milliseconds);
+  }
+  if (code == CoreErrorCodes::kSuccess) {
+    mLockCount = 1;
+    mOwnerThread = pthread_self();
+  }
+  pthread_mutex_unlock(&mMonitorMutex);
+  return code;
+}
+
+// Called with mMonitorMutex held, as it is again at the return. On success the count is 0: a thread
+// that arrived between the signal and the wake-up sends the woken one back to waiting.
+uint32_t GMutex::WaitUntilFree(unsigned int milliseconds) {
+  if (milliseconds == kNoWait) return kLockBusyErr;
+
+  int result = 0;
+  if (milliseconds == kNoLimit) {
+    while (mLockCount > 0 && result == 0) {
+      result = pthread_cond_wait(&mMonitorCondition, &mMonitorMutex);
+    }
+  } else {
+    timespec deadline;
+    GUtils::FutureMillisecondsToAbsTime(milliseconds, deadline);
+    while (mLockCount > 0 && result == 0) {
+      result = pthread_cond_timedwait(&mMonitorCondition, &mMonitorMutex, &deadline);
+    }
+  }
+  return ConvertPthreadError(result);
+}
+
+uint32_t GMutex::Unlock() {
+  const int result = pthread_mutex_lock(&mMonitorMutex);
+  if (result != 0) return ConvertPthreadError(result);
+
+  uint32_t code = kMutexDeadlockErr;
+  if (mLockCount != 0 && pthread_equal(pthread_self(), mOwnerThread) != 0) {
+    mLockCount = 0;
+    code = ConvertPthreadError(pthread_cond_signal(&mMonitorCondition));
+  }
+  pthread_mutex_unlock(&mMonitorMutex);
+  return code;
+}

@@ -1,0 +1,7 @@
+#include <unistd.h>
+
+#include "GSystem.h"
+
+void GSystem::OSSleep(unsigned int milliseconds) {
+  usleep(milliseconds * 1000);
+}

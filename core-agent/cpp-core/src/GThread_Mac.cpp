@@ -1,0 +1,13 @@
+#include <bit>
+
+#include "GThread.h"
+
+// The platform's thread is a pointer or an integer of that size: the handle holds it as it is.
+
+void* GThread::OSGetCurrentThread() {
+  return std::bit_cast<void*>(pthread_self());
+}
+
+pthread_t GThread::OSGetPthreadFromOSData(void* data) {
+  return std::bit_cast<pthread_t>(data);
+}
