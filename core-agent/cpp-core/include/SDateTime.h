@@ -11,4 +11,6 @@ struct SDateTime {
   int16_t minute = 0;
   int16_t second = 0;
   int16_t millisecond = 0;
+
+  bool operator==(const SDateTime&) const = default;
 };

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+/// The names of the XML form of a tree of key and value pairs. They exist from load to process
+/// exit.
+class GKVTree {
+ public:
+  static const std::string kXMLElementName_kvtree;
+  static const std::string kXMLElementName_kv;
+  static const std::string kXMLElementAttr_key;
+};

@@ -1,0 +1,9 @@
+#include "GScopedManagedMemory.h"
+
+GScopedManagedMemory::GScopedManagedMemory() : mOSManagedMemory(nullptr) {
+  OSSetupManagedMemory();
+}
+
+GScopedManagedMemory::~GScopedManagedMemory() {
+  OSTearDownManagedMemory();
+}

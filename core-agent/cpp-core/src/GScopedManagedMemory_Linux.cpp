@@ -1,0 +1,7 @@
+#include "GScopedManagedMemory.h"
+
+// Nothing is freed by itself here, so the scope never holds anything.
+
+void GScopedManagedMemory::OSSetupManagedMemory() {}
+
+void GScopedManagedMemory::OSTearDownManagedMemory() {}
