@@ -1,0 +1,105 @@
+#include "Call.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "ErrorCodes.h"
+#include "SessionFolder.h"
+
+namespace tamberlink {
+namespace {
+
+/// The fields of the first answer for the operation that no earlier call took. The file only grows,
+/// so the number of answers taken says which one is next.
+std::map<std::string, std::string> takeAnswer(const std::string& operation) {
+  static std::map<std::string, size_t> taken;
+  size_t number = 0;
+  for (const std::string& line : readSessionLines("framework-answers")) {
+    const auto [name, rest] = splitOnce(line, '\t');
+    if (name != operation || number++ < taken[operation]) continue;
+    ++taken[operation];
+    std::map<std::string, std::string> fields;
+    for (const std::string& field : split(rest, '\t')) fields.insert(splitOnce(field, '='));
+    return fields;
+  }
+  return {};
+}
+
+std::string escape(std::string_view text) {
+  std::string escaped;
+  for (const char character : text) {
+    switch (character) {
+      case '\t':
+        escaped += "\\t";
+        break;
+      case '\n':
+        escaped += "\\n";
+        break;
+      case '\\':
+        escaped += "\\\\";
+        break;
+      default:
+        escaped += character;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace
+
+Call::Call(const char* operation) : mAnswer(takeAnswer(operation)), mLine(operation) {}
+
+void Call::note(std::string_view name, std::string_view value) {
+  mLine.append("\t").append(name).append("=").append(escape(value));
+}
+
+void Call::note(std::string_view name, uint64_t value) {
+  note(name, std::to_string(value));
+}
+
+void Call::noteFlag(std::string_view name, bool value) {
+  note(name, value ? "true" : "false");
+}
+
+std::optional<std::string> Call::answer(const std::string& field) const {
+  const auto found = mAnswer.find(field);
+  if (found == mAnswer.end()) return std::nullopt;
+  return found->second;
+}
+
+void Call::leaveList(char* list, uint64_t capacity) {
+  if (std::optional<std::string> text = answer("text")) {
+    std::replace(text->begin(), text->end(), ';', '\n');
+    mAnswerFits = writeBuffer(list, capacity, *text);
+  }
+  note("list", readBuffer(list, capacity));
+}
+
+void Call::leaveSize(uint64_t& size) {
+  if (const auto answered = answer("size")) size = std::stoull(*answered, nullptr, 0);
+  note("size", size);
+}
+
+void Call::leaveCount(int32_t& count) {
+  if (const auto answered = answer("count")) count = std::stoi(*answered, nullptr, 0);
+  note("count", std::to_string(count));
+}
+
+uint32_t Call::end(uint32_t result) {
+  if (!mAnswerFits) result = CoreErrorCodes::kIndexOutOfRange;
+  if (const auto answered = answer("result")) {
+    result = static_cast<uint32_t>(std::stoul(*answered, nullptr, 0));
+  }
+  std::array<char, sizeof "0x00000000"> text{};
+  std::snprintf(text.data(), text.size(), "0x%08X", result);
+  note("result", text.data());
+  end();
+  return result;
+}
+
+void Call::end() const {
+  appendLine("journal", mLine);
+}
+
+}  // namespace tamberlink
