@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "GLogger.h"
+
+/// Registers an appender with a logger and keeps the lines that it gets.
+class LogLines {
+ public:
+  explicit LogLines(const std::string& key = "test",
+                    GLogger& logger = *GLogger::GetSharedInstance()) {
+    logger.AddAppender(key, std::make_unique<Appender>(mLines));
+  }
+
+  /// The lines as they came.
+  const std::vector<std::string>& Lines() const { return *mLines; }
+
+  /// The lines without time and line feed, and without the place of a failed check.
+  std::vector<std::string> Entries() const {
+    static const std::regex place("  File='[^']*'  Line=\\d+");
+    std::vector<std::string> entries;
+    for (const std::string& line : *mLines) {
+      const size_t start = line.find('\t') + 1;
+      entries.push_back(std::regex_replace(line.substr(start, line.size() - start - 1), place, ""));
+    }
+    return entries;
+  }
+
+ private:
+  struct Appender : GLogAppender {
+    explicit Appender(std::shared_ptr<std::vector<std::string>> lines) : mLines(std::move(lines)) {}
+    void Append(const std::string& line) override { mLines->push_back(line); }
+    std::shared_ptr<std::vector<std::string>> mLines;
+  };
+
+  // Shared, because the appender stays with the logger.
+  std::shared_ptr<std::vector<std::string>> mLines = std::make_shared<std::vector<std::string>>();
+};
+
+/// The entry of a failed check as `LogLines::Entries` gives it.
+inline std::string CheckEntry(const std::string& category, const std::string& name,
+                              const std::string& expression, uint32_t code,
+                              const std::string& level = "Error") {
+  return "[" + category + "]\t[" + level + "]\tError='" + name + "'  Expression='" + expression +
+         "'  Code='" + std::to_string(code) + "'  ";
+}
