@@ -1,0 +1,39 @@
+#include "DebugUtils.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+namespace {
+
+constexpr size_t kTraceBufferSize = 65536;
+constexpr size_t kBlanksPerIndent = 2;
+
+std::function<void(std::string_view)> sTraceSink;
+
+// A beginning is written at the old indent and an end at the new one, so that the two line up.
+void WriteToSink(int indentChange, const char* text) {
+  static int indent = 0;
+  if (indentChange < 0) indent += indentChange;
+  const auto blanks = static_cast<size_t>(std::max(indent, 0)) * kBlanksPerIndent;
+  if (indentChange > 0) indent += indentChange;
+  sTraceSink(std::string(blanks, ' ') + text);
+}
+
+}  // namespace
+
+void OutputIndentedAndFormattedString(int indentChange, const char* format, ...) {
+  std::array<char, kTraceBufferSize> text{};
+  va_list arguments;
+  va_start(arguments, format);
+  std::vsnprintf(text.data(), text.size(), format, arguments);
+  va_end(arguments);
+  if (sTraceSink) WriteToSink(indentChange, text.data());
+}
+
+void SetTraceSink(std::function<void(std::string_view text)> sink) {
+  sTraceSink = std::move(sink);
+}

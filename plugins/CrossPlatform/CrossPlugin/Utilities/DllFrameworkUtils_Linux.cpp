@@ -1,0 +1,89 @@
+#include <dlfcn.h>
+#include <plist/plist.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "DebugUtils.h"
+#include "DllFrameworkUtils.h"
+#include "PlatformStringUtils.h"
+
+// A framework is a directory with an `Info.plist` and the module that its `CFBundleExecutable`
+// names. A regular file is a module by itself, without a version.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using PropertyList = std::unique_ptr<void, decltype(&plist_free)>;
+
+unsigned int LowBits(const void* pointer) {
+  return static_cast<unsigned int>(reinterpret_cast<uintptr_t>(pointer));
+}
+
+// Null when there is no file or no property list in it. Takes XML and binary ones.
+PropertyList ReadInfoDictionary(const fs::path& framework) {
+  std::ifstream stream(framework / "Info.plist", std::ios::binary);
+  const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+  plist_t dictionary = nullptr;
+  plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &dictionary);
+  return {dictionary, plist_free};
+}
+
+std::string GetInfoString(const PropertyList& dictionary, const char* key) {
+  if (!dictionary || plist_get_node_type(dictionary.get()) != PLIST_DICT) return {};
+  return GetStdString(static_cast<const __CFString*>(plist_dict_get_item(dictionary.get(), key)));
+}
+
+// "/a/Tamberlink.framework/" and "/a/Tamberlink.framework" have the same stem.
+std::string ExecutableName(const fs::path& framework, const PropertyList& dictionary) {
+  const std::string declared = GetInfoString(dictionary, "CFBundleExecutable");
+  if (!declared.empty()) return declared;
+  return (framework.has_filename() ? framework : framework.parent_path()).stem().string();
+}
+
+void* OpenModule(const fs::path& module) {
+  std::error_code error;
+  // Made absolute, because the dynamic loader looks for a bare name on the library path.
+  const fs::path absolute = fs::absolute(module, error);
+  return error ? nullptr : dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+void CopyText(const std::string& text, char* out, unsigned int outSize) {
+  if (outSize == 0) return;
+  const auto length = std::min<size_t>(text.size(), outSize - 1);
+  std::copy_n(text.begin(), length, out);
+  out[length] = '\0';
+}
+
+}  // namespace
+
+void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versionOutSize) {
+  const fs::path location(path);
+  std::error_code error;
+  const bool isModule = fs::is_regular_file(location, error);
+  const PropertyList dictionary =
+      isModule ? PropertyList(nullptr, plist_free) : ReadInfoDictionary(location);
+  void* bundle = OpenModule(isModule ? location : location / ExecutableName(location, dictionary));
+  OutputIndentedAndFormattedString(
+      0, "CFBundleCreate() returned 0x%08x on attempt to load plug-in interface from '%s'",
+      LowBits(bundle), path);
+  const std::string version = GetInfoString(dictionary, "CFBundleShortVersionString");
+  if (bundle && !version.empty()) CopyText(version, versionOut, versionOutSize);
+  return bundle;
+}
+
+void* GetFunctionPtr(void* bundle, const char* name) {
+  if (!bundle) return nullptr;
+  void* function = dlsym(bundle, name);
+  OutputIndentedAndFormattedString(
+      0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x", LowBits(bundle), name,
+      LowBits(function));
+  return function;
+}

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "CoreErrorCodes.h"
+
+/// The one door to the framework `Tamberlink`: finds it, loads it, and holds its operations as
+/// function pointers. Main thread only.
+///
+/// The instance lives until the process ends, and the framework stays loaded with it. Callers ask
+/// for the instance at each use and call through `CallTamberlink`.
+///
+/// Paths are NUL-terminated UTF-8, borrowed for the call. Buffers are the caller's: an `id` has 256
+/// bytes, a `list` holds NUL-terminated text in 131072 bytes, a `reply` has 32767 bytes. A `size`
+/// comes in as the size of the buffer. The codes are those of `CoreErrorCodes` and its like.
+class TBKLoader {
+ public:
+  /// A member is null when the framework lacks the export of that name. Exports that nobody calls
+  /// have no signature here.
+  uint32_t (*pfActivateChosenFonts)(const char* path, char* list, int32_t* count);
+  void (*pfCreateMenusFromJSONBuffer)();
+  void (*pfGetAPIVersion)();
+  /// Fills `id`.
+  uint32_t (*pfGetIDForDocument)(const char* path, char* id, uint64_t* size);
+  void (*pfGetMenus)();
+  void (*pfGetSettings)();
+  void (*pfGetSocketPort)();
+  uint32_t (*pfHandleCloseDocument)(const char* path, char* id);
+  /// Fills `id`.
+  uint32_t (*pfHandleCreateNewDocument)(char* id, uint64_t* size);
+  void (*pfHandleMenuSelection)();
+  /// Leaves in `list` the fonts that need the user, by the result's code, and in `count` how many
+  /// were activated.
+  uint32_t (*pfHandleOpenExistingDocument)(const char* path, char* list, uint64_t* size,
+                                           int32_t* count);
+  uint32_t (*pfHandleSaveDocument)(const char* path, char* id);
+  void (*pfIdleEvent)();
+  uint32_t (*pfInitializeTamberlinkInterface)(const char* bundleId, const char* version);
+  /// Returns when the user is done; `start` says whether fonts are to be activated anew.
+  uint32_t (*pfInvokeCommandDialog)(const char* id, char* reply, bool* start);
+  /// Returns when the user is done; leaves the chosen fonts in `list`.
+  uint32_t (*pfInvokeResolveDialog)(char* list, uint64_t* size);
+  uint32_t (*pfInvokeRestrictedFontsDialog)(const char* path, char* list);
+  /// May leave `enabled` as it is.
+  uint32_t (*pfPluginIsEnabled)(bool showMessage, bool* enabled);
+  void (*pfProcessPanelMessages)();
+  void (*pfRegisterPlugPlug)();
+  uint32_t (*pfSetPathForDocument)(const char* path, const char* id);
+  uint32_t (*pfTerminateTamberlinkInterface)();
+  void (*pfUpdateDocumentFontUsage)();
+  void (*pfSetRebuildWorkgroupsMenuCallback)();
+  uint32_t (*pfShowNotLoggedInMessageBox)();
+  uint32_t (*pfShouldShowLogin)(bool* show);
+
+  /// The path that was loaded.
+  std::string frameworkPath;
+  /// What the framework declares, cut to 1023 bytes; empty when it declares nothing.
+  std::string frameworkVersion;
+  /// How many of the exports the framework lacks.
+  int32_t missingFunctionCount = 0;
+
+  virtual ~TBKLoader();
+  TBKLoader(const TBKLoader&) = delete;
+  TBKLoader& operator=(const TBKLoader&) = delete;
+
+  /// The instance, or null when the framework can't be opened. The first call searches and loads;
+  /// so does each call after a failure.
+  static TBKLoader* GetSharedInstance() {
+    return sSharedInstance ? sSharedInstance : FindAndLoadSharedInstance();
+  }
+
+  /// Opens the framework at that path unless there is an instance, and returns the instance, or
+  /// null.
+  static TBKLoader* GetThisSharedInstance(const std::string& frameworkPath);
+
+  /// Fills the table from `bundle`, a handle of `LoadDllOrFramework`, and counts what is missing.
+  /// Null clears the table.
+  static void ResetFunctionPointers(TBKLoader* loader, const void* bundle);
+
+  /// Whether all members are non-null, or all null. Traces each that isn't as stated. The last two
+  /// members aren't looked at.
+  bool VerifyThatAllMembersAre(bool nonNull);
+
+ private:
+  TBKLoader();
+  static TBKLoader* FindAndLoadSharedInstance();
+
+  static TBKLoader* sSharedInstance;
+};
+
+/// Calls the framework's operation behind `member`. Where the framework or the operation is
+/// missing, answers `CoreErrorCodes::kNotImplemented` and leaves every out-parameter as it was.
+template <class... Parameters, class... Arguments>
+uint32_t CallTamberlink(uint32_t (*TBKLoader::*member)(Parameters...), Arguments... arguments) {
+  const TBKLoader* loader = TBKLoader::GetSharedInstance();
+  if (!loader || !(loader->*member)) return CoreErrorCodes::kNotImplemented;
+  return (loader->*member)(arguments...);
+}
