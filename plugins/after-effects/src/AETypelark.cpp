@@ -1,0 +1,158 @@
+#include "AETypelark.h"
+
+#include <array>
+
+#include "AEIdleEventHandler.h"
+#include "AETypelark_Strings.h"
+#include "AE_APISuiteHandlerManager.h"
+#include "GlobalState.h"
+#include "NSAppOverride.h"
+#include "TBKLoader.h"
+
+namespace {
+
+constexpr char kClientId[] = "com.veldrane.AutoActivationPlugin.AE160";
+constexpr char kClientVersion[] = "16";
+constexpr size_t kDocumentIdSize = 256;
+constexpr size_t kReplySize = 32767;
+
+bool isHostFit(A_long major_version, A_long minor_version) {
+  return major_version >= 114 || (major_version == 113 && minor_version >= 5);
+}
+
+// Whether the framework asks for a start, once its dialog is done.
+bool invokeCommandDialog() {
+  std::array<char, kDocumentIdSize> id{};
+  uint64_t length = id.size();
+  CallTamberlink(&TBKLoader::pfGetIDForDocument, global_state.lastProjectPath.c_str(), id.data(),
+                 &length);
+  // The framework may have filled the buffer to its end.
+  id.back() = '\0';
+  std::array<char, kReplySize> reply{};
+  bool start = false;
+  CallTamberlink(&TBKLoader::pfInvokeCommandDialog, static_cast<const char*>(id.data()),
+                 reply.data(), &start);
+  return start;
+}
+
+}  // namespace
+
+A_Err EntryPointFunc(SPBasicSuite* pica_basicP, A_long major_version, A_long minor_version,
+                     AEGP_PluginID plugin_id, AEGP_GlobalRefcon* /*global_refconP*/) {
+  global_state.hostMajorVersion = major_version;
+  global_state.hostMinorVersion = minor_version;
+  if (!isHostFit(major_version, minor_version)) return A_Err_NONE;
+  global_state.picaBasicSuite = pica_basicP;
+  global_state.pluginId = plugin_id;
+  try {
+    AE_APISuiteHandlerManager manager(pica_basicP);
+    return bootstrap(&manager, &global_state);
+  } catch (int missingSuite) {
+    return missingSuite;
+  }
+}
+
+A_Err bootstrap(AE_APISuiteHandlerManager* manager, GlobalState* state) {
+  if (!manager || !state) return A_Err_NONE;
+  if (!TBKLoader::GetSharedInstance()) return A_Err_NONE;
+  A_Err error = registerForAEEventNotifications(manager, state->pluginId);
+  if (error == A_Err_NONE) error = addMenuItems(manager, &state->menuCommand, state->pluginId);
+  if (error == A_Err_NONE) {
+    installAndStartDialogSuppression();
+    initializeTamberlink();
+  } else {
+    manager->suite_handler_ptr()->UtilitySuite3()->AEGP_ReportInfo(
+        state->pluginId, GetStringPtr(kStringStartFailed));
+  }
+  return error;
+}
+
+A_Err registerForAEEventNotifications(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin_id) {
+  if (!manager) return A_Err_NONE;
+  const AEGP_RegisterSuite5* suite = manager->suite_handler_ptr()->RegisterSuite5();
+  A_Err error = suite->AEGP_RegisterIdleHook(plugin_id, IdleHook, nullptr);
+  if (error == A_Err_NONE) error = suite->AEGP_RegisterDeathHook(plugin_id, DeathHook, nullptr);
+  if (error == A_Err_NONE) {
+    error = suite->AEGP_RegisterUpdateMenuHook(plugin_id, UpdateMenuHook, nullptr);
+  }
+  return error;
+}
+
+A_Err addMenuItems(AE_APISuiteHandlerManager* manager, AEGP_Command* command,
+                   AEGP_PluginID plugin_id) {
+  if (!manager) return A_Err_NONE;
+  AEGP_SuiteHandler* suites = manager->suite_handler_ptr();
+  A_Err error = suites->CommandSuite1()->AEGP_GetUniqueCommand(command);
+  if (error == A_Err_NONE) {
+    error = suites->CommandSuite1()->AEGP_InsertMenuCommand(
+        *command, GetStringPtr(kStringMenuItem), AEGP_Menu_WINDOW, AEGP_MENU_INSERT_SORTED);
+  }
+  if (error == A_Err_NONE) {
+    error = suites->RegisterSuite5()->AEGP_RegisterCommandHook(
+        plugin_id, AEGP_HP_BeforeAE, AEGP_Command_ALL, MenuCommandHook, nullptr);
+  }
+  return error;
+}
+
+void installAndStartDialogSuppression() {
+  SwizzleNSAppBeginModal();
+  global_state.setShouldSuppressModalWindows(true);
+}
+
+void initializeTamberlink() {
+  if (global_state.tamberlinkInitialized || !TBKLoader::GetSharedInstance()) return;
+  CallTamberlink(&TBKLoader::pfInitializeTamberlinkInterface, kClientId, kClientVersion);
+  global_state.tamberlinkInitialized = true;
+}
+
+A_Err IdleHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_IdleRefcon /*refcon*/,
+               A_long* /*max_sleep*/) {
+  A_Err error = A_Err_NONE;
+  try {
+    global_state.updateGlobalState();
+    TBKCallTracker tracker;
+    error = runIdleEvents(&global_state, &tracker);
+  } catch (int) {
+    error = A_Err_NONE;
+  }
+  // This tick's values are the next tick's old ones, whatever this tick did with them.
+  global_state.lastProjectDirty = global_state.currentProjectDirty;
+  global_state.lastProjectPath = global_state.currentProjectPath;
+  return error;
+}
+
+A_Err MenuCommandHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_CommandRefcon /*refcon*/,
+                      AEGP_Command command, AEGP_HookPriority /*hook_priority*/,
+                      A_Boolean /*already_handled*/, A_Boolean* handled) {
+  if (command != global_state.menuCommand) return A_Err_NONE;
+  if (invokeCommandDialog()) {
+    try {
+      global_state.startFontActivationProcess();
+      global_state.projectOpened();
+    } catch (int) {
+      // No process starts; the command counts as handled all the same.
+    }
+  }
+  *handled = 1;
+  return A_Err_NONE;
+}
+
+A_Err UpdateMenuHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_UpdateMenuRefcon /*refcon*/,
+                     AEGP_WindowType /*active_window*/) {
+  try {
+    AE_APISuiteHandlerManager manager(global_state.picaBasicSuite);
+    return manager.suite_handler_ptr()->CommandSuite1()->AEGP_EnableCommand(
+        global_state.menuCommand);
+  } catch (int) {
+    return A_Err_NONE;
+  }
+}
+
+A_Err DeathHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_DeathRefcon /*refcon*/) {
+  if (!TBKLoader::GetSharedInstance()) return A_Err_NONE;
+  std::array<char, kDocumentIdSize> id{};
+  CallTamberlink(&TBKLoader::pfHandleCloseDocument, global_state.lastProjectPath.c_str(),
+                 id.data());
+  CallTamberlink(&TBKLoader::pfTerminateTamberlinkInterface);
+  return A_Err_NONE;
+}

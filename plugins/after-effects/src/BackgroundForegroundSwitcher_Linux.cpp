@@ -1,0 +1,24 @@
+#include "FrontApplication.h"
+#include "desktop/Workspace.h"
+
+using desktop::Workspace;
+
+int GetFrontProcessID(int& pid) {
+  const desktop::RunningApplication* front = Workspace::sharedWorkspace().frontmostApplication();
+  if (!front) return -1;
+  pid = front->processIdentifier;
+  return 0;
+}
+
+int GetProcessID(const char* bundle_id, int& pid) {
+  const auto running =
+      Workspace::sharedWorkspace().runningApplicationsWithBundleIdentifier(bundle_id);
+  if (running.empty()) return -600;
+  pid = running.front().processIdentifier;
+  return 0;
+}
+
+void SetFrontApplication(int pid) {
+  Workspace::sharedWorkspace().activate(
+      pid, desktop::kActivateAllWindows | desktop::kActivateIgnoringOtherApps);
+}

@@ -1,0 +1,80 @@
+#include "GlobalState.h"
+
+#include <ctime>
+
+#include "AEProjectPathUtils.h"
+#include "AE_APISuiteHandlerManager.h"
+#include "BackgroundForegroundSwitcher.h"
+#include "NSAppOverride.h"
+#include "TBKLoader.h"
+#include "VeldraneFileUtils.h"
+
+GlobalState global_state;
+
+void GlobalState::SetProjectIsReopening(bool reopening) {
+  projectIsReopening = reopening;
+}
+
+bool GlobalState::ProjectIsReopening() {
+  return projectIsReopening;
+}
+
+void GlobalState::setShouldSuppressModalWindows(bool suppress) {
+  suppressModalWindows = suppress;
+}
+
+bool GlobalState::shouldSuppressModalWindows() {
+  return suppressModalWindows;
+}
+
+void GlobalState::startFontActivationProcess() {
+  AE_APISuiteHandlerManager manager(picaBasicSuite);
+  AEProjectPathUtils pathUtils;
+  activationProjectPath = pathUtils.getAfterEffectsProjectPathUTF8(&manager);
+  if (activationProjectPath.empty()) return;
+  ticksSinceActivationStart = 0;
+  fontActivationInProgress = true;
+  setShouldSuppressModalWindows(false);
+}
+
+void GlobalState::endFontActivationProcess() {
+  activationProjectPath.clear();
+  fontActivationInProgress = false;
+  setShouldSuppressModalWindows(true);
+}
+
+void GlobalState::projectOpened() {
+  projectWasOpened();
+}
+
+bool GlobalState::isPluginEnabled() {
+  static bool plugin_is_enabled = true;
+  static bool should_display_plugin_disabled_popup = false;
+  CallTamberlink(&TBKLoader::pfPluginIsEnabled, should_display_plugin_disabled_popup,
+                 &plugin_is_enabled);
+  return plugin_is_enabled;
+}
+
+bool GlobalState::isProjectDirty() {
+  AEProjectPathUtils pathUtils;
+  AE_APISuiteHandlerManager manager(picaBasicSuite);
+  return pathUtils.isAfterEffectsProjectDirty(&manager);
+}
+
+void GlobalState::updateGlobalState() {
+  if (!suiteHandlerManager) {
+    suiteHandlerManager = std::make_shared<AE_APISuiteHandlerManager>(picaBasicSuite);
+  }
+  if (!projectPathUtils) projectPathUtils = std::make_shared<AEProjectPathUtils>();
+  if (!backgroundForegroundSwitcher) {
+    backgroundForegroundSwitcher = std::make_shared<BackgroundForegroundSwitcher>();
+  }
+  currentProjectPath = projectPathUtils->getAfterEffectsProjectPathUTF8(suiteHandlerManager.get());
+  currentProjectDirty = projectPathUtils->isAfterEffectsProjectDirty(suiteHandlerManager.get());
+  currentProjectModificationDate =
+      currentProjectPath.empty()
+          ? 0
+          : VeldraneFileUtils::GetFileModificationDate(currentProjectPath.c_str());
+  currentTime = time(nullptr);
+  ++ticksSinceActivationStart;
+}
