@@ -60,6 +60,7 @@ GFileSystemSpec GFileSystem::OSGetCWD() {
   [&cwd] {
     uint32_t err = CoreErrorCodes::kSuccess;
     std::array<char, PATH_MAX> curPath = {};
+    // NOLINTNEXTLINE(modernize-use-nullptr): the log shows the expression as it stands.
     CORE_CHECK_CONDITION(NULL == getcwd(&curPath[0], PATH_MAX), CoreErrorCodes::kError,
                          "FileSystem");
     cwd.SetFullPath(curPath.data());
