@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "desktop/Window.h"
+
+namespace host {
+
+/// The class of the host's own dialogs.
+inline constexpr char kDialogClass[] = "DVAMacDialog";
+
+bool IsLanguage(std::string_view language);
+/// The title of the host's open project dialog.
+std::string OpenProjectTitle(std::string_view language);
+/// The title of the dialog about the fonts that a project lacks.
+std::string MissingFontsTitle(std::string_view language, int majorVersion);
+
+/// A dialog of the host. It lives as long as it is open.
+class DialogWindow : public desktop::Window {
+ public:
+  /// `onKey` hears of each key event before it takes effect, and may raise `desktop::Exception`.
+  DialogWindow(const desktop::WindowClass& windowClass, const std::string& title,
+               std::function<void(const DialogWindow&, const desktop::KeyEvent&)> onKey);
+  void sendEvent(const desktop::KeyEvent& event) override;
+
+  /// Whether an Escape key event addressed to this window has come.
+  bool isDismissed() const { return mDismissed; }
+  /// Whether the dialog's modal session has begun.
+  bool hasBegun() const { return mBegun; }
+  void begin() { mBegun = true; }
+
+ private:
+  std::function<void(const DialogWindow&, const desktop::KeyEvent&)> mOnKey;
+  bool mDismissed = false;
+  bool mBegun = false;
+};
+
+}  // namespace host

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "AE_GeneralPlug.h"
+
+namespace host {
+
+/// The host's memory handles. Each is freed for good when the plug-in frees it, so that a
+/// sanitizer sees a later use. Misuse is an error for the caller and a violation for the session.
+class MemoryHandles {
+ public:
+  /// A handle whose contents are `text` and a terminating 0.
+  AEGP_MemHandle make(const std::u16string& text);
+  A_Err free(AEGP_MemHandle handle);
+  A_Err lock(AEGP_MemHandle handle, void** start);
+  A_Err unlock(AEGP_MemHandle handle);
+  /// Notes a lock that failed by the host's own fault: its unlock, if it comes, is no misuse.
+  void noteFailedLock(AEGP_MemHandle handle);
+
+  /// What went wrong so far, and what is left.
+  std::vector<std::string> findings() const;
+
+ private:
+  struct Block {
+    _Up_OpaqueMem* start = nullptr;
+    std::u16string text;
+    int locks = 0;
+    int failedLocks = 0;
+  };
+  Block* find(AEGP_MemHandle handle, const char* function);
+
+  std::unordered_map<AEGP_MemHandle, std::unique_ptr<Block>> mBlocks;
+  std::vector<std::string> mViolations;
+};
+
+}  // namespace host

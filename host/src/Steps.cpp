@@ -1,0 +1,316 @@
+#include "Steps.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <limits>
+#include <utility>
+
+#include "Dialogs.h"
+#include "Expectations.h"
+#include "TextFile.h"
+#include "User.h"
+#include "VirtualTime.h"
+
+namespace host {
+namespace {
+
+using Action = std::function<void(Host&)>;
+
+/// What reading a step changes for the steps behind it.
+struct Draft {
+  std::set<std::string> projects;  ///< those that there are
+  bool started = false;
+  bool quit = false;
+};
+
+constexpr int64_t kUnlimited = std::numeric_limits<int64_t>::max();
+constexpr int64_t kMostTicks = 1'000'000'000;
+
+void RequireNothing(const YamlValue& value) {
+  if (!value.isNothing()) value.fail("takes no value");
+}
+
+std::string ReadProject(const YamlValue& value, const Draft& draft) {
+  const std::string path = value.text();
+  if (!draft.projects.contains(path)) {
+    value.fail(fmt::format("there is no project '{}' at this point", path));
+  }
+  return path;
+}
+
+/// The working directory is the session folder when the step is played.
+std::string Absolute(const std::string& path) {
+  return std::filesystem::absolute(path).string();
+}
+
+Action ReadStart(const YamlValue& value, Draft& draft) {
+  RequireNothing(value);
+  if (draft.started) value.fail("the host has started already");
+  draft.started = true;
+  return [](Host& host) { host.start(); };
+}
+
+Action ReadOpen(const YamlValue& value, Draft& draft) {
+  return [path = ReadProject(value, draft)](Host& host) { OpenByDialog(host, Absolute(path)); };
+}
+
+Action ReadOpenByDoubleClick(const YamlValue& value, Draft& draft) {
+  return
+      [path = ReadProject(value, draft)](Host& host) { OpenByDoubleClick(host, Absolute(path)); };
+}
+
+Action ReadEdit(const YamlValue& value, Draft& /*draft*/) {
+  RequireNothing(value);
+  return Edit;
+}
+
+Action ReadSave(const YamlValue& value, Draft& /*draft*/) {
+  RequireNothing(value);
+  return Save;
+}
+
+Action ReadSaveAs(const YamlValue& value, Draft& draft) {
+  draft.projects.insert(value.text());
+  return [path = value.text()](Host& host) { SaveAs(host, Absolute(path)); };
+}
+
+Action ReadClose(const YamlValue& value, Draft& /*draft*/) {
+  RequireNothing(value);
+  return Close;
+}
+
+Action ReadOpenMenu(const YamlValue& value, Draft& /*draft*/) {
+  RequireNothing(value);
+  return [](Host& host) {
+    host.timeline.add(Actor::user, "opens a menu");
+    host.drawMenus();
+  };
+}
+
+Action ReadPick(const YamlValue& value, Draft& /*draft*/) {
+  return [item = value.text()](Host& host) { Pick(host, item); };
+}
+
+Action ReadFront(const YamlValue& value, Draft& /*draft*/) {
+  return [application = value.text()](Host& host) { host.bringToFront(application); };
+}
+
+Action ReadRemove(const YamlValue& value, Draft& draft) {
+  const std::string path = ReadProject(value, draft);
+  draft.projects.erase(path);
+  return [path](Host& host) {
+    host.timeline.add(Actor::user, fmt::format("removes {} from the disk", path));
+    std::filesystem::remove(path);
+  };
+}
+
+Action ReadQuit(const YamlValue& value, Draft& draft) {
+  RequireNothing(value);
+  draft.quit = true;
+  return Quit;
+}
+
+Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
+  int64_t count = 1;
+  int64_t seconds = 0;
+  if (value.isMap()) {
+    const auto fields = value.fields({"count", "seconds per tick"});
+    if (const YamlValue* ticks = Find(fields, "count")) count = ticks->integer(1, kMostTicks);
+    if (const YamlValue* each = Find(fields, "seconds per tick")) {
+      seconds = each->integer(0, kMostTicks);
+    }
+  } else if (!value.isNothing()) {
+    count = value.integer(1, kMostTicks);
+  }
+  return [count, seconds](Host& host) {
+    for (int64_t i = 0; i < count; ++i) {
+      AdvanceVirtualTime(seconds);
+      host.idle();
+    }
+  };
+}
+
+Action ReadWait(const YamlValue& value, Draft& /*draft*/) {
+  return [seconds = value.integer(1, kMostTicks)](Host& host) {
+    AdvanceVirtualTime(seconds);
+    host.timeline.add(Actor::session, fmt::format("{} second(s) go by", seconds));
+  };
+}
+
+Action ReadDialog(const YamlValue& value, Draft& /*draft*/) {
+  std::string title;
+  std::string className = kDialogClass;
+  if (value.isMap()) {
+    const auto fields = value.fields({"title", "class"});
+    if (const YamlValue* text = Find(fields, "title")) title = text->text();
+    if (const YamlValue* name = Find(fields, "class")) className = name->text();
+  } else {
+    title = value.text();
+  }
+  const desktop::WindowClass* windowClass = desktop::ClassFromString(className);
+  if (!windowClass) value.fail(fmt::format("there is no window class '{}'", className));
+  return [title, windowClass](Host& host) { host.showDialog(title, *windowClass); };
+}
+
+Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
+  const auto fields = value.fields({"function", "result", "times"});
+  const YamlValue* name = Find(fields, "function");
+  if (!name) value.fail("the key 'function' is missing");
+  const std::string function = name->text();
+  if (!CanFail(function)) name->fail(fmt::format("the host has no '{}' that could fail", function));
+  const YamlValue* code = Find(fields, "result");
+  const YamlValue* count = Find(fields, "times");
+  const int64_t result = code ? code->integer(1, std::numeric_limits<A_Err>::max()) : A_Err_GENERIC;
+  const int64_t times = count ? count->integer(1, kMostTicks) : kUnlimited;
+  return [=](Host& host) {
+    host.timeline.add(Actor::session, fmt::format("has {} fail from now on", function));
+    host.faults.fail(function, static_cast<A_Err>(result), times);
+  };
+}
+
+Action ReadRefuse(const YamlValue& value, Draft& /*draft*/) {
+  const auto fields = value.fields({"suite", "version"});
+  const YamlValue* name = Find(fields, "suite");
+  const YamlValue* number = Find(fields, "version");
+  if (!name || !number) value.fail("needs the keys 'suite' and 'version'");
+  const std::string suite = name->text();
+  const auto version = static_cast<int32>(number->integer(1, 1000));
+  if (!HasSuite(suite, version)) value.fail("the host has no such suite to refuse");
+  return [=](Host& host) { host.faults.refuse(suite, version); };
+}
+
+std::string ReadAnswerField(const YamlValue& field) {
+  if (field.key() == "choose" || field.key() == "text") return Join(field.texts(), ";");
+  if (field.key() == "start") return field.boolean() ? "true" : "false";
+  if (field.key() == "result") return fmt::format("{:#010x}", field.integer(0, 0xFFFFFFFF));
+  return fmt::format("{}", field.integer(std::numeric_limits<int32_t>::min(), kUnlimited));
+}
+
+Action ReadFrameworkAnswers(const YamlValue& value, Draft& /*draft*/) {
+  std::vector<std::string> lines;
+  for (const YamlValue& answer : value.list()) {
+    for (const auto& [operation, fields] : answer.fields()) {
+      std::string line = operation;
+      for (const auto& [key, field] :
+           fields.fields({"choose", "start", "result", "text", "count", "size"})) {
+        line += fmt::format("\t{}={}", key, ReadAnswerField(field));
+      }
+      lines.push_back(line);
+    }
+  }
+  return [lines](Host& /*host*/) {
+    for (const std::string& line : lines) AppendLine("framework-answers", line);
+  };
+}
+
+Action ReadFrameworkState(const YamlValue& value, Draft& /*draft*/) {
+  std::vector<std::string> lines;
+  for (const auto& [key, field] : value.fields({"enabled", "show login"})) {
+    lines.push_back(fmt::format("{}={}", key, field.boolean()));
+  }
+  return [lines](Host& host) {
+    host.timeline.add(Actor::session, fmt::format("font manager: {}", Join(lines, ", ")));
+    WriteLines("framework-state", lines);
+  };
+}
+
+Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {
+  const auto fields = value.fields({"utf16", "length"});
+  const YamlValue* units = Find(fields, "utf16");
+  const YamlValue* length = Find(fields, "length");
+  if (!units == !length) value.fail("needs either 'utf16' or 'length'");
+  std::u16string path = u"/";
+  if (length) {
+    path.resize(static_cast<size_t>(length->integer(1, 100'000)), u'x');
+  } else {
+    path.clear();
+    for (const YamlValue& unit : units->list()) {
+      path += static_cast<char16_t>(unit.integer(1, 0xFFFF));
+    }
+  }
+  return [path](Host& host) {
+    host.timeline.add(Actor::session,
+                      fmt::format("has the host report a path of {} units", path.size()));
+    host.project().reportedPath = path;
+  };
+}
+
+Action ReadExpect(const YamlValue& value, Draft& /*draft*/) {
+  return ReadExpectations(value);
+}
+
+struct StepKind {
+  std::string_view name;
+  Action (*read)(const YamlValue&, Draft&);
+  bool needsHost;  ///< only while the host runs
+};
+
+constexpr std::array kStepKinds{
+    StepKind{"start", ReadStart, false},
+    StepKind{"open", ReadOpen, true},
+    StepKind{"open by double click", ReadOpenByDoubleClick, true},
+    StepKind{"edit", ReadEdit, true},
+    StepKind{"save", ReadSave, true},
+    StepKind{"save as", ReadSaveAs, true},
+    StepKind{"close", ReadClose, true},
+    StepKind{"open menu", ReadOpenMenu, true},
+    StepKind{"pick", ReadPick, true},
+    StepKind{"front", ReadFront, true},
+    StepKind{"remove", ReadRemove, false},
+    StepKind{"quit", ReadQuit, true},
+    StepKind{"tick", ReadTick, true},
+    StepKind{"wait", ReadWait, false},
+    StepKind{"dialog", ReadDialog, true},
+    StepKind{"fail", ReadFail, false},
+    StepKind{"refuse", ReadRefuse, false},
+    StepKind{"framework answers", ReadFrameworkAnswers, false},
+    StepKind{"framework state", ReadFrameworkState, false},
+    StepKind{"project path", ReadProjectPath, true},
+    StepKind{"expect", ReadExpect, false},
+};
+
+/// A step is its name alone, or a map of the name and a value.
+YamlValue::Field NameAndValue(const YamlValue& step) {
+  if (step.isText()) return {step.text(), step.withNothing(step.text())};
+  const auto fields = step.fields();
+  if (fields.size() != 1) step.fail("a step is one name, and a value if it takes one");
+  return fields.front();
+}
+
+Step ReadStep(const YamlValue& step, Draft& draft) {
+  const auto [name, value] = NameAndValue(step);
+  const auto* const kind = std::find_if(
+      kStepKinds.begin(), kStepKinds.end(),
+      [&, wanted = std::string_view(name)](const StepKind& each) { return each.name == wanted; });
+  if (kind == kStepKinds.end()) {
+    std::vector<std::string> names;
+    for (const StepKind& each : kStepKinds) names.emplace_back(each.name);
+    value.fail(fmt::format("unknown step; known are {}", Join(names, ", ")));
+  }
+  if (kind->needsHost && !draft.started) value.fail("comes before the host has started");
+  if (draft.quit && name != "expect") value.fail("comes after the host has quit");
+  return {step.place(), kind->read(value, draft)};
+}
+
+}  // namespace
+
+std::vector<Step> ReadSteps(const YamlValue& value, std::set<std::string> projects) {
+  Draft draft{std::move(projects)};
+  const std::vector<YamlValue> list = value.list();
+  std::vector<Step> steps;
+  const bool startsItself = std::any_of(list.begin(), list.end(), [](const YamlValue& step) {
+    return step.isText() && step.text() == "start";
+  });
+  if (!startsItself) {
+    draft.started = true;
+    steps.push_back({value.place(), [](Host& host) { host.start(); }});
+  }
+  for (const YamlValue& step : list) steps.push_back(ReadStep(step, draft));
+  if (!draft.quit) steps.push_back({value.place(), Quit});
+  return steps;
+}
+
+}  // namespace host

@@ -1,0 +1,91 @@
+#include "TextFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+namespace host {
+namespace {
+
+[[noreturn]] void ThrowFileError(const char* what, const std::filesystem::path& file) {
+  throw std::filesystem::filesystem_error(what, file,
+                                          std::error_code(errno, std::generic_category()));
+}
+
+void Write(const std::filesystem::path& file, std::ios::openmode mode, std::string_view text) {
+  std::ofstream stream(file, mode | std::ios::binary);
+  stream << text << std::flush;
+  if (!stream) ThrowFileError("can't write", file);
+}
+
+}  // namespace
+
+std::string Join(const std::vector<std::string>& parts, std::string_view separator) {
+  std::string joined;
+  for (const std::string& part : parts) {
+    if (&part != &parts.front()) joined += separator;
+    joined += part;
+  }
+  return joined;
+}
+
+void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
+  for (size_t at = text.find(from); at != std::string::npos; at = text.find(from, at)) {
+    text.replace(at, from.size(), to);
+    at += to.size();
+  }
+}
+
+std::vector<std::string> ReadLines(const std::filesystem::path& file) {
+  std::vector<std::string> lines;
+  std::ifstream stream(file, std::ios::binary);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+void WriteText(const std::filesystem::path& file, std::string_view text) {
+  if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
+  Write(file, std::ios::trunc, text);
+}
+
+void WriteLines(const std::filesystem::path& file, const std::vector<std::string>& lines) {
+  WriteText(file, lines.empty() ? "" : Join(lines, "\n") + "\n");
+}
+
+void AppendLine(const std::filesystem::path& file, std::string_view line) {
+  Write(file, std::ios::app, std::string(line) + "\n");
+}
+
+void SetModificationDate(const std::filesystem::path& file, int64_t date) {
+  const std::array<timespec, 2> times{timespec{date, 0}, timespec{date, 0}};
+  if (utimensat(AT_FDCWD, file.c_str(), times.data(), 0) != 0) {
+    ThrowFileError("can't set the date of", file);
+  }
+}
+
+std::vector<std::string> GrowingFile::newLines() {
+  std::vector<std::string> lines;
+  std::array<char, 4096> buffer;
+  for (ssize_t size = 0; (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
+    mOffset += size;
+    mRest.append(buffer.data(), static_cast<size_t>(size));
+  }
+  size_t begin = 0;
+  for (size_t end = 0; (end = mRest.find('\n', begin)) != std::string::npos; begin = end + 1) {
+    lines.push_back(mRest.substr(begin, end - begin));
+  }
+  mRest.erase(0, begin);
+  return lines;
+}
+
+std::string GrowingFile::takeRest() {
+  return std::exchange(mRest, {});
+}
+
+}  // namespace host

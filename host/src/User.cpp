@@ -1,0 +1,69 @@
+#include "User.h"
+
+#include <fmt/format.h>
+
+#include "Dialogs.h"
+
+namespace host {
+namespace {
+
+/// False when a plug-in has handled the command in the host's place.
+bool HostMayHandle(Host& host, HostCommand command) {
+  host.drawMenus();
+  return !host.runCommand(command);
+}
+
+}  // namespace
+
+void OpenByDialog(Host& host, const std::string& path) {
+  host.timeline.add(Actor::user, fmt::format("opens {} by the host's dialog", path));
+  if (!HostMayHandle(host, kOpen)) return;
+  host.showDialog(OpenProjectTitle(host.settings().language),
+                  *desktop::ClassFromString(kDialogClass));
+  host.openProject(path);
+}
+
+void OpenByDoubleClick(Host& host, const std::string& path) {
+  host.timeline.add(Actor::user, fmt::format("double-clicks {}", path));
+  host.openProject(path);
+}
+
+void Edit(Host& host) {
+  host.timeline.add(Actor::user, "edits the project");
+  host.project().dirty = true;
+}
+
+void Save(Host& host) {
+  host.timeline.add(Actor::user, "saves the project");
+  if (host.project().path.empty()) host.giveUp("a project without a path can't be saved in place");
+  if (HostMayHandle(host, kSave)) host.saveProject(host.project().path);
+}
+
+void SaveAs(Host& host, const std::string& path) {
+  host.timeline.add(Actor::user, fmt::format("saves the project as {}", path));
+  if (HostMayHandle(host, kSaveAs)) host.saveProject(path);
+}
+
+void Close(Host& host) {
+  host.timeline.add(Actor::user, "closes the project");
+  if (HostMayHandle(host, kClose)) host.newProject();
+}
+
+void Pick(Host& host, const std::string& text) {
+  host.timeline.add(Actor::user, fmt::format("picks \"{}\"", text));
+  host.drawMenus();
+  const AEGP_Command command = host.menus.commandOf(text);
+  if (command == 0) host.giveUp(fmt::format("no menu has an item \"{}\"", text));
+  if (!host.menus.isEnabled(command)) {
+    host.giveUp(fmt::format("the menu item \"{}\" is disabled", text));
+  }
+  host.commandWasHandled = host.runCommand(command);
+  if (!host.commandWasHandled) host.timeline.add(Actor::host, "finds the command unhandled");
+}
+
+void Quit(Host& host) {
+  host.timeline.add(Actor::user, "quits the host");
+  if (HostMayHandle(host, kQuit)) host.quit();
+}
+
+}  // namespace host

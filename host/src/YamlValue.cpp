@@ -1,0 +1,137 @@
+#include "YamlValue.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+
+#include "TextFile.h"
+
+namespace host {
+namespace {
+
+/// The name in a text that is `${name}` as a whole.
+std::optional<std::string> WholeVariable(const std::string& text) {
+  if (text.size() < 4 || !text.starts_with("${") || text.find('}') != text.size() - 1) return {};
+  return text.substr(2, text.size() - 3);
+}
+
+std::string List(std::initializer_list<std::string_view> names) {
+  return Join(std::vector<std::string>(names.begin(), names.end()), ", ");
+}
+
+}  // namespace
+
+YamlValue::YamlValue(YAML::Node node, std::string key, const std::string* file,
+                     const Variables* variables)
+    : mNode(std::move(node)), mKey(std::move(key)), mFile(file), mVariables(variables) {
+  if (!mNode.IsScalar()) return;
+  const std::optional<std::string> name = WholeVariable(mNode.Scalar());
+  if (!name) return;
+  if (const auto variable = mVariables->find(*name); variable != mVariables->end()) {
+    mNode.reset(variable->second);
+  }
+}
+
+YamlValue YamlValue::child(const YAML::Node& node, std::string key) const {
+  return {node, std::move(key), mFile, mVariables};
+}
+
+YamlValue YamlValue::withNothing(std::string key) const {
+  YamlValue value(*this);
+  value.mKey = std::move(key);
+  value.mIsNothing = true;
+  return value;
+}
+
+std::string YamlValue::place() const {
+  return fmt::format("{}:{}", *mFile, mNode.Mark().line + 1);
+}
+
+void YamlValue::fail(std::string_view what) const {
+  throw SessionFileError(fmt::format("{}: {}: {}", place(), mKey, what));
+}
+
+std::string YamlValue::text() const {
+  if (!isText()) fail("has to be a text");
+  std::string text = mNode.Scalar();
+  for (size_t begin = 0; (begin = text.find("${", begin)) != std::string::npos;) {
+    const size_t end = text.find('}', begin);
+    if (end == std::string::npos) fail("a '${' has no '}'");
+    const std::string name = text.substr(begin + 2, end - begin - 2);
+    if (name == "session") {
+      begin = end;
+      continue;
+    }
+    const auto variable = mVariables->find(name);
+    if (variable == mVariables->end()) fail(fmt::format("there is no variable '{}'", name));
+    if (!variable->second.IsScalar()) fail(fmt::format("'{}' is no text", name));
+    text.replace(begin, end + 1 - begin, variable->second.Scalar());
+    begin += variable->second.Scalar().size();
+  }
+  return text;
+}
+
+int64_t YamlValue::integer(int64_t least, int64_t most) const {
+  const std::string digits = text();
+  const bool isHex = digits.starts_with("0x");
+  const char* const begin = digits.data() + (isHex ? 2 : 0);
+  const char* const end = digits.data() + digits.size();
+  int64_t value = 0;
+  const auto [stop, error] = std::from_chars(begin, end, value, isHex ? 16 : 10);
+  if (error != std::errc() || stop != end || value < least || value > most) {
+    fail(fmt::format("has to be a whole number from {} to {}", least, most));
+  }
+  return value;
+}
+
+bool YamlValue::boolean() const {
+  const std::string word = text();
+  if (word != "true" && word != "false") fail("has to be true or false");
+  return word == "true";
+}
+
+std::vector<YamlValue> YamlValue::list() const {
+  if (!mNode.IsSequence()) fail("has to be a list");
+  std::vector<YamlValue> elements;
+  for (const YAML::Node& element : mNode) elements.push_back(child(element, mKey));
+  return elements;
+}
+
+std::vector<std::string> YamlValue::texts() const {
+  std::vector<std::string> texts;
+  for (const YamlValue& element : list()) texts.push_back(element.text());
+  return texts;
+}
+
+std::vector<YamlValue::Field> YamlValue::fields() const {
+  if (!mNode.IsMap()) fail("has to be a map");
+  std::vector<Field> fields;
+  std::set<std::string> keys;
+  for (const auto& entry : mNode) {
+    const std::string key = child(entry.first, mKey).text();
+    if (!keys.insert(key).second) child(entry.first, key).fail("comes twice");
+    fields.emplace_back(key, child(entry.second, key));
+  }
+  return fields;
+}
+
+std::map<std::string, YamlValue> YamlValue::fields(
+    std::initializer_list<std::string_view> known) const {
+  std::map<std::string, YamlValue> byKey;
+  for (const auto& [key, value] : fields()) {
+    if (std::find(known.begin(), known.end(), key) == known.end()) {
+      value.fail(fmt::format("unknown key; known are {}", List(known)));
+    }
+    byKey.emplace(key, value);
+  }
+  return byKey;
+}
+
+const YamlValue* Find(const std::map<std::string, YamlValue>& fields, std::string_view key) {
+  const auto found = fields.find(std::string(key));
+  return found == fields.end() ? nullptr : &found->second;
+}
+
+}  // namespace host
