@@ -39,6 +39,7 @@ uint32_t HandleOpenExistingDocument(const char* path, char* list, uint64_t* size
 /// `kNotFound` if there is no document at the path. The identifier isn't looked at.
 uint32_t HandleSaveDocument(const char* path, char* id) noexcept;
 
+/// A client says who it is, before its other calls.
 uint32_t InitializeTamberlinkInterface(const char* bundleId, const char* version) noexcept;
 
 /// Opens the command dialog, in which the session decides whether the caller is asked to start. The
@@ -58,8 +59,10 @@ uint32_t PluginIsEnabled(bool showMessage, bool* enabled) noexcept;
 /// Gives the document of that identifier its path. `kNotFound` if there is no such document.
 uint32_t SetPathForDocument(const char* path, const char* id) noexcept;
 
+/// The client makes no further calls.
 uint32_t TerminateTamberlinkInterface() noexcept;
 
+/// Tells the user to log in.
 uint32_t ShowNotLoggedInMessageBox() noexcept;
 
 /// Whether the user has to be told to log in, by the session's state.

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -150,24 +152,18 @@ TEST_F(TamberlinkTest, ResolveDialogLeavesWhatTheUserPicksFromTheList) {
 }
 
 TEST_F(TamberlinkTest, ChosenFontsBecomeActiveUnlessTheVaultForbids) {
-  struct Case {
-    std::string chosen;
-    uint32_t result;
-    int32_t count;
-    const char* active;
-  };
-  Case cases[] = {
+  std::tuple<std::string, uint32_t, int32_t, const char*> cases[] = {
       {"Pick A", kSuccess, 1, "Pick A\n"},
       {"Pick B\nPick A\nPick B", kSuccess, 1, "Pick A\nPick B\n"},
       {"", kSuccess, 0, "Pick A\nPick B\n"},
       {"Closed A\nAuto A", kNotFound, 1, "Pick A\nPick B\nAuto A\n"},
       {"Nowhere", kNotFound, 0, "Pick A\nPick B\nAuto A\n"},
   };
-  for (Case& row : cases) {
+  for (auto& [chosen, result, expectedCount, active] : cases) {
     int32_t count = -1;
-    EXPECT_EQ(EXPORT(ActivateChosenFonts)("project", row.chosen.data(), &count), row.result);
-    EXPECT_EQ(count, row.count) << row.chosen;
-    EXPECT_EQ(read("active-fonts"), row.active) << row.chosen;
+    EXPECT_EQ(EXPORT(ActivateChosenFonts)("project", chosen.data(), &count), result);
+    EXPECT_EQ(count, expectedCount) << chosen;
+    EXPECT_EQ(read("active-fonts"), active) << chosen;
   }
 }
 
