@@ -12,7 +12,7 @@ struct MissingFonts {
 };
 
 /// Those of the used fonts that are in the vault and not active yet, each once and in the order of
-/// use.
+/// use. Throws `std::out_of_range` at a policy that the vault can't have.
 MissingFonts findMissingFonts(const Strings& used);
 
 /// Whether all of the fonts are active in the system.
