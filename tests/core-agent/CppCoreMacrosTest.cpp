@@ -57,6 +57,7 @@ TEST(CppCoreMacros, AFailedCheckIsReportedAndLeavesTheFunctionWithItsCode) {
                   kParsingError)},
       {[] {
          uint32_t err = CoreErrorCodes::kSuccess;
+         // NOLINTNEXTLINE(modernize-use-nullptr): the text must show NULL, not what it stands for
          CORE_CHECK_CONDITION(NULL == AbsentDirectory(PATH_MAX), CoreErrorCodes::kError,
                               "FileSystem");
          return err + 1;

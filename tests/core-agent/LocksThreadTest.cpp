@@ -21,6 +21,7 @@ template <typename Work>
 void RunOnEightThreads(Work work) {
   std::atomic<int> waiting = kThreads;
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int number = 0; number < kThreads; ++number) {
     threads.emplace_back([&, number] {
       for (--waiting; waiting > 0;) std::this_thread::yield();
@@ -128,27 +129,27 @@ TEST(GMutexThreads, ATimedAcquireGetsALockThatIsReleasedInTime) {
   EXPECT_EQ(mutex.TryLock(), GLockable::kLockBusyErr);
 }
 
-// Two threads walk round a ring of three locks, each taking the next before it gives up the last,
-// so that neither can overtake: a lost wake-up would stop both for good.
+// Two threads walk round a ring of three locks, each taking the next before it gives up the last.
+// Neither can overtake, so every lock comes from the other's hands: a lost wake-up would stop both
+// for good.
 TEST(GMutexThreads, NoWakeUpIsLostInAHundredThousandHandOvers) {
   constexpr size_t kSteps = 50000;
   std::array<GMutex, 3> ring;
-  std::atomic<bool> ahead = false;
+  std::atomic<int> absent = 2;
   std::atomic<uint32_t> errors = 0;
-  const auto walk = [&] {
-    errors |= ring[0].Lock();
-    ahead = true;
-    for (size_t step = 0; step < kSteps; ++step) {
-      errors |= ring[(step + 1) % 3].Lock();
-      errors |= ring[step % 3].Unlock();
+  const auto walk = [&](size_t start) {
+    errors |= ring[start].Lock();
+    for (--absent; absent > 0;) std::this_thread::yield();
+    for (size_t held = start; held < start + kSteps; ++held) {
+      errors |= ring[(held + 1) % 3].Lock();
+      errors |= ring[held % 3].Unlock();
     }
-    errors |= ring[kSteps % 3].Unlock();
+    errors |= ring[(start + kSteps) % 3].Unlock();
   };
-  std::thread first(walk);
-  while (!ahead) std::this_thread::yield();
-  std::thread second(walk);
-  first.join();
-  second.join();
+  std::thread leader(walk, 1);
+  std::thread follower(walk, 0);
+  leader.join();
+  follower.join();
   EXPECT_EQ(errors, 0u);
 }
 
