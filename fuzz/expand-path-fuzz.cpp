@@ -13,7 +13,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   setenv("HOME", "/home/of/fuzz", 1);
   const std::string path(reinterpret_cast<const char*>(data), size);
-  const std::string read = path.c_str();
+  const std::string read = path.substr(0, path.find('\0'));
 
   std::string expanded = path;
   Require(GFileSystem::OSExpandPath(expanded) == 0, "every path can be expanded");

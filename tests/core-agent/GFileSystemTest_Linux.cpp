@@ -25,7 +25,8 @@ int Find(const std::string* home, passwd* entry, char* buffer, size_t size, pass
   *result = nullptr;
   if (home == nullptr) return 0;
   if (home->size() >= size) return ERANGE;
-  entry->pw_dir = std::strcpy(buffer, home->c_str());
+  buffer[home->copy(buffer, size)] = '\0';
+  entry->pw_dir = buffer;
   *result = entry;
   return 0;
 }

@@ -3,9 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdarg>
-
 namespace {
 
 using testing::ElementsAreArray;
@@ -76,20 +73,6 @@ TEST(GStringUtils, BeginsAndEndsWithCompareExactly) {
 TEST(GStringUtils, ToLowerCaseLeavesUtf8Alone) {
   EXPECT_EQ(GStringUtils::OSToLowerCase("FileSystem"), "filesystem");
   EXPECT_EQ(GStringUtils::OSToLowerCase("\xC3\x84 AZ[\xFF"), "\xC3\x84 az[\xFF");
-}
-
-int Format(char* buffer, unsigned long size, const char* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int length = GStringUtils::OSvsnprintf(buffer, size, format, arguments);
-  va_end(arguments);
-  return length;
-}
-
-TEST(GStringUtils, VsnprintfAnswersTheLengthOfTheCompleteText) {
-  std::array<char, 4> buffer = {};
-  EXPECT_EQ(Format(buffer.data(), buffer.size(), "%s-%d", "abc", 12), 6);
-  EXPECT_STREQ(buffer.data(), "abc");
 }
 
 }  // namespace
