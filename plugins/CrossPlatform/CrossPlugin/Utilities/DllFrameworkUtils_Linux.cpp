@@ -10,8 +10,8 @@
 #include <string>
 #include <type_traits>
 
-#include "DebugUtils.h"
 #include "DllFrameworkUtils.h"
+#include "FrameworkTraces.h"
 #include "PlatformStringUtils.h"
 
 // A framework is a directory with an `Info.plist` and the module that its `CFBundleExecutable`
@@ -22,10 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using PropertyList = std::unique_ptr<void, decltype(&plist_free)>;
-
-unsigned int LowBits(const void* pointer) {
-  return static_cast<unsigned int>(reinterpret_cast<uintptr_t>(pointer));
-}
 
 // Null when there is no file or no property list in it. Takes XML and binary ones.
 PropertyList ReadInfoDictionary(const fs::path& framework) {
@@ -71,9 +67,7 @@ void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versio
   const PropertyList dictionary =
       isModule ? PropertyList(nullptr, plist_free) : ReadInfoDictionary(location);
   void* bundle = OpenModule(isModule ? location : location / ExecutableName(location, dictionary));
-  OutputIndentedAndFormattedString(
-      0, "CFBundleCreate() returned 0x%08x on attempt to load plug-in interface from '%s'",
-      LowBits(bundle), path);
+  TraceFrameworkOpened(bundle, path);
   const std::string version = GetInfoString(dictionary, "CFBundleShortVersionString");
   if (bundle && !version.empty()) CopyText(version, versionOut, versionOutSize);
   return bundle;
@@ -82,8 +76,6 @@ void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versio
 void* GetFunctionPtr(void* bundle, const char* name) {
   if (!bundle) return nullptr;
   void* function = dlsym(bundle, name);
-  OutputIndentedAndFormattedString(
-      0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x", LowBits(bundle), name,
-      LowBits(function));
+  TraceExportLookedUp(bundle, name, function);
   return function;
 }

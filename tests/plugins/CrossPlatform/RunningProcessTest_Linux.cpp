@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "CoreErrorCodes.h"
+#include "GetPathToRunningProcess.h"
+#include "TBKLoader.h"
+#include "TemporaryFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A copy of the font manager's process that runs as long as the object lives. It ends when its
+// standard input does, so also when this process ends in any way.
+class RunningCopy {
+ public:
+  explicit RunningCopy(const fs::path& executable) {
+    fs::create_directories(executable.parent_path());
+    fs::copy_file(fs::path(FONT_MANAGER) / "Oxbrim", executable);
+    int input[2], output[2];
+    if (pipe(input) != 0 || pipe(output) != 0) throw std::runtime_error("no pipe");
+    mPid = fork();
+    if (mPid == 0) {
+      dup2(input[0], STDIN_FILENO);
+      dup2(output[1], STDOUT_FILENO);
+      close(input[1]);
+      execl(executable.c_str(), executable.c_str(), nullptr);
+      _exit(127);
+    }
+    close(input[0]);
+    close(output[1]);
+    mInput = input[1];
+    // The first byte means that it runs.
+    char byte = 0;
+    if (read(output[0], &byte, 1) != 1) throw std::runtime_error("it doesn't run");
+    close(output[0]);
+  }
+  ~RunningCopy() {
+    close(mInput);
+    waitpid(mPid, nullptr, 0);
+  }
+  RunningCopy(const RunningCopy&) = delete;
+  RunningCopy& operator=(const RunningCopy&) = delete;
+
+  pid_t pid() const { return mPid; }
+
+ private:
+  pid_t mPid = 0;
+  int mInput = -1;
+};
+
+TEST(RunningProcess, IsFoundByItsExactNameAndTheLowestIdDecides) {
+  TemporaryFolder folder;
+  std::string found = "untouched";
+  EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kUnknownError);
+  const RunningCopy other(folder.path() / "oxbrim");
+  EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kUnknownError);
+  EXPECT_EQ(found, "untouched");
+
+  const fs::path places[] = {folder.path() / "First Apps", folder.path() / "Second"};
+  const RunningCopy first(places[0] / "Oxbrim");
+  const RunningCopy second(places[1] / "Oxbrim");
+  EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(found, places[first.pid() < second.pid() ? 0 : 1].string() + "/");
+}
+
+TEST(RunningProcess, LeadsToTheFrameworkBesideIt) {
+  TemporaryFolder folder;
+  setenv("HOME", folder.path().c_str(), 1);
+  folder.Write("Library/Veldrane/com.veldrane.Oxbrim-LaunchInfo.conf", "oxbrim.path=/no/Oxbrim\n");
+  fs::create_directories(folder.path() / "Core/PluginFiles");
+  fs::create_directory_symlink(TAMBERLINK_FRAMEWORK,
+                               folder.path() / "Core/PluginFiles/Tamberlink.framework");
+  const RunningCopy process(folder.path() / "Core/Oxbrim");
+  ASSERT_NE(TBKLoader::GetSharedInstance(), nullptr);
+  EXPECT_EQ(TBKLoader::GetSharedInstance()->frameworkPath,
+            (folder.path() / "Core/PluginFiles/Tamberlink.framework").string());
+}
+
+}  // namespace

@@ -1,0 +1,38 @@
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "DebugUtils.h"
+#include "TemporaryFolder.h"
+#include "TraceLog.h"
+#include "VeldraneFileUtils.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+TEST(OutputIndentedAndFormattedString, AppliesTheIndentAndCutsTheText) {
+  const std::string longText(70000, 'x');
+  OutputIndentedAndFormattedString(0, "%s", longText.c_str());
+  TraceLog traces;
+  OutputIndentedAndFormattedString(+1, "begin %d", 1);
+  OutputIndentedAndFormattedString(0, "%s", longText.c_str());
+  OutputIndentedAndFormattedString(-1, "end");
+  EXPECT_THAT(traces.lines, ElementsAre("begin 1", "  " + longText.substr(0, 65535), "end"));
+}
+
+TEST(GetFileModificationDate, IsInWholeSecondsAnd0OnFailure) {
+  TemporaryFolder folder;
+  const auto file = folder.Write("é.aep", "");
+  for (const timespec date : {timespec{1'600'000'000, 999'999'999}, timespec{-5, 0}}) {
+    const timespec both[] = {date, date};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), both, 0), 0);
+    EXPECT_EQ(VeldraneFileUtils::GetFileModificationDate(file.c_str()), date.tv_sec);
+  }
+  EXPECT_EQ(VeldraneFileUtils::GetFileModificationDate((folder.path() / "no").c_str()), 0);
+  const auto invalid = folder.Write("\xFF.aep", "");
+  EXPECT_EQ(VeldraneFileUtils::GetFileModificationDate(invalid.c_str()), 0);
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+#include "GlobalState.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "FakeHost.h"
+#include "FakeTamberlink.h"
+#include "TemporaryFolder.h"
+#include "VirtualTime.h"
+
+namespace {
+
+class GlobalStateTest : public testing::Test {
+ protected:
+  GlobalStateTest() { state.picaBasicSuite = fake_host.basicSuite(); }
+  ~GlobalStateTest() override { EXPECT_EQ(Locks(), 0); }
+
+  // Between the two calls a handle is locked; it has to be unlocked and freed in the end.
+  static long Locks() {
+    return std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_GetProjectPath") -
+           std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_FreeMemHandle");
+  }
+
+  GlobalState state;
+};
+
+TEST_F(GlobalStateTest, SnapshotHoldsTheProjectItsFileAndTheClock) {
+  TemporaryFolder folder;
+  const auto file = folder.Write("ü.aep", "");
+  fake_host.path = file.u16string();
+  fake_host.dirty = true;
+  state.updateGlobalState();
+  EXPECT_EQ(state.currentProjectPath, file.string());
+  EXPECT_TRUE(state.currentProjectDirty);
+  EXPECT_GT(state.currentProjectModificationDate, 0);
+  EXPECT_EQ(state.currentTime, virtual_time);
+  EXPECT_EQ(state.lastProjectPath, "");
+
+  std::filesystem::remove(file);
+  state.updateGlobalState();
+  EXPECT_EQ(state.currentProjectModificationDate, 0);
+  EXPECT_EQ(state.currentProjectPath, file.string());
+
+  state.currentProjectModificationDate = 1;
+  fake_host.path.clear();
+  state.updateGlobalState();
+  EXPECT_EQ(state.currentProjectModificationDate, 0);
+}
+
+TEST_F(GlobalStateTest, BuildsItsCollaboratorsOnce) {
+  state.updateGlobalState();
+  const auto manager = state.suiteHandlerManager;
+  const auto utils = state.projectPathUtils;
+  const auto switcher = state.backgroundForegroundSwitcher;
+  ASSERT_TRUE(manager && utils && switcher);
+  fake_host.calls.clear();
+  state.updateGlobalState();
+  EXPECT_EQ(state.suiteHandlerManager, manager);
+  EXPECT_EQ(state.projectPathUtils, utils);
+  EXPECT_EQ(state.backgroundForegroundSwitcher, switcher);
+  EXPECT_EQ(std::count(fake_host.calls.begin(), fake_host.calls.end(), "+AEGP Proj Suite 9"), 0);
+}
+
+TEST_F(GlobalStateTest, StartReadsThePathAfreshAndRestartsTheCount) {
+  fake_host.path = u"/a.aep";
+  state.suppressModalWindows = true;
+  state.startFontActivationProcess();
+  EXPECT_EQ(state.activationProjectPath, "/a.aep");
+  EXPECT_TRUE(state.fontActivationInProgress);
+  EXPECT_FALSE(state.suppressModalWindows);
+  state.updateGlobalState();
+  state.updateGlobalState();
+  EXPECT_EQ(state.ticksSinceActivationStart, 2);
+  fake_host.path = u"/b.aep";
+  state.startFontActivationProcess();
+  EXPECT_EQ(state.activationProjectPath, "/b.aep");
+  EXPECT_EQ(state.ticksSinceActivationStart, 0);
+}
+
+TEST_F(GlobalStateTest, StartWithoutAPathOnlyForgetsTheOldOne) {
+  state.activationProjectPath = "/a.aep";
+  state.ticksSinceActivationStart = 7;
+  state.suppressModalWindows = true;
+  state.startFontActivationProcess();
+  EXPECT_EQ(state.activationProjectPath, "");
+  EXPECT_EQ(state.ticksSinceActivationStart, 7);
+  EXPECT_FALSE(state.fontActivationInProgress);
+  EXPECT_TRUE(state.suppressModalWindows);
+}
+
+TEST_F(GlobalStateTest, EndLeavesTheReopeningAndTheTextsAlone) {
+  state.activationProjectPath = "/a.aep";
+  state.fontActivationInProgress = true;
+  state.projectIsReopening = true;
+  state.fontsToResolve = "F";
+  state.restrictedFonts = "R";
+  state.endFontActivationProcess();
+  EXPECT_EQ(state.activationProjectPath, "");
+  EXPECT_FALSE(state.fontActivationInProgress);
+  EXPECT_TRUE(state.suppressModalWindows);
+  EXPECT_TRUE(state.projectIsReopening);
+  EXPECT_EQ(state.fontsToResolve, "F");
+  EXPECT_EQ(state.restrictedFonts, "R");
+}
+
+TEST_F(GlobalStateTest, EnabledIsAskedEachTimeAndKeepsTheLatestAnswer) {
+  ASSERT_TRUE(fake_tamberlink.Install());
+  EXPECT_TRUE(state.isPluginEnabled());
+  fake_tamberlink.enabled = false;
+  EXPECT_FALSE(state.isPluginEnabled());
+  fake_tamberlink.enabled = true;
+  fake_tamberlink.writesEnabled = false;
+  EXPECT_FALSE(state.isPluginEnabled());
+  EXPECT_EQ(fake_tamberlink.calls.size(), 3u);
+}
+
+TEST_F(GlobalStateTest, DirtyIsReadFromTheHost) {
+  EXPECT_FALSE(state.isProjectDirty());
+  fake_host.dirty = true;
+  EXPECT_TRUE(state.isProjectDirty());
+  fake_host.hasProject = false;
+  EXPECT_FALSE(state.isProjectDirty());
+}
+
+}  // namespace

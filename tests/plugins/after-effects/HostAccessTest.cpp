@@ -1,0 +1,162 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "AEProjectPathUtils.h"
+#include "AE_APISuiteHandlerManager.h"
+#include "FakeHost.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(SuiteHandler, AcquiresOnFirstUseAndReleasesInTheOrderOfTheList) {
+  {
+    AEGP_SuiteHandler handler(fake_host.basicSuite());
+    EXPECT_THAT(fake_host.calls, IsEmpty());
+    handler.PersistentDataSuite3();
+    handler.PersistentDataSuite4();
+    handler.UtilitySuite6();
+    EXPECT_EQ(handler.UtilitySuite3(), handler.UtilitySuite3());
+    fake_host.calls.emplace_back("end");
+  }
+  EXPECT_THAT(fake_host.calls,
+              ElementsAre("+AEGP Persistent Data Suite 3", "+AEGP Persistent Data Suite 4",
+                          "+AEGP Utility Suite 13", "+AEGP Utility Suite 7", "end",
+                          "-AEGP Utility Suite 7", "-AEGP Persistent Data Suite 4",
+                          "-AEGP Persistent Data Suite 3", "-AEGP Utility Suite 13"));
+}
+
+TEST(SuiteHandler, HandsOutTheSuiteThatItNames) {
+  AEGP_SuiteHandler handler(fake_host.basicSuite());
+  handler.ProjSuite6()->AEGP_NewProject(nullptr);
+  handler.CommandSuite1()->AEGP_DoCommand(1);
+  handler.AdvAppSuite2()->PF_RefreshAllWindows();
+  handler.MemorySuite1()->AEGP_FreeMemHandle(nullptr);
+  handler.RegisterSuite5()->AEGP_RegisterIdleHook(1, nullptr, nullptr);
+  EXPECT_THAT(fake_host.TakeCalls(),
+              ElementsAre("AEGP_NewProject", "AEGP_DoCommand(1)", "PF_RefreshAllWindows",
+                          "AEGP_FreeMemHandle", "AEGP_RegisterIdleHook(1)"));
+}
+
+// The number that a call throws, or 0.
+template <class Call>
+int Thrown(Call call) {
+  try {
+    call();
+    return 0;
+  } catch (int number) {
+    return number;
+  }
+}
+
+TEST(SuiteHandler, ThrowsForWhatTheHostLacksAndTriesAgain) {
+  EXPECT_EQ(Thrown([] { AEGP_SuiteHandler handler(nullptr); }), 516);
+  AEGP_SuiteHandler handler(fake_host.basicSuite());
+  fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
+  EXPECT_EQ(Thrown([&] { handler.ProjSuite6(); }), 516);
+  fake_host.refusedSuites.clear();
+  EXPECT_NE(handler.ProjSuite6(), nullptr);
+}
+
+class ManagerTest : public testing::Test {
+ protected:
+  AE_APISuiteHandlerManager manager{fake_host.basicSuite()};
+};
+
+TEST_F(ManagerTest, DiskCacheSettingIsTextWithADefault) {
+  EXPECT_EQ(manager.getDiskCacheEnabledSetting(), "1");
+  EXPECT_EQ(manager.disableDiskCache(), 0);
+  EXPECT_EQ(manager.getDiskCacheEnabledSetting(), "0");
+  EXPECT_EQ(manager.enableDiskCache(), 0);
+  EXPECT_EQ(fake_host.preferences["Disk Cache Controls/Enabled 2"], "1");
+  fake_host.failures = {{"AEGP_GetString", 1}};
+  EXPECT_EQ(manager.getDiskCacheEnabledSetting(), "");
+  fake_host.failures = {{"AEGP_SetString", 2}};
+  EXPECT_EQ(manager.enableDiskCache(), 2);
+  fake_host.failures = {{"AEGP_GetApplicationBlob", 3}, {"AEGP_SetString", 2}};
+  EXPECT_EQ(manager.enableDiskCache(), 3);
+}
+
+TEST_F(ManagerTest, FontUpdateIsFollowedByARefreshWhoseCodeCounts) {
+  fake_host.failures = {{"AEGP_UpdateFontList", 4}};
+  EXPECT_EQ(manager.updateFontList(), 0);
+  EXPECT_THAT(fake_host.TakeCalls(), ElementsAre("AEGP_UpdateFontList", "PF_RefreshAllWindows"));
+  fake_host.failures = {{"PF_RefreshAllWindows", 5}};
+  EXPECT_EQ(manager.updateFontList(), 5);
+  EXPECT_EQ(manager.refreshAllWindows(), 5);
+}
+
+TEST_F(ManagerTest, PurgeIsTheHostsCommand) {
+  EXPECT_EQ(manager.purgeImageCache(), 0);
+  EXPECT_THAT(fake_host.TakeCalls(), ElementsAre("AEGP_DoCommand(2372)"));
+}
+
+class PathUtilsTest : public ManagerTest {
+ protected:
+  std::string Path() { return utils.getAfterEffectsProjectPathUTF8(&manager); }
+
+  AEProjectPathUtils utils;
+};
+
+TEST_F(PathUtilsTest, PathsComeOutAsUTF8) {
+  const std::u16string longPath(4000, u'é');
+  std::string longResult;
+  for (int i = 0; i < 4000; ++i) longResult += "é";
+  struct {
+    std::u16string host;
+    std::string path;
+  } const cases[] = {{u"", ""},
+                     {u"/Users/a b.aep", "/Users/a b.aep"},
+                     {u"/フォント/𝄞.aep", "/フォント/𝄞.aep"},
+                     {longPath, longResult},
+                     {std::u16string{u'/', 0xD800, u'a'}, ""},
+                     {std::u16string{u'/', 0xDC00}, ""},
+                     {std::u16string{u'/', 0xD834}, ""}};
+  for (const auto& row : cases) {
+    fake_host.path = row.host;
+    EXPECT_EQ(Path(), row.path);
+    EXPECT_THAT(fake_host.TakeCalls(),
+                ElementsAre("AEGP_GetProjectByIndex(0)", "AEGP_GetProjectPath",
+                            "AEGP_LockMemHandle", "AEGP_UnlockMemHandle", "AEGP_FreeMemHandle"));
+  }
+}
+
+TEST_F(PathUtilsTest, FailuresLookLikeNoPath) {
+  fake_host.path = u"/a.aep";
+  fake_host.failures = {{"AEGP_LockMemHandle", 1}};
+  EXPECT_EQ(Path(), "");
+  EXPECT_THAT(fake_host.TakeCalls(),
+              ElementsAre("AEGP_GetProjectByIndex(0)", "AEGP_GetProjectPath", "AEGP_LockMemHandle",
+                          "AEGP_UnlockMemHandle", "AEGP_FreeMemHandle"));
+  fake_host.failures = {{"AEGP_GetProjectPath", 1}};
+  EXPECT_EQ(Path(), "");
+  EXPECT_THAT(fake_host.TakeCalls(),
+              ElementsAre("AEGP_GetProjectByIndex(0)", "AEGP_GetProjectPath"));
+  fake_host.failures = {{"AEGP_GetProjectByIndex", 1}};
+  EXPECT_EQ(Path(), "");
+  EXPECT_FALSE(utils.isAfterEffectsProjectDirty(&manager));
+  EXPECT_THAT(fake_host.TakeCalls(),
+              ElementsAre("AEGP_GetProjectByIndex(0)", "AEGP_GetProjectByIndex(0)"));
+}
+
+TEST_F(PathUtilsTest, OpenGivesTheHostUTF16UpToTheFirstInvalidByte) {
+  struct {
+    std::string path;
+    std::u16string host;
+  } const cases[] = {{"/𝄞.aep", u"/𝄞.aep"},
+                     {"/a\xFF/b", u"/a"},
+                     {"\xFFx", u""},
+                     {"", u""},
+                     {"/\xED\xA0\x80", u"/"}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(utils.openProject(&manager, row.path), 0u);
+    EXPECT_EQ(fake_host.openedPath, row.host);
+  }
+  fake_host.failures = {{"AEGP_OpenProjectFromPath", -8}};
+  EXPECT_EQ(utils.openProject(&manager, "/a"), static_cast<uint32_t>(-8));
+}
+
+}  // namespace

@@ -1,0 +1,120 @@
+#include "TBKLoader.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "DllFrameworkUtils.h"
+#include "TemporaryFolder.h"
+#include "TraceLog.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kFontManager = FONT_MANAGER;
+
+TEST(TBKLoader, FillsTheTableFromAFullFramework) {
+  TBKLoader* loader = TBKLoader::GetThisSharedInstance(kFontManager + "/Tamberlink.framework");
+  ASSERT_NE(loader, nullptr);
+  EXPECT_EQ(loader->missingFunctionCount, 0);
+  EXPECT_EQ(loader->frameworkPath, kFontManager + "/Tamberlink.framework");
+  EXPECT_NE(loader->frameworkVersion, "");
+  EXPECT_EQ(TBKLoader::GetSharedInstance(), loader);
+  TraceLog traces;
+  EXPECT_TRUE(loader->VerifyThatAllMembersAre(true));
+  EXPECT_THAT(traces.lines, IsEmpty());
+
+  EXPECT_EQ(TBKLoader::GetThisSharedInstance("/elsewhere"), loader);
+  EXPECT_THAT(traces.lines, IsEmpty());
+}
+
+TEST(TBKLoader, CountsWhatAFrameworkLacks) {
+  TBKLoader* loader = TBKLoader::GetThisSharedInstance(
+      kFontManager + "/without-ShouldShowLogin/Tamberlink.framework");
+  ASSERT_NE(loader, nullptr);
+  EXPECT_EQ(loader->missingFunctionCount, 1);
+  EXPECT_EQ(loader->pfShouldShowLogin, nullptr);
+  bool show = true;
+  EXPECT_EQ(CallTamberlink(&TBKLoader::pfShouldShowLogin, &show), CoreErrorCodes::kNotImplemented);
+  EXPECT_TRUE(show);
+  // The last two members aren't looked at.
+  EXPECT_TRUE(loader->VerifyThatAllMembersAre(true));
+}
+
+TEST(TBKLoader, TracesTheMembersThatArentAsStated) {
+  TBKLoader* loader = TBKLoader::GetThisSharedInstance(kFontManager + "/Tamberlink.framework");
+  ASSERT_NE(loader, nullptr);
+  const auto save = loader->pfHandleSaveDocument;
+  TBKLoader::ResetFunctionPointers(loader, nullptr);
+  TraceLog traces;
+  EXPECT_TRUE(loader->VerifyThatAllMembersAre(false));
+  EXPECT_FALSE(loader->VerifyThatAllMembersAre(true));
+  ASSERT_EQ(traces.lines.size(), 24u);
+  EXPECT_EQ(traces.lines.front(), "ERROR:  this->pfActivateChosenFonts is NULL.");
+  EXPECT_EQ(traces.lines.back(), "ERROR:  this->pfSetRebuildWorkgroupsMenuCallback is NULL.");
+  loader->pfHandleSaveDocument = save;
+  traces.lines.clear();
+  EXPECT_FALSE(loader->VerifyThatAllMembersAre(false));
+  EXPECT_THAT(traces.lines, ElementsAre("ERROR:  this->pfHandleSaveDocument is not NULL."));
+}
+
+TEST(TBKLoader, AFailedSearchIsMadeAgain) {
+  TemporaryFolder folder;
+  std::filesystem::current_path(folder.path());
+  setenv("HOME", folder.path().c_str(), 1);
+  TraceLog traces;
+  EXPECT_EQ(TBKLoader::GetSharedInstance(), nullptr);
+  EXPECT_THAT(
+      traces.lines,
+      ElementsAre(
+          "Entering first call to GetSharedInstance()",
+          "  CFBundleCreate() returned 0x00000000 on attempt to load plug-in interface from "
+          "'Tamberlink.framework'",
+          "  ERROR:  cannot find Tamberlink.framework",
+          "Exiting first call to GetSharedInstance(); sSharedInstance=0x00000000"));
+  uint32_t result = CallTamberlink(&TBKLoader::pfTerminateTamberlinkInterface);
+  EXPECT_EQ(result, CoreErrorCodes::kNotImplemented);
+
+  std::filesystem::create_directory_symlink(kFontManager + "/Tamberlink.framework",
+                                            folder.path() / "Tamberlink.framework");
+  traces.lines.clear();
+  EXPECT_NE(TBKLoader::GetSharedInstance(), nullptr);
+  EXPECT_THAT(traces.lines, Contains("  Loaded Tamberlink.framework"));
+  EXPECT_EQ(traces.lines.size(), 3u + 26u + 1u);
+}
+
+// Where the search looks, read off the attempt to load.
+std::string SearchedPath() {
+  TraceLog traces;
+  EXPECT_EQ(TBKLoader::GetSharedInstance(), nullptr);
+  const std::string& attempt = traces.lines.at(1);
+  const size_t start = attempt.find('\'') + 1;
+  return attempt.substr(start, attempt.rfind('\'') - start);
+}
+
+TEST(TBKLoader, TheLaunchInfoFileNamesTheFolder) {
+  TemporaryFolder folder;
+  std::filesystem::current_path(folder.path());
+  setenv("HOME", folder.path().c_str(), 1);
+  // A regular file that isn't a module takes the framework's place.
+  const std::string core = folder.Write("Core/Tamberlink.framework", "text").parent_path().string();
+  const std::string bare = "Tamberlink.framework";
+  const std::pair<std::string, std::string> cases[] = {
+      {"oxbrim.path=/Apps/Core/Oxbrim\n", "/Apps/Core/PluginFiles/" + bare},
+      {"oxbrim.path=/Apps/Core/Oxbrim\r\n", "/Apps/Core/PluginFiles/" + bare},
+      {"oxbrim.path=C:\\Apps\\Oxbrim", "C:\\Apps\\PluginFiles\\" + bare},
+      {"oxbrim.path=/a\\b", "/a\\PluginFiles\\" + bare},
+      {"oxbrim.path=Oxbrim", "OxbrimPluginFilesm" + bare},
+      {"oxbrim.path=" + core + "/Oxbrim", core + "/" + bare},
+      {"oxbrim.path=\n", bare},
+      {"oxbrim.path\n", bare},
+      {"", bare}};
+  for (const auto& [file, path] : cases) {
+    folder.Write("Library/Veldrane/com.veldrane.Oxbrim-LaunchInfo.conf", file);
+    EXPECT_EQ(SearchedPath(), path) << file;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,178 @@
+#include "FakeHost.h"
+
+#include <algorithm>
+#include <cstring>
+
+FakeHost fake_host;
+
+namespace {
+
+struct _AEGP_Project* const kProject = nullptr;
+AEGP_ProjectH ProjectHandle() {
+  return const_cast<AEGP_ProjectH>(&kProject);
+}
+AEGP_MemHandle PathHandle() {
+  return reinterpret_cast<AEGP_MemHandle>(&fake_host.path);
+}
+AEGP_PersistentBlobH BlobHandle() {
+  return reinterpret_cast<AEGP_PersistentBlobH>(&fake_host.preferences);
+}
+
+template <class Work>
+A_Err Do(const char* function, const std::string& arguments, Work work) {
+  const A_Err error = fake_host.Call(function, arguments);
+  if (error == A_Err_NONE) work();
+  return error;
+}
+
+const AEGP_RegisterSuite5 kRegisterSuite = {
+    [](AEGP_PluginID id, AEGP_HookPriority priority, AEGP_Command command, AEGP_CommandHook hook,
+       AEGP_CommandRefcon) {
+      return Do("AEGP_RegisterCommandHook",
+                std::to_string(id) + "," + std::to_string(priority) + "," + std::to_string(command),
+                [&] { fake_host.commandHook = hook; });
+    },
+    [](AEGP_PluginID id, AEGP_UpdateMenuHook hook, AEGP_UpdateMenuRefcon) {
+      return Do("AEGP_RegisterUpdateMenuHook", std::to_string(id),
+                [&] { fake_host.updateMenuHook = hook; });
+    },
+    [](AEGP_PluginID id, AEGP_DeathHook hook, AEGP_DeathRefcon) {
+      return Do("AEGP_RegisterDeathHook", std::to_string(id), [&] { fake_host.deathHook = hook; });
+    },
+    [](AEGP_PluginID id, AEGP_IdleHook hook, AEGP_IdleRefcon) {
+      return Do("AEGP_RegisterIdleHook", std::to_string(id), [&] { fake_host.idleHook = hook; });
+    }};
+
+const AEGP_CommandSuite1 kCommandSuite = {
+    [](AEGP_Command* command) { return Do("AEGP_GetUniqueCommand", "", [&] { *command = 900; }); },
+    [](AEGP_Command command, const A_char* name, AEGP_MenuID menu, A_long after) {
+      return fake_host.Call("AEGP_InsertMenuCommand", std::to_string(command) + "," + name + "," +
+                                                          std::to_string(menu) + "," +
+                                                          std::to_string(after));
+    },
+    [](AEGP_Command command) {
+      return fake_host.Call("AEGP_EnableCommand", std::to_string(command));
+    },
+    [](AEGP_Command command) { return fake_host.Call("AEGP_DoCommand", std::to_string(command)); }};
+
+const AEGP_UtilitySuite3 kUtilitySuite3 = {[](AEGP_PluginID id, const A_char* text) {
+  return fake_host.Call("AEGP_ReportInfo", std::to_string(id) + "," + text);
+}};
+const AEGP_UtilitySuite6 kUtilitySuite6 = {[] { return fake_host.Call("AEGP_UpdateFontList"); }};
+const PFAdvAppSuite2 kAdvAppSuite = {[] { return fake_host.Call("PF_RefreshAllWindows"); }};
+
+const AEGP_ProjSuite6 kProjSuite = {
+    .AEGP_GetNumProjects = nullptr,
+    .AEGP_GetProjectByIndex =
+        [](A_long index, AEGP_ProjectH* project) {
+          return Do("AEGP_GetProjectByIndex", std::to_string(index),
+                    [&] { *project = fake_host.hasProject ? ProjectHandle() : nullptr; });
+        },
+    .AEGP_GetProjectName = nullptr,
+    .AEGP_GetProjectPath =
+        [](AEGP_ProjectH, AEGP_MemHandle* path) {
+          return Do("AEGP_GetProjectPath", "", [&] { *path = PathHandle(); });
+        },
+    .AEGP_GetProjectRootFolder = nullptr,
+    .AEGP_SaveProjectToPath = nullptr,
+    .AEGP_GetProjectTimeDisplay = nullptr,
+    .AEGP_SetProjectTimeDisplay = nullptr,
+    .AEGP_ProjectIsDirty =
+        [](AEGP_ProjectH, A_Boolean* dirty) {
+          return Do("AEGP_ProjectIsDirty", "", [&] { *dirty = fake_host.dirty ? 1 : 0; });
+        },
+    .AEGP_SaveProjectAs = nullptr,
+    .AEGP_NewProject = [](AEGP_ProjectH*) { return fake_host.Call("AEGP_NewProject"); },
+    .AEGP_OpenProjectFromPath =
+        [](const A_UTF16Char* path, AEGP_ProjectH*) {
+          return Do("AEGP_OpenProjectFromPath", "", [&] {
+            fake_host.openedPath.clear();
+            while (*path != 0) fake_host.openedPath += static_cast<char16_t>(*path++);
+          });
+        },
+    .AEGP_GetProjectBitDepth = nullptr,
+    .AEGP_SetProjectBitDepth = nullptr};
+
+const AEGP_MemorySuite1 kMemorySuite = {
+    .AEGP_NewMemHandle = nullptr,
+    .AEGP_FreeMemHandle = [](AEGP_MemHandle) { return fake_host.Call("AEGP_FreeMemHandle"); },
+    .AEGP_LockMemHandle =
+        [](AEGP_MemHandle, void** start) {
+          return Do("AEGP_LockMemHandle", "", [&] { *start = fake_host.path.data(); });
+        },
+    .AEGP_UnlockMemHandle = [](AEGP_MemHandle) { return fake_host.Call("AEGP_UnlockMemHandle"); },
+    .AEGP_GetMemHandleSize = nullptr,
+    .AEGP_ResizeMemHandle = nullptr,
+    .AEGP_SetMemReportingOn = nullptr,
+    .AEGP_GetMemStats = nullptr};
+
+const AEGP_PersistentDataSuite3 kPersistentDataSuite3 = {
+    [](AEGP_PersistentBlobH* blob) {
+      return Do("AEGP_GetApplicationBlob", "", [&] { *blob = BlobHandle(); });
+    },
+    [](AEGP_PersistentBlobH, const A_char* section, const A_char* key, const A_char* text) {
+      return Do("AEGP_SetString", "",
+                [&] { fake_host.preferences[std::string(section) + "/" + key] = text; });
+    }};
+const AEGP_PersistentDataSuite4 kPersistentDataSuite4 = {
+    [](AEGP_PersistentBlobH, const A_char* section, const A_char* key, const A_char* standard,
+       A_u_long size, char* text, A_u_long*) {
+      return Do("AEGP_GetString", "", [&] {
+        const auto found = fake_host.preferences.find(std::string(section) + "/" + key);
+        const std::string value = found == fake_host.preferences.end() ? standard : found->second;
+        std::strncpy(text, value.c_str(), size);
+      });
+    }};
+
+const std::map<std::pair<std::string, int>, const void*>& Suites() {
+  static const std::map<std::pair<std::string, int>, const void*> suites = {
+      {{kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5}, &kRegisterSuite},
+      {{kAEGPCommandSuite, kAEGPCommandSuiteVersion1}, &kCommandSuite},
+      {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3}, &kUtilitySuite3},
+      {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6}, &kUtilitySuite6},
+      {{kAEGPProjSuite, kAEGPProjSuiteVersion6}, &kProjSuite},
+      {{kAEGPMemorySuite, kAEGPMemorySuiteVersion1}, &kMemorySuite},
+      {{kPFAdvAppSuite, kPFAdvAppSuiteVersion2}, &kAdvAppSuite},
+      {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion3}, &kPersistentDataSuite3},
+      {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion4}, &kPersistentDataSuite4}};
+  return suites;
+}
+
+std::string Describe(const char* name, int32 version) {
+  return std::string(name) + " " + std::to_string(version);
+}
+
+SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
+  const auto found = Suites().find({name, version});
+  if (found == Suites().end() || fake_host.refusedSuites.contains({name, version})) return 1;
+  fake_host.calls.push_back("+" + Describe(name, version));
+  *suite = found->second;
+  return 0;
+}
+
+SPErr ReleaseSuite(const char* name, int32 version) {
+  fake_host.calls.push_back("-" + Describe(name, version));
+  return 0;
+}
+
+}  // namespace
+
+A_Err FakeHost::Call(const std::string& function, const std::string& arguments) {
+  calls.push_back(arguments.empty() ? function : function + "(" + arguments + ")");
+  const auto failure = failures.find(function);
+  return failure == failures.end() ? A_Err_NONE : failure->second;
+}
+
+std::vector<std::string> FakeHost::TakeCalls() {
+  std::vector<std::string> taken;
+  std::copy_if(calls.begin(), calls.end(), std::back_inserter(taken),
+               [](const std::string& call) { return call[0] != '+' && call[0] != '-'; });
+  calls.clear();
+  return taken;
+}
+
+SPBasicSuite* FakeHost::basicSuite() {
+  static SPBasicSuite suite = {AcquireSuite, ReleaseSuite, nullptr, nullptr,
+                               nullptr,      nullptr,      nullptr};
+  return &suite;
+}
