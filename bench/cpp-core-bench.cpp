@@ -31,7 +31,7 @@ class IdleThread {
 void StdMutexLockAndUnlock(benchmark::State& state) {
   const IdleThread other;
   std::mutex mutex;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     mutex.lock();
     benchmark::ClobberMemory();
     mutex.unlock();
@@ -42,7 +42,7 @@ BENCHMARK(StdMutexLockAndUnlock);
 void GMutexLockAndUnlock(benchmark::State& state) {
   const IdleThread other;
   GMutex mutex;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(mutex.Lock());
     benchmark::DoNotOptimize(mutex.Unlock());
   }
@@ -52,7 +52,7 @@ BENCHMARK(GMutexLockAndUnlock);
 void GScopedLockOnAGMutex(benchmark::State& state) {
   const IdleThread other;
   GMutex mutex;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const GScopedLock lock(mutex, true, new GBlockingLockStrategy);
     benchmark::DoNotOptimize(lock.IsLocked());
   }
@@ -61,7 +61,7 @@ BENCHMARK(GScopedLockOnAGMutex);
 
 void NameLookup(benchmark::State& state) {
   uint32_t code = 0x0C001005;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(code);
     benchmark::DoNotOptimize(GetNameForErrorCode(code));
   }
@@ -70,14 +70,14 @@ BENCHMARK(NameLookup);
 
 void Iso8601Text(benchmark::State& state) {
   const GDateTime time = GDateTime::kMaxDateTime;
-  for (auto _ : state) benchmark::DoNotOptimize(time.GetAsISO8601String(true));
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(time.GetAsISO8601String(true));
 }
 BENCHMARK(Iso8601Text);
 
 void ThresholdLookup(benchmark::State& state) {
   GLogger logger;
   const std::string identifier = "FileSystem";
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(logger.ShouldLog(identifier, GLogger::kLoggingLevelError));
   }
 }
@@ -86,7 +86,7 @@ BENCHMARK(ThresholdLookup);
 void LogOneEntry(benchmark::State& state, GLogger& logger, GLogger::LoggingLevel level) {
   const std::string identifier = "FileSystem";
   const std::string format = "Error='%s'  File='%s'  Line=%d  Code='%u'  ";
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     logger.Log(identifier, level, format, "CoreErrorCodes::kError", __FILE__, __LINE__, 7u);
   }
 }

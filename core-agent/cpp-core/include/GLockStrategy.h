@@ -9,6 +9,8 @@ class GLockStrategy {
  public:
   virtual ~GLockStrategy() = default;
 
+  /// Takes the lock in the strategy's own way.
   virtual uint32_t Lock(GLockable& lockable) = 0;
+  /// Gives the lock back; by default as the lockable does.
   virtual uint32_t Unlock(GLockable& lockable) { return lockable.Unlock(); }
 };

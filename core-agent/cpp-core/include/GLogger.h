@@ -20,6 +20,8 @@
 /// is dropped. No operation reports a failure or throws: a lock that fails ends it quietly.
 class GLogger : private GNoncopyable {
  public:
+  /// The level of an entry, or the threshold of an identifier: what is at most as high passes.
+  /// `kLoggingLevelUnset` and `kLoggingLevelNone` let nothing pass and are never logged.
   enum LoggingLevel : int32_t {
     kLoggingLevelUnset = -1,
     kLoggingLevelNone = 0,

@@ -24,6 +24,7 @@ class GScopedLock {
   /// counts as held still.
   void Unlock();
 
+  /// Whether this object holds the lock now.
   bool IsLocked() const;
 
  private:
