@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-FakeHost fake_host;
+FakeHost& fake_host = *new FakeHost;
 
 namespace {
 

@@ -36,4 +36,5 @@ struct FakeHost {
   SPBasicSuite* basicSuite();
 };
 
-extern FakeHost fake_host;
+/// Never destroyed: the plug-in releases its suites at process exit.
+extern FakeHost& fake_host;
