@@ -96,8 +96,8 @@ TEST(GLogger, TheBufferGrowsInStepsAndOnlyForTextThatDoesNotFit) {
   const struct {
     size_t length;
     std::vector<size_t> sizes;
-  } rows[] = {{255, {256}}, {256, {256, 512}},   {511, {512}}, {512, {512, 768}},
-              {100, {768}}, {5000, {768, 5120}}, {20, {5120}}};
+  } rows[] = {{255, {256}}, {256, {256, 512}},   {511, {512}},         {512, {512, 768}},
+              {100, {768}}, {1023, {768, 1280}}, {5000, {1280, 5120}}, {20, {5120}}};
   const std::string prefix = "[id]\t[Error]\t";
   const LogLines log("test", logger);
   for (const auto& row : rows) {
