@@ -170,9 +170,20 @@ std::string CompareCalls(const std::vector<ExpectedCall>& expected,
   return differs ? "    (- expected, + found)" + lines : "";
 }
 
+/// A list within the list stands for its calls, so that a variable can be several or none.
+void ReadExpectedCalls(const YamlValue& value, std::vector<ExpectedCall>& calls) {
+  for (const YamlValue& call : value.list()) {
+    if (call.isList()) {
+      ReadExpectedCalls(call, calls);
+    } else {
+      calls.push_back(ReadExpectedCall(call));
+    }
+  }
+}
+
 Check ReadFramework(const YamlValue& value) {
   std::vector<ExpectedCall> expected;
-  for (const YamlValue& call : value.list()) expected.push_back(ReadExpectedCall(call));
+  ReadExpectedCalls(value, expected);
   return [expected](Host& host) {
     return CompareCalls(expected, std::exchange(host.timeline.record.frameworkCalls, {}));
   };

@@ -229,7 +229,7 @@ void Host::showDialog(const std::string& title, const desktop::WindowClass& wind
                                      : ", addressed to another window"));
         if (faults.take(kSendEvent)) throw desktop::Exception("the window takes no events");
       });
-  timeline.add(Actor::host, fmt::format("has the dialog {} ready", Quoted(title)));
+  timeline.add(Actor::host, fmt::format("begins the dialog {}", Quoted(title)));
   window.makeKeyAndOrderFront();
   callPlugin("modal session", [&] {
     desktop::Application::sharedApplication().beginModalSessionForWindow(window);

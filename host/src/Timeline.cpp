@@ -89,11 +89,14 @@ void Timeline::drainRest() {
   if (const std::string rest = mStdout.takeRest(); !rest.empty()) takeStdoutLine(rest);
 }
 
-void Timeline::show(Actor actor, std::string text) const {
+void Timeline::show(Actor actor, std::string text) {
   if (!mShown) return;
   ReplaceAll(text, mFolderPrefix, "");
   ReplaceAll(text, "\n", "\\n");
-  mReporter->send(ReportKind::line, fmt::format("{:>6}  {:<9}  {}", tick, NameOf(actor), text));
+  const bool isNewTick = std::exchange(mLastShownTick, tick) != tick;
+  mReporter->send(
+      ReportKind::line,
+      fmt::format("{:>6}  {:<9}  {}", isNewTick ? std::to_string(tick) : "", NameOf(actor), text));
 }
 
 void Timeline::takeStdoutLine(const std::string& line) {

@@ -54,12 +54,13 @@ class Timeline {
   Record record;
 
  private:
-  void show(Actor actor, std::string text) const;
+  void show(Actor actor, std::string text);
   void takeStdoutLine(const std::string& line);
   void takeJournalLine(const std::string& line);
 
   const Reporter* mReporter = nullptr;
   bool mShown = false;
+  int64_t mLastShownTick = -1;
   std::string mFolderPrefix;
   GrowingFile mStdout;
   GrowingFile mJournal;

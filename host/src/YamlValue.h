@@ -49,6 +49,7 @@ class YamlValue {
   std::map<std::string, YamlValue> fields(std::initializer_list<std::string_view> known) const;
 
   bool isText() const { return !mIsNothing && mNode.IsScalar(); }
+  bool isList() const { return mNode.IsSequence(); }
   bool isMap() const { return mNode.IsMap(); }
   bool isNothing() const { return mIsNothing || mNode.IsNull(); }
   /// The same place in the file with no value, under another key.

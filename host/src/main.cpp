@@ -43,8 +43,8 @@ int Run(const std::vector<std::string>& files, const host::RunOptions& options) 
   }
   ShowProgress(sessions.size(), sessions);
   if (sessions.size() > 1) {
-    fmt::print("\n{} sessions, {} failed\nresult: {}\n", sessions.size(), failed,
-               failed == 0 ? "ok" : "failed");
+    fmt::print("{}{} sessions, {} failed\nresult: {}\n", options.quiet ? "" : "\n", sessions.size(),
+               failed, failed == 0 ? "ok" : "failed");
   }
   return failed == 0 ? kOk : kFailed;
 }
