@@ -5,9 +5,19 @@
 
 #include "VeldraneFileUtils.h"
 
+namespace {
+
+// Runs on every tick, and nearly every path is plain ASCII: the cheap test goes first.
+bool IsUTF8(std::string_view text) {
+  unsigned char bits = 0;
+  for (const char byte : text) bits |= static_cast<unsigned char>(byte);
+  return bits < 0x80 || utf8::is_valid(text.begin(), text.end());
+}
+
+}  // namespace
+
 int64_t VeldraneFileUtils::GetFileModificationDate(const char* path) {
-  const std::string_view text(path);
-  if (!utf8::is_valid(text.begin(), text.end())) return 0;
+  if (!IsUTF8(path)) return 0;
   struct stat status {};
   return stat(path, &status) == 0 ? status.st_mtime : 0;
 }

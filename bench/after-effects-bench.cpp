@@ -1,0 +1,126 @@
+#include <benchmark/benchmark.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <ctime>
+
+#include "AETypelark.h"
+#include "AE_APISuiteHandlerManager.h"
+#include "AllocationCount.h"
+#include "BenchHost.h"
+#include "GlobalState.h"
+#include "TBKLoader.h"
+
+namespace {
+
+constexpr int32_t kTickWithoutAStep = 12;
+
+// The framework with operations that answer at once: one font activated on open.
+TBKLoader* LoadFramework() {
+  TBKLoader* loader = TBKLoader::GetThisSharedInstance(TAMBERLINK_FRAMEWORK);
+  if (!loader) std::abort();
+  loader->pfPluginIsEnabled = [](bool, bool* enabled) {
+    *enabled = true;
+    return uint32_t{0};
+  };
+  loader->pfHandleOpenExistingDocument = [](const char*, char*, uint64_t*, int32_t* count) {
+    *count = 1;
+    return uint32_t{0};
+  };
+  return loader;
+}
+
+void Tick() {
+  IdleHook(nullptr, nullptr, nullptr);
+}
+
+// The state after a project was opened, and its process has run.
+void ReachUneventfulTicks() {
+  LoadFramework();
+  global_state.picaBasicSuite = bench_host::BasicSuite();
+  global_state.lastProjectPath = bench_host::ProjectPath();
+  Tick();
+  global_state.endFontActivationProcess();
+  Tick();
+}
+
+// The host calls, the file's date and the clock reads of a tick, with the path neither converted
+// nor kept.
+void UneventfulTickFloor(benchmark::State& state) {
+  AE_APISuiteHandlerManager manager(bench_host::BasicSuite());
+  const AEGP_ProjSuite6* projects = manager.suite_handler_ptr()->ProjSuite6();
+  const AEGP_MemorySuite1* memory = manager.suite_handler_ptr()->MemorySuite1();
+  for (auto _ : state) {
+    AEGP_ProjectH project = nullptr;
+    projects->AEGP_GetProjectByIndex(0, &project);
+    AEGP_MemHandle path = nullptr;
+    projects->AEGP_GetProjectPath(project, &path);
+    void* start = nullptr;
+    memory->AEGP_LockMemHandle(path, &start);
+    benchmark::DoNotOptimize(start);
+    memory->AEGP_UnlockMemHandle(path);
+    memory->AEGP_FreeMemHandle(path);
+    projects->AEGP_GetProjectByIndex(0, &project);
+    A_Boolean dirty = 0;
+    projects->AEGP_ProjectIsDirty(project, &dirty);
+    benchmark::DoNotOptimize(dirty);
+    struct stat status {};
+    benchmark::DoNotOptimize(stat(bench_host::ProjectPath(), &status));
+    benchmark::DoNotOptimize(time(nullptr));
+    benchmark::DoNotOptimize(time(nullptr));
+  }
+}
+BENCHMARK(UneventfulTickFloor);
+
+void UneventfulTick(benchmark::State& state) {
+  ReachUneventfulTicks();
+  const int64_t allocations = allocation_count;
+  const int64_t suites = bench_host::suites_acquired;
+  for (auto _ : state) Tick();
+  const auto ticks = static_cast<double>(state.iterations());
+  state.counters["allocations"] = static_cast<double>(allocation_count - allocations) / ticks;
+  state.counters["suites"] = static_cast<double>(bench_host::suites_acquired - suites) / ticks;
+}
+BENCHMARK(UneventfulTick);
+
+void TickOfARunningProcess(benchmark::State& state) {
+  ReachUneventfulTicks();
+  global_state.startFontActivationProcess();
+  for (auto _ : state) {
+    global_state.ticksSinceActivationStart = kTickWithoutAStep;
+    Tick();
+  }
+  global_state.endFontActivationProcess();
+}
+BENCHMARK(TickOfARunningProcess);
+
+void WholeActivationProcess(benchmark::State& state) {
+  ReachUneventfulTicks();
+  for (auto _ : state) {
+    global_state.startFontActivationProcess();
+    while (global_state.fontActivationInProgress) Tick();
+  }
+}
+BENCHMARK(WholeActivationProcess);
+
+void SharedInstanceAfterTheFirstSuccess(benchmark::State& state) {
+  LoadFramework();
+  for (auto _ : state) benchmark::DoNotOptimize(TBKLoader::GetSharedInstance());
+}
+BENCHMARK(SharedInstanceAfterTheFirstSuccess);
+
+// The search of the process list and of the launch-info file, and the attempt to load what isn't
+// there.
+void SharedInstanceSearchedInVain(benchmark::State& state) {
+  delete LoadFramework();
+  for (auto _ : state) benchmark::DoNotOptimize(TBKLoader::GetSharedInstance());
+}
+BENCHMARK(SharedInstanceSearchedInVain);
+
+void SuiteAccessorAfterItsFirstCall(benchmark::State& state) {
+  AEGP_SuiteHandler handler(bench_host::BasicSuite());
+  for (auto _ : state) benchmark::DoNotOptimize(handler.ProjSuite6());
+}
+BENCHMARK(SuiteAccessorAfterItsFirstCall);
+
+}  // namespace
