@@ -1,0 +1,197 @@
+// A plug-in that does what a session's file "behaviour" says, at its first idle tick, and little
+// else.
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <stdexcept>
+#include <string>
+
+#include "AE_GeneralPlug.h"
+#include "desktop/Application.h"
+
+namespace {
+
+SPBasicSuite* basic = nullptr;
+AEGP_PluginID pluginId = 0;
+AEGP_Command command = 0;
+
+/// Holds a suite for as long as it lives.
+template <typename Table>
+class Suite {
+ public:
+  Suite(const char* name, int32 version) : mName(name), mVersion(version) {
+    basic->AcquireSuite(name, version, reinterpret_cast<const void**>(&mTable));
+  }
+  ~Suite() { basic->ReleaseSuite(mName, mVersion); }
+  Suite(const Suite&) = delete;
+  Suite& operator=(const Suite&) = delete;
+  const Table* operator->() const { return mTable; }
+
+ private:
+  const char* mName;
+  int32 mVersion;
+  const Table* mTable = nullptr;
+};
+
+struct Register : Suite<AEGP_RegisterSuite5> {
+  Register() : Suite(kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5) {}
+};
+struct Commands : Suite<AEGP_CommandSuite1> {
+  Commands() : Suite(kAEGPCommandSuite, kAEGPCommandSuiteVersion1) {}
+};
+struct Projects : Suite<AEGP_ProjSuite6> {
+  Projects() : Suite(kAEGPProjSuite, kAEGPProjSuiteVersion6) {}
+};
+struct Memory : Suite<AEGP_MemorySuite1> {
+  Memory() : Suite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1) {}
+};
+struct Utility : Suite<AEGP_UtilitySuite3> {
+  Utility() : Suite(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3) {}
+};
+
+AEGP_MemHandle PathHandle() {
+  const Projects projects;
+  AEGP_ProjectH project = nullptr;
+  AEGP_MemHandle path = nullptr;
+  projects->AEGP_GetProjectByIndex(0, &project);
+  projects->AEGP_GetProjectPath(project, &path);
+  return path;
+}
+
+void Acquire() {
+  const void* suite = nullptr;
+  basic->AcquireSuite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1, &suite);
+}
+
+void Lock(AEGP_MemHandle handle) {
+  void* start = nullptr;
+  Memory()->AEGP_LockMemHandle(handle, &start);
+}
+
+// Suites that stay acquired until process exit, like those of an object with static storage.
+struct HeldToTheEnd {
+  bool holds = false;
+  ~HeldToTheEnd() {
+    if (holds) basic->ReleaseSuite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1);
+  }
+} heldToTheEnd;
+
+desktop::ModalSession BeginNothing(desktop::Application& /*application*/,
+                                   desktop::Window& /*window*/) {
+  return 0;
+}
+
+const std::map<std::string, std::function<void()>> kBehaviours{
+    {"leak a suite", Acquire},
+    {"release a suite twice",
+     [] { basic->ReleaseSuite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1); }},
+    {"hold a suite to the end",
+     [] {
+       Acquire();
+       heldToTheEnd.holds = true;
+     }},
+    {"leak a handle", [] { PathHandle(); }},
+    {"leak a lock", [] { Lock(PathHandle()); }},
+    {"free a locked handle",
+     [] {
+       const AEGP_MemHandle handle = PathHandle();
+       Lock(handle);
+       Memory()->AEGP_FreeMemHandle(handle);
+     }},
+    {"free a handle twice",
+     [] {
+       const AEGP_MemHandle handle = PathHandle();
+       Memory()->AEGP_FreeMemHandle(handle);
+       Memory()->AEGP_FreeMemHandle(handle);
+     }},
+    {"unlock a handle",
+     [] {
+       const AEGP_MemHandle handle = PathHandle();
+       Memory()->AEGP_UnlockMemHandle(handle);
+       Memory()->AEGP_FreeMemHandle(handle);
+     }},
+    {"lock and unlock",
+     [] {
+       const AEGP_MemHandle handle = PathHandle();
+       Lock(handle);
+       Memory()->AEGP_UnlockMemHandle(handle);
+       Memory()->AEGP_FreeMemHandle(handle);
+     }},
+    {"crash", [] { std::abort(); }},
+    {"end the process", [] { _exit(0); }},
+    {"end the process with a code", [] { _exit(3); }},
+    {"throw", [] { throw std::runtime_error("boom"); }},
+    {"throw an int", [] { throw 516; }},
+    {"report", [] { Utility()->AEGP_ReportInfo(pluginId, "something is up"); }},
+    {"tell the time",
+     [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
+    {"end no line", [] { std::printf("no line end"); }},
+    {"keep dialogs from beginning",
+     [] { desktop::Application::sharedApplication().exchangeBeginModalSession(BeginNothing); }},
+    {"insert at the top",
+     [] {
+       Commands()->AEGP_InsertMenuCommand(command, "Top", AEGP_Menu_WINDOW,
+                                          AEGP_MENU_INSERT_AT_TOP);
+     }},
+};
+
+std::string TakeBehaviour() {
+  std::string behaviour;
+  std::ifstream file("behaviour");
+  std::getline(file, behaviour);
+  file.close();
+  unlink("behaviour");
+  return behaviour;
+}
+
+A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
+  static const std::string behaviour = TakeBehaviour();
+  static bool isDone = behaviour.empty();
+  if (behaviour == "fail") return 42;
+  if (!isDone) {
+    isDone = true;
+    kBehaviours.at(behaviour)();
+  }
+  return A_Err_NONE;
+}
+
+A_Err UpdateMenu(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) {
+  return Commands()->AEGP_EnableCommand(command);
+}
+
+A_Err Command(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command picked, AEGP_HookPriority,
+              A_Boolean, A_Boolean* handled) {
+  std::printf("command %s\n", picked == command ? "of mine" : std::to_string(picked).c_str());
+  if (picked == command) *handled = 1;
+  return A_Err_NONE;
+}
+
+A_Err Death(AEGP_GlobalRefcon, AEGP_DeathRefcon) {
+  std::printf("goodbye\n");
+  return A_Err_NONE;
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) A_Err EntryPointFunc(SPBasicSuite* basicSuite,
+                                                                       A_long, A_long,
+                                                                       AEGP_PluginID id,
+                                                                       AEGP_GlobalRefcon*) {
+  basic = basicSuite;
+  pluginId = id;
+  const Register suite;
+  suite->AEGP_RegisterIdleHook(id, Idle, nullptr);
+  suite->AEGP_RegisterUpdateMenuHook(id, UpdateMenu, nullptr);
+  suite->AEGP_RegisterCommandHook(id, AEGP_HP_BeforeAE, AEGP_Command_ALL, Command, nullptr);
+  suite->AEGP_RegisterDeathHook(id, Death, nullptr);
+  const Commands commands;
+  commands->AEGP_GetUniqueCommand(&command);
+  return commands->AEGP_InsertMenuCommand(command, "Mine", AEGP_Menu_WINDOW,
+                                          AEGP_MENU_INSERT_SORTED);
+}
