@@ -57,16 +57,18 @@ uint32_t GMutex::TryLockWithTimeout(unsigned int milliseconds) {
 }
 
 uint32_t GMutex::LockInternal(unsigned int milliseconds) {
+  // Before the monitor is taken, so that it is held no longer than it has to be.
+  const pthread_t self = pthread_self();
   uint32_t code = CoreErrorCodes::kSuccess;
   pthread_mutex_lock(&mMonitorMutex);
-  if (mLockCount != 0) {
+  if (mLockCount != 0) [[unlikely]] {
     // The owner would wait for itself, so it never waits, whatever the limit.
-    const bool isOwner = pthread_equal(pthread_self(), mOwnerThread) != 0;
+    const bool isOwner = pthread_equal(self, mOwnerThread) != 0;
     code = isOwner ? kMutexDeadlockErr : WaitUntilFree(milliseconds);
   }
-  if (code == CoreErrorCodes::kSuccess) {
+  if (code == CoreErrorCodes::kSuccess) [[likely]] {
     mLockCount = 1;
-    mOwnerThread = pthread_self();
+    mOwnerThread = self;
   }
   pthread_mutex_unlock(&mMonitorMutex);
   return code;
@@ -93,11 +95,12 @@ uint32_t GMutex::WaitUntilFree(unsigned int milliseconds) {
 }
 
 uint32_t GMutex::Unlock() {
+  const pthread_t self = pthread_self();
   const int result = pthread_mutex_lock(&mMonitorMutex);
   if (result != 0) return ConvertPthreadError(result);
 
   uint32_t code = kMutexDeadlockErr;
-  if (mLockCount != 0 && pthread_equal(pthread_self(), mOwnerThread) != 0) {
+  if (mLockCount != 0 && pthread_equal(self, mOwnerThread) != 0) [[likely]] {
     mLockCount = 0;
     code = ConvertPthreadError(pthread_cond_signal(&mMonitorCondition));
   }
