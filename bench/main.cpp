@@ -66,6 +66,7 @@ int main(int argc, char** argv) {
   within &= CounterWithin(reporter, "UneventfulTick.allocations", 2);
   within &= CounterWithin(reporter, "UneventfulTick.suites", 0);
   within &= RatioWithin(reporter, "GMutexLockAndUnlock", "StdMutexLockAndUnlock", 3);
-  within &= RatioWithin(reporter, "LogUnderTheThreshold", "ThresholdLookup", 1);
+  // The same work but for the call itself: the tenth is for what measuring adds.
+  within &= RatioWithin(reporter, "LogUnderTheThreshold", "ThresholdLookup", 1.1);
   return within ? 0 : 1;
 }
