@@ -5,6 +5,12 @@ set(TYPELARK_SANITIZE "" CACHE STRING "Value for -fsanitize=, empty for none")
 option(TYPELARK_BENCH "Build the benchmarks" OFF)
 option(TYPELARK_FUZZ "Build the fuzz targets with libFuzzer (needs Clang)" OFF)
 
+if(APPLE)
+  set(TYPELARK_PLATFORM Mac)
+else()
+  set(TYPELARK_PLATFORM Linux CACHE STRING "Whose halves are built: Linux, or Mac against GNUstep")
+endif()
+
 add_library(typelark-options INTERFACE)
 target_compile_options(typelark-options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)

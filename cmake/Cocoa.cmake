@@ -1,0 +1,73 @@
+# Cocoa for the macOS halves: the real one on macOS. Elsewhere GNUstep, an independent implementation of Foundation and
+# AppKit; what CoreFoundation adds to it lies below tests, and the halves see its headers under the names of macOS.
+
+add_library(cocoa INTERFACE)
+
+if(APPLE)
+  enable_language(OBJC)
+  enable_language(OBJCXX)
+  target_compile_options(cocoa INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fno-objc-arc>)
+  target_link_libraries(cocoa INTERFACE "-framework Cocoa" "-framework CoreServices")
+else()
+  # The packages that are missing, before CMake's own test of the compilers fails with less to say.
+  set(missing_packages "")
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-prog-name=cc1objplus
+    OUTPUT_VARIABLE objcxx OUTPUT_STRIP_TRAILING_WHITESPACE)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    message(FATAL_ERROR "The macOS halves are built with GCC where there is no Cocoa, not with ${CMAKE_CXX_COMPILER_ID}")
+  elseif(NOT EXISTS "${objcxx}")
+    list(APPEND missing_packages gobjc++)
+  endif()
+  find_program(GNUSTEP_CONFIG gnustep-config)
+  find_path(GNUSTEP_HEADERS Cocoa/Cocoa.h PATH_SUFFIXES GNUstep)
+  if(NOT GNUSTEP_CONFIG OR NOT GNUSTEP_HEADERS)
+    list(APPEND missing_packages libgnustep-gui-dev)
+  endif()
+  file(GLOB gnustep_backends /usr/lib/GNUstep/Bundles/libgnustep-back-*.bundle)
+  if(NOT gnustep_backends)
+    list(APPEND missing_packages gnustep-back0.29-cairo)
+  endif()
+  find_program(XVFB Xvfb)
+  find_program(XVFB_RUN xvfb-run)
+  if(NOT XVFB OR NOT XVFB_RUN)
+    list(APPEND missing_packages xvfb)
+  endif()
+  find_program(XAUTH xauth)
+  if(NOT XAUTH)
+    list(APPEND missing_packages xauth)
+  endif()
+  if(missing_packages)
+    list(JOIN missing_packages " " missing_packages)
+    message(FATAL_ERROR "The macOS halves need Debian packages that are missing: ${missing_packages}\n"
+      "./dev setup installs them.")
+  endif()
+
+  set(CMAKE_OBJC_COMPILER ${CMAKE_C_COMPILER})
+  set(CMAKE_OBJCXX_COMPILER ${CMAKE_CXX_COMPILER})
+  enable_language(OBJC)
+  enable_language(OBJCXX)
+
+  # Its own choice of warnings and optimisation stays out, and so do folders of headers that aren't there.
+  function(gnustep_flags kind pattern variable)
+    execute_process(COMMAND ${GNUSTEP_CONFIG} --${kind} OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE
+      COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(flags UNIX_COMMAND "${flags}")
+    list(FILTER flags INCLUDE REGEX "${pattern}")
+    set(${variable} ${flags} PARENT_SCOPE)
+  endfunction()
+  gnustep_flags(objc-flags "^-(D|f|pthread)" compile_flags)
+  gnustep_flags(gui-libs "^-l" libraries)
+  target_compile_options(cocoa INTERFACE "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${compile_flags}>")
+  target_include_directories(cocoa SYSTEM INTERFACE
+    ${PROJECT_SOURCE_DIR}/tests/cocoa-support/include ${GNUSTEP_HEADERS})
+  # The plug-in itself leaves what CoreFoundation is to give undefined, as it comes with the process on macOS.
+  target_link_libraries(cocoa INTERFACE ${libraries}
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:cocoa-support>)
+endif()
+
+foreach(language OBJC OBJCXX)
+  set(CMAKE_${language}_VISIBILITY_PRESET hidden)
+endforeach()
+# CMake doesn't know the standards of these languages.
+target_compile_options(cocoa INTERFACE
+  $<$<COMPILE_LANGUAGE:OBJC>:-std=c11> $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++${CMAKE_CXX_STANDARD}>)

@@ -1,0 +1,5 @@
+#include "GSystem.h"
+
+uint32_t GSystem::OSGetSystem() {
+  return 0;
+}

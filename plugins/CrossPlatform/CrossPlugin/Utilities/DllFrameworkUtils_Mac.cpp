@@ -1,0 +1,42 @@
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <cstring>
+
+#include "CFOwned.h"
+#include "DllFrameworkUtils.h"
+#include "FrameworkTraces.h"
+#include "PlatformStringUtils.h"
+
+namespace {
+
+// Never released by anybody, so that the framework stays loaded.
+CFBundleRef OpenBundle(const char* path) {
+  const CFOwned<CFStringRef> text(CFStringCreateWithCString(nullptr, path, kCFStringEncodingUTF8));
+  if (!text) return nullptr;
+  const CFOwned<CFURLRef> url(
+      CFURLCreateWithFileSystemPath(kCFAllocatorDefault, text.get(), kCFURLPOSIXPathStyle, true));
+  if (!url) return nullptr;
+  const CFBundleRef bundle = CFBundleCreate(kCFAllocatorDefault, url.get());
+  TraceFrameworkOpened(bundle, path);
+  return bundle;
+}
+
+}  // namespace
+
+void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versionOutSize) {
+  const CFBundleRef bundle = OpenBundle(path);
+  if (!bundle) return nullptr;
+  const auto version = static_cast<CFStringRef>(
+      CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("CFBundleShortVersionString")));
+  if (version) strlcpy(versionOut, GetStdString(version).c_str(), versionOutSize);
+  return bundle;
+}
+
+void* GetFunctionPtr(void* bundle, const char* name) {
+  if (!bundle) return nullptr;
+  const CFOwned<CFStringRef> text(CFStringCreateWithCString(nullptr, name, kCFStringEncodingUTF8));
+  if (!text) return nullptr;
+  void* function = CFBundleGetFunctionPointerForName(static_cast<CFBundleRef>(bundle), text.get());
+  TraceExportLookedUp(bundle, name, function);
+  return function;
+}

@@ -1,0 +1,37 @@
+#import <AppKit/AppKit.h>
+
+#include "AutoreleaseScope.h"
+#include "FrontApplication.h"
+
+namespace {
+
+constexpr int kNoFrontApplication = -1;
+constexpr int kNoSuchProcess = -600;
+// By number, because the name of the second one is deprecated in later versions of macOS.
+constexpr auto kAllWindowsIgnoringOtherApplications =
+    static_cast<NSApplicationActivationOptions>(3);
+
+}  // namespace
+
+int GetFrontProcessID(int& pid) {
+  const AutoreleaseScope scope;
+  NSRunningApplication* front = [[NSWorkspace sharedWorkspace] frontmostApplication];
+  if (!front) return kNoFrontApplication;
+  pid = [front processIdentifier];
+  return 0;
+}
+
+int GetProcessID(const char* bundle_id, int& pid) {
+  const AutoreleaseScope scope;
+  NSString* identifier = [NSString stringWithUTF8String:bundle_id];
+  NSRunningApplication* first =
+      [[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] firstObject];
+  if (!first) return kNoSuchProcess;
+  pid = [first processIdentifier];
+  return 0;
+}
+
+void SetFrontApplication(int pid) {
+  [[NSRunningApplication runningApplicationWithProcessIdentifier:pid]
+      activateWithOptions:kAllWindowsIgnoringOtherApplications];
+}

@@ -1,0 +1,3 @@
+#include "CocoaFakes.h"
+
+CocoaFakes cocoaFakes;

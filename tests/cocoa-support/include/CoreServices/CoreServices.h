@@ -1,0 +1,19 @@
+#pragma once
+
+// What the macOS halves call of CoreServices, for a build without it. Declarations as on macOS.
+
+#include <CoreFoundation/CoreFoundation.h>
+
+extern "C" {
+
+using OSStatus = int32_t;
+enum { noErr = 0 };
+
+struct UTCDateTime {
+  uint16_t highSeconds;
+  uint32_t lowSeconds;
+  uint16_t fraction;
+};
+
+OSStatus UCConvertCFAbsoluteTimeToUTCDateTime(CFAbsoluteTime time, UTCDateTime* result);
+}

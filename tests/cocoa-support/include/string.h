@@ -1,0 +1,15 @@
+#pragma once
+
+// The bounded copy that this C library lacks.
+
+#include_next <string.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+size_t strlcpy(char* out, const char* text, size_t size);
+
+#ifdef __cplusplus
+}
+#endif
