@@ -221,8 +221,9 @@ Expectation ReadExpectation(const std::string& key, const YamlValue& value) {
   const auto* const kind =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const Kind& each) { return each.key == key; });
   if (kind == kKinds.end()) {
-    std::vector<std::string> keys;
-    for (const Kind& each : kKinds) keys.emplace_back(each.key);
+    std::vector<std::string> keys(kKinds.size());
+    std::transform(kKinds.begin(), kKinds.end(), keys.begin(),
+                   [](const Kind& each) { return std::string(each.key); });
     value.fail(fmt::format("unknown key; known are {}", Join(keys, ", ")));
   }
   return {key, value.place(), kind->read(value)};

@@ -33,7 +33,7 @@ std::string DescribeException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
   int status = 0;
   char* demangled = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
-  const std::string name = demangled ? demangled : type->name();
+  std::string name = demangled ? demangled : type->name();
   std::free(demangled);
   try {
     throw;

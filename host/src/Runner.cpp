@@ -103,15 +103,9 @@ void PrintHead(const Session& session) {
   if (!session.about.empty()) fmt::print("{}\n", session.about);
 }
 
-void PrintResult(const std::vector<std::string>& shortfalls) {
-  if (!shortfalls.empty()) fmt::print("\nfell short:\n");
-  for (const std::string& shortfall : shortfalls) fmt::print("  {}\n", shortfall);
-  fmt::print("result: {}\n", shortfalls.empty() ? "ok" : "failed");
-}
-
 }  // namespace
 
-bool RunSession(const Session& session, const RunOptions& options) {
+std::vector<std::string> PlaySession(const Session& session, const RunOptions& options) {
   const SessionFolder folder(session.folder, options.fontManager);
   if (!options.quiet) {
     PrintHead(session);
@@ -129,9 +123,16 @@ bool RunSession(const Session& session, const RunOptions& options) {
   close(ends[1]);
   Outcome outcome = Follow(ends[0]);
   AddHowItEnded(process, outcome);
-  if (options.quiet && !outcome.shortfalls.empty()) PrintHead(session);
-  if (!options.quiet || !outcome.shortfalls.empty()) PrintResult(outcome.shortfalls);
-  return outcome.shortfalls.empty();
+  return outcome.shortfalls;
+}
+
+void PrintResult(const Session& session, const RunOptions& options,
+                 const std::vector<std::string>& shortfalls) {
+  if (options.quiet && shortfalls.empty()) return;
+  if (options.quiet) PrintHead(session);
+  if (!shortfalls.empty()) fmt::print("\nfell short:\n");
+  for (const std::string& shortfall : shortfalls) fmt::print("  {}\n", shortfall);
+  fmt::print("result: {}\n", shortfalls.empty() ? "ok" : "failed");
 }
 
 }  // namespace host

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "Session.h"
 
@@ -12,8 +14,12 @@ struct RunOptions {
   bool quiet = false;                 ///< print nothing of sessions that are as expected
 };
 
-/// Plays the session in a process of its own and prints its timeline, what fell short, and its
-/// result. Returns the verdict. Throws `std::runtime_error` when the session can't be set up.
-bool RunSession(const Session& session, const RunOptions& options);
+/// Plays the session in a process of its own and, unless it has to be quiet, prints its timeline
+/// meanwhile. Returns what fell short. Throws `std::runtime_error` when the session can't be set
+/// up.
+std::vector<std::string> PlaySession(const Session& session, const RunOptions& options);
+/// Prints what fell short, and the result.
+void PrintResult(const Session& session, const RunOptions& options,
+                 const std::vector<std::string>& shortfalls);
 
 }  // namespace host

@@ -47,7 +47,8 @@ void SessionFolder::fill(const SessionFolderSetup& setup, const fs::path& fontMa
     SetModificationDate(mPath / path, kSessionStart - kAgeOfProjects);
   }
   std::vector<std::string> vault;
-  for (const auto& [font, policy] : setup.vault) vault.push_back(font + "\t" + policy);
+  for (const auto& [font, policy] : setup.vault)
+    vault.push_back(fmt::format("{}\t{}", font, policy));
   WriteLines(mPath / "vault", vault);
   WriteLines(mPath / "active-fonts", setup.activeFonts);
   for (const auto& [path, text] : setup.files) {

@@ -34,7 +34,7 @@ void RequireNothing(const YamlValue& value) {
 }
 
 std::string ReadProject(const YamlValue& value, const Draft& draft) {
-  const std::string path = value.text();
+  std::string path = value.text();
   if (!draft.projects.contains(path)) {
     value.fail(fmt::format("there is no project '{}' at this point", path));
   }
@@ -286,8 +286,9 @@ Step ReadStep(const YamlValue& step, Draft& draft) {
       kStepKinds.begin(), kStepKinds.end(),
       [&, wanted = std::string_view(name)](const StepKind& each) { return each.name == wanted; });
   if (kind == kStepKinds.end()) {
-    std::vector<std::string> names;
-    for (const StepKind& each : kStepKinds) names.emplace_back(each.name);
+    std::vector<std::string> names(kStepKinds.size());
+    std::transform(kStepKinds.begin(), kStepKinds.end(), names.begin(),
+                   [](const StepKind& each) { return std::string(each.name); });
     value.fail(fmt::format("unknown step; known are {}", Join(names, ", ")));
   }
   if (kind->needsHost && !draft.started) value.fail("comes before the host has started");

@@ -30,7 +30,7 @@ A_Err Unsupported() {
 A_Err RegisterCommandHook(AEGP_PluginID, AEGP_HookPriority priority, AEGP_Command command,
                           AEGP_CommandHook hook, AEGP_CommandRefcon refcon) {
   if (const A_Err fault = Fault("AEGP_RegisterCommandHook")) return fault;
-  TheHost().hooks.addCommandHook({hook, refcon, priority, command});
+  TheHost().hooks.addCommandHook({{hook, refcon}, priority, command});
   TheHost().timeline.add(Actor::plugIn, "registers a command hook");
   return A_Err_NONE;
 }

@@ -23,9 +23,9 @@ std::string List(std::initializer_list<std::string_view> names) {
 
 }  // namespace
 
-YamlValue::YamlValue(YAML::Node node, std::string key, const std::string* file,
+YamlValue::YamlValue(const YAML::Node& node, std::string key, const std::string* file,
                      const Variables* variables)
-    : mNode(std::move(node)), mKey(std::move(key)), mFile(file), mVariables(variables) {
+    : mNode(node), mKey(std::move(key)), mFile(file), mVariables(variables) {
   if (!mNode.IsScalar()) return;
   const std::optional<std::string> name = WholeVariable(mNode.Scalar());
   if (!name) return;

@@ -30,7 +30,8 @@ class YamlValue {
   using Field = std::pair<std::string, YamlValue>;
 
   /// A text that is `${name}` as a whole stands for the variable's value, whatever its type.
-  YamlValue(YAML::Node node, std::string key, const std::string* file, const Variables* variables);
+  YamlValue(const YAML::Node& node, std::string key, const std::string* file,
+            const Variables* variables);
 
   YamlValue(const YamlValue&) = default;
   // Assigning a node of the YAML library changes the tree that both stand in.

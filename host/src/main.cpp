@@ -18,15 +18,11 @@ constexpr int kOk = 0;
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 
-/// On a terminal, says how far a long list has come. To standard error: what is redirected stays
-/// as it is.
-void ShowProgress(size_t played, const std::vector<host::Session>& sessions) {
+/// On a terminal, says how far a long list has come; an empty text takes that back. On standard
+/// error: what is redirected stays as it is.
+void ShowProgress(const std::string& text) {
   static const bool isShown = isatty(STDERR_FILENO) != 0;
-  if (!isShown || sessions.size() < 2) return;
-  const bool isDone = played == sessions.size();
-  fmt::print(
-      stderr, "\r\x1b[K{}",
-      isDone ? "" : fmt::format("{}/{} {}", played + 1, sessions.size(), sessions[played].name));
+  if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
 }
 
 int Run(const std::vector<std::string>& files, const host::RunOptions& options) {
@@ -36,22 +32,23 @@ int Run(const std::vector<std::string>& files, const host::RunOptions& options) 
     std::move(loaded.begin(), loaded.end(), std::back_inserter(sessions));
   }
   size_t failed = 0;
-  for (size_t i = 0; i < sessions.size(); ++i) {
-    ShowProgress(i, sessions);
-    if (i > 0 && !options.quiet) fmt::print("\n");
-    if (!host::RunSession(sessions[i], options)) ++failed;
+  for (const host::Session& session : sessions) {
+    const auto number = &session - sessions.data() + 1;
+    if (options.quiet) ShowProgress(fmt::format("{}/{} {}", number, sessions.size(), session.name));
+    if (number > 1 && !options.quiet) fmt::print("\n");
+    const std::vector<std::string> shortfalls = host::PlaySession(session, options);
+    if (options.quiet) ShowProgress("");
+    host::PrintResult(session, options, shortfalls);
+    if (!shortfalls.empty()) ++failed;
   }
-  ShowProgress(sessions.size(), sessions);
   if (sessions.size() > 1) {
-    fmt::print("{}{} sessions, {} failed\nresult: {}\n", options.quiet ? "" : "\n", sessions.size(),
-               failed, failed == 0 ? "ok" : "failed");
+    fmt::print("\n{} sessions, {} failed\nresult: {}\n", sessions.size(), failed,
+               failed == 0 ? "ok" : "failed");
   }
   return failed == 0 ? kOk : kFailed;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int RunCommandLine(int argc, char** argv) {
   CLI::App app("Plays sessions of a host application with a plug-in");
   app.require_subcommand(1);
   CLI::App* run = app.add_subcommand("run", "Plays each session in a process of its own");
@@ -70,12 +67,18 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kOk : kUsage;
   }
+  options.plugin = std::filesystem::absolute(plugin);
+  if (!fontManager.empty()) options.fontManager = std::filesystem::absolute(fontManager);
+  return Run(files, options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    options.plugin = std::filesystem::absolute(plugin);
-    if (!fontManager.empty()) options.fontManager = std::filesystem::absolute(fontManager);
-    return Run(files, options);
+    return RunCommandLine(argc, argv);
   } catch (const std::exception& error) {
-    fmt::print(stderr, "{}\n", error.what());
+    std::fprintf(stderr, "%s\n", error.what());
     return kUsage;
   }
 }

@@ -232,7 +232,8 @@ TEST(Host, FailsTheSessionOfAModuleThatIsNoPlugin) {
       {MODULE_WITHOUT_ENTRY, "the plug-in exports no EntryPointFunc"},
   };
   for (const auto& [module, finding] : cases) {
-    const Played played = RunHost("--plugin " + module + " " + story);
+    const Played played =
+        RunHost(std::string("--plugin ").append(module).append(" ").append(story));
     EXPECT_EQ(played.code, 1) << module;
     EXPECT_THAT(played.output, HasSubstr(finding));
   }
