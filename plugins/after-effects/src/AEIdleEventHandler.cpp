@@ -1,7 +1,6 @@
 #include "AEIdleEventHandler.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <ctime>
 #include <memory>
@@ -16,15 +15,12 @@ namespace {
 constexpr uint32_t kSecondsToWaitBetweenCallsToPluginIsEnabled = 9;
 // A file younger than this was written by the host just now, which tells a save from an open.
 constexpr int64_t kSecondsThatASaveIsRecent = 4;
-constexpr size_t kDocumentIdSize = 256;
 constexpr uint64_t kFontBufferSize = 0x20000;
 
 constexpr int32_t kTickOfDocument = 1;
 constexpr int32_t kTickOfFontListUpdate = 3;
 constexpr int32_t kTickOfReopening = 10;
 constexpr int32_t kTickOfEnd = 25;
-
-using DocumentId = std::array<char, kDocumentIdSize>;
 
 bool isTamberlinkEnabled() {
   static time_t last_check_plugin_is_enabled = 0;
@@ -62,11 +58,12 @@ bool handleOpen(GlobalStateInterface* state, TBKCallTracker* tracker) {
 
 bool handleClose(GlobalStateInterface* state, TBKCallTracker* tracker) {
   OutputIndentedAndFormattedString(0, "Handling Close");
-  DocumentId id{};
+  TamberlinkDocumentId id{};
   // The current path is empty by now.
   CallTamberlink(&TBKLoader::pfHandleCloseDocument, state->lastProjectPath.c_str(), id.data());
   tracker->handleCloseDocumentCalled = true;
   BackgroundForegroundSwitcher switcher;
+  // The names select nothing; what counts is that it is done three times.
   for (const char* name :
        {"AE_CApplication_13.5", "AE_CApplication_14.0", "AE_CApplication_14.1"}) {
     switcher.backgroundForegroundApp(const_cast<char*>(name));
@@ -76,7 +73,7 @@ bool handleClose(GlobalStateInterface* state, TBKCallTracker* tracker) {
 }
 
 void saveDocument(GlobalStateInterface* state, TBKCallTracker* tracker) {
-  DocumentId id{};
+  TamberlinkDocumentId id{};
   CallTamberlink(&TBKLoader::pfHandleSaveDocument, state->currentProjectPath.c_str(), id.data());
   tracker->handleSaveDocumentCalled = true;
 }
@@ -89,10 +86,11 @@ bool handleSave(GlobalStateInterface* state, TBKCallTracker* tracker) {
 
 bool handleSaveAs(GlobalStateInterface* state, TBKCallTracker* tracker) {
   OutputIndentedAndFormattedString(0, "Handling Save As");
-  DocumentId id{};
+  TamberlinkDocumentId id{};
   uint64_t length = id.size();
   CallTamberlink(&TBKLoader::pfHandleCreateNewDocument, id.data(), &length);
   tracker->handleCreateNewDocumentCalled = true;
+  // The framework may have filled the buffer to its end.
   id.back() = '\0';
   CallTamberlink(&TBKLoader::pfSetPathForDocument, state->currentProjectPath.c_str(),
                  static_cast<const char*>(id.data()));
@@ -227,6 +225,17 @@ void handlePathChange(GlobalStateInterface* state, TBKCallTracker* tracker) {
   }
 }
 
+// The first row that fits decides: a changed path is a close, a save as or an open, by the file's
+// age; a dirty flag that fell is a save.
+void listenAndHandleProjectEvents(GlobalStateInterface* state, TBKCallTracker* tracker) {
+  if (state->lastProjectPath != state->currentProjectPath) {
+    handlePathChange(state, tracker);
+  } else if (!state->currentProjectPath.empty() && state->lastProjectDirty &&
+             !state->currentProjectDirty) {
+    handleSave(state, tracker);
+  }
+}
+
 }  // namespace
 
 A_Err runIdleEvents(GlobalStateInterface* state, TBKCallTracker* tracker) {
@@ -259,13 +268,4 @@ A_Err runStepInFontActivationProcess(GlobalStateInterface* state, TBKCallTracker
     state->endFontActivationProcess();
   }
   return A_Err_NONE;
-}
-
-void listenAndHandleProjectEvents(GlobalStateInterface* state, TBKCallTracker* tracker) {
-  if (state->lastProjectPath != state->currentProjectPath) {
-    handlePathChange(state, tracker);
-  } else if (!state->currentProjectPath.empty() && state->lastProjectDirty &&
-             !state->currentProjectDirty) {
-    handleSave(state, tracker);
-  }
 }

@@ -35,7 +35,6 @@ std::string AEProjectPathUtils::getAfterEffectsProjectPathUTF8(
     path = createUTF8StringFromA_UTF16String(text);
   } catch (const utf8::invalid_utf16&) {
     // No file can have such a path, so it counts as none.
-    path.clear();
   }
   manager->unlockMemHandle(memH);
   manager->freeMemHandle(memH);

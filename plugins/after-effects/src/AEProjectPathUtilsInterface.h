@@ -6,7 +6,8 @@
 class AE_APISuiteHandlerManagerInterface;
 
 /// What the logic asks about the host's current project. Texts are UTF-8. `manager` is the road to
-/// the host and is used for the call only. Main thread only.
+/// the host and is used for the call only. Throws the `int` 516 when the host lacks a suite. Main
+/// thread only.
 class AEProjectPathUtilsInterface {
  public:
   /// The project's path; empty when there is no project or it has never been saved.

@@ -13,16 +13,24 @@ namespace {
 
 constexpr char kClientId[] = "com.veldrane.AutoActivationPlugin.AE160";
 constexpr char kClientVersion[] = "16";
-constexpr size_t kDocumentIdSize = 256;
 constexpr size_t kReplySize = 32767;
 
 bool isHostFit(A_long major_version, A_long minor_version) {
   return major_version >= 114 || (major_version == 113 && minor_version >= 5);
 }
 
+void reportStartFailure(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin_id) {
+  try {
+    manager->suite_handler_ptr()->UtilitySuite3()->AEGP_ReportInfo(
+        plugin_id, GetStringPtr(kStringStartFailed));
+  } catch (int) {
+    // The host can't show it. What it gets back is the error that led here.
+  }
+}
+
 // Whether the framework asks for a start, once its dialog is done.
 bool invokeCommandDialog() {
-  std::array<char, kDocumentIdSize> id{};
+  TamberlinkDocumentId id{};
   uint64_t length = id.size();
   CallTamberlink(&TBKLoader::pfGetIDForDocument, global_state.lastProjectPath.c_str(), id.data(),
                  &length);
@@ -61,8 +69,7 @@ A_Err bootstrap(AE_APISuiteHandlerManager* manager, GlobalState* state) {
     installAndStartDialogSuppression();
     initializeTamberlink();
   } else {
-    manager->suite_handler_ptr()->UtilitySuite3()->AEGP_ReportInfo(
-        state->pluginId, GetStringPtr(kStringStartFailed));
+    reportStartFailure(manager, state->pluginId);
   }
   return error;
 }
@@ -113,7 +120,7 @@ A_Err IdleHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_IdleRefcon /*refcon*/,
     TBKCallTracker tracker;
     error = runIdleEvents(&global_state, &tracker);
   } catch (int) {
-    error = A_Err_NONE;
+    // The host lacks a suite and would show an error at every tick.
   }
   // This tick's values are the next tick's old ones, whatever this tick did with them.
   global_state.lastProjectDirty = global_state.currentProjectDirty;
@@ -150,7 +157,7 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_UpdateMenuRefcon 
 
 A_Err DeathHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_DeathRefcon /*refcon*/) {
   if (!TBKLoader::GetSharedInstance()) return A_Err_NONE;
-  std::array<char, kDocumentIdSize> id{};
+  TamberlinkDocumentId id{};
   CallTamberlink(&TBKLoader::pfHandleCloseDocument, global_state.lastProjectPath.c_str(),
                  id.data());
   CallTamberlink(&TBKLoader::pfTerminateTamberlinkInterface);

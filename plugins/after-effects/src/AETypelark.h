@@ -13,8 +13,8 @@ class GlobalState;
 // exceptions pass into the host.
 
 /// The only export. Called once, when the host loads the plug-in. Success without any effect on
-/// hosts older than 113.5 and where the framework can't be had; otherwise an error is also shown to
-/// the user.
+/// hosts older than 113.5 and where the framework can't be had. Returns the error that stopped the
+/// start.
 extern "C" [[gnu::visibility("default")]] A_Err EntryPointFunc(SPBasicSuite* pica_basicP,
                                                                A_long major_version,
                                                                A_long minor_version,
@@ -33,14 +33,17 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon global_refcon, AEGP_UpdateMenuRefcon refc
 /// The host shuts down. Always 0.
 A_Err DeathHook(AEGP_GlobalRefcon global_refcon, AEGP_DeathRefcon refcon);
 
-/// Everything that the start does once the host is found fit, in its order. A null argument gives
-/// 0.
+/// Everything that the start does once the host is found fit, in its order. The first error that
+/// the host returns stops it, is reported to the user and returned. A null argument gives 0.
 A_Err bootstrap(AE_APISuiteHandlerManager* manager, GlobalState* state);
-/// A null `manager` gives 0.
+/// Registers the idle, death and update-menu hooks up to the first error, and returns that. A null
+/// `manager` gives 0.
 A_Err registerForAEEventNotifications(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin_id);
+/// Adds the menu item and registers its command hook, up to the first error, and returns that.
 /// Writes the new command's id to `command`. A null `manager` gives 0.
 A_Err addMenuItems(AE_APISuiteHandlerManager* manager, AEGP_Command* command,
                    AEGP_PluginID plugin_id);
+/// To be called once: a second exchange would undo the first.
 void installAndStartDialogSuppression();
 /// Does its work once, and only with the framework.
 void initializeTamberlink();

@@ -81,6 +81,8 @@ std::string AE_APISuiteHandlerManager::getDiskCacheEnabledSetting() {
   mSuiteHandler.PersistentDataSuite4()->AEGP_GetString(blob, kDiskCacheSection, kDiskCacheKey,
                                                        kDiskCacheEnabled, value.size(),
                                                        value.data(), &length);
+  // The host may have filled the buffer to its end.
+  value.back() = '\0';
   return value.data();
 }
 

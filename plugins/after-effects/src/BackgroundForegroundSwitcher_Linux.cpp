@@ -5,7 +5,7 @@ using desktop::Workspace;
 
 int GetFrontProcessID(int& pid) {
   const desktop::RunningApplication* front = Workspace::sharedWorkspace().frontmostApplication();
-  if (!front) return -1;
+  if (!front) return kNoFrontApplication;
   pid = front->processIdentifier;
   return 0;
 }
@@ -13,7 +13,7 @@ int GetFrontProcessID(int& pid) {
 int GetProcessID(const char* bundle_id, int& pid) {
   const auto running =
       Workspace::sharedWorkspace().runningApplicationsWithBundleIdentifier(bundle_id);
-  if (running.empty()) return -600;
+  if (running.empty()) return kNoSuchApplication;
   pid = running.front().processIdentifier;
   return 0;
 }

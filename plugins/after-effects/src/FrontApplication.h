@@ -3,12 +3,15 @@
 // The platform's running applications, for `BackgroundForegroundSwitcher` alone. Process ids are
 // positive. Main thread only.
 
-/// Writes the front application's id to `pid` and returns 0; -1, and `pid` untouched, if there is
-/// none.
+inline constexpr int kNoFrontApplication = -1;
+inline constexpr int kNoSuchApplication = -600;
+
+/// Writes the front application's id to `pid` and returns 0; `kNoFrontApplication`, and `pid`
+/// untouched, if there is none.
 int GetFrontProcessID(int& pid);
 
 /// Writes the id of the first running application with that bundle identifier to `pid` and returns
-/// 0; -600, and `pid` untouched, if there is none.
+/// 0; `kNoSuchApplication`, and `pid` untouched, if there is none.
 int GetProcessID(const char* bundle_id, int& pid);
 
 /// Brings the application, with all its windows, in front of the others. One that can't be brought

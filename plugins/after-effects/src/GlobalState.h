@@ -2,6 +2,7 @@
 
 #include "GlobalStateInterface.h"
 
+/// The state over the real host and framework.
 class GlobalState final : public GlobalStateInterface {
  public:
   void SetProjectIsReopening(bool reopening) override;

@@ -10,12 +10,13 @@
 #include "BackgroundForegroundSwitcherInterface.h"
 
 /// All mutable state of the plug-in, and the operations on it. Paths are UTF-8. Main thread only.
+/// Operations that ask the host throw the `int` 516 when it lacks a suite.
 ///
 /// Between ticks the pairs of last and current members are equal. Within a tick, between the
 /// snapshot and the hook's end, the last pair is that of the previous tick.
 class GlobalStateInterface {
  public:
-  /// What the host gave the entry point.
+  /// The next four are what the host gave the entry point.
   int32_t pluginId = 0;
   SPBasicSuite* picaBasicSuite = nullptr;  ///< not owned
   int32_t hostMajorVersion = 0;
@@ -48,6 +49,7 @@ class GlobalStateInterface {
   std::shared_ptr<AEProjectPathUtilsInterface> projectPathUtils;
   std::shared_ptr<BackgroundForegroundSwitcherInterface> backgroundForegroundSwitcher;
 
+  /// These four write and read `projectIsReopening` and `suppressModalWindows`.
   virtual void SetProjectIsReopening(bool reopening) = 0;
   virtual bool ProjectIsReopening() = 0;
   virtual void setShouldSuppressModalWindows(bool suppress) = 0;
@@ -55,6 +57,8 @@ class GlobalStateInterface {
   /// Reads the project's path from the host; with one, the next tick is the process's first. During
   /// a running process the path is taken anew, and with one the count starts again.
   virtual void startFontActivationProcess() = 0;
+  /// Ends the process and lets the modal override act again. Leaves `projectIsReopening` and the
+  /// texts for the dialogs alone.
   virtual void endFontActivationProcess() = 0;
   /// Tells the modal override that the opening under way is over.
   virtual void projectOpened() = 0;

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
 #include "CoreErrorCodes.h"
+
+/// The buffer of a document's identifier. The framework may fill it without a terminator.
+using TamberlinkDocumentId = std::array<char, 256>;
 
 /// The one door to the framework `Tamberlink`: finds it, loads it, and holds its operations as
 /// function pointers. Main thread only.
@@ -11,9 +15,10 @@
 /// The instance lives until the process ends, and the framework stays loaded with it. Callers ask
 /// for the instance at each use and call through `CallTamberlink`.
 ///
-/// Paths are NUL-terminated UTF-8, borrowed for the call. Buffers are the caller's: an `id` has 256
-/// bytes, a `list` holds NUL-terminated text in 131072 bytes, a `reply` has 32767 bytes. A `size`
-/// comes in as the size of the buffer. The codes are those of `CoreErrorCodes` and its like.
+/// Paths are NUL-terminated UTF-8, borrowed for the call. Buffers are the caller's: an `id` is a
+/// `TamberlinkDocumentId`, a `list` holds NUL-terminated text in 131072 bytes, a `reply` has 32767
+/// bytes. A `size` comes in as the size of the buffer. The codes are those of `CoreErrorCodes` and
+/// its like.
 class TBKLoader {
  public:
   /// A member is null when the framework lacks the export of that name. Exports that nobody calls

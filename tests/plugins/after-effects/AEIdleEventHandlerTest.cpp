@@ -6,6 +6,7 @@
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
+#include "TemporaryFolder.h"
 #include "TraceLog.h"
 #include "VirtualTime.h"
 
@@ -172,6 +173,8 @@ TEST_F(IdleEventsTest, DisabledMeansNoEventsAndOneMessage) {
 }
 
 TEST(IdleEvents, WithoutTheFrameworkNothingIsEnabled) {
+  const TemporaryFolder home;
+  setenv("HOME", home.path().c_str(), 1);
   GlobalState state;
   state.suppressModalWindows = true;
   TBKCallTracker tracker;

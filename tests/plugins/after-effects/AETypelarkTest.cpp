@@ -7,11 +7,13 @@
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
+#include "TemporaryFolder.h"
 #include "VirtualTime.h"
 
 namespace {
 
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
@@ -92,7 +94,15 @@ TEST(EntryPoint, ReturnsTheErrorOfAMissingSuite) {
   EXPECT_EQ(EntryPointFunc(nullptr, 114, 0, 5, nullptr), 516);
 }
 
+TEST(EntryPoint, ReturnsTheFirstErrorAlsoWhenItCannotBeReported) {
+  fake_host.failures = {{"AEGP_RegisterIdleHook", 77}};
+  fake_host.refusedSuites = {{"AEGP Utility Suite", 7}};
+  EXPECT_EQ(Start(), 77);
+}
+
 TEST(EntryPoint, IsInertWithoutTheFramework) {
+  const TemporaryFolder home;
+  setenv("HOME", home.path().c_str(), 1);
   EXPECT_EQ(EntryPointFunc(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
   EXPECT_THAT(fake_host.calls, IsEmpty());
   EXPECT_FALSE(global_state.suppressModalWindows);
@@ -132,6 +142,19 @@ TEST(IdleHook, ReturnsTheErrorOfTheReopening) {
   fake_host.failures["AEGP_OpenProjectFromPath"] = 42;
   global_state.startFontActivationProcess();
   for (int tick = 1; tick <= 25; ++tick) EXPECT_EQ(Tick(), tick == 10 ? 42 : 0) << tick;
+}
+
+TEST(IdleHook, MovesForwardDuringAProcessSoThatNoSaveFollowsIt) {
+  ASSERT_EQ(Start(), 0);
+  fake_host.path = u"/nowhere/a.aep";
+  global_state.startFontActivationProcess();
+  fake_host.dirty = true;
+  Tick();
+  fake_host.dirty = false;
+  for (int tick = 2; tick <= 25; ++tick) Tick();
+  fake_tamberlink.calls.clear();
+  Tick();
+  EXPECT_THAT(fake_tamberlink.calls, Each(Not(StartsWith("Handle"))));
 }
 
 class MenuCommand : public testing::Test {

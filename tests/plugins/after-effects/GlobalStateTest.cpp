@@ -15,10 +15,10 @@ namespace {
 class GlobalStateTest : public testing::Test {
  protected:
   GlobalStateTest() { state.picaBasicSuite = fake_host.basicSuite(); }
-  ~GlobalStateTest() override { EXPECT_EQ(Locks(), 0); }
+  ~GlobalStateTest() override { EXPECT_EQ(Handles(), 0); }
 
-  // Between the two calls a handle is locked; it has to be unlocked and freed in the end.
-  static long Locks() {
+  // Those that were asked for and not given back.
+  static long Handles() {
     return std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_GetProjectPath") -
            std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_FreeMemHandle");
   }

@@ -72,6 +72,8 @@ TEST_F(ManagerTest, DiskCacheSettingIsTextWithADefault) {
   EXPECT_EQ(manager.getDiskCacheEnabledSetting(), "0");
   EXPECT_EQ(manager.enableDiskCache(), 0);
   EXPECT_EQ(fake_host.preferences["Disk Cache Controls/Enabled 2"], "1");
+  fake_host.preferences["Disk Cache Controls/Enabled 2"] = std::string(300, '1');
+  EXPECT_EQ(manager.getDiskCacheEnabledSetting(), std::string(255, '1'));
   fake_host.failures = {{"AEGP_GetString", 1}};
   EXPECT_EQ(manager.getDiskCacheEnabledSetting(), "");
   fake_host.failures = {{"AEGP_SetString", 2}};
