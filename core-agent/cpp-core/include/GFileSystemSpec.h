@@ -15,8 +15,9 @@ class GFileSystemSpec {
   GFileSystemSpec() = default;
 
   /// Takes a path that may be quoted, begin with a tilde or be partial; a partial one is put behind
-  /// the working directory, so "" gives the working directory. Without success the value is empty.
-  /// `path` must not be null.
+  /// the working directory, so "" gives the working directory. A path that can't be expanded counts
+  /// as "". Without a working directory "" gives the empty value and "a/b" gives "/a/b". `path`
+  /// must not be null.
   explicit GFileSystemSpec(const char* path);
 
   /// Replaces the path by a full one or one with a tilde; "" clears it.

@@ -34,7 +34,8 @@ class GLogger : private GNoncopyable {
   /// The one instance, made on first use and never destroyed.
   static GLogger* GetSharedInstance();
 
-  /// A logger without appenders and with the one threshold that `ResetAllLoggingLevels` sets.
+  /// A logger without appenders and with the one threshold that `ResetAllLoggingLevels` sets. All
+  /// loggers share one message buffer: two of them may deliver lines on one thread only.
   GLogger();
   /// Deletes the appenders.
   virtual ~GLogger();
@@ -46,7 +47,8 @@ class GLogger : private GNoncopyable {
   void SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level);
 
   /// Registers an appender, never null, and takes ownership. Lines go to the appenders in ascending
-  /// order of their keys. An appender that has the key already is deleted.
+  /// order of their keys. An appender that has the key already is deleted; so is this one where the
+  /// lock fails, which it does inside `Append`.
   void AddAppender(const std::string& key, std::unique_ptr<GLogAppender> appender);
 
   /// Deletes all appenders, in the order of their keys.
@@ -70,13 +72,15 @@ class GLogger : private GNoncopyable {
   /// Whether an entry of this level passes the identifier's threshold.
   bool ShouldLog(const std::string& identifier, const LoggingLevel& level);
 
-  /// Formats and delivers one line, without identifier, level or test of a threshold.
+  /// Formats and delivers one line, without identifier, level or test of a threshold. Uses up
+  /// `arguments`. Does nothing on a thread that is delivering a line.
   void LogvString(const std::string& format, va_list arguments);
 
   /// The identifier whose threshold holds for identifiers that have none.
   const std::string& GetDefaultLoggingIdentifier() const;
 
   /// The threshold of the identifier, whatever its case, or else that of "default".
+  /// `kLoggingLevelUnset` where the lock fails.
   LoggingLevel GetLoggingLevelForIdentifier(const std::string& identifier);
 
  private:
@@ -84,5 +88,5 @@ class GLogger : private GNoncopyable {
   std::map<std::string, GLogAppender*> mAppenders;
   GMutex mLoggingLevelsLock;
   std::map<std::string, LoggingLevel> mLoggingLevels;  // by identifier in lower case
-  const std::string mDefaultLoggingIdentifier = "default";
+  std::string mDefaultLoggingIdentifier = "default";
 };

@@ -14,7 +14,7 @@ class GMutex : public GLockable {
  public:
   /// The owner locks again, or someone unlocks who is not the owner.
   static constexpr uint32_t kMutexDeadlockErr = 0x0100100B;
-  /// The platform calls an argument of a wait invalid.
+  /// The platform calls the mutex or the condition invalid.
   static constexpr uint32_t kMutexInvalidErr = 0x0200100B;
 
   /// Ends the process, in every build type, if the platform refuses.
@@ -26,9 +26,11 @@ class GMutex : public GLockable {
   uint32_t Lock() override;
   /// `kMutexDeadlockErr` if this thread holds the lock, `kLockBusyErr` if another one does.
   uint32_t TryLock() override;
-  /// As `TryLock` with 0 milliseconds, as `Lock` with 0xFFFFFFFF.
+  /// As `TryLock` with 0 milliseconds, as `Lock` with 0xFFFFFFFF; otherwise `kLockBusyErr` once the
+  /// time has run out.
   uint32_t TryLockWithTimeout(unsigned int milliseconds) override;
-  /// `kMutexDeadlockErr` if this thread does not hold the lock; nothing changes then.
+  /// `kMutexDeadlockErr` if this thread does not hold the lock; nothing changes then. Any other
+  /// code is the platform's, converted.
   uint32_t Unlock() override;
 
  private:

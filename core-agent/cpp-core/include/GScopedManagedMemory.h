@@ -7,7 +7,9 @@
 /// the object does nothing.
 class GScopedManagedMemory {
  public:
+  /// Opens the scope.
   GScopedManagedMemory();
+  /// Closes the scope, if there is one.
   ~GScopedManagedMemory();
   GScopedManagedMemory(const GScopedManagedMemory&) = delete;
   GScopedManagedMemory& operator=(const GScopedManagedMemory&) = delete;

@@ -44,14 +44,16 @@ std::string GetNameForErrorCode(uint32_t code) {
   // Built on the first lookup and never destroyed. The first test takes no lock: the acquire there
   // pairs with the release of the store.
   static constinit std::atomic<const NameMap*> gMap = nullptr;
-  if (gMap.load(std::memory_order_acquire) == nullptr) {
+  const NameMap* names = gMap.load(std::memory_order_acquire);
+  if (names == nullptr) {
     const GScopedLock lock(mutex, true, new GBlockingLockStrategy);
     if (!lock.IsLocked()) return kUnknownName;
-    if (gMap.load(std::memory_order_relaxed) == nullptr) {
-      gMap.store(BuildNameMap(), std::memory_order_release);
+    names = gMap.load(std::memory_order_relaxed);
+    if (names == nullptr) {
+      names = BuildNameMap();
+      gMap.store(names, std::memory_order_release);
     }
   }
-  const NameMap& names = *gMap.load(std::memory_order_acquire);
-  const auto found = names.find(code);
-  return found != names.end() ? found->second : kUnknownName;
+  const auto found = names->find(code);
+  return found != names->end() ? found->second : kUnknownName;
 }

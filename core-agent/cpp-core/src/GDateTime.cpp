@@ -39,6 +39,7 @@ uint32_t GDateTime::SetFromISO8601String(const std::string& text) {
   SDateTime dateTime;
   if (!text.empty()) {
     std::istringstream ssTime(text);
+    // The host may have set a locale that groups digits.
     ssTime.imbue(std::locale::classic());
     int originalValue = 0;
     uint32_t err = ParseDate(ssTime, originalValue, dateTime);
@@ -104,6 +105,7 @@ std::string GDateTime::GetAsISO8601String(bool includeTime) const {
   if (IsEmpty()) return {};
 
   std::ostringstream text;
+  // As above.
   text.imbue(std::locale::classic());
   text << std::setfill('0');
   text << std::setw(4) << mDateTime.year << '-' << std::setw(2) << mDateTime.month << '-'

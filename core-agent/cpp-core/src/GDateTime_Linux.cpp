@@ -15,6 +15,7 @@ GDateTime ConvertToTimeZone(const timeval& reading) {
   SDateTime dateTime;
   [&reading, &dateTime] {
     uint32_t err = CoreErrorCodes::kSuccess;
+    // Named and typed as the check's text in the log has it.
     const double cfAbsTime =
         static_cast<double>(reading.tv_sec) + 1e-6 * static_cast<double>(reading.tv_usec);
     CORE_CHECK_CONDITION(cfAbsTime == 0, CoreErrorCodes::kError, "Miscellaneous");

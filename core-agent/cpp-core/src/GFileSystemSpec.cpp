@@ -7,8 +7,8 @@
 
 namespace {
 
-/// Where the last component and the separator before it begin; `npos` without a separator. A
-/// separator at the end of the path belongs to the component.
+/// Where the last component and the separator before it begin. A separator at the end of the path
+/// belongs to the component, unless it is the whole path; `npos` without any other.
 size_t FindLastSeparator(const std::string& path) {
   const std::string separator = GFileSystem::OSGetPathSeparator();
   const size_t cut = path.rfind(separator);
