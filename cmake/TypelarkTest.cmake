@@ -11,5 +11,5 @@ function(typelark_test name)
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests/support)
   target_link_libraries(${name} PRIVATE typelark-options ${ARG_LIBRARIES}
     GTest::gtest GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} TEST_PREFIX ${name}. PROPERTIES TIMEOUT 60 ${ARG_PROPERTIES})
+  gtest_discover_tests(${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60 ${ARG_PROPERTIES})
 endfunction()

@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <mutex>
 
 #include "CocoaFakes.h"
@@ -15,6 +16,12 @@ namespace {
 
 // Several threads may ask for the time at once.
 std::mutex mutex;
+
+// CoreFoundation leaves nothing behind for a pool of its caller's.
+struct OwnPool {
+  ~OwnPool() { [pool release]; }
+  NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+};
 
 bool Fails(const char* function) {
   const std::lock_guard lock(mutex);
@@ -50,11 +57,16 @@ void CFRelease(CFTypeRef object) {
 }
 
 CFStringRef CFMakeConstantString(const char* text) {
-  return reinterpret_cast<CFStringRef>([NSString stringWithUTF8String:text]);
+  static std::map<std::string, NSString*> constants;
+  const std::lock_guard lock(mutex);
+  NSString*& constant = constants[text];
+  if (!constant) constant = [[NSString alloc] initWithUTF8String:text];
+  return reinterpret_cast<CFStringRef>(constant);
 }
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* text, CFStringEncoding encoding) {
   if (Fails(__func__) || encoding != kCFStringEncodingUTF8) return nullptr;
+  const OwnPool pool;
   return static_cast<CFStringRef>(Made(__func__, [[NSString alloc] initWithUTF8String:text]));
 }
 
@@ -69,6 +81,7 @@ CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding) {
 Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size,
                            CFStringEncoding encoding) {
   if (Fails(__func__) || encoding != kCFStringEncodingUTF8) return false;
+  const OwnPool pool;
   NSString* string = Object(text);
   return [string getCString:buffer
                   maxLength:static_cast<NSUInteger>(size)
@@ -78,12 +91,14 @@ Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size,
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef, CFStringRef path, CFURLPathStyle,
                                        Boolean isDirectory) {
   if (Fails(__func__)) return nullptr;
+  const OwnPool pool;
   NSURL* url = [[NSURL alloc] initFileURLWithPath:Object(path) isDirectory:isDirectory];
   return static_cast<CFURLRef>(Made(__func__, url));
 }
 
 Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef, void* value, CFErrorRef*) {
   if (Fails(__func__)) return false;
+  const OwnPool pool;
   NSString* path = [Object(url) path];
   NSDate* date = [[[NSFileManager defaultManager] fileAttributesAtPath:path
                                                           traverseLink:YES] fileModificationDate];
@@ -97,17 +112,20 @@ CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date) {
 
 CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef url) {
   if (Fails(__func__)) return nullptr;
+  const OwnPool pool;
   NSString* path = [Object(url) path];
   return static_cast<CFBundleRef>(Made(__func__, [[NSBundle alloc] initWithPath:path]));
 }
 
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key) {
   Fails(__func__);
+  const OwnPool pool;
   return [[Object(bundle) infoDictionary] objectForKey:Object(key)];
 }
 
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef name) {
   Fails(__func__);
+  const OwnPool pool;
   const char* executable = [[Object(bundle) executablePath] fileSystemRepresentation];
   void* module = executable ? dlopen(executable, RTLD_NOW | RTLD_LOCAL) : nullptr;
   return module ? dlsym(module, [Object(name) UTF8String]) : nullptr;
@@ -120,24 +138,28 @@ CFAbsoluteTime CFAbsoluteTimeGetCurrent() {
 
 CFTimeZoneRef CFTimeZoneCreateWithName(CFAllocatorRef, CFStringRef name, Boolean) {
   if (Fails(__func__)) return nullptr;
+  const OwnPool pool;
   NSTimeZone* zone = [[NSTimeZone timeZoneWithName:Object(name)] retain];
   return static_cast<CFTimeZoneRef>(Made(__func__, zone));
 }
 
 CFCalendarRef CFCalendarCreateWithIdentifier(CFAllocatorRef, CFCalendarIdentifier identifier) {
   if (Fails(__func__)) return nullptr;
+  const OwnPool pool;
   NSCalendar* calendar = [[NSCalendar alloc] initWithCalendarIdentifier:Object(identifier)];
   return static_cast<CFCalendarRef>(Made(__func__, calendar));
 }
 
 void CFCalendarSetTimeZone(CFCalendarRef calendar, CFTimeZoneRef zone) {
   Fails(__func__);
+  const OwnPool pool;
   [static_cast<NSCalendar*>(Object(calendar)) setTimeZone:Object(zone)];
 }
 
 Boolean CFCalendarDecomposeAbsoluteTime(CFCalendarRef calendar, CFAbsoluteTime time,
                                         const char* description, ...) {
   if (Fails(__func__) || std::strcmp(description, "yMdHmsE") != 0) return false;
+  const OwnPool pool;
   NSDate* date = [NSDate dateWithTimeIntervalSinceReferenceDate:time];
   const NSUInteger units = NSYearCalendarUnit | NSMonthCalendarUnit | NSDayCalendarUnit |
                            NSHourCalendarUnit | NSMinuteCalendarUnit | NSSecondCalendarUnit |

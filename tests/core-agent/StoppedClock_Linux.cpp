@@ -1,0 +1,6 @@
+#include "PosixFakes.h"
+#include "StoppedClock.h"
+
+void StopTheClock() {
+  posixFakes.now = timeval{};
+}

@@ -1,0 +1,6 @@
+#include "CocoaFakes.h"
+#include "StoppedClock.h"
+
+void StopTheClock() {
+  cocoaFakes.now = 0;
+}
