@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
+#include <stdexcept>
 
 #include "ErrorCodes.h"
 #include "SessionFolder.h"
@@ -46,6 +48,19 @@ std::string escape(std::string_view text) {
   return escaped;
 }
 
+/// A whole number, decimal or with `0x`, within the type. Throws `std::invalid_argument` for any
+/// other text.
+template <typename Number>
+Number parseNumber(const std::string& text) {
+  const bool isHex = text.rfind("0x", 0) == 0;
+  const char* const end = text.data() + text.size();
+  Number number = 0;
+  const auto [rest, error] =
+      std::from_chars(text.data() + (isHex ? 2 : 0), end, number, isHex ? 16 : 10);
+  if (error != std::errc() || rest != end) throw std::invalid_argument(text);
+  return number;
+}
+
 }  // namespace
 
 Call::Call(const char* operation) : mAnswer(takeAnswer(operation)), mLine(operation) {}
@@ -77,19 +92,19 @@ void Call::leaveList(char* list, uint64_t capacity) {
 }
 
 void Call::leaveSize(uint64_t& size) {
-  if (const auto answered = answer("size")) size = std::stoull(*answered, nullptr, 0);
+  if (const auto answered = answer("size")) size = parseNumber<uint64_t>(*answered);
   note("size", size);
 }
 
 void Call::leaveCount(int32_t& count) {
-  if (const auto answered = answer("count")) count = std::stoi(*answered, nullptr, 0);
+  if (const auto answered = answer("count")) count = parseNumber<int32_t>(*answered);
   note("count", std::to_string(count));
 }
 
 uint32_t Call::end(uint32_t result) {
   if (!mAnswerFits) result = CoreErrorCodes::kIndexOutOfRange;
   if (const auto answered = answer("result")) {
-    result = static_cast<uint32_t>(std::stoul(*answered, nullptr, 0));
+    result = parseNumber<uint32_t>(*answered);
   }
   std::array<char, sizeof "0x00000000"> text{};
   std::snprintf(text.data(), text.size(), "0x%08X", result);

@@ -81,8 +81,7 @@ TEST(GFileSystemTilde, FailsWithoutAnyHome) {
   own_home.clear();
   const std::string caught =
       "[FileSystem]\t[Error]\tGFileSystem::OSExpandPath(), exception caught\n- The user has no "
-      "home "
-      "directory";
+      "home directory";
   const auto failed = [](const char* expression) {
     return CheckEntry("FileSystem", "GFileSystem::kInvalidCharacterForFileSystemRepresentation",
                       expression, 0x0C001005);

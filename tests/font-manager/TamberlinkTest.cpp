@@ -1,4 +1,5 @@
 #include "Tamberlink.h"
+#include "TemporaryFolder.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -70,19 +71,15 @@ std::string idOf(const char* path) {
 class TamberlinkTest : public testing::Test {
  protected:
   TamberlinkTest() {
-    if (mkdtemp(mFolder.data()) == nullptr) throw std::runtime_error(mFolder);
-    std::filesystem::current_path(mFolder);
+    std::filesystem::current_path(mFolder.path());
     write("vault",
           "Auto A\tautomatic\nAuto B\tautomatic\nPick A\tchoice\nPick B\tchoice\n"
           "Closed A\trestricted\nClosed B\trestricted\n");
   }
-  ~TamberlinkTest() override {
-    std::filesystem::current_path("/");
-    std::filesystem::remove_all(mFolder);
-  }
+  ~TamberlinkTest() override { std::filesystem::current_path("/"); }
 
  private:
-  std::string mFolder = std::filesystem::temp_directory_path() / "tamberlink-XXXXXX";
+  TemporaryFolder mFolder;
 };
 
 TEST_F(TamberlinkTest, OpeningActivatesWhatNeedsNoAskingAndListsTheRest) {

@@ -3,15 +3,8 @@
 #include <utility>
 
 namespace desktop {
-namespace {
 
-ModalSession PlatformBeginModalSession(Application& application, Window& window) {
-  return application.runModal(window);
-}
-
-}  // namespace
-
-Application::Application() : mBeginModalSession(PlatformBeginModalSession) {}
+Application::Application() : mBeginModalSession(runModal) {}
 
 Application& Application::sharedApplication() {
   static Application application;
@@ -31,8 +24,8 @@ void Application::setModalRunner(std::function<ModalSession(Window& window)> run
   mModalRunner = std::move(runner);
 }
 
-ModalSession Application::runModal(Window& window) {
-  return mModalRunner ? mModalRunner(window) : 0;
+ModalSession Application::runModal(Application& application, Window& window) {
+  return application.mModalRunner ? application.mModalRunner(window) : 0;
 }
 
 }  // namespace desktop

@@ -25,7 +25,7 @@ WindowClass::WindowClass(std::string name, const WindowClass* base)
 }
 
 WindowClass::~WindowClass() {
-  Classes().erase(mName);
+  if (ClassFromString(mName) == this) Classes().erase(mName);
 }
 
 const WindowClass* ClassFromString(const std::string& name) {

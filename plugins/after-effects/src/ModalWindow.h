@@ -3,8 +3,9 @@
 #include <cstdint>
 #include <string>
 
-// The modal override above and below the platform. What it decides is portable and works on an
-// opaque window; each platform gives the window's operations. Main thread only. Texts are UTF-8.
+// What the modal override's portable part and its platform halves give each other: the decisions
+// are portable and work on an opaque window, each platform gives the window's operations. Main
+// thread only. Texts are UTF-8.
 
 /// The platform's window, borrowed for the length of a call.
 struct ModalWindow;
@@ -13,10 +14,14 @@ struct ModalWindow;
 
 /// False also when no class has that name.
 bool isKindOfClass(ModalWindow* window, const char* className);
+/// The whole title.
 std::string titleOf(ModalWindow* window);
+/// Whether the window is on the screen.
 bool isVisible(ModalWindow* window);
+/// Shows the window in front and makes it the one that gets key events.
 void makeKeyAndOrderFront(ModalWindow* window);
-/// Writes an exception that the platform raises to the system's log and goes on.
+/// Sends the Escape key to the window. Writes an exception that the platform raises to the system's
+/// log and goes on; others pass.
 void sendEscapeKeyToWindow(ModalWindow* window);
 /// Keeps a reference in `slot` that doesn't own: it reads as null once the window is gone. An
 /// address alone proves nothing, since it is used again at once. `window` may be null.
@@ -27,7 +32,10 @@ ModalWindow* loadWeak(ModalWindow** slot);
 
 /// Everything that the override does before it calls the platform's implementation.
 void considerModalWindow(ModalWindow* window);
+/// Whether the title is that of the host's open project dialog in one of its languages.
 bool isThisTheOpenProjectDialog(ModalWindow* window);
+/// Whether the title is that of the missing fonts dialog of a host of that version. Before 114 it
+/// is no telling title, and counts only once the recorded open project dialog is hidden or gone.
 bool isMissingFontsWindow(ModalWindow* window, int32_t aeMajorVersion);
-/// Dismisses the dialog. Throws the `int` 516 when the host lacks a suite.
+/// Dismisses the dialog. Starts no process when the host lacks a suite.
 void suppressWindowAndStartFontActivationProcess(ModalWindow* window, int32_t aeMajorVersion);

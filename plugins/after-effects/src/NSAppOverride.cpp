@@ -37,11 +37,7 @@ void considerCandidate(ModalWindow* window) {
   const bool enabled = global_state.isPluginEnabled();
   const bool missing = isMissingFontsWindow(window, global_state.hostMajorVersion);
   if (enabled && missing) {
-    try {
-      suppressWindowAndStartFontActivationProcess(window, global_state.hostMajorVersion);
-    } catch (int) {
-      // The host lacks a suite: no process starts, and the session begins all the same.
-    }
+    suppressWindowAndStartFontActivationProcess(window, global_state.hostMajorVersion);
   }
   storeWeak(&openProjectDialog, nullptr);
 }
@@ -82,5 +78,9 @@ void suppressWindowAndStartFontActivationProcess(ModalWindow* window, int32_t /*
   makeKeyAndOrderFront(window);
   sendEscapeKeyToWindow(window);
   lookingForMissingFontsDialogs = false;
-  global_state.startFontActivationProcess();
+  try {
+    global_state.startFontActivationProcess();
+  } catch (int) {
+    // The host lacks a suite: no process starts, and the session begins all the same.
+  }
 }

@@ -23,6 +23,8 @@ class TBKLoader {
  public:
   /// A member is null when the framework lacks the export of that name. Exports that nobody calls
   /// have no signature here.
+  ///
+  /// Activates the fonts in `list`; `count` says how many.
   uint32_t (*pfActivateChosenFonts)(const char* path, char* list, int32_t* count);
   void (*pfCreateMenusFromJSONBuffer)();
   void (*pfGetAPIVersion)();
@@ -31,6 +33,7 @@ class TBKLoader {
   void (*pfGetMenus)();
   void (*pfGetSettings)();
   void (*pfGetSocketPort)();
+  /// The document at `path` is closed, or saved; `id` is zeroed.
   uint32_t (*pfHandleCloseDocument)(const char* path, char* id);
   /// Fills `id`.
   uint32_t (*pfHandleCreateNewDocument)(char* id, uint64_t* size);
@@ -39,23 +42,30 @@ class TBKLoader {
   /// were activated.
   uint32_t (*pfHandleOpenExistingDocument)(const char* path, char* list, uint64_t* size,
                                            int32_t* count);
+  /// See `pfHandleCloseDocument`.
   uint32_t (*pfHandleSaveDocument)(const char* path, char* id);
   void (*pfIdleEvent)();
+  /// The first call, by which the caller says who it is.
   uint32_t (*pfInitializeTamberlinkInterface)(const char* bundleId, const char* version);
   /// Returns when the user is done; `start` says whether fonts are to be activated anew.
   uint32_t (*pfInvokeCommandDialog)(const char* id, char* reply, bool* start);
   /// Returns when the user is done; leaves the chosen fonts in `list`.
   uint32_t (*pfInvokeResolveDialog)(char* list, uint64_t* size);
+  /// Returns when the user is done.
   uint32_t (*pfInvokeRestrictedFontsDialog)(const char* path, char* list);
   /// May leave `enabled` as it is.
   uint32_t (*pfPluginIsEnabled)(bool showMessage, bool* enabled);
   void (*pfProcessPanelMessages)();
   void (*pfRegisterPlugPlug)();
+  /// Gives the document of that `id` its path.
   uint32_t (*pfSetPathForDocument)(const char* path, const char* id);
+  /// The last call.
   uint32_t (*pfTerminateTamberlinkInterface)();
   void (*pfUpdateDocumentFontUsage)();
   void (*pfSetRebuildWorkgroupsMenuCallback)();
+  /// Tells the user that nobody is logged in.
   uint32_t (*pfShowNotLoggedInMessageBox)();
+  /// Whether that message is to be shown.
   uint32_t (*pfShouldShowLogin)(bool* show);
 
   /// The path that was loaded.

@@ -77,6 +77,14 @@ TEST_F(LoadFrameworkTest, GivesNullForWhatIsNoFramework) {
   EXPECT_FALSE(Loads(Framework("F", Info("Other", "1"))));
   folder.Write("F.framework/Info.plist", "no property list");
   EXPECT_TRUE(Loads(folder.path() / "F.framework/"));
+  fs::remove(folder.path() / "F.framework/Info.plist");
+  fs::create_directory(folder.path() / "F.framework/Info.plist");
+  EXPECT_TRUE(Loads(folder.path() / "F.framework"));
+}
+
+TEST_F(LoadFrameworkTest, TakesTheModuleFromWithinTheFrameworkOnly) {
+  // A library that is there, by its whole path.
+  EXPECT_FALSE(Loads(Framework("F", Info("/lib/x86_64-linux-gnu/libm.so.6", "1"))));
 }
 
 TEST_F(LoadFrameworkTest, TakesARelativePathFromTheWorkingDirectoryAlone) {
@@ -105,6 +113,7 @@ TEST(GetStdString, IsEmptyForAllButText) {
   EXPECT_EQ(convert(plist_new_string("zwölf")), "zwölf");
   EXPECT_EQ(convert(plist_new_string("")), "");
   EXPECT_EQ(convert(plist_new_bool(1)), "");
+  EXPECT_EQ(convert(plist_new_string("\xFF\xFE")), "");
   EXPECT_EQ(GetStdString(nullptr), "");
 }
 

@@ -28,11 +28,15 @@ class Dialog : public desktop::Window {
       : Window(windowClass, std::move(title)) {}
   void sendEvent(const desktop::KeyEvent& event) override {
     events.push_back(event);
+    wasVisible = isVisible();
     if (raises) throw desktop::Exception("no key window");
+    if (raisesInt) throw 7;
   }
 
   std::vector<desktop::KeyEvent> events;
+  bool wasVisible = false;
   bool raises = false;
+  bool raisesInt = false;
 };
 
 class OverrideTest : public testing::Test {
@@ -87,8 +91,8 @@ TEST_F(OverrideTest, SendsOneEscapeToTheVisibleDialog) {
   ShowTitled("Open Project");
   Dialog dialog("Resolve Fonts", kDerivedDialog);
   EXPECT_EQ(application.beginModalSessionForWindow(dialog), 17);
-  EXPECT_TRUE(dialog.isVisible());
   ASSERT_EQ(dialog.events.size(), 1u);
+  EXPECT_TRUE(dialog.wasVisible);
   const desktop::KeyEvent& event = dialog.events[0];
   EXPECT_EQ(event.type, desktop::EventType::keyDown);
   EXPECT_EQ(event.windowNumber, dialog.windowNumber());
@@ -96,6 +100,10 @@ TEST_F(OverrideTest, SendsOneEscapeToTheVisibleDialog) {
   EXPECT_EQ(event.charactersIgnoringModifiers, u"\x1B");
   EXPECT_EQ(event.keyCode, 53);
   EXPECT_EQ(event.modifierFlags, 0u);
+  EXPECT_EQ(event.location.x, 0);
+  EXPECT_EQ(event.location.y, 0);
+  EXPECT_EQ(event.timestamp, 0);
+  EXPECT_EQ(event.context, nullptr);
   EXPECT_FALSE(event.isARepeat);
 }
 
@@ -178,6 +186,14 @@ TEST_F(OverrideTest, AnExceptionIsLoggedAndTheSuppressionGoesOn) {
   EXPECT_THAT(log, ElementsAre("Exception when sendEscapeKeyToWindow:  exception=no key window"));
   EXPECT_TRUE(global_state.fontActivationInProgress);
   desktop::SetLogSink({});
+}
+
+TEST_F(OverrideTest, OtherExceptionsPass) {
+  ShowTitled("Open Project");
+  Dialog dialog("Resolve Fonts");
+  dialog.raisesInt = true;
+  EXPECT_THROW(application.beginModalSessionForWindow(dialog), int);
+  EXPECT_FALSE(global_state.fontActivationInProgress);
 }
 
 TEST_F(OverrideTest, AMissingSuiteStartsNoProcessAndTheSessionBegins) {

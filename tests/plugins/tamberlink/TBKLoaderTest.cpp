@@ -100,6 +100,9 @@ TEST(TBKLoader, TheLaunchInfoFileNamesTheFolder) {
   setenv("HOME", folder.path().c_str(), 1);
   // A regular file that isn't a module takes the framework's place.
   const std::string core = folder.Write("Core/Tamberlink.framework", "text").parent_path().string();
+  // A directory doesn't, so that the search goes on beside it.
+  std::filesystem::create_directories(folder.path() / "Full/Tamberlink.framework");
+  const std::string full = (folder.path() / "Full/").string();
   const std::string bare = "Tamberlink.framework";
   const std::pair<std::string, std::string> cases[] = {
       {"oxbrim.path=/Apps/Core/Oxbrim\n", "/Apps/Core/PluginFiles/" + bare},
@@ -108,6 +111,7 @@ TEST(TBKLoader, TheLaunchInfoFileNamesTheFolder) {
       {"oxbrim.path=/a\\b", "/a\\PluginFiles\\" + bare},
       {"oxbrim.path=Oxbrim", "OxbrimPluginFilesm" + bare},
       {"oxbrim.path=" + core + "/Oxbrim", core + "/" + bare},
+      {"oxbrim.path=" + full + "Oxbrim", full + "PluginFiles/" + bare},
       {"oxbrim.path=\n", bare},
       {"oxbrim.path\n", bare},
       {"", bare}};

@@ -7,8 +7,9 @@
 
 namespace desktop {
 
-/// Writes one line to the system's log, which is the function set last; standard error by default.
+/// Writes one line to the system's log: to the sink, or to standard error without one.
 DESKTOP_EXPORT void Log(const std::string& line);
+/// Replaces the sink. An empty function takes it away.
 DESKTOP_EXPORT void SetLogSink(std::function<void(const std::string& line)> sink);
 
 }  // namespace desktop

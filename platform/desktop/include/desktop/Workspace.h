@@ -9,11 +9,13 @@
 
 namespace desktop {
 
+/// How an application comes to the front.
 enum ApplicationActivationOptions : uint32_t {
   kActivateAllWindows = 1,
   kActivateIgnoringOtherApps = 2,
 };
 
+/// An application by its process id, which is above 0, and its bundle identifier.
 struct RunningApplication {
   int32_t processIdentifier = 0;
   std::string bundleIdentifier;
@@ -22,18 +24,21 @@ struct RunningApplication {
 /// The applications that run, as far as this desktop knows, and which of them is in front.
 class DESKTOP_EXPORT Workspace {
  public:
+  /// The one workspace of the process.
   static Workspace& sharedWorkspace();
 
   /// Null when no application is in front. Valid until the list changes.
   const RunningApplication* frontmostApplication() const;
+  /// In the order in which they were added.
   std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(
       const std::string& bundleIdentifier) const;
   /// Brings the application to the front; false when there is none with that id.
   bool activate(int32_t processIdentifier, uint32_t options);
 
+  /// What runs is the process's owner's to say.
   void addRunningApplication(RunningApplication application);
   void removeRunningApplication(int32_t processIdentifier);
-  /// Called after each activation.
+  /// Called after each activation. Replaces the one before; an empty function takes it away.
   void setActivationObserver(std::function<void(const RunningApplication& application)> observer);
 
  private:

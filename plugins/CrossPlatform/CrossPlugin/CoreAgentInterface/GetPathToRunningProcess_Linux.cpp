@@ -31,10 +31,7 @@ std::vector<int> RunningProcessIDs() {
 // Leaves `directory` unchanged when the home directory can't be had.
 void GetUsersAppDataDirectory(std::string& directory) {
   std::string library = "~/Library";
-  if (GFileSystem::OSExpandPath(library) == CoreErrorCodes::kSuccess &&
-      !GFileSystem::OSIsPartialPath(library)) {
-    directory = library;
-  }
+  if (GFileSystem::OSExpandPath(library) == CoreErrorCodes::kSuccess) directory = library;
 }
 
 }  // namespace

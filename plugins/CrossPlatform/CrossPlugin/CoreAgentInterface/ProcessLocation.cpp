@@ -4,14 +4,9 @@
 
 #include "GFileSystemSpec.h"
 
-bool GetFolderIfExecutableIs(const std::string& processName, const char* executablePath,
-                             std::string& folder) {
-  GFileSystemSpec executable(executablePath);
-  if (executable.GetLastPathComponent() != processName) return false;
-  folder = executable.RemoveLastPathComponent().GetFullPath() + "/";
-  return true;
-}
+namespace {
 
+// False, with `value` untouched, when the line has no value.
 bool GetValueAtEndOfThisLine(const char* line, std::string* value) {
   const char* equals = std::strchr(line, '=');
   if (!equals) return false;
@@ -20,6 +15,16 @@ bool GetValueAtEndOfThisLine(const char* line, std::string* value) {
   if (!end) end = line + std::strlen(line);
   if (end <= equals) return false;
   value->assign(equals + 1, end);
+  return true;
+}
+
+}  // namespace
+
+bool GetFolderIfExecutableIs(const std::string& processName, const char* executablePath,
+                             std::string& folder) {
+  GFileSystemSpec executable(executablePath);
+  if (executable.GetLastPathComponent() != processName) return false;
+  folder = executable.RemoveLastPathComponent().GetFullPath() + "/";
   return true;
 }
 

@@ -10,10 +10,8 @@
 bool GetFolderIfExecutableIs(const std::string& processName, const char* executablePath,
                              std::string& folder);
 
-/// The bytes behind the first "=" of `line`, up to its first CR, else its first LF, else its end.
-/// False, with `value` untouched, when there is no "=" or when the end lies in front of it.
-bool GetValueAtEndOfThisLine(const char* line, std::string* value);
-
-/// The value on the first line of `stream` that holds `key` anywhere and has a value. Lines end in
-/// LF. False, with `value` untouched, when there is no such line or the stream fails first.
+/// The value on the first line of `stream` that holds `key` anywhere and has a value: the bytes
+/// behind its first "=", up to its first CR or its end; a CR in front of the "=" leaves no value.
+/// Lines end in LF. False, with `value` untouched, when there is no such line or the stream fails
+/// first.
 bool ReadConfiguredValue(std::istream& stream, const std::string& key, std::string& value);

@@ -14,12 +14,13 @@ constexpr size_t kBlanksPerIndent = 2;
 
 std::function<void(std::string_view)> sTraceSink;
 
+int sIndent = 0;
+
 // A beginning is written at the old indent and an end at the new one, so that the two line up.
 void WriteToSink(int indentChange, const char* text) {
-  static int indent = 0;
-  if (indentChange < 0) indent += indentChange;
-  const auto blanks = static_cast<size_t>(std::max(indent, 0)) * kBlanksPerIndent;
-  if (indentChange > 0) indent += indentChange;
+  if (indentChange < 0) sIndent += indentChange;
+  const auto blanks = static_cast<size_t>(std::max(sIndent, 0)) * kBlanksPerIndent;
+  if (indentChange > 0) sIndent += indentChange;
   sTraceSink(std::string(blanks, ' ') + text);
 }
 
@@ -36,4 +37,5 @@ void OutputIndentedAndFormattedString(int indentChange, const char* format, ...)
 
 void SetTraceSink(std::function<void(std::string_view text)> sink) {
   sTraceSink = std::move(sink);
+  sIndent = 0;
 }

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <type_traits>
 
@@ -26,22 +26,27 @@ using PropertyList = std::unique_ptr<void, decltype(&plist_free)>;
 // Null when there is no file or no property list in it. Takes XML and binary ones.
 PropertyList ReadInfoDictionary(const fs::path& framework) {
   std::ifstream stream(framework / "Info.plist", std::ios::binary);
-  const std::string bytes(std::istreambuf_iterator<char>(stream), {});
+  // By way of the stream, which takes a read error for the end.
+  std::ostringstream text;
+  text << stream.rdbuf();
+  const std::string bytes = text.str();
   plist_t dictionary = nullptr;
   plist_from_memory(bytes.data(), static_cast<uint32_t>(bytes.size()), &dictionary);
   return {dictionary, plist_free};
 }
 
-std::string GetInfoString(const PropertyList& dictionary, const char* key) {
-  if (!dictionary || plist_get_node_type(dictionary.get()) != PLIST_DICT) return {};
-  return GetStdString(static_cast<const __CFString*>(plist_dict_get_item(dictionary.get(), key)));
+// Null when there is no such value.
+const __CFString* GetInfoValue(const PropertyList& dictionary, const char* key) {
+  if (!dictionary || plist_get_node_type(dictionary.get()) != PLIST_DICT) return nullptr;
+  return static_cast<const __CFString*>(plist_dict_get_item(dictionary.get(), key));
 }
 
 // "/a/Tamberlink.framework/" and "/a/Tamberlink.framework" have the same stem.
-std::string ExecutableName(const fs::path& framework, const PropertyList& dictionary) {
-  const std::string declared = GetInfoString(dictionary, "CFBundleExecutable");
-  if (!declared.empty()) return declared;
-  return (framework.has_filename() ? framework : framework.parent_path()).stem().string();
+fs::path ExecutableName(const fs::path& framework, const PropertyList& dictionary) {
+  const fs::path declared = GetStdString(GetInfoValue(dictionary, "CFBundleExecutable"));
+  // A name, so that the module can't lie outside the framework.
+  if (declared.has_filename()) return declared.filename();
+  return (framework.has_filename() ? framework : framework.parent_path()).stem();
 }
 
 void* OpenModule(const fs::path& module) {
@@ -68,8 +73,8 @@ void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versio
       isModule ? PropertyList(nullptr, plist_free) : ReadInfoDictionary(location);
   void* bundle = OpenModule(isModule ? location : location / ExecutableName(location, dictionary));
   TraceFrameworkOpened(bundle, path);
-  const std::string version = GetInfoString(dictionary, "CFBundleShortVersionString");
-  if (bundle && !version.empty()) CopyText(version, versionOut, versionOutSize);
+  const __CFString* version = GetInfoValue(dictionary, "CFBundleShortVersionString");
+  if (bundle && version) CopyText(GetStdString(version), versionOut, versionOutSize);
   return bundle;
 }
 

@@ -1,6 +1,5 @@
 #include <plist/plist.h>
-
-#include <cstdint>
+#include <utf8.h>
 
 #include "PlatformStringUtils.h"
 
@@ -8,7 +7,6 @@ std::string GetStdString(const __CFString* text) {
   // libplist takes its nodes as plain pointers and doesn't change this one.
   const auto node = const_cast<plist_t>(static_cast<const void*>(text));
   if (!node || plist_get_node_type(node) != PLIST_STRING) return {};
-  uint64_t length = 0;
-  const char* characters = plist_get_string_ptr(node, &length);
-  return characters ? std::string(characters, length) : std::string();
+  const std::string characters = plist_get_string_ptr(node, nullptr);
+  return utf8::is_valid(characters.begin(), characters.end()) ? characters : std::string();
 }
