@@ -51,12 +51,14 @@ DialogWindow::DialogWindow(const desktop::WindowClass& windowClass, const std::s
     : Window(windowClass, title), mOnKey(std::move(onKey)) {}
 
 void DialogWindow::sendEvent(const desktop::KeyEvent& event) {
-  static constexpr uint16_t kEscapeKey = 53;
   mOnKey(*this, event);
-  if (event.type == desktop::EventType::keyDown && event.windowNumber == windowNumber() &&
-      event.keyCode == kEscapeKey && event.characters == u"\x1b") {
-    mDismissed = true;
-  }
+  if (isEscape(event)) mDismissed = true;
+}
+
+bool DialogWindow::isEscape(const desktop::KeyEvent& event) const {
+  static constexpr uint16_t kEscapeKey = 53;
+  return event.type == desktop::EventType::keyDown && event.windowNumber == windowNumber() &&
+         event.keyCode == kEscapeKey && event.characters == u"\x1b";
 }
 
 }  // namespace host

@@ -24,6 +24,8 @@ class DialogWindow : public desktop::Window {
   DialogWindow(const desktop::WindowClass& windowClass, const std::string& title,
                std::function<void(const DialogWindow&, const desktop::KeyEvent&)> onKey);
   void sendEvent(const desktop::KeyEvent& event) override;
+  /// Whether the event is an Escape key addressed to this window.
+  bool isEscape(const desktop::KeyEvent& event) const;
 
   /// Whether an Escape key event addressed to this window has come.
   bool isDismissed() const { return mDismissed; }

@@ -6,14 +6,13 @@
 namespace host {
 namespace {
 
-constexpr std::array<std::string_view, 25> kFunctions{
+constexpr std::array<std::string_view, 24> kFunctions{
     "AEGP_DoCommand",
     "AEGP_EnableCommand",
     "AEGP_FreeMemHandle",
     "AEGP_GetApplicationBlob",
     "AEGP_GetNumProjects",
     "AEGP_GetProjectByIndex",
-    "AEGP_GetProjectName",
     "AEGP_GetProjectPath",
     "AEGP_GetString",
     "AEGP_GetUniqueCommand",

@@ -101,7 +101,7 @@ void Host::setUpDesktop() {
   for (const std::string& application : mSettings.applications) addApplication(application);
   workspace.activate(getpid(), 0);
   workspace.setActivationObserver([this](const desktop::RunningApplication&) {
-    timeline.add(Actor::desktop, fmt::format("{} is in front", frontApplication()));
+    timeline.add(Actor::desktop, fmt::format("{} comes to the front", frontApplication()));
     if (!mUserSwitches) timeline.record.activated.push_back(frontApplication());
   });
 }
@@ -222,11 +222,11 @@ void Host::saveProject(const std::string& path) {
 void Host::showDialog(const std::string& title, const desktop::WindowClass& windowClass) {
   DialogWindow window(
       windowClass, title, [this](const DialogWindow& target, const desktop::KeyEvent& event) {
-        timeline.add(Actor::plugIn,
-                     fmt::format("sends key {} to {}{}", event.keyCode, Quoted(target.title()),
-                                 event.windowNumber == target.windowNumber()
-                                     ? ""
-                                     : ", addressed to another window"));
+        const std::string key =
+            target.isEscape(event)
+                ? "Escape"
+                : fmt::format("key {} for window {}", event.keyCode, event.windowNumber);
+        timeline.add(Actor::plugIn, fmt::format("sends {} to {}", key, Quoted(target.title())));
         if (faults.take(kSendEvent)) throw desktop::Exception("the window takes no events");
       });
   timeline.add(Actor::host, fmt::format("begins the dialog {}", Quoted(title)));

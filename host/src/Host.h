@@ -94,7 +94,6 @@ class Host {
   A_Err openProject(const std::string& path);
   /// Writes the project to `path`, which becomes its path, with the virtual time as its date.
   void saveProject(const std::string& path);
-  void reportProjectPathAs(const std::u16string& path) { mProject->reportedPath = path; }
   /// Shows a modal dialog until it is closed.
   void showDialog(const std::string& title, const desktop::WindowClass& windowClass);
   /// Scans the active fonts.

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdint>
-#include <limits>
 #include <set>
 
 #include "Dialogs.h"

@@ -124,13 +124,9 @@ A_Err GetProjectByIndex(A_long index, AEGP_ProjectH* project) {
   return A_Err_NONE;
 }
 
-A_Err GetProjectName(AEGP_ProjectH project, A_char* name) {
-  if (const A_Err fault = Fault("AEGP_GetProjectName")) return fault;
-  if (project != TheHost().project().handle()) return A_Err_GENERIC;
-  // The buffer that a plug-in has to bring holds 48 bytes.
-  const std::string stem = std::filesystem::path(TheHost().project().path).stem().string();
-  std::snprintf(name, 48, "%s", stem.c_str());
-  return A_Err_NONE;
+// Not supplied: nothing says how much the caller's buffer holds.
+A_Err GetProjectName(AEGP_ProjectH, A_char*) {
+  return PF_Err_BAD_CALLBACK_PARAM;
 }
 
 A_Err GetProjectPath(AEGP_ProjectH project, AEGP_MemHandle* path) {

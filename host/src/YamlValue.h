@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>

@@ -42,8 +42,9 @@ int Run(const std::vector<std::string>& files, const host::RunOptions& options) 
     if (!shortfalls.empty()) ++failed;
   }
   if (sessions.size() > 1) {
-    fmt::print("\n{} sessions, {} failed\nresult: {}\n", sessions.size(), failed,
-               failed == 0 ? "ok" : "failed");
+    const bool showsSessions = !options.quiet || failed > 0;
+    fmt::print("{}{} sessions, {} failed\nresult: {}\n", showsSessions ? "\n" : "", sessions.size(),
+               failed, failed == 0 ? "ok" : "failed");
   }
   return failed == 0 ? kOk : kFailed;
 }
