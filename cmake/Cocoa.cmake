@@ -61,8 +61,9 @@ else()
   target_include_directories(cocoa SYSTEM INTERFACE
     ${PROJECT_SOURCE_DIR}/tests/cocoa-support/include ${GNUSTEP_HEADERS})
   # The plug-in itself leaves what CoreFoundation is to give undefined, as it comes with the process on macOS.
-  target_link_libraries(cocoa INTERFACE ${libraries}
-    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:cocoa-support>)
+  # In front of GNUstep, where it has something else than macOS.
+  target_link_libraries(cocoa INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:cocoa-support> ${libraries})
 endif()
 
 foreach(language OBJC OBJCXX)

@@ -40,6 +40,12 @@ id Object(CFTypeRef object) {
   return static_cast<id>(const_cast<void*>(object));
 }
 
+// A framework without versions has its executable on top, where this platform doesn't look.
+const char* Executable(NSBundle* bundle) {
+  NSString* name = [[bundle executablePath] lastPathComponent];
+  return [[[bundle bundlePath] stringByAppendingPathComponent:name] fileSystemRepresentation];
+}
+
 }  // namespace
 
 void CFRelease(CFTypeRef object) {
@@ -126,8 +132,7 @@ CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef k
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef name) {
   Fails(__func__);
   const OwnPool pool;
-  const char* executable = [[Object(bundle) executablePath] fileSystemRepresentation];
-  void* module = executable ? dlopen(executable, RTLD_NOW | RTLD_LOCAL) : nullptr;
+  void* module = dlopen(Executable(Object(bundle)), RTLD_NOW | RTLD_LOCAL);
   return module ? dlsym(module, [Object(name) UTF8String]) : nullptr;
 }
 

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int kNoFrontApplication = -1;
-constexpr int kNoSuchProcess = -600;
 // By number, because the name of the second one is deprecated in later versions of macOS.
 constexpr auto kAllWindowsIgnoringOtherApplications =
     static_cast<NSApplicationActivationOptions>(3);
@@ -26,7 +24,7 @@ int GetProcessID(const char* bundle_id, int& pid) {
   NSString* identifier = [NSString stringWithUTF8String:bundle_id];
   NSRunningApplication* first =
       [[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] firstObject];
-  if (!first) return kNoSuchProcess;
+  if (!first) return kNoSuchApplication;
   pid = [first processIdentifier];
   return 0;
 }

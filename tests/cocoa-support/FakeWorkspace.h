@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+struct FakeApplication {
+  int processIdentifier = 0;
+  std::string bundleIdentifier;
+  /// An application may have none.
+  std::optional<std::string> executable;
+};
+
+/// The running applications as tests decide them, in the place of those that AppKit knows. One for
+/// the process.
+struct FakeWorkspace {
+  std::vector<FakeApplication> applications;
+  /// The process in front, 0 for none.
+  int front = 0;
+  /// Activated processes with the options, in order.
+  std::vector<std::pair<int, unsigned long>> activated;
+};
+extern FakeWorkspace fakeWorkspace;

@@ -1,0 +1,59 @@
+#include "BackgroundForegroundSwitcher.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "CocoaFakes.h"
+#include "FakeWorkspace.h"
+#include "FrontApplication.h"
+
+namespace {
+
+constexpr int kDock = 2;
+constexpr int kOther = 3;
+// All windows, ignoring other applications.
+constexpr unsigned long kOptions = 3;
+
+TEST(BackgroundForegroundSwitcher, GoesToTheDockAndBackWhenTheHostIsInFront) {
+  struct {
+    int front;
+    bool dockRuns;
+    std::vector<std::pair<int, unsigned long>> activated;
+  } const cases[] = {{getpid(), true, {{kDock, kOptions}, {getpid(), kOptions}}},
+                     {kOther, true, {}},
+                     {getpid(), false, {}},
+                     {0, true, {}}};
+  char name[] = "any name";
+  for (const auto& row : cases) {
+    for (char* given : {name, static_cast<char*>(nullptr)}) {
+      SCOPED_TRACE(testing::Message() << row.front << row.dockRuns);
+      fakeWorkspace.applications = {{getpid(), "host", {}}, {kOther, "other", {}}};
+      if (row.dockRuns) fakeWorkspace.applications.push_back({kDock, "com.apple.dock", {}});
+      fakeWorkspace.front = row.front;
+      fakeWorkspace.activated.clear();
+      BackgroundForegroundSwitcher().backgroundForegroundApp(given);
+      EXPECT_EQ(fakeWorkspace.activated, row.activated);
+    }
+  }
+}
+
+TEST(FrontApplication, WritesAnIdOnlyWhereThereIsOne) {
+  int pid = 17;
+  EXPECT_EQ(GetFrontProcessID(pid), -1);
+  EXPECT_EQ(GetProcessID("com.apple.dock", pid), -600);
+  EXPECT_EQ(pid, 17);
+  SetFrontApplication(17);
+  EXPECT_TRUE(fakeWorkspace.activated.empty());
+
+  fakeWorkspace.applications = {
+      {kOther, "other", {}}, {kDock, "com.apple.dock", {}}, {4, "com.apple.dock", {}}};
+  fakeWorkspace.front = kOther;
+  EXPECT_EQ(GetFrontProcessID(pid), 0);
+  EXPECT_EQ(pid, kOther);
+  EXPECT_EQ(GetProcessID("com.apple.dock", pid), 0);
+  EXPECT_EQ(pid, kDock);
+  EXPECT_EQ(cocoaFakes.openPools, 0);
+}
+
+}  // namespace
