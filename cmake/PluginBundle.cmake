@@ -1,0 +1,31 @@
+# The bundle as After Effects on macOS loads it: a module with an Info.plist and a resource that names the entry point.
+
+set(AE_SDK_PATH "" CACHE PATH "The After Effects SDK: the folder that holds Examples")
+
+# typelark_plugin_bundle(TARGET RESOURCES)
+#
+# Makes the module TARGET the bundle TARGET.plugin. RESOURCES is the folder of Info.plist.in and TARGET.r.
+function(typelark_plugin_bundle target resources)
+  set(resource_types "${AE_SDK_PATH}/Examples/Resources")
+  if(NOT EXISTS "${resource_types}/AE_General.r")
+    message(FATAL_ERROR "${target}.plugin needs the types of the host's resources, which come with the After Effects SDK. "
+      "Set AE_SDK_PATH to the folder that holds Examples/Resources/AE_General.r (it is '${AE_SDK_PATH}' now): "
+      "cmake -DAE_SDK_PATH=/path/to/sdk ...")
+  endif()
+  find_program(REZ Rez REQUIRED)
+  find_program(CODESIGN codesign REQUIRED)
+
+  set_target_properties(${target} PROPERTIES
+    BUNDLE ON
+    BUNDLE_EXTENSION plugin
+    MACOSX_BUNDLE_INFO_PLIST ${resources}/Info.plist.in)
+  set(bundle $<TARGET_BUNDLE_DIR:${target}>)
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${bundle}/Contents/Resources
+    COMMAND ${REZ} -useDF -d __MACH__ -i ${resource_types} -i ${AE_SDK_PATH}/Examples/Headers
+      -o ${bundle}/Contents/Resources/${target}.rsrc ${resources}/${target}.r
+    # Signed anew, now that the bundle is whole: processors of one of the two architectures run nothing unsigned.
+    COMMAND ${CODESIGN} --force --sign - ${bundle}
+    VERBATIM)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${resources}/${target}.r ${resources}/Info.plist.in)
+endfunction()
