@@ -58,7 +58,7 @@ id Probe(id, SEL, const char*) {
 }
 
 Class TextClass() {
-  return object_getClass([NSString alloc]);
+  return object_getClass([[NSString alloc] autorelease]);
 }
 
 TEST(GFileSystemTilde, StandsForHome) {

@@ -14,8 +14,10 @@ GDateTime ConvertToTimeZone(const __CFTimeZone* timeZone, double cfAbsTime) {
     uint32_t err = CoreErrorCodes::kSuccess;
     const CFOwned<CFCalendarRef> gregorian(
         CFCalendarCreateWithIdentifier(kCFAllocatorDefault, kCFGregorianCalendar));
+    // NOLINTBEGIN(modernize-use-nullptr): the log shows the expressions as they stand.
     CORE_CHECK_CONDITION(gregorian == NULL, CoreErrorCodes::kError, "Miscellaneous");
     CORE_CHECK_CONDITION(timeZone == NULL, CoreErrorCodes::kError, "Miscellaneous");
+    // NOLINTEND(modernize-use-nullptr)
     CORE_CHECK_CONDITION(cfAbsTime == 0, CoreErrorCodes::kError, "Miscellaneous");
     CFCalendarSetTimeZone(gregorian.get(), timeZone);
 

@@ -1,6 +1,8 @@
 #include <CoreFoundation/CoreFoundation.h>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <array>
 
@@ -138,10 +140,24 @@ TEST(GetStdString, IsEmptyForAllButText) {
     return GetStdString(object.get());
   };
   EXPECT_EQ(convert("zwölf 日本 😀"), "zwölf 日本 😀");
+  cocoaFakes.calls.clear();
   EXPECT_EQ(convert(""), "");
+  EXPECT_THAT(cocoaFakes.calls, ElementsAre(kString, Released(kString)));
   EXPECT_EQ(GetStdString(nullptr), "");
   cocoaFakes.failing = {"CFStringGetCString"};
   EXPECT_EQ(convert("text"), "");
+}
+
+TEST(GetFileModificationDate, CutsTheFractionOffInTheEpochOfThePlatform) {
+  TemporaryFolder folder;
+  const auto file = folder.Write("a.aep", "");
+  // Half a second on either side of the beginning of 2001, from where the platform counts.
+  for (const time_t second : {978307199, 978307200}) {
+    const timespec date = {second, 500'000'000};
+    const timespec both[] = {date, date};
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), both, 0), 0);
+    EXPECT_EQ(VeldraneFileUtils::GetFileModificationDate(file.c_str()), 978307200);
+  }
 }
 
 TEST(GetFileModificationDate, ReleasesWhatItMadeInReverseOrder) {

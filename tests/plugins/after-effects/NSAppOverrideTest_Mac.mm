@@ -47,6 +47,14 @@ std::function<void()> onEvent = [] {};
 
 }  // namespace
 
+// As the plug-in adds them.
+@interface NSApplication (Override)
+- (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
+- (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version;
+- (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
+                                   inAEMajorVersion:(int32_t)version;
+@end
+
 @interface DVAMacDialog : NSWindow
 @end
 
@@ -73,7 +81,6 @@ std::function<void()> onEvent = [] {};
 
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -164,24 +171,22 @@ TEST_F(OverrideStateTest, MovesAsTheDialogsSay) {
   const State quiet = State::kQuiet, seen = State::kOpenDialogSeen, candidates = State::kCandidates;
   constexpr bool kEnabled = true, kDisabled = false;
   const struct {
-    State from;
+    State from, to;
     const char* title;
-    bool enabled;
-    State to;
-    bool dismissed;
+    bool enabled, dismissed;
   } rows[] = {
-      {quiet, kOpen, kEnabled, seen, false},
-      {seen, kOpen, kEnabled, seen, false},
-      {candidates, kOpen, kEnabled, seen, false},
-      {seen, kFonts, kEnabled, quiet, true},
-      {candidates, kFonts, kEnabled, quiet, true},
-      {seen, kFonts, kDisabled, candidates, false},
-      {candidates, kFonts, kDisabled, candidates, false},
-      {seen, kOther, kEnabled, candidates, false},
-      {candidates, kOther, kEnabled, candidates, false},
-      {seen, kFontsBefore114, kEnabled, candidates, false},
-      {quiet, kFonts, kEnabled, quiet, false},
-      {quiet, kOther, kEnabled, quiet, false},
+      {quiet, seen, kOpen, kEnabled, false},
+      {seen, seen, kOpen, kEnabled, false},
+      {candidates, seen, kOpen, kEnabled, false},
+      {seen, quiet, kFonts, kEnabled, true},
+      {candidates, quiet, kFonts, kEnabled, true},
+      {seen, candidates, kFonts, kDisabled, false},
+      {candidates, candidates, kFonts, kDisabled, false},
+      {seen, candidates, kOther, kEnabled, false},
+      {candidates, candidates, kOther, kEnabled, false},
+      {seen, candidates, kFontsBefore114, kEnabled, false},
+      {quiet, quiet, kFonts, kEnabled, false},
+      {quiet, quiet, kOther, kEnabled, false},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << static_cast<int>(row.from) << row.title << row.enabled);
@@ -255,6 +260,16 @@ TEST_F(OverrideTest, SendsOneEscapeToTheWindowThatItBroughtToTheFront) {
   EXPECT_EQ(event.keyCode, 53);
 }
 
+TEST_F(OverrideTest, Hosts113DismissTheirDialogOnceTheOpenDialogIsHidden) {
+  global_state.hostMajorVersion = 113;
+  NSWindow* open = Dialog(kOpen);
+  Show(open);
+  EXPECT_FALSE(ShowTitled(kFontsBefore114));
+  Show(open);
+  [open orderOut:nil];
+  EXPECT_TRUE(ShowTitled(kFontsBefore114));
+}
+
 TEST_F(OverrideTest, AnOpenDialogThatIsGoneCountsAsHidden) {
   global_state.hostMajorVersion = 113;
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
@@ -299,6 +314,19 @@ TEST_F(OverrideTest, AMissingSuiteStartsNoProcessAndTheSessionBegins) {
   fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
   EXPECT_TRUE(ShowTitled(kFonts));
   EXPECT_FALSE(global_state.fontActivationInProgress);
+}
+
+TEST_F(OverrideTest, TheApplicationAnswersTheSameByItsMethods) {
+  NSWindow* open = Dialog(kOpen);
+  NSWindow* fonts = Dialog(kFonts);
+  EXPECT_TRUE([NSApp isThisTheOpenProjectDialog:open]);
+  EXPECT_FALSE([NSApp isThisTheOpenProjectDialog:fonts]);
+  EXPECT_TRUE([NSApp isMissingFontsWindow:fonts inAEMajorVersion:114]);
+  EXPECT_FALSE([NSApp isMissingFontsWindow:fonts inAEMajorVersion:113]);
+  EXPECT_TRUE([NSApp isMissingFontsWindow:Dialog(kFontsBefore114) inAEMajorVersion:113]);
+  [NSApp suppressWindowAndStartFontActivationProcess:fonts inAEMajorVersion:114];
+  EXPECT_EQ(events.size(), 1u);
+  EXPECT_TRUE(global_state.fontActivationInProgress);
 }
 
 TEST_F(OverrideTest, AWindowIsOfNoClassThatDoesNotExist) {
