@@ -23,10 +23,12 @@ void makeKeyAndOrderFront(ModalWindow* window);
 /// Sends the Escape key to the window. Writes an exception that the platform raises to the system's
 /// log and goes on; others pass.
 void sendEscapeKeyToWindow(ModalWindow* window);
-/// Keeps a reference in `slot` that doesn't own: it reads as null once the window is gone. An
-/// address alone proves nothing, since it is used again at once. `window` may be null.
-void storeWeak(ModalWindow** slot, ModalWindow* window);
-ModalWindow* loadWeak(ModalWindow** slot);
+/// Records the open project dialog of the project opening under way, or null for none. The record
+/// doesn't own the window.
+void setOpenProjectDialog(ModalWindow* window);
+/// The recorded dialog; null also once its window is gone. An address alone would prove nothing,
+/// since it is used again at once.
+ModalWindow* openProjectDialog();
 
 // Of the portable part, for the platform's override.
 

@@ -21,8 +21,6 @@ constexpr const char* resolveFontsDialogTitles[] = {
     "Resolve Fonts",    "Résoudre les polices", "Schriftarten auflösen", "Corregir fuentes",
     "Risoluzione font", "フォントを解決する",   "Solucionar fontes",     nullptr};
 
-// The open project dialog of the project opening under way.
-ModalWindow* openProjectDialog = nullptr;
 // An open project dialog was seen, and the next dialogs are candidates.
 bool lookingForMissingFontsDialogs = false;
 
@@ -39,14 +37,14 @@ void considerCandidate(ModalWindow* window) {
   if (enabled && missing) {
     suppressWindowAndStartFontActivationProcess(window, global_state.hostMajorVersion);
   }
-  storeWeak(&openProjectDialog, nullptr);
+  setOpenProjectDialog(nullptr);
 }
 
 }  // namespace
 
 void projectWasOpened() {
   lookingForMissingFontsDialogs = false;
-  storeWeak(&openProjectDialog, nullptr);
+  setOpenProjectDialog(nullptr);
 }
 
 void considerModalWindow(ModalWindow* window) {
@@ -54,7 +52,7 @@ void considerModalWindow(ModalWindow* window) {
   if (!isKindOfClass(window, kDialogClass)) return;
   std::printf("Saw a DVAMacDialog titled: %s\n", titleOf(window).c_str());
   if (isThisTheOpenProjectDialog(window)) {
-    storeWeak(&openProjectDialog, window);
+    setOpenProjectDialog(window);
     lookingForMissingFontsDialogs = true;
   } else if (lookingForMissingFontsDialogs) {
     considerCandidate(window);
@@ -70,7 +68,7 @@ bool isMissingFontsWindow(ModalWindow* window, int32_t aeMajorVersion) {
   if (aeMajorVersion >= kFirstVersionWithResolveFonts) {
     return listHolds(resolveFontsDialogTitles, title);
   }
-  ModalWindow* openDialog = loadWeak(&openProjectDialog);
+  ModalWindow* openDialog = openProjectDialog();
   return title == kMissingFontsTitleBefore114 && (!openDialog || !isVisible(openDialog));
 }
 

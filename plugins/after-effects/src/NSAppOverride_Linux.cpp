@@ -11,6 +11,7 @@ namespace {
 constexpr uint16_t kEscapeKeyCode = 0x35;
 
 desktop::Application::BeginModalSession sBeginModalSession = nullptr;
+desktop::Window* sOpenProjectDialog = nullptr;  // weak
 
 desktop::Window* Desktop(ModalWindow* window) {
   return reinterpret_cast<desktop::Window*>(window);
@@ -64,11 +65,10 @@ void sendEscapeKeyToWindow(ModalWindow* window) {
   }
 }
 
-void storeWeak(ModalWindow** slot, ModalWindow* window) {
-  desktop::StoreWeak(reinterpret_cast<desktop::Window**>(slot), Desktop(window));
+void setOpenProjectDialog(ModalWindow* window) {
+  desktop::StoreWeak(&sOpenProjectDialog, Desktop(window));
 }
 
-ModalWindow* loadWeak(ModalWindow** slot) {
-  return reinterpret_cast<ModalWindow*>(
-      desktop::LoadWeak(reinterpret_cast<desktop::Window**>(slot)));
+ModalWindow* openProjectDialog() {
+  return reinterpret_cast<ModalWindow*>(desktop::LoadWeak(&sOpenProjectDialog));
 }

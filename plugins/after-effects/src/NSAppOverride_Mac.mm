@@ -21,6 +21,8 @@ namespace {
 constexpr auto kKeyDown = static_cast<NSEventType>(10);
 constexpr unsigned short kEscapeKeyCode = 0x35;
 
+id sOpenProjectDialog = nil;  // weak
+
 NSWindow* CocoaWindow(ModalWindow* window) {
   return reinterpret_cast<NSWindow*>(window);
 }
@@ -109,10 +111,10 @@ void sendEscapeKeyToWindow(ModalWindow* window) {
   [NSApp sendEscapeKeyToWindow:CocoaWindow(window)];
 }
 
-void storeWeak(ModalWindow** slot, ModalWindow* window) {
-  objc_storeWeak(reinterpret_cast<id*>(slot), CocoaWindow(window));
+void setOpenProjectDialog(ModalWindow* window) {
+  objc_storeWeak(&sOpenProjectDialog, CocoaWindow(window));
 }
 
-ModalWindow* loadWeak(ModalWindow** slot) {
-  return PortableWindow(objc_loadWeak(reinterpret_cast<id*>(slot)));
+ModalWindow* openProjectDialog() {
+  return PortableWindow(objc_loadWeak(&sOpenProjectDialog));
 }
