@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <ctime>
 
 #include "GDateTime.h"
 #include "LogLines.h"
@@ -13,26 +11,19 @@ namespace {
 using testing::ElementsAre;
 
 TEST(GDateTimeClock, GivesUtcWithMillisecondsTruncated) {
-  const struct {
-    timeval reading;
-    std::string text;
-  } kCases[] = {
+  const std::pair<timeval, std::string> kCases[] = {
       {{0, 1}, "1970-01-01T00:00:00.000Z"},
       {{951782399, 999999}, "2000-02-28T23:59:59.999Z"},
-      {{951782400, 0}, "2000-02-29T00:00:00.000Z"},
-      {{978307200, 0}, "2001-01-01T00:00:00.000Z"},
-      {{1700000000, 1999}, "2023-11-14T22:13:20.001Z"},
-      {{4107542399, 1000}, "2100-02-28T23:59:59.001Z"},
+      {{951782400, 1999}, "2000-02-29T00:00:00.001Z"},
       {{4107542400, 0}, "2100-03-01T00:00:00.000Z"},
-      {{-1, 999000}, "1969-12-31T23:59:59.999Z"},
-  };
+      {{-1, 999000}, "1969-12-31T23:59:59.999Z"}};
   // The zones with leap seconds shift even what is called UTC.
-  for (const char* zone : {"UTC0", "XYZ-14", "XYZ+12", "right/UTC"}) {
+  for (const char* zone : {"XYZ-14", "XYZ+12", "right/UTC"}) {
     setenv("TZ", zone, 1);
     tzset();
-    for (const auto& c : kCases) {
-      posixFakes.now = c.reading;
-      EXPECT_EQ(GDateTime().GetAsISO8601String(true), c.text) << zone;
+    for (const auto& [reading, text] : kCases) {
+      posixFakes.now = reading;
+      EXPECT_EQ(GDateTime().GetAsISO8601String(true), text) << zone;
     }
   }
 }
@@ -43,6 +34,15 @@ TEST(GDateTimeClock, GivesTheEmptyValueWithoutAReading) {
   EXPECT_TRUE(GDateTime().IsEmpty());
   EXPECT_THAT(log.Entries(), ElementsAre(CheckEntry("Miscellaneous", "CoreErrorCodes::kError",
                                                     "cfAbsTime == 0", 0x01000000)));
+}
+
+TEST(GLogger, AClockThatFailsCostsTheTimeAndNotTheLine) {
+  const LogLines log;
+  posixFakes.now = timeval{};
+  GLogger::GetSharedInstance()->LogError("id", "one");
+  GLogger::GetSharedInstance()->LogError("id", "two");
+  // The clock's own entry is dropped, because this thread is delivering a line.
+  EXPECT_THAT(log.Lines(), ElementsAre("[]\t[id]\t[Error]\tone\n", "[]\t[id]\t[Error]\ttwo\n"));
 }
 
 }  // namespace

@@ -36,16 +36,12 @@ class GScopedLockTest : public testing::Test {
   const LogLines log;
 };
 
-TEST_F(GScopedLockTest, HoldsNothingUntilItIsToldTo) {
-  const GScopedLock lock(lockable, false, strategy);
-  EXPECT_FALSE(lock.IsLocked());
-}
-
 TEST_F(GScopedLockTest, ASecondLockOrUnlockDoesNotReachTheStrategy) {
   EXPECT_CALL(*strategy, Lock(Ref(lockable))).WillOnce(Return(0));
   EXPECT_CALL(*strategy, Unlock(Ref(lockable))).WillOnce(Return(0));
-  GScopedLock lock(lockable, true, strategy);
-  EXPECT_TRUE(lock.IsLocked());
+  GScopedLock lock(lockable, false, strategy);
+  EXPECT_FALSE(lock.IsLocked());
+  EXPECT_TRUE(lock.Lock());
   EXPECT_TRUE(lock.Lock());
   lock.Unlock();
   EXPECT_FALSE(lock.IsLocked());
@@ -67,9 +63,7 @@ TEST_F(GScopedLockTest, AFailedLockLeavesALineAtDebugOnly) {
 
 TEST_F(GScopedLockTest, AFailedUnlockLeavesAnErrorAndTheLock) {
   EXPECT_CALL(*strategy, Lock).WillOnce(Return(0));
-  EXPECT_CALL(*strategy, Unlock)
-      .WillOnce(Return(CoreErrorCodes::kError))
-      .WillOnce(Return(CoreErrorCodes::kError));
+  EXPECT_CALL(*strategy, Unlock).Times(2).WillRepeatedly(Return(CoreErrorCodes::kError));
   const std::string entry = CheckEntry("Lockable", "CoreErrorCodes::kError",
                                        "mLockStrategy->Unlock(mLockable)", 0x01000000);
   {
@@ -81,22 +75,11 @@ TEST_F(GScopedLockTest, AFailedUnlockLeavesAnErrorAndTheLock) {
   EXPECT_THAT(log.Entries(), ElementsAre(entry, entry));
 }
 
-TEST(GScopedLock, BlocksUnlessItIsGivenAStrategy) {
-  StrictMock<MockLockable> lockable;
-  EXPECT_CALL(lockable, Lock).WillOnce(Return(0));
-  EXPECT_CALL(lockable, Unlock).WillOnce(Return(0));
-  EXPECT_TRUE(GScopedLock(lockable, true, nullptr).IsLocked());
-}
-
-TEST(GScopedLock, CannotTakeWhatItsThreadHolds) {
+TEST(GScopedLock, BlocksWithoutAStrategyAndCannotTakeWhatItsThreadHolds) {
   GMutex mutex;
   {
     const GScopedLock outer(mutex, true, nullptr);
-    {
-      GScopedLock inner(mutex, true, nullptr);
-      EXPECT_FALSE(inner.Lock());
-      EXPECT_FALSE(inner.IsLocked());
-    }
+    EXPECT_FALSE(GScopedLock(mutex, true, nullptr).IsLocked());
     EXPECT_EQ(mutex.TryLock(), GMutex::kMutexDeadlockErr) << "the outer lock is still held";
   }
   EXPECT_EQ(mutex.TryLock(), 0u);
@@ -108,19 +91,15 @@ TEST(GLockable, PollsUntilTheTimeIsUp) {
     unsigned int milliseconds;
     std::vector<uint32_t> attempts;
     std::vector<unsigned int> sleeps;
-  } rows[] = {
-      {0, {kBusy}, {}},           {120, {kBusy, kBusy, kBusy}, {50000, 50000, 20000}},
-      {50, {kBusy}, {50000}},     {7, {kBusy}, {7000}},
-      {120, {kBusy, 0}, {50000}}, {120, {CoreErrorCodes::kError}, {}},
-  };
+  } rows[] = {{0, {kBusy}, {}},           {120, {kBusy, kBusy, kBusy}, {50000, 50000, 20000}},
+              {50, {kBusy}, {50000}},     {7, {kBusy}, {7000}},
+              {120, {kBusy, 0}, {50000}}, {120, {CoreErrorCodes::kError}, {}}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.milliseconds);
     posixFakes.sleeps.clear();
     StrictMock<MockLockable> lockable;
     testing::InSequence sequence;
-    for (const uint32_t code : row.attempts) {
-      EXPECT_CALL(lockable, TryLock).WillOnce(Return(code));
-    }
+    for (const uint32_t code : row.attempts) EXPECT_CALL(lockable, TryLock).WillOnce(Return(code));
     EXPECT_EQ(lockable.TryLockWithTimeout(row.milliseconds), row.attempts.back());
     EXPECT_EQ(posixFakes.sleeps, row.sleeps);
   }

@@ -1,53 +1,27 @@
-#include "GSystem.h"
+#include "GScopedManagedMemory.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "CocoaFakes.h"
-#include "GScopedManagedMemory.h"
 #include "LogLines.h"
 #include "ReplacedMethod.h"
 
 namespace {
 
-using testing::ElementsAre;
-
-int objectsGone = 0;
-
 id NoPool(id, SEL) {
   return nil;
 }
 
-}  // namespace
-
-@interface CountedObject : NSObject
-@end
-@implementation CountedObject
-- (void)dealloc {
-  ++objectsGone;
-  [super dealloc];
-}
-@end
-
-namespace {
-
-TEST(GSystem, IsMacOS) {
-  EXPECT_EQ(GSystem::OSGetSystem(), 0u);
-  for (int call = 0; call < 2; ++call) {
-    EXPECT_TRUE(GSystem::IsMacOSX());
-    EXPECT_FALSE(GSystem::IsWindows());
-  }
-}
-
 TEST(GScopedManagedMemory, ObjectsDieWithTheInnermostScope) {
-  GScopedManagedMemory outer;
-  [[[CountedObject alloc] init] autorelease];
+  const GScopedManagedMemory outer;
+  NSObject* const object = [[NSObject alloc] init];
   {
-    GScopedManagedMemory inner;
-    [[[CountedObject alloc] init] autorelease];
-    EXPECT_EQ(objectsGone, 0);
+    const GScopedManagedMemory inner;
+    [[object retain] autorelease];
+    EXPECT_EQ([object retainCount], 2u);
   }
-  EXPECT_EQ(objectsGone, 1);
+  EXPECT_EQ([object retainCount], 1u);
+  [object release];
 }
 
 TEST(GScopedManagedMemory, LogsOnceThatThereIsNoPool) {
@@ -58,8 +32,9 @@ TEST(GScopedManagedMemory, LogsOnceThatThereIsNoPool) {
     const ReplacedMethod init([NSAutoreleasePool class], @selector(init), NoPool);
     GScopedManagedMemory scope;
   }
-  EXPECT_THAT(log.Entries(), ElementsAre(CheckEntry("Miscellaneous", "CoreErrorCodes::kNullPointer",
-                                                    "(mOSManagedMemory) == nullptr", 0x05000000)));
+  EXPECT_THAT(log.Entries(),
+              testing::ElementsAre(CheckEntry("Miscellaneous", "CoreErrorCodes::kNullPointer",
+                                              "(mOSManagedMemory) == nullptr", 0x05000000)));
 }
 
 }  // namespace

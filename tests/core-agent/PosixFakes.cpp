@@ -11,32 +11,25 @@
 PosixFakes posixFakes;
 std::vector<size_t>* formatBufferSizes = nullptr;
 
+#pragma GCC visibility push(default)
 extern "C" {
 
-__attribute__((visibility("default"))) int gettimeofday(timeval* time, void*) noexcept {
-  if (posixFakes.now) {
-    *time = *posixFakes.now;
-    return 0;
-  }
-  timespec now;
-  clock_gettime(CLOCK_REALTIME, &now);
-  *time = {now.tv_sec, now.tv_nsec / 1000};
+int gettimeofday(timeval* time, void*) noexcept {
+  *time = posixFakes.now.value_or(timeval{std::time(nullptr), 0});
   return 0;
 }
 
-__attribute__((visibility("default"))) int usleep(useconds_t microseconds) {
+int usleep(useconds_t microseconds) {
   posixFakes.sleeps.push_back(microseconds);
   return 0;
 }
 
-__attribute__((visibility("default"))) int pthread_cond_init(pthread_cond_t* condition,
-                                                             const pthread_condattr_t*) noexcept {
+int pthread_cond_init(pthread_cond_t* condition, const pthread_condattr_t*) noexcept {
   *condition = PTHREAD_COND_INITIALIZER;
   return posixFakes.conditionInitResult;
 }
 
-__attribute__((visibility("default"))) int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*,
-                                                                  const timespec* deadline) {
+int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*, const timespec* deadline) {
   posixFakes.timedWaitDeadlines.push_back(*deadline);
   if (posixFakes.timedWaitResults.empty()) return ETIMEDOUT;
   const int result = posixFakes.timedWaitResults.front();
@@ -44,11 +37,11 @@ __attribute__((visibility("default"))) int pthread_cond_timedwait(pthread_cond_t
   return result;
 }
 
-__attribute__((visibility("default"))) int vsnprintf(char* buffer, size_t size, const char* format,
-                                                     va_list arguments) noexcept {
+int vsnprintf(char* buffer, size_t size, const char* format, va_list arguments) noexcept {
   if (formatBufferSizes != nullptr) formatBufferSizes->push_back(size);
   static const auto real =
       reinterpret_cast<int (*)(char*, size_t, const char*, va_list)>(dlsym(RTLD_NEXT, "vsnprintf"));
   return real(buffer, size, format, arguments);
 }
 }
+#pragma GCC visibility pop

@@ -1,22 +1,15 @@
 #pragma once
 
-#include <filesystem>
-#include <string>
+#include "TemporaryFolder.h"
 
-/// A temporary folder that is the working directory while it lives.
-class TemporaryWorkingDirectory {
+/// A temporary folder that becomes the working directory for the rest of the process.
+class TemporaryWorkingDirectory : public TemporaryFolder {
  public:
-  TemporaryWorkingDirectory();
-  ~TemporaryWorkingDirectory();
-  TemporaryWorkingDirectory(const TemporaryWorkingDirectory&) = delete;
-  TemporaryWorkingDirectory& operator=(const TemporaryWorkingDirectory&) = delete;
+  TemporaryWorkingDirectory() { std::filesystem::current_path(path()); }
 
-  std::string path() const { return mPath.string(); }
+  /// Its path as the system gives it.
+  std::string FullPath() const { return std::filesystem::canonical(path()); }
 
   /// Removes the folder and stays in it.
-  void Remove();
-
- private:
-  std::filesystem::path mPath;
-  std::filesystem::path mPrevious;
+  void Remove() { std::filesystem::remove_all(path()); }
 };

@@ -1,6 +1,0 @@
-#include "PosixFakes.h"
-#include "StoppedClock.h"
-
-void StopTheClock() {
-  posixFakes.now = timeval{};
-}

@@ -1,6 +1,0 @@
-#include "CocoaFakes.h"
-#include "StoppedClock.h"
-
-void StopTheClock() {
-  cocoaFakes.now = 0;
-}
