@@ -16,20 +16,15 @@ using testing::MatchesRegex;
 
 using Level = GLogger::LoggingLevel;
 
-constexpr Level kError = GLogger::kLoggingLevelError;
-constexpr Level kWarning = GLogger::kLoggingLevelWarning;
-constexpr Level kInfo = GLogger::kLoggingLevelInfo;
-constexpr Level kDebug = GLogger::kLoggingLevelDebug;
+constexpr Level kError = GLogger::kLoggingLevelError, kWarning = GLogger::kLoggingLevelWarning,
+                kInfo = GLogger::kLoggingLevelInfo, kDebug = GLogger::kLoggingLevelDebug;
 
-class HookedAppender : public GLogAppender {
- public:
+struct HookedAppender : GLogAppender {
   explicit HookedAppender(
       std::function<void()> onAppend, std::function<void()> onDelete = [] {})
       : mOnAppend(std::move(onAppend)), mOnDelete(std::move(onDelete)) {}
   ~HookedAppender() override { mOnDelete(); }
   void Append(const std::string&) override { mOnAppend(); }
-
- private:
   std::function<void()> mOnAppend, mOnDelete;
 };
 
@@ -131,9 +126,7 @@ TEST(GLogger, AppendersAreCalledAndDeletedInTheOrderOfTheirKeys) {
     logger.AddAppender(key, std::make_unique<HookedAppender>([&, name] { events += name; },
                                                              [&, name] { events += "~" + name; }));
   };
-  add("b", "b");
-  add("a", "a");
-  add("c", "c");
+  for (const char* key : {"b", "a", "c"}) add(key, key);
   logger.LogError("id", "x");
   add("b", "B");
   EXPECT_EQ(events, "abc~b");
