@@ -61,50 +61,39 @@ const AEGP_UtilitySuite3 kUtilitySuite3 = {[](AEGP_PluginID id, const A_char* te
 const AEGP_UtilitySuite6 kUtilitySuite6 = {[] { return fake_host.Call("AEGP_UpdateFontList"); }};
 const PFAdvAppSuite2 kAdvAppSuite = {[] { return fake_host.Call("PF_RefreshAllWindows"); }};
 
-const AEGP_ProjSuite6 kProjSuite = {
-    .AEGP_GetNumProjects = nullptr,
-    .AEGP_GetProjectByIndex =
-        [](A_long index, AEGP_ProjectH* project) {
-          return Do("AEGP_GetProjectByIndex", std::to_string(index),
-                    [&] { *project = fake_host.hasProject ? ProjectHandle() : nullptr; });
-        },
-    .AEGP_GetProjectName = nullptr,
-    .AEGP_GetProjectPath =
-        [](AEGP_ProjectH, AEGP_MemHandle* path) {
-          return Do("AEGP_GetProjectPath", "", [&] { *path = PathHandle(); });
-        },
-    .AEGP_GetProjectRootFolder = nullptr,
-    .AEGP_SaveProjectToPath = nullptr,
-    .AEGP_GetProjectTimeDisplay = nullptr,
-    .AEGP_SetProjectTimeDisplay = nullptr,
-    .AEGP_ProjectIsDirty =
-        [](AEGP_ProjectH, A_Boolean* dirty) {
-          return Do("AEGP_ProjectIsDirty", "", [&] { *dirty = fake_host.dirty ? 1 : 0; });
-        },
-    .AEGP_SaveProjectAs = nullptr,
-    .AEGP_NewProject = [](AEGP_ProjectH*) { return fake_host.Call("AEGP_NewProject"); },
-    .AEGP_OpenProjectFromPath =
-        [](const A_UTF16Char* path, AEGP_ProjectH*) {
-          return Do("AEGP_OpenProjectFromPath", "", [&] {
-            fake_host.openedPath.clear();
-            while (*path != 0) fake_host.openedPath += static_cast<char16_t>(*path++);
-          });
-        },
-    .AEGP_GetProjectBitDepth = nullptr,
-    .AEGP_SetProjectBitDepth = nullptr};
+// The functions without a caller stay null.
+const AEGP_ProjSuite6 kProjSuite = [] {
+  AEGP_ProjSuite6 suite{};
+  suite.AEGP_GetProjectByIndex = [](A_long index, AEGP_ProjectH* project) {
+    return Do("AEGP_GetProjectByIndex", std::to_string(index),
+              [&] { *project = fake_host.hasProject ? ProjectHandle() : nullptr; });
+  };
+  suite.AEGP_GetProjectPath = [](AEGP_ProjectH, AEGP_MemHandle* path) {
+    return Do("AEGP_GetProjectPath", "", [&] { *path = PathHandle(); });
+  };
+  suite.AEGP_ProjectIsDirty = [](AEGP_ProjectH, A_Boolean* dirty) {
+    return Do("AEGP_ProjectIsDirty", "", [&] { *dirty = fake_host.dirty ? 1 : 0; });
+  };
+  suite.AEGP_NewProject = [](AEGP_ProjectH*) { return fake_host.Call("AEGP_NewProject"); };
+  suite.AEGP_OpenProjectFromPath = [](const A_UTF16Char* path, AEGP_ProjectH*) {
+    return Do("AEGP_OpenProjectFromPath", "", [&] {
+      for (fake_host.openedPath.clear(); *path != 0; ++path) fake_host.openedPath += *path;
+    });
+  };
+  return suite;
+}();
 
-const AEGP_MemorySuite1 kMemorySuite = {
-    .AEGP_NewMemHandle = nullptr,
-    .AEGP_FreeMemHandle = [](AEGP_MemHandle) { return fake_host.Call("AEGP_FreeMemHandle"); },
-    .AEGP_LockMemHandle =
-        [](AEGP_MemHandle, void** start) {
-          return Do("AEGP_LockMemHandle", "", [&] { *start = fake_host.path.data(); });
-        },
-    .AEGP_UnlockMemHandle = [](AEGP_MemHandle) { return fake_host.Call("AEGP_UnlockMemHandle"); },
-    .AEGP_GetMemHandleSize = nullptr,
-    .AEGP_ResizeMemHandle = nullptr,
-    .AEGP_SetMemReportingOn = nullptr,
-    .AEGP_GetMemStats = nullptr};
+const AEGP_MemorySuite1 kMemorySuite = [] {
+  AEGP_MemorySuite1 suite{};
+  suite.AEGP_FreeMemHandle = [](AEGP_MemHandle) { return fake_host.Call("AEGP_FreeMemHandle"); };
+  suite.AEGP_LockMemHandle = [](AEGP_MemHandle, void** start) {
+    return Do("AEGP_LockMemHandle", "", [&] { *start = fake_host.path.data(); });
+  };
+  suite.AEGP_UnlockMemHandle = [](AEGP_MemHandle) {
+    return fake_host.Call("AEGP_UnlockMemHandle");
+  };
+  return suite;
+}();
 
 const AEGP_PersistentDataSuite3 kPersistentDataSuite3 = {
     [](AEGP_PersistentBlobH* blob) {
@@ -124,27 +113,24 @@ const AEGP_PersistentDataSuite4 kPersistentDataSuite4 = {
       });
     }};
 
-const std::map<std::pair<std::string, int>, const void*>& Suites() {
-  static const std::map<std::pair<std::string, int>, const void*> suites = {
-      {{kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5}, &kRegisterSuite},
-      {{kAEGPCommandSuite, kAEGPCommandSuiteVersion1}, &kCommandSuite},
-      {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3}, &kUtilitySuite3},
-      {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6}, &kUtilitySuite6},
-      {{kAEGPProjSuite, kAEGPProjSuiteVersion6}, &kProjSuite},
-      {{kAEGPMemorySuite, kAEGPMemorySuiteVersion1}, &kMemorySuite},
-      {{kPFAdvAppSuite, kPFAdvAppSuiteVersion2}, &kAdvAppSuite},
-      {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion3}, &kPersistentDataSuite3},
-      {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion4}, &kPersistentDataSuite4}};
-  return suites;
-}
+const std::map<std::pair<std::string, int>, const void*> kSuites = {
+    {{kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5}, &kRegisterSuite},
+    {{kAEGPCommandSuite, kAEGPCommandSuiteVersion1}, &kCommandSuite},
+    {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3}, &kUtilitySuite3},
+    {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6}, &kUtilitySuite6},
+    {{kAEGPProjSuite, kAEGPProjSuiteVersion6}, &kProjSuite},
+    {{kAEGPMemorySuite, kAEGPMemorySuiteVersion1}, &kMemorySuite},
+    {{kPFAdvAppSuite, kPFAdvAppSuiteVersion2}, &kAdvAppSuite},
+    {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion3}, &kPersistentDataSuite3},
+    {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion4}, &kPersistentDataSuite4}};
 
 std::string Describe(const char* name, int32 version) {
   return std::string(name) + " " + std::to_string(version);
 }
 
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
-  const auto found = Suites().find({name, version});
-  if (found == Suites().end() || fake_host.refusedSuites.contains({name, version})) return 1;
+  const auto found = kSuites.find({name, version});
+  if (found == kSuites.end() || fake_host.refusedSuites.contains({name, version})) return 1;
   fake_host.calls.push_back("+" + Describe(name, version));
   *suite = found->second;
   return 0;

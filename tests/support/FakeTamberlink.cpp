@@ -34,8 +34,8 @@ uint32_t HandleOpenExistingDocument(const char* path, char* list, uint64_t* size
 uint32_t InvokeResolveDialog(char* list, uint64_t* size) {
   const std::string call =
       "InvokeResolveDialog " + std::to_string(std::strlen(list)) + " of " + std::to_string(*size);
-  Fill(list, fake_tamberlink.resolve.text, 0x20000);
-  return Record(call, fake_tamberlink.resolve.result);
+  Fill(list, fake_tamberlink.chosen, 0x20000);
+  return Record(call);
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ TBKLoader* FakeTamberlink::Install() {
   loader->pfHandleOpenExistingDocument = HandleOpenExistingDocument;
   loader->pfInvokeResolveDialog = InvokeResolveDialog;
   loader->pfActivateChosenFonts = [](const char* path, char* list, int32_t* count) {
-    *count = fake_tamberlink.chosenCount;
+    *count = 0;
     return Record("ActivateChosenFonts " + Quoted(path) + " " + Quoted(list));
   };
   loader->pfInvokeRestrictedFontsDialog = [](const char* path, char* list) {

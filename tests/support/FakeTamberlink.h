@@ -17,10 +17,6 @@ struct FakeTamberlink {
     int32_t count = 0;
     uint64_t size = 0x20000;
   };
-  struct DialogAnswer {
-    uint32_t result = 0;
-    std::string text = {};
-  };
 
   std::vector<std::string> calls;
   bool enabled = true;
@@ -29,8 +25,8 @@ struct FakeTamberlink {
   bool startRequested = false;
   /// Answers of `HandleOpenExistingDocument` in order; the last one stays.
   std::deque<OpenAnswer> open = {OpenAnswer()};
-  DialogAnswer resolve;
-  int32_t chosenCount = 0;
+  /// What `InvokeResolveDialog` leaves as the user's choice.
+  std::string chosen;
 
   /// Loads the framework and puts the recording operations into the table. Returns the instance.
   TBKLoader* Install();

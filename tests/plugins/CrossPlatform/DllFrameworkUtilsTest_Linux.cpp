@@ -1,107 +1,55 @@
-#include "DllFrameworkUtils.h"
-
-#include <gtest/gtest.h>
 #include <plist/plist.h>
 
-#include <array>
 #include <cstdlib>
 
+#include "LoadFrameworkTest.h"
 #include "PlatformStringUtils.h"
-#include "TemporaryFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path kModule = fs::path(FONT_MANAGER) / "Tamberlink.framework/Tamberlink";
-constexpr unsigned int kVersionSize = 8;
-
-class LoadFrameworkTest : public testing::Test {
- protected:
-  // Writes a framework whose `Info.plist` has these keys, and the module under that name.
-  fs::path Framework(const std::string& module, plist_t info, bool binary = false) {
-    char* text = nullptr;
-    uint32_t length = 0;
-    (binary ? plist_to_bin : plist_to_xml)(info, &text, &length);
-    const auto file = folder.Write("F.framework/Info.plist", std::string_view(text, length));
-    std::free(text);
-    plist_free(info);
-    fs::copy_file(kModule, file.parent_path() / module);
-    return file.parent_path();
-  }
-
-  bool Loads(const fs::path& path) {
-    version.fill('-');
-    version.back() = '\0';
-    return LoadDllOrFramework(path.c_str(), version.data(), kVersionSize) != nullptr;
-  }
-
-  static plist_t Info(const char* executable, const std::string& version) {
-    plist_t info = plist_new_dict();
-    if (executable) plist_dict_set_item(info, "CFBundleExecutable", plist_new_string(executable));
-    if (!version.empty()) {
-      plist_dict_set_item(info, "CFBundleShortVersionString", plist_new_string(version.c_str()));
-    }
-    return info;
-  }
-
-  TemporaryFolder folder;
-  std::array<char, kVersionSize> version{};
-};
-
-TEST_F(LoadFrameworkTest, ReadsTheVersionFromXmlAndBinary) {
-  for (const bool binary : {false, true}) {
-    // A module that is loaded must not be written over.
-    const char* name = binary ? "Binary" : "Xml";
-    EXPECT_TRUE(Loads(Framework(name, Info(name, "1.2"), binary)));
-    EXPECT_STREQ(version.data(), "1.2");
-  }
+TEST_F(LoadFrameworkTest, ReadsTheVersionAlsoFromABinaryList) {
+  const fs::path framework = Framework("");
+  plist_t info = plist_new_dict();
+  plist_dict_set_item(info, "CFBundleShortVersionString", plist_new_string("1.2"));
+  char* data = nullptr;
+  uint32_t size = 0;
+  plist_to_bin(info, &data, &size);
+  folder.Write(framework.filename() / "Info.plist", std::string_view(data, size));
+  std::free(data);
+  plist_free(info);
+  EXPECT_TRUE(Load(framework));
+  EXPECT_STREQ(version.data(), "1.2");
 }
 
-TEST_F(LoadFrameworkTest, CutsALongVersion) {
-  EXPECT_TRUE(Loads(Framework("F", Info(nullptr, "12345678901234"))));
-  EXPECT_STREQ(version.data(), "1234567");
-}
-
-TEST_F(LoadFrameworkTest, LeavesTheVersionAloneWhereThereIsNone) {
-  EXPECT_TRUE(Loads(Framework("F", Info(nullptr, ""))));
+TEST_F(LoadFrameworkTest, LoadsWithoutAReadableList) {
+  const fs::path framework = Framework(""), list = framework / "Info.plist";
+  folder.Write(list, "no property list");
+  EXPECT_TRUE(Load(framework / ""));
+  fs::remove(list);
+  fs::create_directory(list);
+  EXPECT_TRUE(Load(framework));
+  // A module by itself.
+  EXPECT_TRUE(Load(TAMBERLINK_FRAMEWORK "/Tamberlink"));
   EXPECT_STREQ(version.data(), "-------");
-  EXPECT_TRUE(Loads(kModule));
-  EXPECT_STREQ(version.data(), "-------");
-}
-
-TEST_F(LoadFrameworkTest, GivesNullForWhatIsNoFramework) {
-  EXPECT_FALSE(Loads(folder.path() / "nowhere"));
-  EXPECT_FALSE(Loads(folder.path()));
-  EXPECT_FALSE(Loads(folder.Write("file", "text")));
-  EXPECT_FALSE(Loads(Framework("F", Info("Other", "1"))));
-  folder.Write("F.framework/Info.plist", "no property list");
-  EXPECT_TRUE(Loads(folder.path() / "F.framework/"));
-  fs::remove(folder.path() / "F.framework/Info.plist");
-  fs::create_directory(folder.path() / "F.framework/Info.plist");
-  EXPECT_TRUE(Loads(folder.path() / "F.framework"));
 }
 
 TEST_F(LoadFrameworkTest, TakesTheModuleFromWithinTheFrameworkOnly) {
-  // A library that is there, by its whole path.
-  EXPECT_FALSE(Loads(Framework("F", Info("/lib/x86_64-linux-gnu/libm.so.6", "1"))));
+  EXPECT_FALSE(Load(folder.path()));
+  // The latter is there, by its whole path.
+  for (const char* name : {"Other", "/lib/x86_64-linux-gnu/libm.so.6"}) {
+    const std::string entry = "<key>CFBundleExecutable</key><string>" + std::string(name);
+    EXPECT_FALSE(Load(Framework(entry + "</string>")));
+  }
 }
 
 TEST_F(LoadFrameworkTest, TakesARelativePathFromTheWorkingDirectoryAlone) {
-  Framework("F", Info(nullptr, "1"));
+  const fs::path framework = Framework("");
   fs::current_path(folder.path());
-  EXPECT_TRUE(Loads("F.framework"));
+  EXPECT_TRUE(Load(framework.filename()));
   // On the library path there is one of that name.
-  EXPECT_FALSE(Loads("libc.so.6"));
-}
-
-TEST(GetFunctionPtr, FindsExportsByName) {
-  std::array<char, kVersionSize> version{};
-  void* bundle = LoadDllOrFramework(kModule.c_str(), version.data(), kVersionSize);
-  ASSERT_NE(bundle, nullptr);
-  EXPECT_NE(GetFunctionPtr(bundle, "PluginIsEnabled"), nullptr);
-  EXPECT_EQ(GetFunctionPtr(bundle, "pluginIsEnabled"), nullptr);
-  EXPECT_EQ(GetFunctionPtr(nullptr, "PluginIsEnabled"), nullptr);
+  EXPECT_FALSE(Load("libc.so.6"));
 }
 
 TEST(GetStdString, IsEmptyForAllButText) {

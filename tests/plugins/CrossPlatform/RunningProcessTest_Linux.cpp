@@ -6,7 +6,6 @@
 
 #include "CoreErrorCodes.h"
 #include "GetPathToRunningProcess.h"
-#include "TBKLoader.h"
 #include "TemporaryFolder.h"
 
 namespace {
@@ -65,19 +64,6 @@ TEST(RunningProcess, IsFoundByItsExactNameAndTheLowestIdDecides) {
   const RunningCopy second(places[1] / "Oxbrim");
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kSuccess);
   EXPECT_EQ(found, places[first.pid() < second.pid() ? 0 : 1].string() + "/");
-}
-
-TEST(RunningProcess, LeadsToTheFrameworkBesideIt) {
-  TemporaryFolder folder;
-  setenv("HOME", folder.path().c_str(), 1);
-  folder.Write("Library/Veldrane/com.veldrane.Oxbrim-LaunchInfo.conf", "oxbrim.path=/no/Oxbrim\n");
-  fs::create_directories(folder.path() / "Core/PluginFiles");
-  fs::create_directory_symlink(TAMBERLINK_FRAMEWORK,
-                               folder.path() / "Core/PluginFiles/Tamberlink.framework");
-  const RunningCopy process(folder.path() / "Core/Oxbrim");
-  ASSERT_NE(TBKLoader::GetSharedInstance(), nullptr);
-  EXPECT_EQ(TBKLoader::GetSharedInstance()->frameworkPath,
-            (folder.path() / "Core/PluginFiles/Tamberlink.framework").string());
 }
 
 }  // namespace

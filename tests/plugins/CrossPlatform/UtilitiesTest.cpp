@@ -4,7 +4,7 @@
 #include <sys/stat.h>
 
 #include "DebugUtils.h"
-#include "TemporaryFolder.h"
+#include "LoadFrameworkTest.h"
 #include "TraceLog.h"
 #include "VeldraneFileUtils.h"
 
@@ -20,6 +20,28 @@ TEST(OutputIndentedAndFormattedString, AppliesTheIndentAndCutsTheText) {
   OutputIndentedAndFormattedString(0, "%s", longText.c_str());
   OutputIndentedAndFormattedString(-1, "end");
   EXPECT_THAT(traces.lines, ElementsAre("begin 1", "  " + longText.substr(0, 65535), "end"));
+}
+
+TEST_F(LoadFrameworkTest, GivesTheDeclaredVersionCutToItsBuffer) {
+  for (const char* text : {"1.2", "1234567", "12345678901234"}) {
+    EXPECT_TRUE(Load(Framework(Version(text))));
+    EXPECT_EQ(version.data(), std::string(text).substr(0, 7));
+  }
+  EXPECT_TRUE(Load(Framework("")));
+  EXPECT_STREQ(version.data(), "-------");
+}
+
+TEST_F(LoadFrameworkTest, GivesNullWhereThereIsNoDirectory) {
+  EXPECT_FALSE(Load(folder.path() / "nowhere"));
+  EXPECT_FALSE(Load(folder.Write("file", "text")));
+}
+
+TEST_F(LoadFrameworkTest, FindsExportsByName) {
+  void* bundle = Load(TAMBERLINK_FRAMEWORK);
+  ASSERT_NE(bundle, nullptr);
+  EXPECT_NE(GetFunctionPtr(bundle, "PluginIsEnabled"), nullptr);
+  EXPECT_EQ(GetFunctionPtr(bundle, "pluginIsEnabled"), nullptr);
+  EXPECT_EQ(GetFunctionPtr(nullptr, "PluginIsEnabled"), nullptr);
 }
 
 TEST(GetFileModificationDate, IsInWholeSecondsAnd0OnFailure) {

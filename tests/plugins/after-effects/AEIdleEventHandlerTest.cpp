@@ -3,10 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
-#include "TemporaryFolder.h"
 #include "TraceLog.h"
 #include "VirtualTime.h"
 
@@ -137,127 +138,53 @@ TEST_F(IdleEventsTest, OpenStartsAProcessWhateverTheHostSays) {
                   "Handling Open", "Starting Font Activation Process for a newly opened project."));
 }
 
-TEST_F(IdleEventsTest, TheFrameworkIsAskedAtMostOnceIn10Seconds) {
-  state.lastProjectPath = state.currentProjectPath;
-  int asked = 0;
-  for (const int seconds : {0, 0, 9, 1, 9, 1}) {
-    virtual_time += seconds;
-    Run();
-    if (seconds == 1) ++asked;
-    EXPECT_EQ(fake_tamberlink.calls.size(), 1u + static_cast<size_t>(asked));
-  }
-}
-
-TEST_F(IdleEventsTest, DisabledMeansNoEventsAndOneMessage) {
-  fake_tamberlink.enabled = false;
-  EXPECT_THAT(Run(), IsEmpty());
-  EXPECT_FALSE(state.suppressModalWindows);
+TEST_F(IdleEventsTest, EachTimeThatItIsDisabledTheUserGetsOneMessage) {
   fake_tamberlink.showLogin = true;
-  Run();
-  Run();
-  EXPECT_THAT(fake_tamberlink.TakeCalls(),
-              ElementsAre("PluginIsEnabled", "ShouldShowLogin", "ShouldShowLogin",
-                          "ShowNotLoggedInMessageBox"));
-  // Enabled again, the message is armed again.
-  fake_tamberlink.enabled = true;
-  virtual_time += 10;
   state.lastProjectPath = state.currentProjectPath;
-  Run();
-  EXPECT_TRUE(state.suppressModalWindows);
-  fake_tamberlink.enabled = false;
-  virtual_time += 10;
-  Run();
-  EXPECT_THAT(fake_tamberlink.TakeCalls(),
-              ElementsAre("PluginIsEnabled", "PluginIsEnabled", "ShouldShowLogin",
+  for (const bool enabled : {false, true, false}) {
+    fake_tamberlink.enabled = enabled;
+    virtual_time += 10;
+    Run();
+    EXPECT_THAT(Run(), IsEmpty());
+    EXPECT_EQ(state.suppressModalWindows, enabled);
+  }
+  EXPECT_THAT(fake_tamberlink.calls,
+              ElementsAre("PluginIsEnabled", "ShouldShowLogin", "ShowNotLoggedInMessageBox",
+                          "PluginIsEnabled", "PluginIsEnabled", "ShouldShowLogin",
                           "ShowNotLoggedInMessageBox"));
-}
-
-TEST(IdleEvents, WithoutTheFrameworkNothingIsEnabled) {
-  const TemporaryFolder home;
-  setenv("HOME", home.path().c_str(), 1);
-  GlobalState state;
-  state.suppressModalWindows = true;
-  TBKCallTracker tracker;
-  EXPECT_EQ(runIdleEvents(&state, &tracker), 0);
-  EXPECT_FALSE(state.suppressModalWindows);
 }
 
 class ActivationProcessTest : public IdleEventsTest {
  protected:
-  ActivationProcessTest() { Start(); }
-
-  void Start() {
+  ActivationProcessTest() {
     state.startFontActivationProcess();
-    fake_host.TakeCalls();
-    fake_tamberlink.calls.clear();
+    fake_host.calls.clear();
   }
 
   std::vector<std::string> Step(int32_t tick) {
     state.ticksSinceActivationStart = tick;
     TBKCallTracker tracker;
-    error = runStepInFontActivationProcess(&state, &tracker);
+    EXPECT_EQ(runStepInFontActivationProcess(&state, &tracker), 0);
     return Flags(tracker);
   }
-
-  // Runs the first step and returns whether the project was closed.
-  bool CloseAfter(const FakeTamberlink::OpenAnswer& answer) {
-    fake_tamberlink.open = {answer};
-    fake_host.TakeCalls();
-    fake_tamberlink.calls.clear();
-    state.projectIsReopening = false;
-    Step(1);
-    return state.projectIsReopening;
-  }
-
-  A_Err error = 0;
 };
 
 TEST_F(ActivationProcessTest, ScheduleOfACleanProjectWithActivatedFonts) {
   fake_tamberlink.open.front().count = 2;
+  using Texts = std::vector<std::string>;
+  std::map<int32_t, std::pair<Texts, Texts>> expected = {
+      {1, {{"open"}, {"AEGP_GetProjectByIndex(0)", "AEGP_ProjectIsDirty", "AEGP_NewProject"}}},
+      {3, {{"switch"}, {"AEGP_UpdateFontList", "PF_RefreshAllWindows"}}},
+      {10, {{"reopen"}, {"AEGP_OpenProjectFromPath"}}}};
   for (int32_t tick = 0; tick < 30; ++tick) {
     SCOPED_TRACE(tick);
-    const auto flags = Step(tick);
-    const auto calls = fake_host.TakeCalls();
-    switch (tick) {
-      case 1:
-        EXPECT_THAT(flags, ElementsAre("open"));
-        EXPECT_THAT(calls, ElementsAre("AEGP_GetProjectByIndex(0)", "AEGP_ProjectIsDirty",
-                                       "AEGP_NewProject"));
-        break;
-      case 3:
-        EXPECT_THAT(flags, ElementsAre("switch"));
-        EXPECT_THAT(calls, ElementsAre("AEGP_UpdateFontList", "PF_RefreshAllWindows"));
-        break;
-      case 10:
-        EXPECT_THAT(flags, ElementsAre("reopen"));
-        EXPECT_THAT(calls, ElementsAre("AEGP_OpenProjectFromPath"));
-        EXPECT_EQ(fake_host.openedPath, u"/a.aep");
-        break;
-      default:
-        EXPECT_THAT(flags, IsEmpty());
-        EXPECT_THAT(calls, IsEmpty());
-    }
+    EXPECT_EQ(Step(tick), expected[tick].first);
+    EXPECT_EQ(fake_host.TakeCalls(), expected[tick].second);
     EXPECT_EQ(state.projectIsReopening, tick >= 1 && tick < 25);
     EXPECT_EQ(state.fontActivationInProgress, tick < 25);
   }
+  EXPECT_EQ(fake_host.openedPath, u"/a.aep");
   EXPECT_THAT(fake_tamberlink.calls, ElementsAre("HandleOpenExistingDocument '/a.aep'"));
-}
-
-TEST_F(ActivationProcessTest, NothingActivatedMeansNoReopening) {
-  Step(1);
-  EXPECT_FALSE(state.projectIsReopening);
-  EXPECT_THAT(Step(10), IsEmpty());
-}
-
-TEST_F(ActivationProcessTest, ADirtyProjectStaysOpen) {
-  fake_host.dirty = true;
-  EXPECT_FALSE(CloseAfter({.count = 1}));
-  EXPECT_THAT(fake_host.TakeCalls(), testing::Not(testing::Contains("AEGP_NewProject")));
-}
-
-TEST_F(ActivationProcessTest, AFailedCloseIsNotNoticed) {
-  fake_host.failures["AEGP_NewProject"] = 3;
-  EXPECT_TRUE(CloseAfter({.count = 1}));
 }
 
 TEST_F(ActivationProcessTest, ResultSelectsTheDialog) {
@@ -267,13 +194,9 @@ TEST_F(ActivationProcessTest, ResultSelectsTheDialog) {
     std::vector<std::string> flags;
   } const cases[] = {
       {CoreErrorCodes::kSuccess, "F", {"open", "resolve"}},
-      {CoreErrorCodes::kNotFound, "F", {"open", "resolve"}},
       {CoreErrorCodes::kAlreadyInitialized, "F", {"open", "restricted"}},
       {CoreErrorCodes::kAlreadyInitialized, "", {"open"}},
-      {CoreErrorCodes::kSuccess, "", {"open"}},
       {CoreErrorCodes::kItemNotHandled, "F", {"open"}},
-      {CoreErrorCodes::kIndexOutOfRange, "F", {"open"}},
-      {CoreErrorCodes::kError, "F", {"open"}},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(row.result);
@@ -283,42 +206,13 @@ TEST_F(ActivationProcessTest, ResultSelectsTheDialog) {
   }
 }
 
-TEST_F(ActivationProcessTest, IndexOutOfRangeIsRepeatedOnce) {
-  fake_tamberlink.open = {{.result = CoreErrorCodes::kIndexOutOfRange},
-                          {.result = CoreErrorCodes::kIndexOutOfRange},
-                          {.count = 1}};
-  Step(1);
-  EXPECT_EQ(fake_tamberlink.TakeCalls().size(), 2u);
-  fake_tamberlink.open = {{.result = CoreErrorCodes::kIndexOutOfRange}, {.text = "F"}};
-  EXPECT_THAT(Step(1), ElementsAre("open", "resolve"));
-}
-
-TEST_F(ActivationProcessTest, TheUsersChoiceIsActivated) {
-  struct {
-    uint32_t result;
-    const char* choice;
-    bool activated;
-  } const cases[] = {{CoreErrorCodes::kSuccess, "G", true},
-                     {CoreErrorCodes::kItemNotHandled, "G", true},
-                     {CoreErrorCodes::kSuccess, "", false},
-                     {CoreErrorCodes::kNotFound, "G", false}};
-  fake_tamberlink.chosenCount = 1;
-  for (const auto& row : cases) {
-    SCOPED_TRACE(testing::Message() << row.result << row.choice);
-    fake_tamberlink.resolve = {row.result, row.choice};
-    EXPECT_EQ(CloseAfter({.text = "F"}), row.activated);
-    EXPECT_EQ(fake_tamberlink.calls.size(), row.activated ? 3u : 2u);
-  }
-  fake_tamberlink.resolve = {};
-  EXPECT_FALSE(CloseAfter({.count = -1}));
-}
-
 TEST_F(ActivationProcessTest, TheFrameworksClaimsStayWithinTheBuffer) {
   const std::string tooLong(0x20000, 'x');
-  fake_tamberlink.resolve.text = tooLong;
+  fake_tamberlink.chosen = tooLong;
   for (const uint64_t claimed : {uint64_t{0}, uint64_t{1} << 40, uint64_t{10}}) {
     SCOPED_TRACE(claimed);
-    CloseAfter({.text = tooLong, .size = claimed});
+    fake_tamberlink.open = {{.text = tooLong, .size = claimed}};
+    Step(1);
     const uint64_t size = claimed == 10 ? 10 : 0x20000;
     const auto calls = fake_tamberlink.TakeCalls();
     ASSERT_EQ(calls.size(), 3u);
@@ -331,17 +225,6 @@ TEST_F(ActivationProcessTest, TheFrameworksClaimsStayWithinTheBuffer) {
 TEST_F(ActivationProcessTest, TheEndComesOnAnyLaterTick) {
   Step(40);
   EXPECT_FALSE(state.fontActivationInProgress);
-}
-
-TEST_F(ActivationProcessTest, RunsInsteadOfTheListenerWhileEnabled) {
-  state.lastProjectPath = "/other.aep";
-  state.ticksSinceActivationStart = 2;
-  EXPECT_THAT(Run(), IsEmpty());
-  fake_tamberlink.enabled = false;
-  virtual_time += 10;
-  state.ticksSinceActivationStart = 25;
-  EXPECT_THAT(Run(), IsEmpty());
-  EXPECT_TRUE(state.fontActivationInProgress);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "BackgroundForegroundSwitcher.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 

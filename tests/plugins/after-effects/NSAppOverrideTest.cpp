@@ -1,0 +1,221 @@
+#include "NSAppOverrideTest.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <stdexcept>
+
+#include "FakeHost.h"
+#include "FakeTamberlink.h"
+#include "GlobalState.h"
+#include "NSAppOverride.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+OverrideTest::OverrideTest() {
+  fake_tamberlink.Install();
+  global_state.picaBasicSuite = fake_host.basicSuite();
+  global_state.hostMajorVersion = 114;
+  global_state.suppressModalWindows = true;
+  fake_host.path = u"/a.aep";
+  SwizzleNSAppBeginModal();
+}
+
+bool OverrideTest::Show(const TestDialog& dialog) {
+  const size_t before = receivedKeys.size();
+  dialog.RunSession();
+  return receivedKeys.size() > before;
+}
+
+bool OverrideTest::ShowTitled(const char* title) {
+  const TestDialog& dialog = Dialog(title);
+  const bool dismissed = Show(dialog);
+  dialog.Hide();
+  return dismissed;
+}
+
+namespace {
+
+constexpr char kOpen[] = "Open Project";
+constexpr char kFonts[] = "Resolve Fonts";
+constexpr char kOther[] = "Resolve Fonts ";
+constexpr char kFontsBefore114[] = "After Effects";
+
+enum class State { kQuiet, kOpenDialogSeen, kCandidates };
+constexpr State kStates[] = {State::kQuiet, State::kOpenDialogSeen, State::kCandidates};
+
+class OverrideStateTest : public OverrideTest {
+ protected:
+  void Enter(State state) {
+    projectWasOpened();
+    if (state != State::kQuiet) Show(Dialog(kOpen));
+    if (state == State::kCandidates) ShowTitled(kOther);
+    fake_tamberlink.calls.clear();
+  }
+
+  // Leaves the quiet state. By what hosts before 114 do: their dialog isn't dismissed over a
+  // visible open project dialog, and then that one is forgotten.
+  State TakeState() {
+    global_state.hostMajorVersion = 113;
+    global_state.suppressModalWindows = true;
+    fake_tamberlink.enabled = true;
+    State state = State::kCandidates;
+    if (!ShowTitled(kFontsBefore114)) {
+      state = ShowTitled(kFontsBefore114) ? State::kOpenDialogSeen : State::kQuiet;
+    }
+    global_state.hostMajorVersion = 114;
+    global_state.endFontActivationProcess();
+    projectWasOpened();
+    return state;
+  }
+};
+
+TEST_F(OverrideStateTest, MovesAsTheDialogsSay) {
+  const State quiet = State::kQuiet, seen = State::kOpenDialogSeen, candidates = State::kCandidates;
+  constexpr bool kEnabled = true, kDisabled = false;
+  const struct {
+    State from, to;
+    const char* title;
+    bool enabled, dismissed;
+  } rows[] = {
+      {quiet, seen, kOpen, kEnabled, false},
+      {seen, seen, kOpen, kEnabled, false},
+      {candidates, seen, kOpen, kEnabled, false},
+      {seen, quiet, kFonts, kEnabled, true},
+      {candidates, quiet, kFonts, kEnabled, true},
+      {seen, candidates, kFonts, kDisabled, false},
+      {candidates, candidates, kFonts, kDisabled, false},
+      {seen, candidates, kOther, kEnabled, false},
+      {candidates, candidates, kOther, kEnabled, false},
+      {seen, candidates, kFontsBefore114, kEnabled, false},
+      {quiet, quiet, kFonts, kEnabled, false},
+      {quiet, quiet, kOther, kEnabled, false},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << static_cast<int>(row.from) << row.title << row.enabled);
+    Enter(row.from);
+    fake_tamberlink.enabled = row.enabled;
+    const std::string line = "Saw a DVAMacDialog titled: " + std::string(row.title) + "\n";
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(Show(Dialog(row.title)), row.dismissed);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), line);
+    // Only about a candidate is the framework asked.
+    EXPECT_EQ(fake_tamberlink.calls.empty(), row.from == quiet || row.title == kOpen);
+    EXPECT_EQ(global_state.fontActivationInProgress, row.dismissed);
+    EXPECT_EQ(global_state.suppressModalWindows, !row.dismissed);
+    EXPECT_EQ(TakeState(), row.to);
+  }
+}
+
+TEST_F(OverrideStateTest, StaysAsItIsForOtherWindowsAndWhileItMustNotSuppress) {
+  for (const State state : kStates) {
+    for (const char* title : {kOpen, kFonts, kOther}) {
+      SCOPED_TRACE(testing::Message() << static_cast<int>(state) << title);
+      Enter(state);
+      testing::internal::CaptureStdout();
+      EXPECT_FALSE(Show(Dialog(title, kPanelClass)));
+      global_state.suppressModalWindows = false;
+      EXPECT_FALSE(ShowTitled(title));
+      EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+      EXPECT_THAT(fake_tamberlink.calls, IsEmpty());
+      EXPECT_EQ(TakeState(), state);
+    }
+  }
+}
+
+TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
+  for (const State state : kStates) {
+    Enter(state);
+    projectWasOpened();
+    EXPECT_EQ(TakeState(), State::kQuiet);
+  }
+}
+
+TEST_F(OverrideTest, KnowsTitlesOfOtherLanguages) {
+  EXPECT_FALSE(ShowTitled("プロジェクトを開く"));
+  EXPECT_TRUE(ShowTitled("フォントを解決する"));
+}
+
+TEST_F(OverrideTest, SendsOneEscapeToTheWindowThatItBroughtToTheFront) {
+  ShowTitled(kOpen);
+  const TestDialog& dialog = Dialog(kFonts, kDerivedDialogClass);
+  onKey = [&] { EXPECT_TRUE(isVisible(dialog.window())); };
+  EXPECT_TRUE(Show(dialog));
+  ASSERT_EQ(receivedKeys.size(), 1u);
+  const ReceivedKey& event = receivedKeys[0];
+  EXPECT_EQ(event.type, 10u);
+  EXPECT_EQ(event.x, 0);
+  EXPECT_EQ(event.y, 0);
+  EXPECT_EQ(event.modifierFlags, 0u);
+  EXPECT_EQ(event.timestamp, 0);
+  EXPECT_EQ(event.windowNumber, dialog.number());
+  EXPECT_EQ(event.characters, "\x1B");
+  EXPECT_EQ(event.charactersIgnoringModifiers, "\x1B");
+  EXPECT_FALSE(event.isARepeat);
+  EXPECT_EQ(event.keyCode, 53);
+}
+
+TEST_F(OverrideTest, Hosts113DismissTheirDialogOnceTheOpenDialogIsHidden) {
+  global_state.hostMajorVersion = 113;
+  ShowTitled(kOpen);
+  const TestDialog& open = Dialog(kOpen);
+  Show(open);
+  EXPECT_FALSE(ShowTitled(kFontsBefore114));
+  Show(open);
+  EXPECT_FALSE(ShowTitled(kFonts));
+  Show(open);
+  open.Hide();
+  EXPECT_TRUE(ShowTitled(kFontsBefore114));
+}
+
+TEST_F(OverrideTest, AnOpenDialogThatIsGoneCountsAsHidden) {
+  global_state.hostMajorVersion = 113;
+  auto open = std::make_unique<TestDialog>(kOpen);
+  Show(*open);
+  const ModalWindow* address = open->window();
+  open.reset();
+  // A window at the same address, which is visible, isn't the open dialog.
+  const ModalWindow* latest = nullptr;
+  for (int count = 0; latest != address && count < 20; ++count) {
+    ModalWindow* other = Dialog(kOther).window();
+    makeKeyAndOrderFront(other);
+    latest = other;
+  }
+  EXPECT_TRUE(ShowTitled(kFontsBefore114));
+}
+
+TEST_F(OverrideTest, WritesAnExceptionToTheLogAndTheSuppressionGoesOn) {
+  ShowTitled(kOpen);
+  onKey = RaisePlatformException;
+  testing::internal::CaptureStderr();
+  EXPECT_TRUE(ShowTitled(kFonts));
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_THAT(log, HasSubstr("Exception when sendEscapeKeyToWindow:  exception="));
+  EXPECT_THAT(log, HasSubstr("no key window"));
+  EXPECT_TRUE(global_state.fontActivationInProgress);
+  EXPECT_FALSE(ShowTitled(kFonts));
+}
+
+TEST_F(OverrideTest, LetsOtherExceptionsPass) {
+  ShowTitled(kOpen);
+  onKey = [] { throw std::runtime_error("not the platform's"); };
+  EXPECT_THROW(ShowTitled(kFonts), std::runtime_error);
+  EXPECT_FALSE(global_state.fontActivationInProgress);
+}
+
+TEST_F(OverrideTest, AMissingSuiteStartsNoProcessAndTheSessionBegins) {
+  ShowTitled(kOpen);
+  fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
+  EXPECT_TRUE(ShowTitled(kFonts));
+  EXPECT_FALSE(global_state.fontActivationInProgress);
+}
+
+TEST_F(OverrideTest, AWindowIsOfNoClassThatDoesNotExist) {
+  ModalWindow* window = Dialog(kOpen).window();
+  EXPECT_TRUE(isKindOfClass(window, kDialogClass));
+  EXPECT_FALSE(isKindOfClass(window, kDerivedDialogClass));
+  EXPECT_FALSE(isKindOfClass(window, "NoSuchClass"));
+}
+
+}  // namespace
