@@ -51,6 +51,9 @@ void PlaySteps(const Session& session, Host& host) {
   if (chdir(folder.c_str()) != 0) _exit(1);
   setenv("HOME", folder.c_str(), 1);
   TheHost().prepare(session.host, options.plugin.string(), pipe, !options.quiet);
+  for (const std::string& executable : session.folder.processes) {
+    TheHost().timeline.add(Actor::desktop, fmt::format("{} runs", executable));
+  }
   PlaySteps(session, TheHost());
   std::exit(0);
 }
