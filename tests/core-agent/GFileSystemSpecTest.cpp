@@ -13,14 +13,14 @@ TEST(GFileSystemSpec, SetFullPathTakesFullPathsOnly) {
   const std::pair<std::string, std::string> kCases[] = {
       {"/a/b/", "/a/b"}, {"/", "/"}, {"", ""}, {"/a//./b", "/a//./b"}};
   for (const auto& [path, left] : kCases) {
-    GFileSystemSpec spec("/old");
-    EXPECT_EQ(spec.SetFullPath(path), 0u) << path;
-    EXPECT_EQ(spec.GetFullPath(), left);
+    GFileSystemSpec value("/old");
+    EXPECT_EQ(value.SetFullPath(path), 0u) << path;
+    EXPECT_EQ(value.GetFullPath(), left);
   }
-  GFileSystemSpec spec("/old");
+  GFileSystemSpec value("/old");
   LogLines log;
-  EXPECT_EQ(spec.SetFullPath("a/b"), 0x04000000u);
-  EXPECT_EQ(spec.GetFullPath(), "/old");
+  EXPECT_EQ(value.SetFullPath("a/b"), 0x04000000u);
+  EXPECT_EQ(value.GetFullPath(), "/old");
   EXPECT_THAT(log.Entries(),
               ElementsAre(CheckEntry(
                   "FileSystem", "CoreErrorCodes::kInvalidParam",
@@ -50,16 +50,16 @@ TEST(GFileSystemSpec, AppendsComponents) {
   } kCases[] = {{"/a", "/x/y/", "/a/x/y"}, {"/a", "", "/a"},   {"/a", "///", "/a"},
                 {"", "x", "/x"},           {"/", "//x", "/x"}, {"/a", "x//y", "/a/x//y"}};
   for (const auto& c : kCases) {
-    GFileSystemSpec spec;
-    spec.SetFullPath(c.path);
-    EXPECT_EQ(spec.AppendPathComponent(c.component).GetFullPath(), c.left) << c.path;
+    GFileSystemSpec value;
+    value.SetFullPath(c.path);
+    EXPECT_EQ(value.AppendPathComponent(c.component).GetFullPath(), c.left) << c.path;
   }
 }
 
 TEST(GFileSystemSpec, RemovesOneLevelAtATimeAndDoubledSeparatorsWithIt) {
-  GFileSystemSpec spec("/a/b c//d");
+  GFileSystemSpec value("/a/b c//d");
   for (const std::string left : {"/a/b c", "/a", "/", "", ""}) {
-    EXPECT_EQ(spec.RemoveLastPathComponent().GetFullPath(), left);
+    EXPECT_EQ(value.RemoveLastPathComponent().GetFullPath(), left);
   }
 }
 

@@ -74,9 +74,9 @@ TEST(GFileSystemTilde, FailsWithoutAnyHome) {
   EXPECT_EQ(path, "");
 
   LogLines log;
-  GFileSystemSpec spec("/old");
-  EXPECT_EQ(spec.SetFullPath("~/x"), 0x0C001005u);
-  EXPECT_EQ(spec.GetFullPath(), "/old");
+  GFileSystemSpec value("/old");
+  EXPECT_EQ(value.SetFullPath("~/x"), 0x0C001005u);
+  EXPECT_EQ(value.GetFullPath(), "/old");
   EXPECT_THAT(log.Entries(),
               ElementsAre(caught, failed("err"), failed("GFileSystem::OSExpandPath(strCopy)")));
 
