@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -208,34 +209,21 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
   }
 }
 
-TEST(Host, SaysWhatIsWrongWithACommandLine) {
+TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {
   const TemporaryFolder folder;
-  const std::string story = folder.Write("story.yaml", Behaviour("crash", "[]")).string();
-  const std::vector<std::pair<std::string, std::string>> cases{
-      {story, "--plugin is required"},
-      {"--plugin nowhere.so " + story, "--plugin: File does not exist: nowhere.so"},
-      {"--plugin " TEST_PLUGIN, "SESSION is required"},
-      {"--plugin " TEST_PLUGIN " nowhere.yaml", "nowhere.yaml: can't be read"},
+  const std::string story = " " + folder.Write("story.yaml", Behaviour("crash", "[]")).string();
+  const std::vector<std::tuple<std::string, int, std::string>> cases{
+      {story, 2, "--plugin is required"},
+      {"--plugin nowhere.so" + story, 2, "--plugin: File does not exist: nowhere.so"},
+      {"--plugin " TEST_PLUGIN, 2, "SESSION is required"},
+      {"--plugin " TEST_PLUGIN " nowhere.yaml", 2, "nowhere.yaml: can't be read"},
+      {"--plugin" + story + story, 1, "the plug-in can't be loaded: "},
+      {"--plugin " MODULE_WITHOUT_ENTRY + story, 1, "the plug-in exports no EntryPointFunc"},
   };
-  for (const auto& [arguments, message] : cases) {
+  for (const auto& [arguments, code, message] : cases) {
     const Played played = RunHost(arguments);
-    EXPECT_EQ(played.code, 2) << arguments;
+    EXPECT_EQ(played.code, code) << arguments;
     EXPECT_THAT(played.output, HasSubstr(message));
-  }
-}
-
-TEST(Host, FailsTheSessionOfAModuleThatIsNoPlugin) {
-  const TemporaryFolder folder;
-  const std::string story = folder.Write("story.yaml", Behaviour("crash", "[]")).string();
-  const std::vector<std::pair<std::string, std::string>> cases{
-      {story, "the plug-in can't be loaded: "},
-      {MODULE_WITHOUT_ENTRY, "the plug-in exports no EntryPointFunc"},
-  };
-  for (const auto& [module, finding] : cases) {
-    const Played played =
-        RunHost(std::string("--plugin ").append(module).append(" ").append(story));
-    EXPECT_EQ(played.code, 1) << module;
-    EXPECT_THAT(played.output, HasSubstr(finding));
   }
 }
 
