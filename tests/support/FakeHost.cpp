@@ -77,7 +77,8 @@ const AEGP_ProjSuite6 kProjSuite = [] {
   suite.AEGP_NewProject = [](AEGP_ProjectH*) { return fake_host.Call("AEGP_NewProject"); };
   suite.AEGP_OpenProjectFromPath = [](const A_UTF16Char* path, AEGP_ProjectH*) {
     return Do("AEGP_OpenProjectFromPath", "", [&] {
-      for (fake_host.openedPath.clear(); *path != 0; ++path) fake_host.openedPath += *path;
+      fake_host.openedPath.clear();
+      while (*path != 0) fake_host.openedPath += static_cast<char16_t>(*path++);
     });
   };
   return suite;
