@@ -17,6 +17,8 @@ std::string createUTF8StringFromA_UTF16String(unsigned short* text) {
   constexpr size_t kMostBytesPerUnit = 3;
   std::vector<char> bytes;
   bytes.reserve(kMostBytesPerUnit * static_cast<size_t>(end - text));
+  // Runs on every tick, and most paths are ASCII for a long way, where a unit is a byte.
+  while (text != end && *text < 0x80) bytes.push_back(static_cast<char>(*text++));
   utf8::utf16to8(text, end, std::back_inserter(bytes));
   return {bytes.begin(), bytes.end()};
 }
