@@ -13,7 +13,8 @@ namespace {
 constexpr unsigned int kNoWait = 0;
 constexpr unsigned int kNoLimit = 0xFFFFFFFF;
 
-uint32_t ConvertPthreadError(int result) {
+// Cold, as the waiting is, so that what every user calls stays small enough to be inlined.
+[[gnu::cold]] uint32_t ConvertPthreadError(int result) {
   switch (result) {
     case 0:
       return CoreErrorCodes::kSuccess;
@@ -76,7 +77,7 @@ uint32_t GMutex::LockInternal(unsigned int milliseconds) {
 
 // Called with mMonitorMutex held, as it is again at the return. On success the count is 0: a thread
 // that arrived between the signal and the wake-up sends the woken one back to waiting.
-uint32_t GMutex::WaitUntilFree(unsigned int milliseconds) {
+[[gnu::cold]] uint32_t GMutex::WaitUntilFree(unsigned int milliseconds) {
   if (milliseconds == kNoWait) return kLockBusyErr;
 
   int result = 0;
