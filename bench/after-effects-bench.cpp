@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 
 #include "AETypelark.h"
 #include "AE_APISuiteHandlerManager.h"
@@ -10,6 +11,7 @@
 #include "BenchHost.h"
 #include "GlobalState.h"
 #include "TBKLoader.h"
+#include "TemporaryFolder.h"
 
 namespace {
 
@@ -109,13 +111,24 @@ void SharedInstanceAfterTheFirstSuccess(benchmark::State& state) {
 }
 BENCHMARK(SharedInstanceAfterTheFirstSuccess);
 
-// The search of the process list and of the launch-info file, and the attempt to load what isn't
-// there.
-void SharedInstanceSearchedInVain(benchmark::State& state) {
+// The search of the process list in vain, the launch-info file, and the load of the framework that
+// it leads to.
+void SharedInstanceFirstCall(benchmark::State& state) {
+  const TemporaryFolder home;
+  setenv("HOME", home.path().c_str(), 1);
+  home.Write("Library/Veldrane/com.veldrane.Oxbrim-LaunchInfo.conf",
+             "oxbrim.path=" + (home.path() / "Oxbrim").string() + "\n");
+  std::filesystem::create_directory(home.path() / "PluginFiles");
+  std::filesystem::create_directory_symlink(TAMBERLINK_FRAMEWORK,
+                                            home.path() / "PluginFiles/Tamberlink.framework");
   delete LoadFramework();
-  for (auto _ : state) benchmark::DoNotOptimize(TBKLoader::GetSharedInstance());
+  for (auto _ : state) {
+    const TBKLoader* loader = TBKLoader::GetSharedInstance();
+    if (!loader) state.SkipWithError("the framework wasn't found");
+    delete loader;
+  }
 }
-BENCHMARK(SharedInstanceSearchedInVain);
+BENCHMARK(SharedInstanceFirstCall);
 
 void SuiteAccessorAfterItsFirstCall(benchmark::State& state) {
   AEGP_SuiteHandler handler(bench_host::BasicSuite());
