@@ -2,7 +2,6 @@
 # the tree is made of.
 
 set(TYPELARK_SANITIZE "" CACHE STRING "Value for -fsanitize=, empty for none")
-option(TYPELARK_BENCH "Build the benchmarks" OFF)
 option(TYPELARK_FUZZ "Build the fuzz targets with libFuzzer (needs Clang)" OFF)
 
 if(APPLE)

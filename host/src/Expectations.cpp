@@ -91,7 +91,8 @@ Check ReadPreferences(const YamlValue& value) {
   }
   return [entries](Host& host) {
     for (const auto& [section, key, expected] : entries) {
-      const std::string found = host.preferences[section][key];
+      const std::string* preference = host.findPreference(section, key);
+      const std::string found = preference ? *preference : "none";
       if (found != expected) return Mismatch(expected, found);
     }
     return std::string();

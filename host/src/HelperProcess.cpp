@@ -47,6 +47,7 @@ HelperProcess::HelperProcess(const std::filesystem::path& executable,
   const std::array<int, 2> input = MakePipe();
   const std::array<int, 2> output = MakePipe();
   mProcess = fork();
+  if (mProcess < 0) throw std::runtime_error("can't make a process");
   if (mProcess == 0) Become(executable, folder, input[0], output[1]);
   mInput = input[1];
   close(input[0]);

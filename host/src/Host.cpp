@@ -287,6 +287,13 @@ void Host::giveUp(const std::string& what) const {
   throw SessionEnded{};
 }
 
+const std::string* Host::findPreference(const std::string& section, const std::string& key) const {
+  const auto entries = preferences.find(section);
+  if (entries == preferences.end()) return nullptr;
+  const auto entry = entries->second.find(key);
+  return entry == entries->second.end() ? nullptr : &entry->second;
+}
+
 void Host::noteRefusal(const std::string& text) {
   if (mRefusals.insert(text).second) timeline.add(Actor::host, text);
 }

@@ -112,6 +112,8 @@ class Host {
 
   Project& project() { return *mProject; }
   std::string frontApplication() const;
+  /// Null when there is none.
+  const std::string* findPreference(const std::string& section, const std::string& key) const;
   AEGP_PersistentBlobH preferencesHandle() { return &mPreferencesOpaque; }
   const HostSettings& settings() const { return mSettings; }
 

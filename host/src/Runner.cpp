@@ -18,8 +18,8 @@
 namespace host {
 namespace {
 
-/// What the user has seen must have been expected.
-void CheckNothingUnexpected(Host& host) {
+/// What the user has seen must have been expected, and what was set up must have been met.
+void CheckNothingIsLeft(Host& host) {
   host.timeline.drain();
   const Record& record = host.timeline.record;
   for (const std::string& error : record.errors) {
@@ -28,15 +28,26 @@ void CheckNothingUnexpected(Host& host) {
   for (const std::string& report : record.reports) {
     host.fallShort(fmt::format("the user saw a report that no step expects: {}", report));
   }
+  for (const std::string& function : host.faults.unmet()) {
+    host.fallShort(fmt::format("{} wasn't called as often as it was to fail", function));
+  }
+  for (const auto& [operation, count] : record.answersLeft) {
+    if (count == 0) continue;
+    host.fallShort(fmt::format("{} answer(s) of {} were never asked for", count, operation));
+  }
 }
 
-void PlaySteps(const Session& session, Host& host) {
+void PlaySteps(const Session& session, const RunOptions& options, int pipe, Host& host) {
   try {
+    host.prepare(session.host, options.plugin.string(), pipe, !options.quiet);
+    for (const std::string& executable : session.folder.processes) {
+      host.timeline.add(Actor::desktop, fmt::format("{} runs", executable));
+    }
     for (const Step& step : session.steps) {
       host.reportStep(step.place);
       step.play(host);
     }
-    CheckNothingUnexpected(host);
+    CheckNothingIsLeft(host);
   } catch (const SessionEnded&) {
     // Reported where it was thrown.
   } catch (const std::exception& error) {
@@ -50,11 +61,7 @@ void PlaySteps(const Session& session, Host& host) {
                        const std::filesystem::path& folder, int pipe) {
   if (chdir(folder.c_str()) != 0) _exit(1);
   setenv("HOME", folder.c_str(), 1);
-  TheHost().prepare(session.host, options.plugin.string(), pipe, !options.quiet);
-  for (const std::string& executable : session.folder.processes) {
-    TheHost().timeline.add(Actor::desktop, fmt::format("{} runs", executable));
-  }
-  PlaySteps(session, TheHost());
+  PlaySteps(session, options, pipe, TheHost());
   std::exit(0);
 }
 

@@ -26,7 +26,6 @@ struct Draft {
   bool quit = false;
 };
 
-constexpr int64_t kUnlimited = std::numeric_limits<int64_t>::max();
 constexpr int64_t kMostTicks = 1'000'000'000;
 
 void RequireNothing(const YamlValue& value) {
@@ -164,7 +163,7 @@ Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
   const YamlValue* code = Find(fields, "result");
   const YamlValue* count = Find(fields, "times");
   const int64_t result = code ? code->integer(1, std::numeric_limits<A_Err>::max()) : A_Err_GENERIC;
-  const int64_t times = count ? count->integer(1, kMostTicks) : kUnlimited;
+  const int64_t times = count ? count->integer(1, kMostTicks) : Faults::kAlways;
   return [=](Host& host) {
     host.timeline.add(Actor::session, fmt::format("has {} fail from now on", function));
     host.faults.fail(function, static_cast<A_Err>(result), times);
@@ -186,11 +185,12 @@ std::string ReadAnswerField(const YamlValue& field) {
   if (field.key() == "choose" || field.key() == "text") return Join(field.texts(), ";");
   if (field.key() == "start") return field.boolean() ? "true" : "false";
   if (field.key() == "result") return fmt::format("{:#010x}", field.integer(0, 0xFFFFFFFF));
-  return fmt::format("{}", field.integer(std::numeric_limits<int32_t>::min(), kUnlimited));
+  return fmt::format("{}", field.integer(std::numeric_limits<int32_t>::min(),
+                                         std::numeric_limits<int64_t>::max()));
 }
 
 Action ReadFrameworkAnswers(const YamlValue& value, Draft& /*draft*/) {
-  std::vector<std::string> lines;
+  std::vector<std::pair<std::string, std::string>> answers;
   for (const YamlValue& answer : value.list()) {
     for (const auto& [operation, fields] : answer.fields()) {
       std::string line = operation;
@@ -198,11 +198,15 @@ Action ReadFrameworkAnswers(const YamlValue& value, Draft& /*draft*/) {
            fields.fields({"choose", "start", "result", "text", "count", "size"})) {
         line += fmt::format("\t{}={}", key, ReadAnswerField(field));
       }
-      lines.push_back(line);
+      answers.emplace_back(operation, line);
     }
   }
-  return [lines](Host& /*host*/) {
-    for (const std::string& line : lines) AppendLine("framework-answers", line);
+  return [answers](Host& host) {
+    host.timeline.drain();
+    for (const auto& [operation, line] : answers) {
+      AppendLine("framework-answers", line);
+      ++host.timeline.record.answersLeft[operation];
+    }
   };
 }
 
@@ -303,7 +307,7 @@ std::vector<Step> ReadSteps(const YamlValue& value, std::set<std::string> projec
   const std::vector<YamlValue> list = value.list();
   std::vector<Step> steps;
   const bool startsItself = std::any_of(list.begin(), list.end(), [](const YamlValue& step) {
-    return step.isText() && step.text() == "start";
+    return NameAndValue(step).first == "start";
   });
   if (!startsItself) {
     draft.started = true;

@@ -13,10 +13,10 @@
 namespace host {
 namespace {
 
-A_Err Fault(std::string_view function) {
+A_Err Fault(FailingFunction function) {
   const A_Err result = TheHost().faults.take(function);
   if (result != A_Err_NONE) {
-    TheHost().timeline.add(Actor::host, fmt::format("{} fails with {}", function, result));
+    TheHost().timeline.add(Actor::host, fmt::format("{} fails with {}", function.name, result));
   }
   return result;
 }
@@ -229,13 +229,8 @@ A_Err GetString(AEGP_PersistentBlobH blob, const A_char* section, const A_char* 
                 const A_char* fallback, A_u_long size, char* buffer, A_u_long* actualSize) {
   if (const A_Err fault = Fault("AEGP_GetString")) return fault;
   if (blob != TheHost().preferencesHandle() || size == 0) return A_Err_GENERIC;
-  const auto& preferences = TheHost().preferences;
-  std::string text = fallback ? fallback : "";
-  if (const auto found = preferences.find(section); found != preferences.end()) {
-    if (const auto value = found->second.find(key); value != found->second.end()) {
-      text = value->second;
-    }
-  }
+  const std::string* preference = TheHost().findPreference(section, key);
+  const std::string text = preference ? *preference : fallback ? fallback : "";
   if (text.size() >= size) return A_Err_GENERIC;
   std::memcpy(buffer, text.c_str(), text.size() + 1);
   if (actualSize) *actualSize = static_cast<A_u_long>(text.size() + 1);
@@ -302,12 +297,8 @@ SPErr ReallocateBlock(void* block, size_t newSize, void** newBlock) {
   return 0;
 }
 
-SPErr Undefined() {
-  return PF_Err_BAD_CALLBACK_PARAM;
-}
-
-SPBasicSuite basicSuite{AcquireSuite, ReleaseSuite,    IsEqual,  AllocateBlock,
-                        FreeBlock,    ReallocateBlock, Undefined};
+SPBasicSuite basicSuite{AcquireSuite, ReleaseSuite,    IsEqual,    AllocateBlock,
+                        FreeBlock,    ReallocateBlock, Unsupported};
 
 }  // namespace
 
@@ -320,22 +311,22 @@ bool HasSuite(const std::string& name, int32 version) {
 }
 
 SPErr SuiteLedger::acquire(const char* name, int32 version, const void** suite) {
-  static_assert(kSuites == host::kSuites.size());
+  static_assert(kSuiteCount == kSuites.size());
   const size_t index = IndexOf(name, version);
-  if (index == kSuites || TheHost().faults.refuses(name, version)) {
+  if (index == kSuiteCount || TheHost().faults.refuses(name, version)) {
     TheHost().noteRefusal(fmt::format("refuses {} {}", name, version));
     *suite = nullptr;
     return PF_Err_BAD_CALLBACK_PARAM;
   }
   ++mOutstanding[index];
   ++mAcquisitions;
-  *suite = host::kSuites[index].table;
+  *suite = kSuites[index].table;
   return 0;
 }
 
 SPErr SuiteLedger::release(const char* name, int32 version) {
   const size_t index = IndexOf(name, version);
-  if (index == kSuites || mOutstanding[index] == 0) {
+  if (index == kSuiteCount || mOutstanding[index] == 0) {
     mViolations.push_back(fmt::format("{} {} was released but not acquired", name, version));
     return A_Err_GENERIC;
   }
@@ -345,9 +336,9 @@ SPErr SuiteLedger::release(const char* name, int32 version) {
 
 std::vector<std::string> SuiteLedger::findings() const {
   std::vector<std::string> findings = mViolations;
-  for (size_t i = 0; i < kSuites; ++i) {
+  for (size_t i = 0; i < kSuiteCount; ++i) {
     if (mOutstanding[i] == 0) continue;
-    const Suite& suite = host::kSuites[i];
+    const Suite& suite = kSuites[i];
     findings.push_back(fmt::format("{} {} was acquired and not released, {} time(s)", suite.name,
                                    suite.version, mOutstanding[i]));
   }

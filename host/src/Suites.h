@@ -26,9 +26,9 @@ class SuiteLedger {
   std::vector<std::string> findings() const;
 
  private:
-  static constexpr size_t kSuites = 9;
+  static constexpr size_t kSuiteCount = 9;
 
-  std::array<int64_t, kSuites> mOutstanding{};
+  std::array<int64_t, kSuiteCount> mOutstanding{};
   int64_t mAcquisitions = 0;
   std::vector<std::string> mViolations;
 };

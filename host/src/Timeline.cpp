@@ -109,6 +109,10 @@ void Timeline::takeJournalLine(const std::string& line) {
   ReplaceAll(relative, mFolderPrefix, "");
   FrameworkCall call = ParseJournalLine(relative);
   call.tick = tick;
+  if (const auto left = record.answersLeft.find(call.operation);
+      left != record.answersLeft.end() && left->second > 0) {
+    --left->second;
+  }
   show(Actor::framework, call.text);
   record.frameworkCalls.push_back(std::move(call));
 }

@@ -34,6 +34,7 @@ struct Record {
   std::vector<std::string> stdoutLines;
   std::vector<FrameworkCall> frameworkCalls;
   int64_t fontUpdates = 0;
+  std::map<std::string, int64_t> answersLeft;  ///< for the framework, by operation
 };
 
 /// Before each entry, what framework and plug-in have written meanwhile is taken in, so that the

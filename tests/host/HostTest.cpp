@@ -105,6 +105,33 @@ TEST(Host, ShowsAModuleItsOwnTime) {
   EXPECT_EQ(played.code, 0) << played.output;
 }
 
+TEST(Host, KeepsPreferences) {
+  const Played played =
+      Play("host: {preferences: {Section: {old: there}}}\n" + Behaviour("keep a preference", R"(
+  - expect: {preferences: {Section: {new: none, other: none}}}
+  - tick
+  - expect:
+      preferences: {Section: {old: there, new: kept}}
+      stdout: [old is there, new is kept, other is fallback]
+)"));
+  EXPECT_EQ(played.code, 0) << played.output;
+}
+
+TEST(Host, TellsOfFaultsAndAnswersThatNothingCameFor) {
+  const Played played = Play(R"(
+framework: none
+steps:
+  - fail: {function: AEGP_EnableCommand, times: 5}
+  - fail: {function: AEGP_NewProject}
+  - framework answers: [PluginIsEnabled: {result: 5}]
+  - open menu
+)");
+  EXPECT_EQ(played.code, 1);
+  EXPECT_THAT(played.output, HasSubstr("AEGP_EnableCommand wasn't called as often"));
+  EXPECT_THAT(played.output, HasSubstr("AEGP_NewProject wasn't called as often"));
+  EXPECT_THAT(played.output, HasSubstr("1 answer(s) of PluginIsEnabled were never asked for"));
+}
+
 TEST(Host, TakesPrintedTextIntoTheTimelineInOrder) {
   const Played played = Play(Behaviour("end no line", "[tick, quit]"));
   EXPECT_EQ(played.code, 0);

@@ -74,6 +74,22 @@ void Lock(AEGP_MemHandle handle) {
   Memory()->AEGP_LockMemHandle(handle, &start);
 }
 
+void KeepAPreference() {
+  const Suite<AEGP_PersistentDataSuite3> writer(kAEGPPersistentDataSuite,
+                                                kAEGPPersistentDataSuiteVersion3);
+  const Suite<AEGP_PersistentDataSuite4> reader(kAEGPPersistentDataSuite,
+                                                kAEGPPersistentDataSuiteVersion4);
+  AEGP_PersistentBlobH blob = nullptr;
+  writer->AEGP_GetApplicationBlob(&blob);
+  writer->AEGP_SetString(blob, "Section", "new", "kept");
+  for (const char* key : {"old", "new", "other"}) {
+    char text[16] = "";
+    A_u_long size = 0;
+    reader->AEGP_GetString(blob, "Section", key, "fallback", sizeof text, text, &size);
+    std::printf("%s is %s\n", key, text);
+  }
+}
+
 // Suites that stay acquired until process exit, like those of an object with static storage.
 struct HeldToTheEnd {
   bool holds = false;
@@ -129,6 +145,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"throw", [] { throw std::runtime_error("boom"); }},
     {"throw an int", [] { throw 516; }},
     {"report", [] { Utility()->AEGP_ReportInfo(pluginId, "something is up"); }},
+    {"keep a preference", KeepAPreference},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
     {"end no line", [] { std::printf("no line end"); }},

@@ -13,7 +13,8 @@ namespace {
 constexpr unsigned int kNoWait = 0;
 constexpr unsigned int kNoLimit = 0xFFFFFFFF;
 
-// Cold, as the waiting is, so that what every user calls stays small enough to be inlined.
+// Cold, as the waiting is: no call without contention comes here, and what every user calls stays
+// small enough to be inlined.
 [[gnu::cold]] uint32_t ConvertPthreadError(int result) {
   switch (result) {
     case 0:
@@ -97,13 +98,14 @@ uint32_t GMutex::LockInternal(unsigned int milliseconds) {
 
 uint32_t GMutex::Unlock() {
   const pthread_t self = pthread_self();
-  const int result = pthread_mutex_lock(&mMonitorMutex);
+  int result = pthread_mutex_lock(&mMonitorMutex);
   if (result != 0) return ConvertPthreadError(result);
 
   uint32_t code = kMutexDeadlockErr;
   if (mLockCount != 0 && pthread_equal(self, mOwnerThread) != 0) [[likely]] {
     mLockCount = 0;
-    code = ConvertPthreadError(pthread_cond_signal(&mMonitorCondition));
+    result = pthread_cond_signal(&mMonitorCondition);
+    code = result == 0 ? CoreErrorCodes::kSuccess : ConvertPthreadError(result);
   }
   pthread_mutex_unlock(&mMonitorMutex);
   return code;

@@ -9,7 +9,7 @@
 // version that is passed to `SPBasicSuite::AcquireSuite` stands in the constant above it.
 //
 // Every function returns an `A_Err` and is called on the main thread. Handles belong to the host
-// unless a comment says otherwise. Entries that this tree never calls have no signature here.
+// unless a comment says otherwise. Nobody here calls the entries without a signature.
 
 using A_char = char;
 using A_Boolean = unsigned char;
