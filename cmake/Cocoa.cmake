@@ -69,6 +69,6 @@ endif()
 foreach(language OBJC OBJCXX)
   set(CMAKE_${language}_VISIBILITY_PRESET hidden)
 endforeach()
-# CMake doesn't know the standards of these languages.
+# CMake doesn't know GCC's standards of these languages.
 target_compile_options(cocoa INTERFACE
   $<$<COMPILE_LANGUAGE:OBJC>:-std=c11> $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++${CMAKE_CXX_STANDARD}>)

@@ -27,5 +27,7 @@ function(typelark_plugin_bundle target resources)
     # Signed anew, now that the bundle is whole: processors of one of the two architectures run nothing unsigned.
     COMMAND ${CODESIGN} --force --sign - ${bundle}
     VERBATIM)
-  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${resources}/${target}.r ${resources}/Info.plist.in)
+  # The version in Info.plist is the project's.
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
+    ${resources}/${target}.r ${resources}/Info.plist.in ${PROJECT_SOURCE_DIR}/CMakeLists.txt)
 endfunction()

@@ -62,7 +62,6 @@ HelperProcess::HelperProcess(const std::filesystem::path& executable,
 
 HelperProcess::~HelperProcess() {
   close(mInput);
-  kill(mProcess, SIGTERM);
   waitpid(mProcess, nullptr, 0);
 }
 

@@ -99,7 +99,7 @@ void Host::setUpDesktop() {
   desktop::Workspace& workspace = desktop::Workspace::sharedWorkspace();
   workspace.addRunningApplication({getpid(), kHostBundle});
   for (const std::string& application : mSettings.applications) addApplication(application);
-  workspace.activate(getpid(), 0);
+  workspace.activate(getpid());
   workspace.setActivationObserver([this](const desktop::RunningApplication&) {
     timeline.add(Actor::desktop, fmt::format("{} comes to the front", frontApplication()));
     if (!mUserSwitches) timeline.record.activated.push_back(frontApplication());
@@ -264,7 +264,7 @@ void Host::bringToFront(const std::string& bundleIdentifier) {
   if (!mApplications.contains(bundle)) addApplication(bundle);
   timeline.add(Actor::user, fmt::format("turns to {}", bundleIdentifier));
   mUserSwitches = true;
-  desktop::Workspace::sharedWorkspace().activate(mApplications[bundle], 0);
+  desktop::Workspace::sharedWorkspace().activate(mApplications[bundle]);
   mUserSwitches = false;
 }
 

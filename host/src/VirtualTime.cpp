@@ -8,7 +8,7 @@ namespace {
 int64_t now = host::kSessionStart;
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) time_t time(time_t* result) noexcept {
+extern "C" [[gnu::visibility("default")]] time_t time(time_t* result) noexcept {
   if (result) *result = now;
   return now;
 }

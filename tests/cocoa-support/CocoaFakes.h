@@ -22,6 +22,8 @@ struct CocoaFakes {
   std::optional<uint16_t> fraction;
   /// The scopes of the runtime's autorelease pools that are open.
   int openPools = 0;
+  /// All that were opened.
+  int pools = 0;
 
   std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
 };

@@ -14,6 +14,9 @@
 
 namespace {
 
+constexpr CFTypeID kTextType = 7;
+constexpr CFTypeID kOtherType = 1;
+
 // Several threads may ask for the time at once.
 std::mutex mutex;
 
@@ -62,6 +65,14 @@ void CFRelease(CFTypeRef object) {
   [Object(object) release];
 }
 
+CFTypeID CFGetTypeID(CFTypeRef object) {
+  return [Object(object) isKindOfClass:[NSString class]] ? kTextType : kOtherType;
+}
+
+CFTypeID CFStringGetTypeID() {
+  return kTextType;
+}
+
 CFStringRef CFMakeConstantString(const char* text) {
   static std::map<std::string, NSString*> constants;
   const std::lock_guard lock(mutex);
@@ -94,20 +105,20 @@ Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size,
                    encoding:NSUTF8StringEncoding];
 }
 
-CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef, CFStringRef path, CFURLPathStyle,
+CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef, CFStringRef path, CFURLPathStyle style,
                                        Boolean isDirectory) {
-  if (Fails(__func__)) return nullptr;
+  if (Fails(__func__) || style != kCFURLPOSIXPathStyle) return nullptr;
   const OwnPool pool;
   NSURL* url = [[NSURL alloc] initFileURLWithPath:Object(path) isDirectory:isDirectory];
   return static_cast<CFURLRef>(Made(__func__, url));
 }
 
-Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef, void* value, CFErrorRef*) {
-  if (Fails(__func__)) return false;
+Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* value, CFErrorRef*) {
+  if (Fails(__func__) || key != kCFURLContentModificationDateKey) return false;
   const OwnPool pool;
   NSString* path = [Object(url) path];
   NSDate* date = [[[NSFileManager defaultManager] fileAttributesAtPath:path
-                                                          traverseLink:YES] fileModificationDate];
+                                                          traverseLink:NO] fileModificationDate];
   *static_cast<void**>(value) = Made(__func__, [date retain]);
   return date != nil;
 }
@@ -141,8 +152,8 @@ CFAbsoluteTime CFAbsoluteTimeGetCurrent() {
   return cocoaFakes.now.value_or([NSDate timeIntervalSinceReferenceDate]);
 }
 
-CFTimeZoneRef CFTimeZoneCreateWithName(CFAllocatorRef, CFStringRef name, Boolean) {
-  if (Fails(__func__)) return nullptr;
+CFTimeZoneRef CFTimeZoneCreateWithName(CFAllocatorRef, CFStringRef name, Boolean tryAbbreviation) {
+  if (Fails(__func__) || !tryAbbreviation) return nullptr;
   const OwnPool pool;
   NSTimeZone* zone = [[NSTimeZone timeZoneWithName:Object(name)] retain];
   return static_cast<CFTimeZoneRef>(Made(__func__, zone));

@@ -29,11 +29,12 @@ id objc_storeWeak(id* slot, id object) {
 }
 
 id objc_loadWeak(id* slot) {
-  return *slot;
+  return [[*slot retain] autorelease];
 }
 
 extern "C" void* objc_autoreleasePoolPush() {
   ++cocoaFakes.openPools;
+  ++cocoaFakes.pools;
   return [[NSAutoreleasePool alloc] init];
 }
 

@@ -7,6 +7,7 @@
 
 #include "GFileSystem.h"
 #include "GFileSystemSpec.h"
+#include "GSystem.h"
 #include "LogLines.h"
 #include "TemporaryWorkingDirectory.h"
 
@@ -27,6 +28,11 @@ int Find(const std::string& home, passwd* entry, char* buffer, size_t size, pass
 std::string Expanded(std::string path) {
   EXPECT_EQ(GFileSystem::OSExpandPath(path), 0u);
   return path;
+}
+
+TEST(GSystem, IsNeitherMacOSXNorWindows) {
+  EXPECT_FALSE(GSystem::IsMacOSX());
+  EXPECT_FALSE(GSystem::IsWindows());
 }
 
 TEST(GFileSystemTilde, StandsForHome) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "CocoaFakes.h"
+#include "GSystem.h"
 #include "LogLines.h"
 #include "ReplacedMethod.h"
 
@@ -22,6 +23,11 @@ TEST(GScopedManagedMemory, ObjectsDieWithTheInnermostScope) {
   }
   EXPECT_EQ([object retainCount], 1u);
   [object release];
+}
+
+TEST(GSystem, IsMacOSX) {
+  EXPECT_TRUE(GSystem::IsMacOSX());
+  EXPECT_FALSE(GSystem::IsWindows());
 }
 
 TEST(GScopedManagedMemory, LogsOnceThatThereIsNoPool) {

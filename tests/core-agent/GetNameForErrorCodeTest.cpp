@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(GetNameForErrorCode, KnowsTheWholeNumberingAndNothingElse) {
+TEST(GetNameForErrorCode, KnowsNamesAndLeavesHolesUnknown) {
   const std::pair<uint32_t, const char*> rows[] = {
       {0x00000000, "CoreErrorCodes::kSuccess"},
       {0x15000000, "CoreErrorCodes::kUnknownError"},

@@ -196,10 +196,9 @@ A_Err Death(AEGP_GlobalRefcon, AEGP_DeathRefcon) {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) A_Err EntryPointFunc(SPBasicSuite* basicSuite,
-                                                                       A_long, A_long,
-                                                                       AEGP_PluginID id,
-                                                                       AEGP_GlobalRefcon*) {
+extern "C" [[gnu::visibility("default")]] A_Err EntryPointFunc(SPBasicSuite* basicSuite, A_long,
+                                                               A_long, AEGP_PluginID id,
+                                                               AEGP_GlobalRefcon*) {
   basic = basicSuite;
   pluginId = id;
   const Register suite;

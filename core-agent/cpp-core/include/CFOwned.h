@@ -5,6 +5,7 @@
 #include <memory>
 #include <type_traits>
 
+/// Gives back one reference. Never called for null.
 struct CFReleaser {
   void operator()(CFTypeRef object) const { CFRelease(object); }
 };

@@ -27,8 +27,9 @@ class GFileSystem {
   /// The working directory of the process; the empty value, and an entry in the log, if it is gone.
   static GFileSystemSpec OSGetCWD();
 
-  /// Replaces a tilde at the start by the home directory that it stands for, and bytes that aren't
-  /// UTF-8 by what they mean in Mac OS Roman; a relative path stays relative.
+  /// Replaces a tilde at the start by the home directory that it stands for, whose bytes are taken
+  /// as they are, and reads a path that isn't UTF-8 as Mac OS Roman, all of it; a relative path
+  /// stays relative.
   ///
   /// The path is read up to its first NUL. Returns 0, or
   /// `kInvalidCharacterForFileSystemRepresentation` with entries in the log: `path` is then empty

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/// A full path in UTF-8 that is edited one component at a time.
+/// A full path in UTF-8, but for a home directory that isn't, edited one component at a time.
 ///
 /// The path is empty (no path), or "/", or begins with "/" and doesn't end with it. Separators
 /// inside it, "." and ".." stay as they are, and the disk is never touched. Nothing throws beyond
@@ -15,9 +15,9 @@ class GFileSystemSpec {
   GFileSystemSpec() = default;
 
   /// Takes a path that may be quoted, begin with a tilde or be partial; a partial one is put behind
-  /// the working directory, so "" gives the working directory. A path that can't be expanded counts
-  /// as "". Without a working directory "" gives the empty value and "a/b" gives "/a/b". `path`
-  /// must not be null.
+  /// the working directory, so "" gives the working directory. A path that the platform fails to
+  /// expand counts as "". Without a working directory "" gives the empty value and "a/b" gives
+  /// "/a/b". `path` must not be null.
   explicit GFileSystemSpec(const char* path);
 
   /// Replaces the path by a full one or one with a tilde; "" clears it.

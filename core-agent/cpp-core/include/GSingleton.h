@@ -12,7 +12,7 @@ template <typename T>
 class GSingleton {
  public:
   /// The instance. Null only where the lock fails, which it does when the constructor of `T` asks
-  /// for its own instance.
+  /// for its own instance. The logger's must not: a failed lock is logged.
   static T* GetSharedInstance() {
     if (T* const instance = sInstance.load(std::memory_order_acquire)) return instance;
     // Local, because the first use may be at load time, before statics of a template are built.

@@ -6,7 +6,8 @@ id CocoaExceptionRaisedBy(void (*function)(void* context), void* context) {
   @try {
     function(context);
   } @catch (id exception) {
-    return exception;
+    // A scope on the way may have released it already, and the runtime's own hold ends here.
+    return [[exception retain] autorelease];
   }
   return nil;
 }

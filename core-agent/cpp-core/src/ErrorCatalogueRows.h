@@ -2,16 +2,17 @@
 
 #include <cstdint>
 
-/// The names of all error codes of the numbering that this library shares with the framework, in
-/// ascending order of code. Plain constants: nothing is built at load time.
-///
-/// `GFontToolResults::kFontAlreadyInDatabase` really has the class number 0x4005, though the other
-/// constants of its class have 0x400D.
+/// A code and its name.
 struct ErrorCatalogueRow {
   uint32_t code;
   const char* name;
 };
 
+/// The names of all error codes of the numbering that this library shares with the framework, in
+/// ascending order of code. Plain constants: nothing is built at load time.
+///
+/// `GFontToolResults::kFontAlreadyInDatabase` really has the class number 0x4005, though the other
+/// constants of its class have 0x400D.
 inline constexpr ErrorCatalogueRow kErrorCatalogueRows[] = {
     {0x00000000, "CoreErrorCodes::kSuccess"},
     {0x01000000, "CoreErrorCodes::kError"},

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Stores `value` in `field` and returns 0 if it lies within the bounds, both included.
+// Stores `value` in `field` and returns 0 if it lies within the bounds, both included.
 uint32_t AssignField(short min, short max, int value, short& field) {
   uint32_t err = CoreErrorCodes::kSuccess;
   CORE_CHECK_CONDITION(value < static_cast<TSInt32>(min) || value > static_cast<TSInt32>(max),
@@ -39,7 +39,7 @@ uint32_t GDateTime::SetFromISO8601String(const std::string& text) {
   SDateTime dateTime;
   if (!text.empty()) {
     std::istringstream ssTime(text);
-    // The host may have set a locale that groups digits.
+    // The host's locale may group digits.
     ssTime.imbue(std::locale::classic());
     int originalValue = 0;
     uint32_t err = ParseDate(ssTime, originalValue, dateTime);
@@ -105,7 +105,7 @@ std::string GDateTime::GetAsISO8601String(bool includeTime) const {
   if (IsEmpty()) return {};
 
   std::ostringstream text;
-  // As above.
+  // The host's locale may group digits.
   text.imbue(std::locale::classic());
   text << std::setfill('0');
   text << std::setw(4) << mDateTime.year << '-' << std::setw(2) << mDateTime.month << '-'

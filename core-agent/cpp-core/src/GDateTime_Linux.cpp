@@ -7,10 +7,10 @@
 
 namespace {
 
-/// The reading of the clock as calendar fields in UTC, milliseconds truncated; the empty value, and
-/// an entry in the log, where there is no reading.
-///
-/// `gmtime_r` would do but for the leap seconds that it takes from some local zones.
+// The reading of the clock as calendar fields in UTC, milliseconds truncated; the empty value, and
+// an entry in the log, where there is no reading.
+//
+// `gmtime_r` would do but for the leap seconds that it takes from some local zones.
 GDateTime ConvertToTimeZone(const timeval& reading) {
   SDateTime dateTime;
   [&reading, &dateTime] {

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The reading of the clock as calendar fields in that zone, milliseconds truncated; the empty
-/// value, and an entry in the log, where the platform fails.
+// The reading of the clock as calendar fields in that zone, milliseconds truncated; the empty
+// value, and an entry in the log, where the platform fails.
 GDateTime ConvertToTimeZone(const __CFTimeZone* timeZone, double cfAbsTime) {
   SDateTime dateTime;
   [=, &dateTime] {

@@ -7,8 +7,9 @@
 
 namespace {
 
-/// Where the last component and the separator before it begin. A separator at the end of the path
-/// belongs to the component, unless it is the whole path; `npos` without any other.
+// Where the last component and the separator before it begin. A separator at the end of the path
+// belongs to the component, unless it is the whole path; `npos` where there is no separator but one
+// at the end.
 size_t FindLastSeparator(const std::string& path) {
   const std::string separator = GFileSystem::OSGetPathSeparator();
   const size_t cut = path.rfind(separator);
@@ -22,8 +23,8 @@ std::string StripSeparators(const std::string& component) {
                                             separator);
 }
 
-/// Where to cut instead, so that the root of a drive keeps its separator and a network share isn't
-/// cut into.
+// Where to cut instead, so that the root of a drive keeps its separator and a network share isn't
+// cut into.
 size_t KeepWindowsRoot(const std::string& path, size_t cut) {
   const std::string separator = GFileSystem::OSGetPathSeparator();
   if (cut == 2 && path[1] == ':') cut += 1;

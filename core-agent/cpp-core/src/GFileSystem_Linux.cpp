@@ -40,8 +40,8 @@ std::string FromMacOSRoman(const std::string& bytes) {
   return text;
 }
 
-/// The home directory by the password database, of the process's own user for an empty name. Empty
-/// for a user that isn't there.
+// The home directory by the password database, of the process's own user for an empty name. Empty
+// for a user that isn't there.
 std::string HomeInPasswordDatabase(const std::string& user) {
   std::vector<char> buffer(1024);
   passwd entry = {};
@@ -54,7 +54,7 @@ std::string HomeInPasswordDatabase(const std::string& user) {
   return found == nullptr ? "" : found->pw_dir;
 }
 
-/// The home directory of the user, or of the process for an empty name.
+// The home directory of the user, or of the process for an empty name.
 std::string HomeDirectory(const std::string& user) {
   // A HOME that is empty or relative can't stand for a full path and counts as missing.
   const char* home = user.empty() ? std::getenv("HOME") : nullptr;

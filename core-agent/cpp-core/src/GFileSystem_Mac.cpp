@@ -13,7 +13,7 @@
 
 namespace {
 
-/// The part of `OSExpandPath` that runs while the platform's memory scope is open.
+// The part of `OSExpandPath` that runs while the platform's memory scope is open.
 uint32_t ExpandInScope(std::string& path) {
   PathRewriting result = OSRewritePath(path.c_str(), PathEncoding::kUTF8);
   if (result.outcome == PathRewriting::Outcome::kNotText) {

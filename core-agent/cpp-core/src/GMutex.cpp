@@ -97,12 +97,11 @@ uint32_t GMutex::LockInternal(unsigned int milliseconds) {
 }
 
 uint32_t GMutex::Unlock() {
-  const pthread_t self = pthread_self();
   int result = pthread_mutex_lock(&mMonitorMutex);
   if (result != 0) return ConvertPthreadError(result);
 
   uint32_t code = kMutexDeadlockErr;
-  if (mLockCount != 0 && pthread_equal(self, mOwnerThread) != 0) [[likely]] {
+  if (mLockCount != 0 && pthread_equal(pthread_self(), mOwnerThread) != 0) [[likely]] {
     mLockCount = 0;
     result = pthread_cond_signal(&mMonitorCondition);
     code = result == 0 ? CoreErrorCodes::kSuccess : ConvertPthreadError(result);

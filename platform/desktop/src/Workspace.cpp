@@ -33,22 +33,15 @@ std::vector<RunningApplication> Workspace::runningApplicationsWithBundleIdentifi
   return matching;
 }
 
-bool Workspace::activate(int32_t processIdentifier, uint32_t /*options*/) {
+void Workspace::activate(int32_t processIdentifier) {
   const RunningApplication* application = find(processIdentifier);
-  if (!application) return false;
+  if (!application) return;
   mFront = processIdentifier;
   if (mActivationObserver) mActivationObserver(*application);
-  return true;
 }
 
 void Workspace::addRunningApplication(RunningApplication application) {
   mRunning.push_back(std::move(application));
-}
-
-void Workspace::removeRunningApplication(int32_t processIdentifier) {
-  std::erase_if(mRunning, [=](const RunningApplication& running) {
-    return running.processIdentifier == processIdentifier;
-  });
 }
 
 void Workspace::setActivationObserver(

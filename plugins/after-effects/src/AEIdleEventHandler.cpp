@@ -225,8 +225,6 @@ void handlePathChange(GlobalStateInterface* state, TBKCallTracker* tracker) {
   }
 }
 
-// The first row that fits decides: a changed path is a close, a save as or an open, by the file's
-// age; a dirty flag that fell is a save.
 void listenAndHandleProjectEvents(GlobalStateInterface* state, TBKCallTracker* tracker) {
   if (state->lastProjectPath != state->currentProjectPath) {
     handlePathChange(state, tracker);

@@ -21,13 +21,13 @@ extern "C" [[gnu::visibility("default")]] A_Err EntryPointFunc(SPBasicSuite* pic
                                                                AEGP_PluginID plugin_id,
                                                                AEGP_GlobalRefcon* global_refconP);
 
-/// One tick of the plug-in. Returns what the tick's work returned.
+/// One tick of the plug-in. Returns what the tick's work returned, 0 when a suite is missing.
 A_Err IdleHook(AEGP_GlobalRefcon global_refcon, AEGP_IdleRefcon refcon, A_long* max_sleep);
 /// Sees every command and handles the plug-in's own. Always 0.
 A_Err MenuCommandHook(AEGP_GlobalRefcon global_refcon, AEGP_CommandRefcon refcon,
                       AEGP_Command command, AEGP_HookPriority hook_priority,
                       A_Boolean already_handled, A_Boolean* handled);
-/// Enables the menu item.
+/// Enables the menu item. Returns the host's answer, 0 when a suite is missing.
 A_Err UpdateMenuHook(AEGP_GlobalRefcon global_refcon, AEGP_UpdateMenuRefcon refcon,
                      AEGP_WindowType active_window);
 /// The host shuts down. Always 0.

@@ -19,6 +19,5 @@ int GetProcessID(const char* bundle_id, int& pid) {
 }
 
 void SetFrontApplication(int pid) {
-  Workspace::sharedWorkspace().activate(
-      pid, desktop::kActivateAllWindows | desktop::kActivateIgnoringOtherApps);
+  Workspace::sharedWorkspace().activate(pid);
 }

@@ -10,8 +10,8 @@ inline constexpr int kNoSuchApplication = -600;
 /// untouched, if there is none.
 int GetFrontProcessID(int& pid);
 
-/// Writes the id of the first running application with that bundle identifier to `pid` and returns
-/// 0; `kNoSuchApplication`, and `pid` untouched, if there is none.
+/// Writes the id of the first running application with that bundle identifier, UTF-8, to `pid` and
+/// returns 0; `kNoSuchApplication`, and `pid` untouched, if there is none.
 int GetProcessID(const char* bundle_id, int& pid);
 
 /// Brings the application, with all its windows, in front of the others. One that can't be brought

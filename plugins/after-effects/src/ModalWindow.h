@@ -12,7 +12,8 @@ struct ModalWindow;
 
 // Of the platform.
 
-/// False also when no class has that name.
+/// Whether the window is of that class or of one derived from it; false also when no class has that
+/// name.
 bool isKindOfClass(ModalWindow* window, const char* className);
 /// The whole title.
 std::string titleOf(ModalWindow* window);
@@ -39,5 +40,6 @@ bool isThisTheOpenProjectDialog(ModalWindow* window);
 /// Whether the title is that of the missing fonts dialog of a host of that version. Before 114 it
 /// is no telling title, and counts only once the recorded open project dialog is hidden or gone.
 bool isMissingFontsWindow(ModalWindow* window, int32_t aeMajorVersion);
-/// Dismisses the dialog. Starts no process when the host lacks a suite.
+/// Dismisses the dialog, expects no other one for this project, and starts the font activation
+/// process; none when the host lacks a suite.
 void suppressWindowAndStartFontActivationProcess(ModalWindow* window, int32_t aeMajorVersion);

@@ -68,8 +68,9 @@ bool isMissingFontsWindow(ModalWindow* window, int32_t aeMajorVersion) {
   if (aeMajorVersion >= kFirstVersionWithResolveFonts) {
     return listHolds(resolveFontsDialogTitles, title);
   }
+  if (title != kMissingFontsTitleBefore114) return false;
   ModalWindow* openDialog = openProjectDialog();
-  return title == kMissingFontsTitleBefore114 && (!openDialog || !isVisible(openDialog));
+  return !openDialog || !isVisible(openDialog);
 }
 
 void suppressWindowAndStartFontActivationProcess(ModalWindow* window, int32_t /*aeMajorVersion*/) {

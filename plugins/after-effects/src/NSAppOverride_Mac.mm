@@ -5,6 +5,8 @@
 #include "ModalWindow.h"
 #include "NSAppOverride.h"
 
+// What the plug-in adds to the application. The decisions are the portable part's; as methods they
+// can be asked for by whoever has only the application.
 @interface NSApplication (Override)
 - (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
@@ -55,6 +57,8 @@ ModalWindow* PortableWindow(id window) {
 }
 
 - (void)sendEscapeKeyToWindow:(NSWindow*)window {
+  // Its modal session begins all the same, also when it goes as it closes.
+  [[window retain] autorelease];
   const id exception = CocoaExceptionRaisedBy(
       [](void* context) {
         NSWindow* target = static_cast<NSWindow*>(context);

@@ -6,6 +6,7 @@
 
 #include "DebugUtils.h"
 #include "DllFrameworkUtils.h"
+#include "FrameworkTraces.h"
 #include "GetPathToRunningProcess.h"
 
 // The exports in table order. Only the first 24 are verified.
@@ -93,12 +94,9 @@ TBKLoader::~TBKLoader() {
 }
 
 TBKLoader* TBKLoader::FindAndLoadSharedInstance() {
-  constexpr char kFunction[] = "GetSharedInstance";
-  OutputIndentedAndFormattedString(+1, "Entering first call to %s()", kFunction);
+  OutputIndentedAndFormattedString(+1, "Entering first call to GetSharedInstance()");
   sSharedInstance = GetThisSharedInstance(WorkOutFrameworkPath());
-  OutputIndentedAndFormattedString(
-      -1, "Exiting first call to %s(); sSharedInstance=0x%08x", kFunction,
-      static_cast<unsigned int>(reinterpret_cast<uintptr_t>(sSharedInstance)));
+  TraceSharedInstance(sSharedInstance);
   return sSharedInstance;
 }
 

@@ -16,14 +16,14 @@ using TamberlinkDocumentId = std::array<char, 256>;
 /// for the instance at each use and call through `CallTamberlink`.
 ///
 /// Paths are NUL-terminated UTF-8, borrowed for the call. Buffers are the caller's: an `id` is a
-/// `TamberlinkDocumentId`, a `list` holds NUL-terminated text in 131072 bytes, a `reply` has 32767
-/// bytes. A `size` comes in as the size of the buffer. The codes are those of `CoreErrorCodes` and
-/// its like.
+/// `TamberlinkDocumentId`, a `list` has 131072 bytes and may come back without a terminator, a
+/// `reply` has 32767 bytes. A `size` comes in as the size of the buffer. The codes are those of
+/// `CoreErrorCodes` and its like.
+///
+/// A function pointer is null when the framework lacks the export of that name. Exports that nobody
+/// calls have no signature here.
 class TBKLoader {
  public:
-  /// A member is null when the framework lacks the export of that name. Exports that nobody calls
-  /// have no signature here.
-  ///
   /// Activates the fonts in `list`; `count` says how many.
   uint32_t (*pfActivateChosenFonts)(const char* path, char* list, int32_t* count);
   void (*pfCreateMenusFromJSONBuffer)();
@@ -33,7 +33,7 @@ class TBKLoader {
   void (*pfGetMenus)();
   void (*pfGetSettings)();
   void (*pfGetSocketPort)();
-  /// The document at `path` is closed, or saved; `id` is zeroed.
+  /// The document at `path` is closed, or saved. The caller zeroes `id`.
   uint32_t (*pfHandleCloseDocument)(const char* path, char* id);
   /// Fills `id`.
   uint32_t (*pfHandleCreateNewDocument)(char* id, uint64_t* size);

@@ -1,6 +1,7 @@
 #include "ProcessLocation.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <sstream>
 
@@ -17,7 +18,7 @@ TEST(ReadConfiguredValue, FirstLineWithTheKeyAndAValueWins) {
                                                        {"k=/a/b\r\nk=/c\r\n", "/a/b"},
                                                        {"# k=/a\n", "/a"},
                                                        {"k.old=/a\nk=/b\n", "/a"},
-                                                       {"k = /a b \n", " /a b "},
+                                                       {"k = /a=b \n", " /a=b "},
                                                        {"k\nk=/b\n", "/b"},
                                                        {"k\r=/a\nk=/b\n", "/b"},
                                                        {"k=\nk=/b\n", ""},
@@ -59,6 +60,13 @@ TEST(GetConfiguredPath, AnswersQuietlyForWhatIsNoFile) {
   home.Write("Library/Folder/file", "k=v");
   EXPECT_EQ(GetConfiguredPath("Folder", "file", "k", value), CoreErrorCodes::kSuccess);
   EXPECT_EQ(value, "v");
+  // A file that can't be opened, also for a user who may read every file.
+  rlimit limit;
+  getrlimit(RLIMIT_NOFILE, &limit);
+  const rlimit none{0, limit.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  EXPECT_EQ(GetConfiguredPath("Folder", "file", "k", value), CoreErrorCodes::kUnknownError);
+  setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 }  // namespace

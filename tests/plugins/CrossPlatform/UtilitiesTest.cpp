@@ -27,8 +27,11 @@ TEST_F(LoadFrameworkTest, GivesTheDeclaredVersionCutToItsBuffer) {
     EXPECT_TRUE(Load(Framework(Version(text))));
     EXPECT_EQ(version.data(), std::string(text).substr(0, 7));
   }
-  EXPECT_TRUE(Load(Framework("")));
-  EXPECT_STREQ(version.data(), "-------");
+  for (const char* entry : {"", "<key>CFBundleShortVersionString</key><integer>16</integer>"}) {
+    std::fill(version.begin(), version.end() - 1, '-');
+    EXPECT_TRUE(Load(Framework(entry)));
+    EXPECT_STREQ(version.data(), "-------");
+  }
 }
 
 TEST_F(LoadFrameworkTest, GivesNullWhereThereIsNoDirectory) {

@@ -52,6 +52,8 @@ TEST(FrontApplication, WritesAnIdOnlyWhereThereIsOne) {
   EXPECT_EQ(pid, kOther);
   EXPECT_EQ(GetProcessID("com.apple.dock", pid), 0);
   EXPECT_EQ(pid, kDock);
+  // One for each call that asks.
+  EXPECT_EQ(cocoaFakes.pools, 4);
   EXPECT_EQ(cocoaFakes.openPools, 0);
 }
 

@@ -175,7 +175,8 @@ TEST_F(OverrideTest, AnOpenDialogThatIsGoneCountsAsHidden) {
   Show(*open);
   const ModalWindow* address = open->window();
   open.reset();
-  // A window at the same address, which is visible, isn't the open dialog.
+  // A visible window isn't the open dialog, and where the allocator gives the address away again,
+  // one at the same address isn't either.
   const ModalWindow* latest = nullptr;
   for (int count = 0; latest != address && count < 20; ++count) {
     ModalWindow* other = Dialog(kOther).window();

@@ -16,8 +16,7 @@ class DESKTOP_EXPORT WindowClass {
   WindowClass(const WindowClass&) = delete;
   WindowClass& operator=(const WindowClass&) = delete;
 
-  /// The name, and the class that this one is derived from, or null.
-  const std::string& name() const { return mName; }
+  /// The class that this one is derived from, or null.
   const WindowClass* base() const { return mBase; }
 
  private:

@@ -9,12 +9,6 @@
 
 namespace desktop {
 
-/// How an application comes to the front.
-enum ApplicationActivationOptions : uint32_t {
-  kActivateAllWindows = 1,
-  kActivateIgnoringOtherApps = 2,
-};
-
 /// An application by its process id, which is above 0, and its bundle identifier.
 struct RunningApplication {
   int32_t processIdentifier = 0;
@@ -32,12 +26,11 @@ class DESKTOP_EXPORT Workspace {
   /// In the order in which they were added.
   std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(
       const std::string& bundleIdentifier) const;
-  /// Brings the application to the front; false when there is none with that id.
-  bool activate(int32_t processIdentifier, uint32_t options);
+  /// Brings the application to the front; nothing happens when there is none with that id.
+  void activate(int32_t processIdentifier);
 
   /// What runs is the process's owner's to say.
   void addRunningApplication(RunningApplication application);
-  void removeRunningApplication(int32_t processIdentifier);
   /// Called after each activation. Replaces the one before; an empty function takes it away.
   void setActivationObserver(std::function<void(const RunningApplication& application)> observer);
 

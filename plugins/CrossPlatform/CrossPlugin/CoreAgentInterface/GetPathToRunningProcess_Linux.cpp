@@ -54,8 +54,6 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
   std::string path;
   GetUsersAppDataDirectory(path);
   path += "/" + folderName + "/" + fileName;
-  std::error_code error;
-  if (!fs::exists(path, error)) return CoreErrorCodes::kUnknownError;
   std::ifstream stream(path, std::ios::binary);
   return ReadConfiguredValue(stream, key, value) ? CoreErrorCodes::kSuccess
                                                  : CoreErrorCodes::kUnknownError;

@@ -3,7 +3,8 @@
 #include <istream>
 #include <string>
 
-// What the search for a process decides above the platform. Texts are UTF-8 bytes.
+// What the search for a process decides above the platform. Texts are UTF-8 bytes. No state:
+// any thread.
 
 /// Whether `executablePath` ends in exactly `processName`; if so, its folder with a trailing "/"
 /// goes to `folder`.

@@ -35,10 +35,12 @@ PropertyList ReadInfoDictionary(const fs::path& framework) {
   return {dictionary, plist_free};
 }
 
-// Null when there is no such value.
+// Null when there is no such text.
 const __CFString* GetInfoValue(const PropertyList& dictionary, const char* key) {
   if (!dictionary || plist_get_node_type(dictionary.get()) != PLIST_DICT) return nullptr;
-  return static_cast<const __CFString*>(plist_dict_get_item(dictionary.get(), key));
+  const plist_t value = plist_dict_get_item(dictionary.get(), key);
+  if (plist_get_node_type(value) != PLIST_STRING) return nullptr;
+  return static_cast<const __CFString*>(value);
 }
 
 // "/a/Tamberlink.framework/" and "/a/Tamberlink.framework" have the same stem.

@@ -26,9 +26,13 @@ CFBundleRef OpenBundle(const char* path) {
 void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versionOutSize) {
   const CFBundleRef bundle = OpenBundle(path);
   if (!bundle) return nullptr;
-  const auto version = static_cast<CFStringRef>(
-      CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("CFBundleShortVersionString")));
-  if (version) strlcpy(versionOut, GetStdString(version).c_str(), versionOutSize);
+  const CFTypeRef version =
+      CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("CFBundleShortVersionString"));
+  // A property list holds whatever its author put there.
+  if (version && CFGetTypeID(version) == CFStringGetTypeID()) {
+    const auto text = static_cast<CFStringRef>(version);
+    strlcpy(versionOut, GetStdString(text).c_str(), versionOutSize);
+  }
   return bundle;
 }
 

@@ -18,6 +18,11 @@ void TraceFrameworkOpened(const void* bundle, const char* path) {
       LowBits(bundle), path);
 }
 
+void TraceSharedInstance(const void* instance) {
+  OutputIndentedAndFormattedString(
+      -1, "Exiting first call to GetSharedInstance(); sSharedInstance=0x%08x", LowBits(instance));
+}
+
 void TraceExportLookedUp(const void* bundle, const char* name, const void* function) {
   OutputIndentedAndFormattedString(
       0, "CFBundleGetFunctionPointerForName(0x%08x, '%s') returned 0x%08x", LowBits(bundle), name,

@@ -11,6 +11,7 @@ extern "C" {
 
 typedef unsigned char Boolean;
 typedef long CFIndex;
+typedef unsigned long CFTypeID;
 typedef uint32_t CFStringEncoding;
 typedef double CFAbsoluteTime;
 typedef CFIndex CFURLPathStyle;
@@ -33,6 +34,8 @@ typedef CFStringRef CFCalendarIdentifier;
 #define kCFAbsoluteTimeIntervalSince1970 978307200.0
 
 void CFRelease(CFTypeRef object);
+CFTypeID CFGetTypeID(CFTypeRef object);
+CFTypeID CFStringGetTypeID(void);
 
 CFStringRef CFMakeConstantString(const char* text);
 #define CFSTR(text) CFMakeConstantString("" text)
