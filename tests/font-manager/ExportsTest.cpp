@@ -1,6 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -44,50 +42,6 @@ TEST(TamberlinkFramework, ExportsWhatCallersLookUpAndNothingElse) {
     EXPECT_EQ(exportsOf("without-" + name + "/"), others);
   }
   EXPECT_EQ(variants, 15);
-}
-
-/// A running `Oxbrim`: the process that the test started, and the other ends of its standard input
-/// and output.
-struct Oxbrim {
-  pid_t pid;
-  int input;
-  int output;
-};
-
-Oxbrim startOxbrim() {
-  int input[2];
-  int output[2];
-  EXPECT_EQ(pipe(input) + pipe(output), 0);
-  const pid_t pid = fork();
-  if (pid == 0) {
-    dup2(input[0], STDIN_FILENO);
-    dup2(output[1], STDOUT_FILENO);
-    for (const int end : {input[0], input[1], output[0], output[1]}) close(end);
-    execl(FONT_MANAGER "/Oxbrim", "Oxbrim", nullptr);
-    _exit(127);
-  }
-  close(input[0]);
-  close(output[1]);
-  return {pid, input[1], output[0]};
-}
-
-std::string readToEnd(int output) {
-  std::string text;
-  for (char byte = 0; read(output, &byte, 1) == 1;) text += byte;
-  return text;
-}
-
-TEST(Oxbrim, RunsUntilItsInputEnds) {
-  const Oxbrim oxbrim = startOxbrim();
-  std::string line(6, ' ');
-  ASSERT_EQ(read(oxbrim.output, line.data(), line.size()), 6);
-  EXPECT_EQ(line, "ready\n");
-  EXPECT_EQ(waitpid(oxbrim.pid, nullptr, WNOHANG), 0);
-  close(oxbrim.input);
-  EXPECT_EQ(readToEnd(oxbrim.output), "");
-  int status = -1;
-  ASSERT_EQ(waitpid(oxbrim.pid, &status, 0), oxbrim.pid);
-  EXPECT_EQ(status, 0);
 }
 
 }  // namespace
