@@ -28,7 +28,7 @@ constexpr AEGP_PluginID kPluginId = 1;
 // At namespace scope, so that it outlives the static objects of a module, which is loaded later.
 Host theHost;
 
-/// Of the exception that is being handled.
+// Of the exception that is being handled.
 std::string DescribeException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
   int status = 0;

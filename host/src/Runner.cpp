@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,7 +19,7 @@
 namespace host {
 namespace {
 
-/// What the user has seen must have been expected, and what was set up must have been met.
+// What the user has seen must have been expected, and what was set up must have been met.
 void CheckNothingIsLeft(Host& host) {
   host.timeline.drain();
   const Record& record = host.timeline.record;
@@ -55,10 +56,11 @@ void PlaySteps(const Session& session, const RunOptions& options, int pipe, Host
   }
 }
 
-/// The life of the process that plays. It ends as programs end, so that the static objects of the
-/// plug-in are destroyed, and then those of the host, which looks at what is left.
+// The life of the process that plays. It ends as programs end, so that the static objects of the
+// plug-in are destroyed, and then those of the host, which looks at what is left.
 [[noreturn]] void Play(const Session& session, const RunOptions& options,
                        const std::filesystem::path& folder, int pipe) {
+  std::signal(SIGINT, SIG_DFL);
   if (chdir(folder.c_str()) != 0) _exit(1);
   setenv("HOME", folder.c_str(), 1);
   PlaySteps(session, options, pipe, TheHost());

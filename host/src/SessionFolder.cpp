@@ -14,7 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kFramework[] = "Tamberlink.framework";
-/// Projects that there are at the beginning are that old, in seconds.
+// Projects that there are at the beginning are that old, in seconds.
 constexpr int64_t kAgeOfProjects = 3600;
 
 fs::path MakeFolder() {

@@ -19,7 +19,7 @@ namespace {
 
 using Action = std::function<void(Host&)>;
 
-/// What reading a step changes for the steps behind it.
+// What reading a step changes for the steps behind it.
 struct Draft {
   std::set<std::string> projects;  ///< those that there are
   bool started = false;
@@ -40,7 +40,7 @@ std::string ReadProject(const YamlValue& value, const Draft& draft) {
   return path;
 }
 
-/// The working directory is the session folder when the step is played.
+// The working directory is the session folder when the step is played.
 std::string Absolute(const std::string& path) {
   return std::filesystem::absolute(path).string();
 }
@@ -276,7 +276,7 @@ constexpr std::array kStepKinds{
     StepKind{"expect", ReadExpect, false},
 };
 
-/// A step is its name alone, or a map of the name and a value.
+// A step is its name alone, or a map of the name and a value.
 YamlValue::Field NameAndValue(const YamlValue& step) {
   if (step.isText()) return {step.text(), step.withNothing(step.text())};
   const auto fields = step.fields();

@@ -258,7 +258,7 @@ const std::array kSuites{
     Suite{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion4, &kPersistentDataSuite4},
 };
 
-/// `kSuites.size()` when there is none.
+// `kSuites.size()` when there is none.
 size_t IndexOf(const char* name, int32 version) {
   const auto* const found = std::find_if(kSuites.begin(), kSuites.end(), [&](const Suite& suite) {
     return suite.version == version && std::strcmp(suite.name, name) == 0;

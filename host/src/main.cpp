@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <iterator>
@@ -17,9 +18,12 @@ namespace {
 constexpr int kOk = 0;
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
+constexpr int kInterrupted = 130;
 
-/// On a terminal, says how far a long list has come; an empty text takes that back. On standard
-/// error: what is redirected stays as it is.
+volatile std::sig_atomic_t interrupted = 0;
+
+// On a terminal, says how far a long list has come; an empty text takes that back. On standard
+// error: what is redirected stays as it is.
 void ShowProgress(const std::string& text) {
   static const bool isShown = isatty(STDERR_FILENO) != 0;
   if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
@@ -31,6 +35,8 @@ int Run(const std::vector<std::string>& files, const host::RunOptions& options) 
     std::vector<host::Session> loaded = host::LoadSessions(file);
     std::move(loaded.begin(), loaded.end(), std::back_inserter(sessions));
   }
+  // The process of the session ends, and what lies behind it is cleared away.
+  std::signal(SIGINT, [](int) { interrupted = 1; });
   size_t failed = 0;
   for (const host::Session& session : sessions) {
     const auto number = &session - sessions.data() + 1;
@@ -38,6 +44,7 @@ int Run(const std::vector<std::string>& files, const host::RunOptions& options) 
     if (number > 1 && !options.quiet) fmt::print("\n");
     const std::vector<std::string> shortfalls = host::PlaySession(session, options);
     if (options.quiet) ShowProgress("");
+    if (interrupted != 0) return kInterrupted;
     host::PrintResult(session, options, shortfalls);
     if (!shortfalls.empty()) ++failed;
   }

@@ -86,6 +86,17 @@ TEST(Host, NoticesADialogThatNeverBegins) {
   EXPECT_THAT(played.output, HasSubstr("the dialog \"Preferences\" never began"));
 }
 
+TEST(Host, LeavesNothingBehindWhenInterrupted) {
+  const TemporaryFolder folder;
+  const std::string story = folder.Write("story.yaml", Behaviour("interrupt")).string();
+  std::filesystem::create_directory(folder.path() / "tmp");
+  setenv("TMPDIR", (folder.path() / "tmp").c_str(), 1);
+  const Played played = RunHost("--plugin " TEST_PLUGIN " " + story + " " + story);
+  EXPECT_EQ(played.code, 130);
+  EXPECT_THAT(played.output, Not(HasSubstr("result:")));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "tmp"));
+}
+
 TEST(Host, BlamesNoPluginForItsOwnFaults) {
   for (const std::string function :
        {"AEGP_LockMemHandle", "AEGP_UnlockMemHandle", "AEGP_FreeMemHandle"}) {

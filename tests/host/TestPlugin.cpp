@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -140,6 +141,11 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        Memory()->AEGP_FreeMemHandle(handle);
      }},
     {"crash", [] { std::abort(); }},
+    {"interrupt",
+     [] {
+       kill(getppid(), SIGINT);
+       raise(SIGINT);
+     }},
     {"end the process", [] { _exit(0); }},
     {"end the process with a code", [] { _exit(3); }},
     {"throw", [] { throw std::runtime_error("boom"); }},
