@@ -52,7 +52,7 @@ void UneventfulTickFloor(benchmark::State& state) {
   AE_APISuiteHandlerManager manager(bench_host::BasicSuite());
   const AEGP_ProjSuite6* projects = manager.suite_handler_ptr()->ProjSuite6();
   const AEGP_MemorySuite1* memory = manager.suite_handler_ptr()->MemorySuite1();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     AEGP_ProjectH project = nullptr;
     projects->AEGP_GetProjectByIndex(0, &project);
     AEGP_MemHandle path = nullptr;
@@ -78,7 +78,7 @@ void UneventfulTick(benchmark::State& state) {
   ReachUneventfulTicks();
   const int64_t allocations = allocation_count;
   const int64_t suites = bench_host::suites_acquired;
-  for (auto _ : state) Tick();
+  for ([[maybe_unused]] auto _ : state) Tick();
   const auto ticks = static_cast<double>(state.iterations());
   state.counters["allocations"] = static_cast<double>(allocation_count - allocations) / ticks;
   state.counters["suites"] = static_cast<double>(bench_host::suites_acquired - suites) / ticks;
@@ -88,7 +88,7 @@ BENCHMARK(UneventfulTick);
 void TickOfARunningProcess(benchmark::State& state) {
   ReachUneventfulTicks();
   global_state.startFontActivationProcess();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     global_state.ticksSinceActivationStart = kTickWithoutAStep;
     Tick();
   }
@@ -98,7 +98,7 @@ BENCHMARK(TickOfARunningProcess);
 
 void WholeActivationProcess(benchmark::State& state) {
   ReachUneventfulTicks();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     global_state.startFontActivationProcess();
     while (global_state.fontActivationInProgress) Tick();
   }
@@ -107,12 +107,12 @@ BENCHMARK(WholeActivationProcess);
 
 void SharedInstanceAfterTheFirstSuccess(benchmark::State& state) {
   LoadFramework();
-  for (auto _ : state) benchmark::DoNotOptimize(TBKLoader::GetSharedInstance());
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(TBKLoader::GetSharedInstance());
 }
 BENCHMARK(SharedInstanceAfterTheFirstSuccess);
 
-// The search of the process list in vain, the launch-info file, and the load of the framework that
-// it leads to.
+// The search of the process list in vain, the launch-info file, and the framework that it leads to,
+// whose module is in the process already after the first time.
 void SharedInstanceFirstCall(benchmark::State& state) {
   const TemporaryFolder home;
   setenv("HOME", home.path().c_str(), 1);
@@ -122,9 +122,12 @@ void SharedInstanceFirstCall(benchmark::State& state) {
   std::filesystem::create_directory_symlink(TAMBERLINK_FRAMEWORK,
                                             home.path() / "PluginFiles/Tamberlink.framework");
   delete LoadFramework();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const TBKLoader* loader = TBKLoader::GetSharedInstance();
-    if (!loader) state.SkipWithError("the framework wasn't found");
+    if (!loader) {
+      state.SkipWithError("the framework wasn't found");
+      break;
+    }
     delete loader;
   }
 }
@@ -132,7 +135,7 @@ BENCHMARK(SharedInstanceFirstCall);
 
 void SuiteAccessorAfterItsFirstCall(benchmark::State& state) {
   AEGP_SuiteHandler handler(bench_host::BasicSuite());
-  for (auto _ : state) benchmark::DoNotOptimize(handler.ProjSuite6());
+  for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(handler.ProjSuite6());
 }
 BENCHMARK(SuiteAccessorAfterItsFirstCall);
 

@@ -24,8 +24,9 @@ class KeepingReporter : public benchmark::ConsoleReporter {
       const double time = run.GetAdjustedCPUTime();
       const auto [kept, isNew] = times.emplace(name, time);
       if (!isNew && time < kept->second) kept->second = time;
-      for (const auto& [counter, value] : run.counters)
-        counters[name + "." + counter] = value.value;
+      for (const auto& [counter, value] : run.counters) {
+        counters[std::string(name).append(".").append(counter)] = value.value;
+      }
     }
   }
 

@@ -47,7 +47,7 @@ class Faults {
  public:
   static constexpr int64_t kAlways = 0;
 
-  /// The next `times` calls of `function` report `result`, or all of them.
+  /// The next `times` calls of `function` report `result`; with `kAlways` all do.
   void fail(const std::string& function, A_Err result, int64_t times);
   void refuse(const std::string& suite, int32 version) { mRefused.emplace(suite, version); }
 

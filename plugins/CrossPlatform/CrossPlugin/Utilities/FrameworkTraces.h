@@ -6,7 +6,7 @@
 /// `bundle` is null when there is none at `path`.
 void TraceFrameworkOpened(const void* bundle, const char* path);
 
-/// `instance` is null when no framework could be opened.
+/// Ends the search and its indent. `instance` is null when no framework could be opened.
 void TraceSharedInstance(const void* instance);
 
 /// `function` is null when the framework lacks the export `name`.
