@@ -28,6 +28,7 @@ inline constexpr std::array<std::string_view, 24> kFunctionsThatCanFail{
     "AEGP_UpdateFontList",      "PF_RefreshAllWindows",  kSendEvent,
 };
 
+/// Whether `function` is one of them.
 constexpr bool CanFail(std::string_view function) {
   return std::find(kFunctionsThatCanFail.begin(), kFunctionsThatCanFail.end(), function) !=
          kFunctionsThatCanFail.end();
@@ -35,7 +36,7 @@ constexpr bool CanFail(std::string_view function) {
 
 /// The name of a function that can fail. Any other one doesn't compile.
 struct FailingFunction {
-  // NOLINTNEXTLINE(google-explicit-constructor): calls are to read as if it were the text.
+  // Not explicit: calls are to read as if it were the text.
   consteval FailingFunction(const char* function) : name(function) {
     if (!CanFail(function)) throw "not among kFunctionsThatCanFail";
   }
@@ -45,14 +46,17 @@ struct FailingFunction {
 /// Failures that a session has asked for.
 class Faults {
  public:
+  /// For as many calls as come.
   static constexpr int64_t kAlways = 0;
 
-  /// The next `times` calls of `function` report `result`; with `kAlways` all do.
+  /// The next `times` calls of `function` report `result`, whatever was asked for it before.
   void fail(const std::string& function, A_Err result, int64_t times);
+  /// The host has no such suite from now on.
   void refuse(const std::string& suite, int32 version) { mRefused.emplace(suite, version); }
 
   /// The result that this call has to report, 0 for none.
   A_Err take(FailingFunction function);
+  /// Whether the host has to say that it has no such suite.
   bool refuses(std::string_view suite, int32 version) const;
   /// The functions that were to fail and weren't called, or not as often.
   std::vector<std::string> unmet() const;

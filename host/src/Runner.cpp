@@ -32,7 +32,7 @@ void CheckNothingIsLeft(Host& host) {
   for (const std::string& function : host.faults.unmet()) {
     host.fallShort(fmt::format("{} wasn't called as often as it was to fail", function));
   }
-  for (const auto& [operation, count] : record.answersLeft) {
+  for (const auto& [operation, count] : host.timeline.answersLeft) {
     if (count == 0) continue;
     host.fallShort(fmt::format("{} answer(s) of {} were never asked for", count, operation));
   }

@@ -205,7 +205,7 @@ Action ReadFrameworkAnswers(const YamlValue& value, Draft& /*draft*/) {
     host.timeline.drain();
     for (const auto& [operation, line] : answers) {
       AppendLine("framework-answers", line);
-      ++host.timeline.record.answersLeft[operation];
+      ++host.timeline.answersLeft[operation];
     }
   };
 }

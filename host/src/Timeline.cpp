@@ -109,8 +109,8 @@ void Timeline::takeJournalLine(const std::string& line) {
   ReplaceAll(relative, mFolderPrefix, "");
   FrameworkCall call = ParseJournalLine(relative);
   call.tick = tick;
-  if (const auto left = record.answersLeft.find(call.operation);
-      left != record.answersLeft.end() && left->second > 0) {
+  if (const auto left = answersLeft.find(call.operation);
+      left != answersLeft.end() && left->second > 0) {
     --left->second;
   }
   show(Actor::framework, call.text);

@@ -34,7 +34,6 @@ struct Record {
   std::vector<std::string> stdoutLines;
   std::vector<FrameworkCall> frameworkCalls;
   int64_t fontUpdates = 0;
-  std::map<std::string, int64_t> answersLeft;  ///< for the framework, by operation
 };
 
 /// Before each entry, what framework and plug-in have written meanwhile is taken in, so that the
@@ -52,6 +51,8 @@ class Timeline {
   void drainRest();
 
   int64_t tick = 0;  ///< 0 before the first idle tick
+  /// By operation, the answers set up for the framework for which no call has come.
+  std::map<std::string, int64_t> answersLeft;
   Record record;
 
  private:

@@ -86,6 +86,7 @@ int main(int argc, char** argv) {
   try {
     return RunCommandLine(argc, argv);
   } catch (const std::exception& error) {
+    if (interrupted != 0) return kInterrupted;
     std::fprintf(stderr, "%s\n", error.what());
     return kUsage;
   }

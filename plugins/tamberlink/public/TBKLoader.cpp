@@ -94,9 +94,11 @@ TBKLoader::~TBKLoader() {
 }
 
 TBKLoader* TBKLoader::FindAndLoadSharedInstance() {
-  OutputIndentedAndFormattedString(+1, "Entering first call to GetSharedInstance()");
+  constexpr char kFunction[] = "GetSharedInstance";
+  OutputIndentedAndFormattedString(+1, "Entering first call to %s()", kFunction);
   sSharedInstance = GetThisSharedInstance(WorkOutFrameworkPath());
-  TraceSharedInstance(sSharedInstance);
+  OutputIndentedAndFormattedString(-1, "Exiting first call to %s(); sSharedInstance=0x%08x",
+                                   kFunction, LowBits(sSharedInstance));
   return sSharedInstance;
 }
 

@@ -60,7 +60,6 @@ TEST(GetStdString, IsEmptyForAllButText) {
   };
   EXPECT_EQ(convert(plist_new_string("zwölf")), "zwölf");
   EXPECT_EQ(convert(plist_new_string("")), "");
-  EXPECT_EQ(convert(plist_new_bool(1)), "");
   EXPECT_EQ(convert(plist_new_string("\xFF\xFE")), "");
   EXPECT_EQ(GetStdString(nullptr), "");
 }

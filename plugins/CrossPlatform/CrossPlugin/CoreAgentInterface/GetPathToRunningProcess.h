@@ -5,7 +5,7 @@
 
 // Where the font manager's core process lies. Texts are UTF-8. Results are
 // `CoreErrorCodes::kSuccess` or `CoreErrorCodes::kUnknownError`; an out-parameter is written only
-// on success. Neither is logged, but path values log what they log. No state: any thread.
+// on success. Nothing is logged but what path values log. No state: any thread.
 
 /// The folder, with a trailing "/", of the first running process whose executable has exactly the
 /// name `processName`.

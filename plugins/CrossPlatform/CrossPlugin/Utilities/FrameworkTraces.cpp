@@ -4,23 +4,14 @@
 
 #include "DebugUtils.h"
 
-namespace {
-
 unsigned int LowBits(const void* pointer) {
   return static_cast<unsigned int>(reinterpret_cast<uintptr_t>(pointer));
 }
-
-}  // namespace
 
 void TraceFrameworkOpened(const void* bundle, const char* path) {
   OutputIndentedAndFormattedString(
       0, "CFBundleCreate() returned 0x%08x on attempt to load plug-in interface from '%s'",
       LowBits(bundle), path);
-}
-
-void TraceSharedInstance(const void* instance) {
-  OutputIndentedAndFormattedString(
-      -1, "Exiting first call to GetSharedInstance(); sSharedInstance=0x%08x", LowBits(instance));
 }
 
 void TraceExportLookedUp(const void* bundle, const char* name, const void* function) {

@@ -6,7 +6,7 @@
 std::string GetStdString(const __CFString* text) {
   // libplist takes its nodes as plain pointers and doesn't change this one.
   const auto node = const_cast<plist_t>(static_cast<const void*>(text));
-  if (!node || plist_get_node_type(node) != PLIST_STRING) return {};
+  if (!node) return {};
   const std::string characters = plist_get_string_ptr(node, nullptr);
   return utf8::is_valid(characters.begin(), characters.end()) ? characters : std::string();
 }
