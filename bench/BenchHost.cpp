@@ -6,6 +6,8 @@
 #include <fstream>
 #include <string>
 
+#include "AE_AdvEffectSuites.h"
+
 namespace bench_host {
 
 int64_t suites_acquired = 0;
@@ -39,57 +41,57 @@ ProjectFile& File() {
 _AEGP_Project* sProject = nullptr;
 _Up_OpaqueMem* sPath = nullptr;
 
-const AEGP_ProjSuite6 kProjSuite = {
-    .AEGP_GetNumProjects = nullptr,
-    .AEGP_GetProjectByIndex =
-        [](A_long, AEGP_ProjectH* project) {
-          *project = &sProject;
-          return A_Err_NONE;
-        },
-    .AEGP_GetProjectName = nullptr,
-    .AEGP_GetProjectPath =
-        [](AEGP_ProjectH, AEGP_MemHandle* path) {
-          *path = &sPath;
-          return A_Err_NONE;
-        },
-    .AEGP_GetProjectRootFolder = nullptr,
-    .AEGP_SaveProjectToPath = nullptr,
-    .AEGP_GetProjectTimeDisplay = nullptr,
-    .AEGP_SetProjectTimeDisplay = nullptr,
-    .AEGP_ProjectIsDirty =
-        [](AEGP_ProjectH, A_Boolean* dirty) {
-          *dirty = 0;
-          return A_Err_NONE;
-        },
-    .AEGP_SaveProjectAs = nullptr,
-    .AEGP_NewProject = [](AEGP_ProjectH*) { return A_Err_NONE; },
-    .AEGP_OpenProjectFromPath = [](const A_UTF16Char*, AEGP_ProjectH*) { return A_Err_NONE; },
-    .AEGP_GetProjectBitDepth = nullptr,
-    .AEGP_SetProjectBitDepth = nullptr};
+// The functions without a caller stay null.
+const AEGP_ProjSuite6 kProjSuite = [] {
+  AEGP_ProjSuite6 suite{};
+  suite.AEGP_GetProjectByIndex = [](A_long, AEGP_ProjectH* project) {
+    *project = &sProject;
+    return A_Err{A_Err_NONE};
+  };
+  suite.AEGP_GetProjectPath = [](AEGP_ProjectH, AEGP_MemHandle* path) {
+    *path = &sPath;
+    return A_Err{A_Err_NONE};
+  };
+  suite.AEGP_ProjectIsDirty = [](AEGP_ProjectH, A_Boolean* dirty) {
+    *dirty = 0;
+    return A_Err{A_Err_NONE};
+  };
+  suite.AEGP_NewProject = [](AEGP_ProjectH*) { return A_Err{A_Err_NONE}; };
+  suite.AEGP_OpenProjectFromPath = [](const A_UTF16Char*, AEGP_ProjectH*) {
+    return A_Err{A_Err_NONE};
+  };
+  return suite;
+}();
 
-const AEGP_MemorySuite1 kMemorySuite = {
-    .AEGP_NewMemHandle = nullptr,
-    .AEGP_FreeMemHandle = [](AEGP_MemHandle) { return A_Err_NONE; },
-    .AEGP_LockMemHandle =
-        [](AEGP_MemHandle, void** start) {
-          *start = File().mPath16.data();
-          return A_Err_NONE;
-        },
-    .AEGP_UnlockMemHandle = [](AEGP_MemHandle) { return A_Err_NONE; },
-    .AEGP_GetMemHandleSize = nullptr,
-    .AEGP_ResizeMemHandle = nullptr,
-    .AEGP_SetMemReportingOn = nullptr,
-    .AEGP_GetMemStats = nullptr};
+const AEGP_MemorySuite1 kMemorySuite = [] {
+  AEGP_MemorySuite1 suite{};
+  suite.AEGP_FreeMemHandle = [](AEGP_MemHandle) { return A_Err{A_Err_NONE}; };
+  suite.AEGP_LockMemHandle = [](AEGP_MemHandle, void** start) {
+    *start = File().mPath16.data();
+    return A_Err{A_Err_NONE};
+  };
+  suite.AEGP_UnlockMemHandle = [](AEGP_MemHandle) { return A_Err{A_Err_NONE}; };
+  return suite;
+}();
 
-const AEGP_UtilitySuite6 kUtilitySuite = {[] { return A_Err_NONE; }};
-const PFAdvAppSuite2 kAdvAppSuite = {[] { return A_Err_NONE; }};
+const AEGP_UtilitySuite6 kUtilitySuite = [] {
+  AEGP_UtilitySuite6 suite{};
+  suite.AEGP_UpdateFontList = [] { return A_Err{A_Err_NONE}; };
+  return suite;
+}();
+
+const PF_AdvAppSuite2 kAdvAppSuite = [] {
+  PF_AdvAppSuite2 suite{};
+  suite.PF_RefreshAllWindows = [] { return A_Err{A_Err_NONE}; };
+  return suite;
+}();
 
 SPErr AcquireSuite(const char* name, int32, const void** suite) {
   ++suites_acquired;
-  if (std::strcmp(name, kAEGPProjSuite) == 0) *suite = &kProjSuite;
-  if (std::strcmp(name, kAEGPMemorySuite) == 0) *suite = &kMemorySuite;
-  if (std::strcmp(name, kAEGPUtilitySuite) == 0) *suite = &kUtilitySuite;
-  if (std::strcmp(name, kPFAdvAppSuite) == 0) *suite = &kAdvAppSuite;
+  if (std::strcmp(name, "AEGP Proj Suite") == 0) *suite = &kProjSuite;
+  if (std::strcmp(name, "AEGP Memory Suite") == 0) *suite = &kMemorySuite;
+  if (std::strcmp(name, "AEGP Utility Suite") == 0) *suite = &kUtilitySuite;
+  if (std::strcmp(name, "PF AE Adv App Suite") == 0) *suite = &kAdvAppSuite;
   return 0;
 }
 

@@ -174,7 +174,7 @@ steps:
 
 TEST(Host, RefusesTopPositionsInTheWindowMenu) {
   EXPECT_THAT(Play(Behaviour("insert at the top")).output,
-              HasSubstr("inserts \"Top\" into menu 7, place -1: refused"));
+              HasSubstr("inserts \"Top\" into menu 7, place 0: refused"));
 }
 
 TEST(Host, ShowsWhereAnExpectationFellShort) {

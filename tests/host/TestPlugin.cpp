@@ -41,19 +41,19 @@ class Suite {
 };
 
 struct Register : Suite<AEGP_RegisterSuite5> {
-  Register() : Suite(kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5) {}
+  Register() : Suite("AEGP Register Suite", 6) {}
 };
 struct Commands : Suite<AEGP_CommandSuite1> {
-  Commands() : Suite(kAEGPCommandSuite, kAEGPCommandSuiteVersion1) {}
+  Commands() : Suite("AEGP Command Suite", 1) {}
 };
 struct Projects : Suite<AEGP_ProjSuite6> {
-  Projects() : Suite(kAEGPProjSuite, kAEGPProjSuiteVersion6) {}
+  Projects() : Suite("AEGP Proj Suite", 9) {}
 };
 struct Memory : Suite<AEGP_MemorySuite1> {
-  Memory() : Suite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1) {}
+  Memory() : Suite("AEGP Memory Suite", 1) {}
 };
 struct Utility : Suite<AEGP_UtilitySuite3> {
-  Utility() : Suite(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3) {}
+  Utility() : Suite("AEGP Utility Suite", 7) {}
 };
 
 AEGP_MemHandle PathHandle() {
@@ -67,7 +67,7 @@ AEGP_MemHandle PathHandle() {
 
 void Acquire() {
   const void* suite = nullptr;
-  basic->AcquireSuite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1, &suite);
+  basic->AcquireSuite("AEGP Memory Suite", 1, &suite);
 }
 
 void Lock(AEGP_MemHandle handle) {
@@ -76,10 +76,8 @@ void Lock(AEGP_MemHandle handle) {
 }
 
 void KeepAPreference() {
-  const Suite<AEGP_PersistentDataSuite3> writer(kAEGPPersistentDataSuite,
-                                                kAEGPPersistentDataSuiteVersion3);
-  const Suite<AEGP_PersistentDataSuite4> reader(kAEGPPersistentDataSuite,
-                                                kAEGPPersistentDataSuiteVersion4);
+  const Suite<AEGP_PersistentDataSuite3> writer("AEGP Persistent Data Suite", 3);
+  const Suite<AEGP_PersistentDataSuite4> reader("AEGP Persistent Data Suite", 4);
   AEGP_PersistentBlobH blob = nullptr;
   writer->AEGP_GetApplicationBlob(&blob);
   writer->AEGP_SetString(blob, "Section", "new", "kept");
@@ -95,7 +93,7 @@ void KeepAPreference() {
 struct HeldToTheEnd {
   bool holds = false;
   ~HeldToTheEnd() {
-    if (holds) basic->ReleaseSuite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1);
+    if (holds) basic->ReleaseSuite("AEGP Memory Suite", 1);
   }
 } heldToTheEnd;
 
@@ -106,8 +104,7 @@ desktop::ModalSession BeginNothing(desktop::Application& /*application*/,
 
 const std::map<std::string, std::function<void()>> kBehaviours{
     {"leak a suite", Acquire},
-    {"release a suite twice",
-     [] { basic->ReleaseSuite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1); }},
+    {"release a suite twice", [] { basic->ReleaseSuite("AEGP Memory Suite", 1); }},
     {"hold a suite to the end",
      [] {
        Acquire();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "AE_AdvEffectSuites.h"
+
 FakeHost& fake_host = *new FakeHost;
 
 namespace {
@@ -25,43 +27,70 @@ A_Err Do(const char* function, const std::string& arguments, Work work) {
   return error;
 }
 
-const AEGP_RegisterSuite5 kRegisterSuite = {
-    [](AEGP_PluginID id, AEGP_HookPriority priority, AEGP_Command command, AEGP_CommandHook hook,
-       AEGP_CommandRefcon) {
-      return Do("AEGP_RegisterCommandHook",
-                std::to_string(id) + "," + std::to_string(priority) + "," + std::to_string(command),
-                [&] { fake_host.commandHook = hook; });
-    },
-    [](AEGP_PluginID id, AEGP_UpdateMenuHook hook, AEGP_UpdateMenuRefcon) {
-      return Do("AEGP_RegisterUpdateMenuHook", std::to_string(id),
-                [&] { fake_host.updateMenuHook = hook; });
-    },
-    [](AEGP_PluginID id, AEGP_DeathHook hook, AEGP_DeathRefcon) {
-      return Do("AEGP_RegisterDeathHook", std::to_string(id), [&] { fake_host.deathHook = hook; });
-    },
-    [](AEGP_PluginID id, AEGP_IdleHook hook, AEGP_IdleRefcon) {
-      return Do("AEGP_RegisterIdleHook", std::to_string(id), [&] { fake_host.idleHook = hook; });
-    }};
-
-const AEGP_CommandSuite1 kCommandSuite = {
-    [](AEGP_Command* command) { return Do("AEGP_GetUniqueCommand", "", [&] { *command = 900; }); },
-    [](AEGP_Command command, const A_char* name, AEGP_MenuID menu, A_long after) {
-      return fake_host.Call("AEGP_InsertMenuCommand", std::to_string(command) + "," + name + "," +
-                                                          std::to_string(menu) + "," +
-                                                          std::to_string(after));
-    },
-    [](AEGP_Command command) {
-      return fake_host.Call("AEGP_EnableCommand", std::to_string(command));
-    },
-    [](AEGP_Command command) { return fake_host.Call("AEGP_DoCommand", std::to_string(command)); }};
-
-const AEGP_UtilitySuite3 kUtilitySuite3 = {[](AEGP_PluginID id, const A_char* text) {
-  return fake_host.Call("AEGP_ReportInfo", std::to_string(id) + "," + text);
-}};
-const AEGP_UtilitySuite6 kUtilitySuite6 = {[] { return fake_host.Call("AEGP_UpdateFontList"); }};
-const PFAdvAppSuite2 kAdvAppSuite = {[] { return fake_host.Call("PF_RefreshAllWindows"); }};
-
 // The functions without a caller stay null.
+const AEGP_RegisterSuite5 kRegisterSuite = [] {
+  AEGP_RegisterSuite5 suite{};
+  suite.AEGP_RegisterCommandHook = [](AEGP_PluginID id, AEGP_HookPriority priority,
+                                      AEGP_Command command, AEGP_CommandHook hook,
+                                      AEGP_CommandRefcon) {
+    return Do("AEGP_RegisterCommandHook",
+              std::to_string(id) + "," + std::to_string(priority) + "," + std::to_string(command),
+              [&] { fake_host.commandHook = hook; });
+  };
+  suite.AEGP_RegisterUpdateMenuHook = [](AEGP_PluginID id, AEGP_UpdateMenuHook hook,
+                                         AEGP_UpdateMenuRefcon) {
+    return Do("AEGP_RegisterUpdateMenuHook", std::to_string(id),
+              [&] { fake_host.updateMenuHook = hook; });
+  };
+  suite.AEGP_RegisterDeathHook = [](AEGP_PluginID id, AEGP_DeathHook hook, AEGP_DeathRefcon) {
+    return Do("AEGP_RegisterDeathHook", std::to_string(id), [&] { fake_host.deathHook = hook; });
+  };
+  suite.AEGP_RegisterIdleHook = [](AEGP_PluginID id, AEGP_IdleHook hook, AEGP_IdleRefcon) {
+    return Do("AEGP_RegisterIdleHook", std::to_string(id), [&] { fake_host.idleHook = hook; });
+  };
+  return suite;
+}();
+
+const AEGP_CommandSuite1 kCommandSuite = [] {
+  AEGP_CommandSuite1 suite{};
+  suite.AEGP_GetUniqueCommand = [](AEGP_Command* command) {
+    return Do("AEGP_GetUniqueCommand", "", [&] { *command = 900; });
+  };
+  suite.AEGP_InsertMenuCommand = [](AEGP_Command command, const A_char* name, AEGP_MenuID menu,
+                                    A_long after) {
+    return fake_host.Call("AEGP_InsertMenuCommand", std::to_string(command) + "," + name + "," +
+                                                        std::to_string(menu) + "," +
+                                                        std::to_string(after));
+  };
+  suite.AEGP_EnableCommand = [](AEGP_Command command) {
+    return fake_host.Call("AEGP_EnableCommand", std::to_string(command));
+  };
+  suite.AEGP_DoCommand = [](AEGP_Command command) {
+    return fake_host.Call("AEGP_DoCommand", std::to_string(command));
+  };
+  return suite;
+}();
+
+const AEGP_UtilitySuite3 kUtilitySuite3 = [] {
+  AEGP_UtilitySuite3 suite{};
+  suite.AEGP_ReportInfo = [](AEGP_PluginID id, const A_char* text) {
+    return fake_host.Call("AEGP_ReportInfo", std::to_string(id) + "," + text);
+  };
+  return suite;
+}();
+
+const AEGP_UtilitySuite6 kUtilitySuite6 = [] {
+  AEGP_UtilitySuite6 suite{};
+  suite.AEGP_UpdateFontList = [] { return fake_host.Call("AEGP_UpdateFontList"); };
+  return suite;
+}();
+
+const PF_AdvAppSuite2 kAdvAppSuite = [] {
+  PF_AdvAppSuite2 suite{};
+  suite.PF_RefreshAllWindows = [] { return fake_host.Call("PF_RefreshAllWindows"); };
+  return suite;
+}();
+
 const AEGP_ProjSuite6 kProjSuite = [] {
   AEGP_ProjSuite6 suite{};
   suite.AEGP_GetProjectByIndex = [](A_long index, AEGP_ProjectH* project) {
@@ -96,34 +125,42 @@ const AEGP_MemorySuite1 kMemorySuite = [] {
   return suite;
 }();
 
-const AEGP_PersistentDataSuite3 kPersistentDataSuite3 = {
-    [](AEGP_PersistentBlobH* blob) {
-      return Do("AEGP_GetApplicationBlob", "", [&] { *blob = BlobHandle(); });
-    },
-    [](AEGP_PersistentBlobH, const A_char* section, const A_char* key, const A_char* text) {
-      return Do("AEGP_SetString", "",
-                [&] { fake_host.preferences[std::string(section) + "/" + key] = text; });
-    }};
-const AEGP_PersistentDataSuite4 kPersistentDataSuite4 = {
-    [](AEGP_PersistentBlobH, const A_char* section, const A_char* key, const A_char* standard,
-       A_u_long size, char* text, A_u_long*) {
-      return Do("AEGP_GetString", "", [&] {
-        const auto found = fake_host.preferences.find(std::string(section) + "/" + key);
-        const std::string value = found == fake_host.preferences.end() ? standard : found->second;
-        std::strncpy(text, value.c_str(), size);
-      });
-    }};
+const AEGP_PersistentDataSuite3 kPersistentDataSuite3 = [] {
+  AEGP_PersistentDataSuite3 suite{};
+  suite.AEGP_GetApplicationBlob = [](AEGP_PersistentBlobH* blob) {
+    return Do("AEGP_GetApplicationBlob", "", [&] { *blob = BlobHandle(); });
+  };
+  suite.AEGP_SetString = [](AEGP_PersistentBlobH, const A_char* section, const A_char* key,
+                            const A_char* text) {
+    return Do("AEGP_SetString", "",
+              [&] { fake_host.preferences[std::string(section) + "/" + key] = text; });
+  };
+  return suite;
+}();
+
+const AEGP_PersistentDataSuite4 kPersistentDataSuite4 = [] {
+  AEGP_PersistentDataSuite4 suite{};
+  suite.AEGP_GetString = [](AEGP_PersistentBlobH, const A_char* section, const A_char* key,
+                            const A_char* standard, A_u_long size, A_char* text, A_u_long*) {
+    return Do("AEGP_GetString", "", [&] {
+      const auto found = fake_host.preferences.find(std::string(section) + "/" + key);
+      const std::string value = found == fake_host.preferences.end() ? standard : found->second;
+      std::strncpy(text, value.c_str(), size);
+    });
+  };
+  return suite;
+}();
 
 const std::map<std::pair<std::string, int>, const void*> kSuites = {
-    {{kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5}, &kRegisterSuite},
-    {{kAEGPCommandSuite, kAEGPCommandSuiteVersion1}, &kCommandSuite},
-    {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3}, &kUtilitySuite3},
-    {{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6}, &kUtilitySuite6},
-    {{kAEGPProjSuite, kAEGPProjSuiteVersion6}, &kProjSuite},
-    {{kAEGPMemorySuite, kAEGPMemorySuiteVersion1}, &kMemorySuite},
-    {{kPFAdvAppSuite, kPFAdvAppSuiteVersion2}, &kAdvAppSuite},
-    {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion3}, &kPersistentDataSuite3},
-    {{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion4}, &kPersistentDataSuite4}};
+    {{"AEGP Register Suite", 6}, &kRegisterSuite},
+    {{"AEGP Command Suite", 1}, &kCommandSuite},
+    {{"AEGP Utility Suite", 7}, &kUtilitySuite3},
+    {{"AEGP Utility Suite", 13}, &kUtilitySuite6},
+    {{"AEGP Proj Suite", 9}, &kProjSuite},
+    {{"AEGP Memory Suite", 1}, &kMemorySuite},
+    {{"PF AE Adv App Suite", 2}, &kAdvAppSuite},
+    {{"AEGP Persistent Data Suite", 3}, &kPersistentDataSuite3},
+    {{"AEGP Persistent Data Suite", 4}, &kPersistentDataSuite4}};
 
 std::string Describe(const char* name, int32 version) {
   return std::string(name) + " " + std::to_string(version);

@@ -4,13 +4,15 @@
 #include <cstddef>
 
 #include "AEGP_SuiteList.h"
+#include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
+#include "SPBasic.h"
 
 /// Lazy cache of the host's suites: an accessor's first call acquires the suite, later calls are
 /// one test and one load, and the destructor gives back all that were acquired.
 ///
 /// A pointer from an accessor must not be kept past the handler. A suite that the host refuses
-/// throws the `int` 516 (`PF_Err_BAD_CALLBACK_PARAM`) from its accessor, and the next call tries
+/// throws the `int` 516 from its accessor, and the next call tries
 /// again. Belongs to the thread that uses it.
 class AEGP_SuiteHandler {
  public:
@@ -21,37 +23,31 @@ class AEGP_SuiteHandler {
   AEGP_SuiteHandler& operator=(const AEGP_SuiteHandler&) = delete;
 
   const AEGP_CommandSuite1* CommandSuite1() const {
-    return Suite<AEGP_CommandSuite1,
-                 AEGP_SuiteIndex(kAEGPCommandSuite, kAEGPCommandSuiteVersion1)>();
+    return Suite<AEGP_CommandSuite1, AEGP_SuiteIndex("AEGP Command Suite", 1)>();
   }
   const AEGP_RegisterSuite5* RegisterSuite5() const {
-    return Suite<AEGP_RegisterSuite5,
-                 AEGP_SuiteIndex(kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5)>();
+    return Suite<AEGP_RegisterSuite5, AEGP_SuiteIndex("AEGP Register Suite", 6)>();
   }
   const AEGP_UtilitySuite3* UtilitySuite3() const {
-    return Suite<AEGP_UtilitySuite3,
-                 AEGP_SuiteIndex(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3)>();
+    return Suite<AEGP_UtilitySuite3, AEGP_SuiteIndex("AEGP Utility Suite", 7)>();
   }
   const AEGP_UtilitySuite6* UtilitySuite6() const {
-    return Suite<AEGP_UtilitySuite6,
-                 AEGP_SuiteIndex(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6)>();
+    return Suite<AEGP_UtilitySuite6, AEGP_SuiteIndex("AEGP Utility Suite", 13)>();
   }
   const AEGP_ProjSuite6* ProjSuite6() const {
-    return Suite<AEGP_ProjSuite6, AEGP_SuiteIndex(kAEGPProjSuite, kAEGPProjSuiteVersion6)>();
+    return Suite<AEGP_ProjSuite6, AEGP_SuiteIndex("AEGP Proj Suite", 9)>();
   }
   const AEGP_MemorySuite1* MemorySuite1() const {
-    return Suite<AEGP_MemorySuite1, AEGP_SuiteIndex(kAEGPMemorySuite, kAEGPMemorySuiteVersion1)>();
+    return Suite<AEGP_MemorySuite1, AEGP_SuiteIndex("AEGP Memory Suite", 1)>();
   }
-  const PFAdvAppSuite2* AdvAppSuite2() const {
-    return Suite<PFAdvAppSuite2, AEGP_SuiteIndex(kPFAdvAppSuite, kPFAdvAppSuiteVersion2)>();
+  const PF_AdvAppSuite2* AdvAppSuite2() const {
+    return Suite<PF_AdvAppSuite2, AEGP_SuiteIndex("PF AE Adv App Suite", 2)>();
   }
   const AEGP_PersistentDataSuite3* PersistentDataSuite3() const {
-    return Suite<AEGP_PersistentDataSuite3,
-                 AEGP_SuiteIndex(kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion3)>();
+    return Suite<AEGP_PersistentDataSuite3, AEGP_SuiteIndex("AEGP Persistent Data Suite", 3)>();
   }
   const AEGP_PersistentDataSuite4* PersistentDataSuite4() const {
-    return Suite<AEGP_PersistentDataSuite4,
-                 AEGP_SuiteIndex(kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion4)>();
+    return Suite<AEGP_PersistentDataSuite4, AEGP_SuiteIndex("AEGP Persistent Data Suite", 4)>();
   }
 
   /// Acquires a suite, past the cache. Throws the `int` 516 when the host refuses it.

@@ -4,12 +4,10 @@
 #include <cstddef>
 #include <string_view>
 
-#include "SPBasic.h"
-
 /// A suite by the name and version that are passed to the host.
 struct AEGP_SuiteEntry {
   const char* name;
-  int32 version;
+  int version;
 };
 
 /// Every suite that the cache has a place for, in the order in which they are released. Few have an
@@ -149,7 +147,7 @@ inline constexpr std::array<AEGP_SuiteEntry, 131> kSuiteList = {{
 }};
 
 /// The place of a suite in the list. One that isn't there doesn't compile.
-consteval size_t AEGP_SuiteIndex(std::string_view name, int32 version) {
+consteval size_t AEGP_SuiteIndex(std::string_view name, int version) {
   size_t index = 0;
   while (kSuiteList.at(index).name != name || kSuiteList.at(index).version != version) ++index;
   return index;

@@ -2,5 +2,6 @@
 
 // A unit of its own, so that a plug-in that answers a missing suite otherwise can exchange it.
 void AEGP_SuiteHandler::MissingSuiteError() const {
-  throw static_cast<int>(PF_Err_BAD_CALLBACK_PARAM);
+  constexpr int kBadCallbackParam = 516;  // the host's name for it is in a header for effects
+  throw kBadCallbackParam;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "AE_GeneralPlug.h"
+#include "SPBasic.h"
 
 namespace host {
 

@@ -29,6 +29,9 @@ void CheckNothingIsLeft(Host& host) {
   for (const std::string& report : record.reports) {
     host.fallShort(fmt::format("the user saw a report that no step expects: {}", report));
   }
+  for (const std::string& function : record.notSupplied) {
+    host.fallShort(fmt::format("{} was called, which this host doesn't supply", function));
+  }
   for (const std::string& function : host.faults.unmet()) {
     host.fallShort(fmt::format("{} wasn't called as often as it was to fail", function));
   }

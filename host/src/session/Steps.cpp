@@ -162,7 +162,8 @@ Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
   if (!CanFail(function)) name->fail(fmt::format("the host has no '{}' that could fail", function));
   const YamlValue* code = Find(fields, "result");
   const YamlValue* count = Find(fields, "times");
-  const int64_t result = code ? code->integer(1, std::numeric_limits<A_Err>::max()) : A_Err_GENERIC;
+  const int64_t result =
+      code ? code->integer(1, std::numeric_limits<A_Err>::max()) : int64_t{A_Err_GENERIC};
   const int64_t times = count ? count->integer(1, kMostTicks) : Faults::kAlways;
   return [=](Host& host) {
     host.timeline.add(Actor::session, fmt::format("has {} fail from now on", function));

@@ -30,6 +30,7 @@ struct Record {
   std::vector<std::string> dialogsShown;  ///< titles of the dialogs that reached the user
   std::vector<std::string> errors;        ///< hook and result, as shown to the user
   std::vector<std::string> reports;       ///< texts of `AEGP_ReportInfo`
+  std::vector<std::string> notSupplied;   ///< functions of the host that it doesn't supply
   std::vector<std::string> activated;     ///< applications that the plug-in brought to the front
   std::vector<std::string> stdoutLines;
   std::vector<FrameworkCall> frameworkCalls;

@@ -202,6 +202,7 @@ constexpr std::array kKinds{
     Kind{"dialogs shown", CompareRecorded<&Record::dialogsShown>},
     Kind{"errors", CompareRecorded<&Record::errors>},
     Kind{"reports", CompareRecorded<&Record::reports>},
+    Kind{"not supplied", CompareRecorded<&Record::notSupplied>},
     Kind{"framework", ReadFramework},
     Kind{"activated", CompareRecorded<&Record::activated>},
     Kind{"font updates", ReadFontUpdates},
