@@ -22,8 +22,8 @@ constexpr int kInterrupted = 130;
 
 volatile std::sig_atomic_t interrupted = 0;
 
-// On a terminal, says how far a long list has come; an empty text takes that back. On standard
-// error: what is redirected stays as it is.
+// Shows the progress on a terminal, and removes it for an empty text. Writes to standard error, so
+// that redirected output stays the same.
 void ShowProgress(const std::string& text) {
   static const bool isShown = isatty(STDERR_FILENO) != 0;
   if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
@@ -35,18 +35,18 @@ int Run(const std::vector<std::string>& files, const host::RunOptions& options) 
     std::vector<host::Session> loaded = host::LoadSessions(file);
     std::move(loaded.begin(), loaded.end(), std::back_inserter(sessions));
   }
-  // The process of the session ends, and what lies behind it is cleared away.
+  // Ctrl-C ends the process of the session. This one goes on to remove its folder.
   std::signal(SIGINT, [](int) { interrupted = 1; });
   size_t failed = 0;
   for (const host::Session& session : sessions) {
     const auto number = &session - sessions.data() + 1;
     if (options.quiet) ShowProgress(fmt::format("{}/{} {}", number, sessions.size(), session.name));
     if (number > 1 && !options.quiet) fmt::print("\n");
-    const std::vector<std::string> shortfalls = host::PlaySession(session, options);
+    const std::vector<std::string> failures = host::PlaySession(session, options);
     if (options.quiet) ShowProgress("");
     if (interrupted != 0) return kInterrupted;
-    host::PrintResult(session, options, shortfalls);
-    if (!shortfalls.empty()) ++failed;
+    host::PrintResult(session, options, failures);
+    if (!failures.empty()) ++failed;
   }
   if (sessions.size() > 1) {
     const bool showsSessions = !options.quiet || failed > 0;

@@ -36,14 +36,14 @@ Played RunHost(const std::string& arguments) {
   return played;
 }
 
-/// Plays a session with the test plug-in.
+/// Plays the session with the test plug-in.
 Played Play(const std::string& session, const std::string& options = "") {
   const TemporaryFolder folder;
   const std::string file = folder.Write("story.yaml", session).string();
   return RunHost("--plugin " TEST_PLUGIN " " + options + " " + file);
 }
 
-/// A session in which the test plug-in behaves like that.
+/// Returns a session in which the test plug-in shows the behaviour.
 std::string Behaviour(const std::string& behaviour, const std::string& steps = "[tick]") {
   return "framework: none\nfiles: {behaviour: " + behaviour + "}\nsteps: " + steps + "\n";
 }
@@ -66,9 +66,10 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"report", "the user saw a report that no step expects: something is up"},
   };
   for (const auto& [behaviour, finding] : cases) {
+    SCOPED_TRACE(behaviour);
     const Played played = Play(Behaviour(behaviour));
-    EXPECT_EQ(played.code, 1) << behaviour;
-    EXPECT_THAT(played.output, HasSubstr("\nfell short:\n"));
+    EXPECT_EQ(played.code, 1);
+    EXPECT_THAT(played.output, HasSubstr("\nfailed:\n"));
     EXPECT_THAT(played.output, HasSubstr(finding));
     EXPECT_THAT(played.output, EndsWith("\nresult: failed\n"));
   }
@@ -177,7 +178,7 @@ TEST(Host, RefusesTopPositionsInTheWindowMenu) {
               HasSubstr("inserts \"Top\" into menu 7, place 0: refused"));
 }
 
-TEST(Host, ShowsWhereAnExpectationFellShort) {
+TEST(Host, ShowsWhereAnExpectationFailed) {
   const Played played = Play(R"(
 framework: none
 projects:
@@ -242,8 +243,9 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
       {"steps: []", "story.yaml:1: framework: there is no Tamberlink.framework"},
   };
   for (const auto& [session, message] : cases) {
+    SCOPED_TRACE(session);
     const Played played = Play(session);
-    EXPECT_EQ(played.code, 2) << session;
+    EXPECT_EQ(played.code, 2);
     EXPECT_THAT(played.output, HasSubstr(message));
   }
 }
@@ -260,8 +262,9 @@ TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {
       {"--plugin " MODULE_WITHOUT_ENTRY + story, 1, "the plug-in exports no EntryPointFunc"},
   };
   for (const auto& [arguments, code, message] : cases) {
+    SCOPED_TRACE(arguments);
     const Played played = RunHost(arguments);
-    EXPECT_EQ(played.code, code) << arguments;
+    EXPECT_EQ(played.code, code);
     EXPECT_THAT(played.output, HasSubstr(message));
   }
 }

@@ -17,10 +17,11 @@ std::string OpenProjectTitle(std::string_view language);
 /// The title of the dialog about the fonts that a project lacks.
 std::string MissingFontsTitle(std::string_view language, int majorVersion);
 
-/// A dialog of the host. It lives as long as it is open.
+/// A dialog of the host. Lives as long as it is open.
 class DialogWindow : public desktop::Window {
  public:
-  /// `onKey` hears of each key event before it takes effect, and may raise `desktop::Exception`.
+  /// Calls `onKey` for each key event before the event takes effect. `onKey` may throw
+  /// `desktop::Exception`.
   DialogWindow(const desktop::WindowClass& windowClass, const std::string& title,
                std::function<void(const DialogWindow&, const desktop::KeyEvent&)> onKey);
   void sendEvent(const desktop::KeyEvent& event) override;

@@ -13,10 +13,10 @@
 
 namespace host {
 
-/// Stands for a dialog window that raises an exception at an event.
+/// The name of a fault: a dialog throws an exception at a key event.
 inline constexpr char kSendEvent[] = "sendEvent";
 
-/// The functions that a session can have fail.
+/// The functions that a session can make fail.
 inline constexpr std::array<std::string_view, 24> kFunctionsThatCanFail{
     "AEGP_DoCommand",           "AEGP_EnableCommand",    "AEGP_FreeMemHandle",
     "AEGP_GetApplicationBlob",  "AEGP_GetNumProjects",   "AEGP_GetProjectByIndex",
@@ -28,44 +28,44 @@ inline constexpr std::array<std::string_view, 24> kFunctionsThatCanFail{
     "AEGP_UpdateFontList",      "PF_RefreshAllWindows",  kSendEvent,
 };
 
-/// Whether `function` is one of them.
+/// Returns whether `function` is one of them.
 constexpr bool CanFail(std::string_view function) {
   return std::find(kFunctionsThatCanFail.begin(), kFunctionsThatCanFail.end(), function) !=
          kFunctionsThatCanFail.end();
 }
 
-/// The name of a function that can fail. Any other one doesn't compile.
+/// The name of a function that can fail. Another name doesn't compile.
 struct FailingFunction {
-  // Not explicit: calls are to read as if it were the text.
+  // Not explicit, so that callers pass the text.
   consteval FailingFunction(const char* function) : name(function) {
     if (!CanFail(function)) throw "not among kFunctionsThatCanFail";
   }
   std::string_view name;
 };
 
-/// Failures that a session has asked for.
+/// The failures that a session asks for.
 class Faults {
  public:
-  /// For as many calls as come.
+  /// Makes all further calls fail.
   static constexpr int64_t kAlways = 0;
 
-  /// The next `times` calls of `function` report `result`, whatever was asked for it before.
+  /// Makes the next `times` calls of `function` return `result`. Replaces an earlier request.
   void fail(const std::string& function, A_Err result, int64_t times);
-  /// The host has no such suite from now on.
+  /// Makes the host refuse the suite.
   void refuse(const std::string& suite, int32 version) { mRefused.emplace(suite, version); }
 
-  /// The result that this call has to report, 0 for none.
+  /// Counts a call. Returns the error that it has to return, or 0.
   A_Err take(FailingFunction function);
-  /// Whether the host has to say that it has no such suite.
+  /// Returns whether the host has to refuse the suite.
   bool refuses(std::string_view suite, int32 version) const;
-  /// The functions that were to fail and weren't called, or not as often.
+  /// Returns the functions that were called less often than they were to fail.
   std::vector<std::string> unmet() const;
 
  private:
   struct Failure {
     A_Err result = A_Err_NONE;
     int64_t times = 0;
-    bool met = false;  ///< by a call at least
+    bool met = false;  ///< by at least one call
   };
   std::map<std::string, Failure, std::less<>> mFailures;
   std::set<std::pair<std::string, int32>> mRefused;

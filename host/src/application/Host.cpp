@@ -25,10 +25,10 @@ namespace {
 constexpr char kHostBundle[] = "com.adobe.AfterEffects";
 constexpr AEGP_PluginID kPluginId = 1;
 
-// At namespace scope, so that it outlives the static objects of a module, which is loaded later.
+// At namespace scope, so that it outlives the static objects of a module that is loaded later.
 Host theHost;
 
-// Of the exception that is being handled.
+// Describes the exception that is being handled.
 std::string DescribeException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
   int status = 0;
@@ -68,7 +68,7 @@ Host::~Host() {
   timeline.drainRest();
   std::vector<std::string> findings = suites.findings();
   for (std::string& finding : memory.findings()) findings.push_back(std::move(finding));
-  for (const std::string& finding : findings) fallShort("at process exit: " + finding);
+  for (const std::string& finding : findings) fail("at process exit: " + finding);
   if (findings.empty()) {
     timeline.add(Actor::host,
                  fmt::format("is gone; all {} suites acquired were released, no handle "
@@ -107,7 +107,7 @@ void Host::setUpDesktop() {
 }
 
 void Host::addApplication(const std::string& bundleIdentifier) {
-  // Ids of no real process: nothing here is ever signalled.
+  // Made up: no process is ever signalled.
   const int32_t id = getpid() + static_cast<int32_t>(mApplications.size()) * 1'000'000;
   mApplications[bundleIdentifier] = id;
   desktop::Workspace::sharedWorkspace().addRunningApplication({id, bundleIdentifier});
@@ -175,14 +175,14 @@ bool Host::runCommand(AEGP_Command command) {
     return handled != 0;
   };
   const bool wasHandled = offer(command);
-  // Hooks for all commands get a command 0 now and then; here after each other one.
+  // The real host sends command 0 now and then. Here it follows each other command.
   handled = 0;
   offer(0);
   return wasHandled;
 }
 
 void Host::newProject() {
-  // The new one is made first, so that its handle is another one.
+  // Made before the old one is destroyed, so that its handle differs.
   mProject = std::make_unique<Project>();
   timeline.add(Actor::host, "has a new project without a path");
 }
@@ -236,7 +236,7 @@ void Host::showDialog(const std::string& title, const desktop::WindowClass& wind
     return A_Err_NONE;
   });
   window.orderOut();
-  if (!window.hasBegun()) fallShort(fmt::format("the dialog {} never began", Quoted(title)));
+  if (!window.hasBegun()) fail(fmt::format("the dialog {} never began", Quoted(title)));
 }
 
 int64_t Host::runModal(desktop::Window& window) {
@@ -283,7 +283,7 @@ void Host::quit() {
 }
 
 void Host::giveUp(const std::string& what) const {
-  fallShort(what);
+  fail(what);
   throw SessionEnded{};
 }
 

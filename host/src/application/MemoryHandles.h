@@ -9,19 +9,19 @@
 
 namespace host {
 
-/// The host's memory handles. Each is freed for good when the plug-in frees it, so that a
-/// sanitizer sees a later use. Misuse is an error for the caller and a violation for the session.
+/// The host's memory handles. A freed handle's memory is really freed, so that a sanitizer sees a
+/// later use. Misuse returns an error to the caller and is a failure of the session.
 class MemoryHandles {
  public:
-  /// A handle whose contents are `text` and a terminating 0.
+  /// Makes a handle that holds `text` and a terminating 0.
   AEGP_MemHandle make(const std::u16string& text);
   A_Err free(AEGP_MemHandle handle);
   A_Err lock(AEGP_MemHandle handle, void** start);
   A_Err unlock(AEGP_MemHandle handle);
-  /// Notes a lock that failed by the host's own fault: its unlock, if it comes, is no misuse.
+  /// Notes a lock that the session made fail: an unlock for it is no misuse.
   void noteFailedLock(AEGP_MemHandle handle);
 
-  /// What went wrong so far, and what is left.
+  /// Returns each misuse so far, and each leak.
   std::vector<std::string> findings() const;
 
  private:

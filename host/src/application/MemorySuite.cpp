@@ -1,8 +1,8 @@
 #include "Host.h"
 #include "SuiteTables.h"
 
-// An injected failure of a function that gives something back comes after the deed, so that what is
-// left at the end is the plug-in's doing and not the fault's.
+// `AEGP_FreeMemHandle` and `AEGP_UnlockMemHandle` do their work before they fail, so that a leak at
+// the end is the plug-in's and not the fault's.
 
 namespace host {
 namespace {

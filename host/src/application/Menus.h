@@ -8,17 +8,18 @@
 
 namespace host {
 
-/// The items that plug-ins have put into the host's menus.
+/// The menu items of plug-ins.
 class Menus {
  public:
   AEGP_Command makeCommand() { return ++mLastCommand; }
-  /// Refused for a command of nobody and, in the Window menu, for any place but the sorted one.
+  /// Inserts an item. Fails for a command that nobody has asked for, and for a place in the Window
+  /// menu other than `AEGP_MENU_INSERT_SORTED`.
   A_Err insert(AEGP_Command command, std::string_view text, AEGP_MenuID menu, A_long place);
   A_Err enable(AEGP_Command command);
-  /// What the host does before a menu is drawn.
+  /// Called before a menu is drawn.
   void disableAll();
 
-  /// 0 when no item has that text.
+  /// Returns 0 if no item has the text.
   AEGP_Command commandOf(std::string_view text) const;
   bool isEnabled(AEGP_Command command) const;
   std::vector<std::string> enabledItems() const;
@@ -30,7 +31,7 @@ class Menus {
     bool enabled = false;
   };
 
-  // Commands of the host itself have smaller ids.
+  // The host's own commands have smaller ids.
   AEGP_Command mLastCommand = 10'000;
   std::vector<Item> mItems;
 };

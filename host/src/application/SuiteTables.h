@@ -7,7 +7,7 @@
 #include "AE_GeneralPlug.h"
 #include "Faults.h"
 
-// The tables that plug-ins get, and what their functions share. They act on `TheHost()`.
+// The tables that plug-ins get, and what their functions share. All of them act on `TheHost()`.
 
 namespace host {
 
@@ -21,11 +21,12 @@ extern const PF_AdvAppSuite2 kAdvAppSuite2;
 extern const AEGP_PersistentDataSuite3 kPersistentDataSuite3;
 extern const AEGP_PersistentDataSuite4 kPersistentDataSuite4;
 
-/// The failure that the session has asked for this call of `function`, which goes on the timeline;
-/// 0 for none.
+/// Returns the error that the session wants from this call of `function`, and adds it to the
+/// timeline. Returns 0 if the call may succeed.
 A_Err Fault(FailingFunction function);
 
-/// Notes a call of `function`, which this host doesn't supply, and returns the host's error for it.
+/// Adds a call of `function`, which this host doesn't supply, to the timeline. Returns the error
+/// for it.
 A_Err NoteNotSupplied(const char* function);
 
 template <size_t size>
@@ -39,18 +40,18 @@ A_Err AnswerNotSupplied() {
   return NoteNotSupplied(name.text);
 }
 
-/// Stands in a table for a function that this host doesn't supply. Whatever the arguments are, the
-/// call ends in `NoteNotSupplied`: with the C calling convention the caller clears them away.
+/// A function that this host doesn't supply, for a table's member of any type. It ignores its
+/// arguments, which is safe: by the platforms' calling conventions the caller removes them.
 template <FunctionName name>
 struct NotSupplied {
   template <typename Function>
   operator Function*() const {
-    // By way of the type that the compiler takes for any function.
+    // Cast twice, because compilers take `void (*)()` for a function of any type.
     return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(&AnswerNotSupplied<name>));
   }
 };
 
-/// The initializer of such a member.
+/// Initializes the member `function` with it.
 #define NOT_SUPPLIED(function) .function = NotSupplied<#function>()
 
 }  // namespace host

@@ -30,7 +30,7 @@ const std::array kSuites{
     Suite{"AEGP Persistent Data Suite", 4, &kPersistentDataSuite4},
 };
 
-// `kSuites.size()` when there is none.
+// Returns `kSuites.size()` if there is none.
 size_t IndexOf(const char* name, int32 version) {
   const auto* const found = std::find_if(kSuites.begin(), kSuites.end(), [&](const Suite& suite) {
     return suite.version == version && std::strcmp(suite.name, name) == 0;

@@ -9,21 +9,21 @@
 
 namespace host {
 
-/// The table that a plug-in's entry point gets. Its suites act on `TheHost()`.
+/// Returns the table for a plug-in's entry point. Its suites act on `TheHost()`.
 SPBasicSuite* BasicSuite();
 
-/// Whether this host has such a suite.
+/// Returns whether this host has the suite.
 bool HasSuite(const std::string& name, int32 version);
 
-/// Counts what plug-ins acquire and give back.
+/// Counts acquisitions and releases of suites.
 class SuiteLedger {
  public:
-  /// 0 and the suite's table, or an error and null for a suite that this host doesn't have.
+  /// Writes the suite's table and returns 0. Writes null and returns an error if there is none.
   SPErr acquire(const char* name, int32 version, const void** suite);
   SPErr release(const char* name, int32 version);
 
   int64_t acquisitions() const { return mAcquisitions; }
-  /// What went wrong so far, and what hasn't come back.
+  /// Returns each misuse so far, and each leak.
   std::vector<std::string> findings() const;
 
  private:

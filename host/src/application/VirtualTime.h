@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// The clock of a played session. This program defines `time()` itself, and the definition also wins
-// for modules that are loaded later: they read seconds that pass only when a session says so.
+// The clock of a session. This program defines `time()` itself. Modules that are loaded later get
+// this definition too, and so read a time that moves only when the session moves it.
 
 namespace host {
 

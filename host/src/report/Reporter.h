@@ -4,17 +4,17 @@
 #include <string>
 #include <string_view>
 
-// What the process that plays a session tells the one that waits for it. A pipe, because a static
-// destructor still has something to say when the exit code is already fixed, and because what was
-// said before a crash has to survive it.
+// The reports that the process that plays a session sends to the one that waits for it. They go
+// through a pipe: static destructors report after the exit code is fixed, and a report has to
+// survive a crash that comes later.
 
 namespace host {
 
 enum class ReportKind : char {
-  line = 'L',       ///< a line of the timeline
-  step = 'T',       ///< where in the session file the step stands that begins
-  shortfall = 'S',  ///< something that isn't as it has to be; may have several lines
-  end = 'E',        ///< the static objects are gone, and the host has checked what was left
+  line = 'L',     ///< a line of the timeline
+  step = 'T',     ///< a step begins; its place in the session file
+  failure = 'F',  ///< a failure of the session; may have several lines
+  end = 'E',      ///< all static objects are destroyed, and the host has checked for leaks
 };
 
 struct Report {
@@ -22,7 +22,7 @@ struct Report {
   std::string text;
 };
 
-/// Writes reports to a pipe that it doesn't own. A detached one, as at first, drops them.
+/// Writes reports to a pipe, which it doesn't own. Drops them until `attach` names the pipe.
 class Reporter {
  public:
   void attach(int pipe) { mPipe = pipe; }
@@ -33,7 +33,7 @@ class Reporter {
   int mPipe = -1;
 };
 
-/// Reads the next report; false at the end, also when the writer died within a report.
+/// Reads the next report. Returns false at the end of the pipe, even within a report.
 bool ReadReport(std::FILE* pipe, Report& report);
 
 }  // namespace host

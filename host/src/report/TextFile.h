@@ -15,22 +15,23 @@ namespace host {
 std::string Join(const std::vector<std::string>& parts, std::string_view separator);
 void ReplaceAll(std::string& text, std::string_view from, std::string_view to);
 
-/// The lines of a file; none where there is no file.
+/// Reads the lines of a file. A missing file has none.
 std::vector<std::string> ReadLines(const std::filesystem::path& file);
-/// Writes the file anew, with the folders above it. Throws `std::filesystem::filesystem_error`.
+/// Creates or replaces the file, and creates its folders. Throws
+/// `std::filesystem::filesystem_error`.
 void WriteText(const std::filesystem::path& file, std::string_view text);
 void WriteLines(const std::filesystem::path& file, const std::vector<std::string>& lines);
 void AppendLine(const std::filesystem::path& file, std::string_view line);
 /// Sets the date of the file's contents, in seconds since 1970.
 void SetModificationDate(const std::filesystem::path& file, int64_t date);
 
-/// Follows a file that somebody else appends to. Doesn't own the descriptor.
+/// Follows a file that another process appends to. Doesn't own the descriptor.
 class GrowingFile {
  public:
   void follow(int descriptor) { mDescriptor = descriptor; }
-  /// The lines completed since the last call. One system call when there is nothing new.
+  /// Returns the lines completed since the last call. Makes one system call if there is none.
   std::vector<std::string> newLines();
-  /// What stands behind the last line end, which is then given up.
+  /// Returns the unfinished line at the end of the file, and forgets it.
   std::string takeRest();
 
  private:

@@ -10,25 +10,24 @@
 #include "Reporter.h"
 #include "TextFile.h"
 
-// What happens in a session, in order: the lines that a person reads, and the record that the
-// session's expectations look at.
+// The events of a session in order: as lines for a reader, and as a record for the expectations.
 
 namespace host {
 
 enum class Actor { user, host, plugIn, framework, desktop, session };
 
-/// A call of the framework, as its journal tells it. Paths are relative to the session folder.
+/// A framework call from the journal. Paths are relative to the session folder.
 struct FrameworkCall {
   int64_t tick = 0;
   std::string operation;
   std::map<std::string, std::string> fields;  ///< arguments, out-arguments and `result`
-  std::string text;                           ///< operation and fields, to be read
+  std::string text;                           ///< operation and fields for a reader
 };
 
-/// What has come together since the session last looked at it.
+/// The events since an expectation last took them.
 struct Record {
   std::vector<std::string> dialogsShown;  ///< titles of the dialogs that reached the user
-  std::vector<std::string> errors;        ///< hook and result, as shown to the user
+  std::vector<std::string> errors;        ///< as "idle hook 1", shown to the user
   std::vector<std::string> reports;       ///< texts of `AEGP_ReportInfo`
   std::vector<std::string> notSupplied;   ///< functions of the host that it doesn't supply
   std::vector<std::string> activated;     ///< applications that the plug-in brought to the front
@@ -37,22 +36,21 @@ struct Record {
   int64_t fontUpdates = 0;
 };
 
-/// Before each entry, what framework and plug-in have written meanwhile is taken in, so that the
-/// order is true.
+/// Collects entries. Before each one it takes in what the framework and the plug-in have written
+/// since, so that the order is right.
 class Timeline {
  public:
-  /// From now on entries go to `reporter` if `shown`. Sends what this process writes to its
-  /// standard output into the timeline, and follows the journal in the session folder, which must
-  /// be the working directory.
+  /// Sends entries to `reporter` if `shown`. Redirects the standard output of this process into the
+  /// timeline and follows the journal. The working directory must be the session folder.
   void begin(const Reporter& reporter, bool shown);
   void add(Actor actor, std::string_view text);
-  /// Takes in what framework and plug-in have written. Cheap when that is nothing.
+  /// Takes in what the framework and the plug-in have written. Cheap if there is nothing new.
   void drain();
-  /// Takes in also what the plug-in wrote without ending the line.
+  /// Does the same, and takes in an unfinished line of the plug-in's too.
   void drainRest();
 
   int64_t tick = 0;  ///< 0 before the first idle tick
-  /// By operation, the answers set up for the framework for which no call has come.
+  /// The answers set up for the framework that no call has used, by operation.
   std::map<std::string, int64_t> answersLeft;
   Record record;
 

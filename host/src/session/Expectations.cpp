@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-// What is wrong, empty if nothing.
+// Returns what is wrong, or an empty text.
 using Check = std::function<std::string(Host&)>;
 
 std::string Mismatch(const std::string& expected, const std::string& found) {
@@ -38,7 +38,7 @@ Check CompareList(const YamlValue& value, std::vector<std::string> (*find)(Host&
   };
 }
 
-// What has come together in a list of the record, which begins anew.
+// Compares a recorded list, then empties it.
 template <std::vector<std::string> Record::*kList>
 Check CompareRecorded(const YamlValue& value) {
   return CompareList(value,
@@ -112,7 +112,7 @@ std::string Show(const ExpectedCall& call) {
   return text;
 }
 
-// "TICK OPERATION", or a map from that to arguments and results.
+// Reads "TICK OPERATION", or a map from that text to arguments and results.
 ExpectedCall ReadExpectedCall(const YamlValue& value) {
   ExpectedCall call;
   std::string head;
@@ -134,7 +134,7 @@ ExpectedCall ReadExpectedCall(const YamlValue& value) {
   return call;
 }
 
-// Whether two values are the same text or the same number, in whatever base it is written.
+// Compares as numbers if both are: "0x10" is the same as "16".
 bool SameValue(const std::string& one, const std::string& other) {
   if (one == other) return true;
   char* oneEnd = nullptr;
@@ -153,7 +153,7 @@ bool Matches(const ExpectedCall& expected, const FrameworkCall& call) {
          });
 }
 
-// The calls one below the other, with a sign in front of what was only expected or only found.
+// Lists the calls as a diff: "-" marks a call that was only expected, "+" one that was only found.
 std::string CompareCalls(const std::vector<ExpectedCall>& expected,
                          const std::vector<FrameworkCall>& found) {
   std::string lines;
@@ -171,7 +171,7 @@ std::string CompareCalls(const std::vector<ExpectedCall>& expected,
   return differs ? "    (- expected, + found)" + lines : "";
 }
 
-// A list within the list stands for its calls, so that a variable can be several or none.
+// Flattens lists within the list: a variable can stand for several calls, or for none.
 void ReadExpectedCalls(const YamlValue& value, std::vector<ExpectedCall>& calls) {
   for (const YamlValue& call : value.list()) {
     if (call.isList()) {
@@ -248,7 +248,7 @@ std::function<void(Host&)> ReadExpectations(const YamlValue& value) {
         continue;
       }
       host.timeline.add(Actor::session, fmt::format("NOT as expected: {}", expectation.key));
-      host.fallShort(fmt::format("{}: {}\n{}", expectation.place, expectation.key, mismatch));
+      host.fail(fmt::format("{}: {}\n{}", expectation.place, expectation.key, mismatch));
     }
     if (!met.empty()) {
       host.timeline.add(Actor::session, fmt::format("as expected: {}", Join(met, ", ")));

@@ -7,8 +7,8 @@
 
 namespace host {
 
-/// Reads the value of an `expect` step. What it gives compares, tells the timeline which of it
-/// came true, and reports the rest as shortfalls.
+/// Reads the value of an `expect` step. Returns the function that compares: it adds the
+/// expectations that are met to the timeline and reports each other one as a failure.
 std::function<void(Host&)> ReadExpectations(const YamlValue& value);
 
 }  // namespace host

@@ -6,12 +6,12 @@
 
 namespace host {
 
-/// A process that runs beside a session, in the session folder and with it as `HOME`. Ends with
-/// this object, and with this process whatever ends it.
+/// A process that runs beside a session. Its working directory and `HOME` are the session folder.
+/// Ends with this object, and when this process dies.
 class HelperProcess {
  public:
-  /// Returns when the process has written its first line. Throws `std::runtime_error` if it can't
-  /// be started, or ends before that.
+  /// Starts the process and waits for its first line of output. Throws `std::runtime_error` if it
+  /// can't be started or ends before that.
   HelperProcess(const std::filesystem::path& executable, const std::filesystem::path& folder);
   ~HelperProcess();
   HelperProcess(const HelperProcess&) = delete;

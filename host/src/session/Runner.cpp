@@ -19,25 +19,25 @@
 namespace host {
 namespace {
 
-// What the user has seen must have been expected, and what was set up must have been met.
+// The session must have expected all that the user saw, and used all that it set up.
 void CheckNothingIsLeft(Host& host) {
   host.timeline.drain();
   const Record& record = host.timeline.record;
   for (const std::string& error : record.errors) {
-    host.fallShort(fmt::format("the user saw an error that no step expects: {}", error));
+    host.fail(fmt::format("the user saw an error that no step expects: {}", error));
   }
   for (const std::string& report : record.reports) {
-    host.fallShort(fmt::format("the user saw a report that no step expects: {}", report));
+    host.fail(fmt::format("the user saw a report that no step expects: {}", report));
   }
   for (const std::string& function : record.notSupplied) {
-    host.fallShort(fmt::format("{} was called, which this host doesn't supply", function));
+    host.fail(fmt::format("{} was called, which this host doesn't supply", function));
   }
   for (const std::string& function : host.faults.unmet()) {
-    host.fallShort(fmt::format("{} wasn't called as often as it was to fail", function));
+    host.fail(fmt::format("{} wasn't called as often as it was to fail", function));
   }
   for (const auto& [operation, count] : host.timeline.answersLeft) {
     if (count == 0) continue;
-    host.fallShort(fmt::format("{} answer(s) of {} were never asked for", count, operation));
+    host.fail(fmt::format("{} answer(s) of {} were never asked for", count, operation));
   }
 }
 
@@ -53,14 +53,14 @@ void PlaySteps(const Session& session, const RunOptions& options, int pipe, Host
     }
     CheckNothingIsLeft(host);
   } catch (const SessionEnded&) {
-    // Reported where it was thrown.
+    // The failure was reported before it was thrown.
   } catch (const std::exception& error) {
-    host.fallShort(fmt::format("the session can't go on: {}", error.what()));
+    host.fail(fmt::format("the session can't go on: {}", error.what()));
   }
 }
 
-// The life of the process that plays. It ends as programs end, so that the static objects of the
-// plug-in are destroyed, and then those of the host, which looks at what is left.
+// Plays the session and ends this process by `exit`, so that the static objects of the plug-in are
+// destroyed, and then those of the host, which looks for leaks.
 [[noreturn]] void Play(const Session& session, const RunOptions& options,
                        const std::filesystem::path& folder, int pipe) {
   std::signal(SIGINT, SIG_DFL);
@@ -71,9 +71,9 @@ void PlaySteps(const Session& session, const RunOptions& options, int pipe, Host
 }
 
 struct Outcome {
-  std::vector<std::string> shortfalls;
+  std::vector<std::string> failures;
   std::string lastStep;
-  bool ended = false;  ///< the process got to the end of its static objects
+  bool ended = false;  ///< all static objects were destroyed
 };
 
 Outcome Follow(int pipe) {
@@ -87,8 +87,8 @@ Outcome Follow(int pipe) {
       case ReportKind::step:
         outcome.lastStep = report.text;
         break;
-      case ReportKind::shortfall:
-        outcome.shortfalls.push_back(report.text);
+      case ReportKind::failure:
+        outcome.failures.push_back(report.text);
         break;
       case ReportKind::end:
         outcome.ended = true;
@@ -102,13 +102,13 @@ void AddHowItEnded(pid_t process, Outcome& outcome) {
   int status = 0;
   waitpid(process, &status, 0);
   if (WIFSIGNALED(status)) {
-    outcome.shortfalls.push_back(fmt::format("the process crashed: {}, in the step at {}",
-                                             strsignal(WTERMSIG(status)), outcome.lastStep));
+    outcome.failures.push_back(fmt::format("the process crashed: {}, in the step at {}",
+                                           strsignal(WTERMSIG(status)), outcome.lastStep));
   } else if (WEXITSTATUS(status) != 0) {
-    outcome.shortfalls.push_back(fmt::format("the process ended with code {}, in the step at {}",
-                                             WEXITSTATUS(status), outcome.lastStep));
+    outcome.failures.push_back(fmt::format("the process ended with code {}, in the step at {}",
+                                           WEXITSTATUS(status), outcome.lastStep));
   } else if (!outcome.ended) {
-    outcome.shortfalls.push_back(fmt::format(
+    outcome.failures.push_back(fmt::format(
         "the process ended before its static objects did, in the step at {}", outcome.lastStep));
   }
 }
@@ -138,16 +138,16 @@ std::vector<std::string> PlaySession(const Session& session, const RunOptions& o
   close(ends[1]);
   Outcome outcome = Follow(ends[0]);
   AddHowItEnded(process, outcome);
-  return outcome.shortfalls;
+  return outcome.failures;
 }
 
 void PrintResult(const Session& session, const RunOptions& options,
-                 const std::vector<std::string>& shortfalls) {
-  if (options.quiet && shortfalls.empty()) return;
+                 const std::vector<std::string>& failures) {
+  if (options.quiet && failures.empty()) return;
   if (options.quiet) PrintHead(session);
-  if (!shortfalls.empty()) fmt::print("\nfell short:\n");
-  for (const std::string& shortfall : shortfalls) fmt::print("  {}\n", shortfall);
-  fmt::print("result: {}\n", shortfalls.empty() ? "ok" : "failed");
+  if (!failures.empty()) fmt::print("\nfailed:\n");
+  for (const std::string& failure : failures) fmt::print("  {}\n", failure);
+  fmt::print("result: {}\n", failures.empty() ? "ok" : "failed");
 }
 
 }  // namespace host

@@ -15,7 +15,7 @@ namespace {
 
 using Fields = std::map<std::string, YamlValue>;
 
-// A version as "114.0". Not a number: 113.10 is another version than 113.1.
+// Reads a version such as "114.0" as text: as a number, 113.10 would be 113.1.
 void ReadVersion(const YamlValue& value, HostSettings& host) {
   const std::string text = value.text();
   const char* const end = text.data() + text.size();
@@ -45,7 +45,7 @@ HostSettings ReadHost(const YamlValue& value) {
   return host;
 }
 
-// A path below the session folder.
+// Refuses a path that leads out of the session folder.
 std::string ReadPath(const YamlValue& value, const std::string& text) {
   const std::filesystem::path path(text);
   const bool leaves = std::find(path.begin(), path.end(), "..") != path.end();

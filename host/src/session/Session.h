@@ -11,7 +11,7 @@
 
 namespace host {
 
-/// What lies in the session folder when the session begins. Paths are relative to that folder.
+/// The contents of the session folder at the beginning. Paths are relative to it.
 struct SessionFolderSetup {
   std::vector<std::pair<std::string, std::vector<std::string>>> projects;  ///< path and fonts
   std::vector<std::pair<std::string, std::string>> vault;                  ///< font and policy
@@ -21,7 +21,7 @@ struct SessionFolderSetup {
   std::string missingExport;                               ///< of the framework; empty for none
   std::string frameworkPlace;                              ///< in the session file, for errors
   std::vector<std::pair<std::string, std::string>> files;  ///< path and text
-  std::vector<std::string> processes;                      ///< executables that run meanwhile
+  std::vector<std::string> processes;  ///< executables that run beside the session
 };
 
 struct Step {
@@ -34,10 +34,10 @@ struct Session {
   std::string about;
   HostSettings host;
   SessionFolderSetup folder;
-  std::vector<Step> steps;  ///< the first start and the last quit are among them
+  std::vector<Step> steps;  ///< with the first start and the last quit
 };
 
-/// The sessions of a file: one, or one for each of its variants. Throws `SessionFileError`.
+/// Reads the sessions of a file: one, or one for each variant. Throws `SessionFileError`.
 std::vector<Session> LoadSessions(const std::filesystem::path& file);
 
 }  // namespace host

@@ -14,7 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kFramework[] = "Tamberlink.framework";
-// Projects that there are at the beginning are that old, in seconds.
+// The age of a project at the beginning of the session, in seconds.
 constexpr int64_t kAgeOfProjects = 3600;
 
 fs::path MakeFolder() {
@@ -60,7 +60,7 @@ void SessionFolder::fill(const SessionFolderSetup& setup, const fs::path& fontMa
   for (const std::string& process : setup.processes) {
     const fs::path executable = mPath / process;
     fs::create_directories(executable.parent_path());
-    // A copy: the path of a running executable is the one behind all links.
+    // Copied, because the path of a running process is that of the file behind all links.
     fs::copy_file(fontManager / executable.filename(), executable);
     mProcesses.emplace_back(executable, mPath);
   }

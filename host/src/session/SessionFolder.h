@@ -8,12 +8,12 @@
 
 namespace host {
 
-/// A fresh folder with everything that a session needs, and the processes that run beside it. Both
-/// are gone with this object.
+/// A new temporary folder with the files of a session, and the processes that run beside it.
+/// Removes the folder and ends the processes when it is destroyed.
 class SessionFolder {
  public:
-  /// `fontManager` holds the font manager's framework, its variants and its executables; empty for
-  /// none. Throws `std::runtime_error` when something can't be put in place.
+  /// `fontManager` is the folder of the font manager's frameworks and executables, or empty. Throws
+  /// `std::runtime_error` if a file can't be put in place or a process can't be started.
   SessionFolder(const SessionFolderSetup& setup, const std::filesystem::path& fontManager);
   ~SessionFolder();
   SessionFolder(const SessionFolder&) = delete;

@@ -19,9 +19,9 @@ namespace {
 
 using Action = std::function<void(Host&)>;
 
-// What reading a step changes for the steps behind it.
+// What the steps read so far mean for those that follow.
 struct Draft {
-  std::set<std::string> projects;  ///< those that there are
+  std::set<std::string> projects;  ///< those that exist at this point
   bool started = false;
   bool quit = false;
 };
@@ -40,7 +40,7 @@ std::string ReadProject(const YamlValue& value, const Draft& draft) {
   return path;
 }
 
-// The working directory is the session folder when the step is played.
+// Called while a step is played, when the working directory is the session folder.
 std::string Absolute(const std::string& path) {
   return std::filesystem::absolute(path).string();
 }
@@ -277,7 +277,7 @@ constexpr std::array kStepKinds{
     StepKind{"expect", ReadExpect, false},
 };
 
-// A step is its name alone, or a map of the name and a value.
+// Reads a step: its name alone, or a map from the name to a value.
 YamlValue::Field NameAndValue(const YamlValue& step) {
   if (step.isText()) return {step.text(), step.withNothing(step.text())};
   const auto fields = step.fields();

@@ -9,8 +9,8 @@
 
 namespace host {
 
-/// Reads the steps of a session. `projects` are the project files that there are at its beginning.
-/// A session that doesn't say when the host starts or quits gets these steps at its two ends.
+/// Reads the steps of a session. `projects` are the project files that exist at its beginning. Adds
+/// the steps "start" and "quit" at the two ends if the session lacks them.
 std::vector<Step> ReadSteps(const YamlValue& steps, std::set<std::string> projects);
 
 }  // namespace host

@@ -7,7 +7,7 @@
 namespace host {
 namespace {
 
-// False when a plug-in has handled the command in the host's place.
+// Returns false if a plug-in has handled the command.
 bool HostMayHandle(Host& host, HostCommand command) {
   host.drawMenus();
   return !host.runCommand(command);

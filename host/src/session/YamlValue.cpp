@@ -12,7 +12,7 @@
 namespace host {
 namespace {
 
-// The name in a text that is `${name}` as a whole.
+// Returns the name if the text is `${name}` and nothing else.
 std::optional<std::string> WholeVariable(const std::string& text) {
   if (text.size() < 4 || !text.starts_with("${") || text.find('}') != text.size() - 1) return {};
   return text.substr(2, text.size() - 3);

@@ -19,40 +19,40 @@ class SessionFileError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The values of a variant, which take the place of `${name}`.
+/// The values of a variant by name. They replace `${name}`.
 using Variables = std::map<std::string, YAML::Node>;
 
-/// A value of a session file that knows where it stands. Every accessor throws `SessionFileError`
-/// for a value of another type. The file's name and the variables are borrowed.
+/// A value of a session file, with its place there. Every accessor throws `SessionFileError` for a
+/// value of another type. Borrows the file's name and the variables.
 class YamlValue {
  public:
   using Field = std::pair<std::string, YamlValue>;
 
-  /// A text that is `${name}` as a whole stands for the variable's value, whatever its type.
+  /// Takes the variable's value, of any type, for a text that is `${name}` and nothing else.
   YamlValue(const YAML::Node& node, std::string key, const std::string* file,
             const Variables* variables);
 
   YamlValue(const YamlValue&) = default;
-  // Assigning a node of the YAML library changes the tree that both stand in.
+  // Assigning a node of the YAML library would change the tree that holds it.
   YamlValue& operator=(const YamlValue&) = delete;
 
-  /// Any scalar, as it is written, with each `${name}` in it replaced. `${session}` stays.
+  /// Returns a scalar as written, with each `${name}` but `${session}` replaced.
   std::string text() const;
   int64_t integer(int64_t least, int64_t most) const;
   bool boolean() const;
-  /// The elements; they go under this value's key.
+  /// Returns the elements. They have the key of this value.
   std::vector<YamlValue> list() const;
   std::vector<std::string> texts() const;
-  /// The fields in the order of the file. No key comes twice.
+  /// Returns the fields in the order of the file. A key that comes twice is an error.
   std::vector<Field> fields() const;
-  /// The fields by key. Others than the known ones are an error.
+  /// Returns the fields by key. An unknown key is an error.
   std::map<std::string, YamlValue> fields(std::initializer_list<std::string_view> known) const;
 
   bool isText() const { return !mIsNothing && mNode.IsScalar(); }
   bool isList() const { return mNode.IsSequence(); }
   bool isMap() const { return mNode.IsMap(); }
   bool isNothing() const { return mIsNothing || mNode.IsNull(); }
-  /// The same place in the file with no value, under another key.
+  /// Returns a value for the same place that holds nothing, under another key.
   YamlValue withNothing(std::string key) const;
   const YAML::Node& node() const { return mNode; }
   const std::string& key() const { return mKey; }
@@ -70,7 +70,7 @@ class YamlValue {
   const Variables* mVariables;
 };
 
-/// The value of `key` in `fields`, if it is there.
+/// Returns the value of `key`, or null.
 const YamlValue* Find(const std::map<std::string, YamlValue>& fields, std::string_view key);
 
 }  // namespace host
