@@ -18,6 +18,7 @@
 #include "Runner.h"
 #include "Session.h"
 #include "TextFile.h"
+#include "Validation.h"
 
 namespace {
 
@@ -185,6 +186,29 @@ int Run(const Selection& selection, const RunOptions& options) {
   return printer.finish();
 }
 
+// Prints one line for each session, and below it what was found.
+int Validate(const RunOptions& options) {
+  const host::FontManager fontManager(options.fontManager);
+  host::CheckModule(options.module);
+  bool failed = false;
+  const auto ended = [&](const Session& session, const Played& played) {
+    const bool fails = played.failed(options.strict);
+    failed = failed || fails;
+    const char* const word = fails ? "FAIL" : played.findings.empty() ? "ok" : "warn";
+    fmt::print("{:<5} {}\n", word, session.name);
+    for (const host::FoundInSession& found : played.findings) {
+      fmt::print("      {}: {}\n", host::KindOf(found.finding).name, found.text);
+    }
+    if (!played.folder.empty()) fmt::print("      kept: {}\n", played.folder.string());
+  };
+  const std::vector<Session> sessions = host::ValidationSessions(fontManager);
+  const int signal = host::PlaySessions(sessions, options,
+                                        {[](const Session&) {}, [](const std::string&) {}, ended});
+  if (signal != 0) return kSignalled + signal;
+  fmt::print("result: {}\n", failed ? "failed" : "ok");
+  return failed ? kFailed : kOk;
+}
+
 int List(const Selection& selection, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
   for (const Session& session : LoadAll(selection, fontManager)) {
@@ -201,18 +225,24 @@ int ListFindings() {
   return kOk;
 }
 
-void AddSelection(CLI::App& command, Selection& selection, std::string& fontManager) {
-  command.add_option("SESSION", selection.files, "The session files")->required();
-  command.add_option("--filter", selection.filter,
-                     "Takes only the sessions whose name the regular expression finds");
+void AddFontManager(CLI::App& command, std::string& fontManager) {
   command
       .add_option("--font-manager", fontManager,
                   "The folder with the font manager's framework and executables")
       ->check(CLI::ExistingDirectory);
 }
 
-void AddRunOptions(CLI::App& command, RunOptions& options, std::vector<std::string>& allowed) {
-  command.add_option("--plugin", options.module.path, "The plug-in's module")
+void AddSelection(CLI::App& command, Selection& selection, std::string& fontManager) {
+  command.add_option("SESSION", selection.files, "The session files")->required();
+  command.add_option("--filter", selection.filter,
+                     "Takes only the sessions whose name the regular expression finds");
+  AddFontManager(command, fontManager);
+}
+
+// `module` is how the command line names the plug-in's module.
+void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
+                   std::vector<std::string>& allowed) {
+  command.add_option(module, options.module.path, "The plug-in's module")
       ->required()
       ->check(CLI::ExistingFile);
   command.add_option("--entry", options.module.entryPoint, "The name of the entry point")
@@ -241,13 +271,17 @@ int RunCommandLine(int argc, char** argv) {
   std::vector<std::string> allowed;
   options.jobs = std::max(1U, std::thread::hardware_concurrency());
   CLI::App* run = app.add_subcommand("run", "Plays each session in a process of its own");
-  AddRunOptions(*run, options, allowed);
+  AddRunOptions(*run, "--plugin", options, allowed);
   AddSelection(*run, selection, fontManager);
   run->add_flag("--quiet", selection.quiet, "Shows only the sessions that fail");
   run->add_option("--jobs", options.jobs, "How many sessions are played at the same time")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
   run->add_flag("--fail-fast", options.failFast, "Ends with the first session that fails");
+  CLI::App* validate = app.add_subcommand(
+      "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
+  AddRunOptions(*validate, "MODULE", options, allowed);
+  AddFontManager(*validate, fontManager);
   CLI::App* list = app.add_subcommand("list", "Lists the sessions and their variants");
   AddSelection(*list, selection, fontManager);
   const CLI::App* findings = app.add_subcommand("findings", "Lists what a session can find wrong");
@@ -261,7 +295,7 @@ int RunCommandLine(int argc, char** argv) {
   if (list->parsed()) return List(selection, options);
   options.module.path = std::filesystem::absolute(options.module.path).string();
   for (const std::string& name : allowed) options.allowed.insert(*host::FindingNamed(name));
-  return Run(selection, options);
+  return validate->parsed() ? Validate(options) : Run(selection, options);
 }
 
 }  // namespace

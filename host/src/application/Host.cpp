@@ -65,6 +65,12 @@ std::optional<std::string> ToUTF8(const A_UTF16Char* text) {
   return utf8;
 }
 
+bool KnowsWindowClass(const HostSettings& settings, std::string_view className) {
+  return desktop::ClassFromString(std::string(className)) != nullptr ||
+         std::any_of(settings.windowClasses.begin(), settings.windowClasses.end(),
+                     [&](const auto& declared) { return declared.first == className; });
+}
+
 Host& TheHost() {
   return theHost;
 }
@@ -113,6 +119,9 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
 }
 
 void Host::setUpDesktop() {
+  for (const auto& [name, base] : mSettings.windowClasses) {
+    mWindowClasses.emplace_back(name, desktop::ClassFromString(base));
+  }
   desktop::Application::sharedApplication().setModalRunner(
       [this](desktop::Window& window) { return runModal(window); });
   desktop::SetLogSink([this](const std::string& line) {
@@ -268,8 +277,7 @@ A_Err Host::openProject(const std::string& path) {
   }
   timeline.add(Actor::host,
                fmt::format("opens {}, which lacks {}", path, Join(mProject->missingFonts, ", ")));
-  showDialog(MissingFontsTitle(mSettings.language, mSettings.majorVersion),
-             *desktop::ClassFromString(kDialogClass));
+  showMissingFontsDialog();
   return A_Err_NONE;
 }
 
@@ -282,9 +290,23 @@ void Host::saveProject(const std::string& path) {
   timeline.add(Actor::host, fmt::format("has written {}", path));
 }
 
-void Host::showDialog(const std::string& title, const desktop::WindowClass& windowClass) {
+void Host::showOpenProjectDialog() {
+  showDialog(mSettings.openProjectTitle.empty() ? OpenProjectTitle(mSettings.language)
+                                                : mSettings.openProjectTitle,
+             kDialogClass);
+}
+
+void Host::showMissingFontsDialog() {
+  showDialog(mSettings.missingFontsTitle.empty()
+                 ? MissingFontsTitle(mSettings.language, mSettings.majorVersion)
+                 : mSettings.missingFontsTitle,
+             kDialogClass);
+}
+
+void Host::showDialog(const std::string& title, const std::string& className) {
   DialogWindow window(
-      windowClass, title, [this](const DialogWindow& target, const desktop::KeyEvent& event) {
+      *desktop::ClassFromString(className), title,
+      [this](const DialogWindow& target, const desktop::KeyEvent& event) {
         const std::string key =
             target.isEscape(event)
                 ? "Escape"

@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -36,9 +37,15 @@ struct HostSettings {
   int32_t majorVersion = 114;
   int32_t minorVersion = 0;
   std::string language = "en";
+  std::string openProjectTitle;   ///< of the open project dialog; empty for the language's
+  std::string missingFontsTitle;  ///< of the dialog about missing fonts; empty for the language's
+  std::vector<std::pair<std::string, std::string>> windowClasses;  ///< name and base
   std::vector<std::string> applications{"com.apple.dock"};  ///< bundle ids of the others that run
   Preferences::Sections preferences;
 };
+
+/// Returns whether the host has the window class.
+bool KnowsWindowClass(const HostSettings& settings, std::string_view className);
 
 /// The module to load, and the name of its entry point.
 struct PluginModule {
@@ -117,8 +124,10 @@ class Host {
   A_Err openProject(const std::string& path);
   /// Writes the project to `path`, which becomes its path. The file's date is the virtual time.
   void saveProject(const std::string& path);
+  /// Shows the open project dialog until it is closed.
+  void showOpenProjectDialog();
   /// Shows a modal dialog until it is closed.
-  void showDialog(const std::string& title, const desktop::WindowClass& windowClass);
+  void showDialog(const std::string& title, const std::string& className);
   /// Scans the active fonts.
   void updateFontList();
   /// Brings an application to the front for the user. Starts it if it doesn't run.
@@ -174,6 +183,7 @@ class Host {
  private:
   void setUpDesktop();
   void addApplication(const std::string& bundleIdentifier);
+  void showMissingFontsDialog();
   int64_t runModal(desktop::Window& window);
   void* loadModule();
   /// Calls the plug-in. `hook` is static text. Shows an error to the user. Ends the session after
@@ -197,6 +207,7 @@ class Host {
   std::map<AEGP_ProjectH, std::unique_ptr<_AEGP_Project*>> mClosedProjects;
   std::set<std::string> mKnownFonts;
   std::set<std::string> mNotes;
+  std::deque<desktop::WindowClass> mWindowClasses;
   std::map<std::string, int32_t> mApplications;  ///< process ids by bundle id
   bool mUserSwitches = false;
   AEGP_GlobalRefcon mGlobalRefcon = nullptr;

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <fstream>
 #include <set>
+#include <sstream>
 
 #include "Dialogs.h"
 #include "SessionPart.h"
@@ -29,15 +31,33 @@ void ReadVersion(const YamlValue& value, HostSettings& host) {
   }
 }
 
+void ReadTitles(const YamlValue& value, HostSettings& host) {
+  const Fields fields = value.fields({"open project", "missing fonts"});
+  if (const YamlValue* title = Find(fields, "open project")) host.openProjectTitle = title->text();
+  if (const YamlValue* title = Find(fields, "missing fonts")) {
+    host.missingFontsTitle = title->text();
+  }
+}
+
 HostSettings ReadHost(const YamlValue& value) {
   HostSettings host;
-  const Fields fields = value.fields({"version", "language", "applications", "preferences"});
+  const Fields fields = value.fields(
+      {"version", "language", "titles", "window classes", "applications", "preferences"});
   if (const YamlValue* version = Find(fields, "version")) ReadVersion(*version, host);
   if (const YamlValue* language = Find(fields, "language")) {
     host.language = language->text();
     if (!IsLanguage(host.language))
       language->fail(
           fmt::format("has to be one of en, fr, de, es, it, pt, ja, not '{}'", host.language));
+  }
+  if (const YamlValue* titles = Find(fields, "titles")) ReadTitles(*titles, host);
+  if (const YamlValue* classes = Find(fields, "window classes")) {
+    for (const auto& [name, base] : classes->fields()) {
+      if (!KnowsWindowClass(host, base.text())) {
+        base.fail(fmt::format("there is no window class '{}'", base.text()));
+      }
+      host.windowClasses.emplace_back(name, base.text());
+    }
   }
   if (const YamlValue* applications = Find(fields, "applications")) {
     host.applications = applications->texts();
@@ -82,27 +102,22 @@ Session ReadSession(const YamlValue& root, std::string name, const SessionPart& 
   if (!steps) root.fail("the key 'steps' is missing");
   std::set<std::string> projects;
   for (const auto& project : session.setUp.projects) projects.insert(project.first);
-  session.steps = ReadSteps(*steps, std::move(projects), part);
+  session.steps = ReadSteps(*steps, {part, session.host, std::move(projects)});
   return session;
-}
-
-YAML::Node LoadFile(const std::string& file) {
-  try {
-    return YAML::LoadFile(file);
-  } catch (const YAML::BadFile&) {
-    throw SessionFileError(fmt::format("{}: can't be read", file));
-  } catch (const YAML::ParserException& error) {
-    throw SessionFileError(fmt::format("{}:{}: {}", file, error.mark.line + 1, error.msg));
-  }
 }
 
 }  // namespace
 
-std::vector<Session> LoadSessions(const std::filesystem::path& path, const SessionPart& part) {
+std::vector<Session> ReadSessions(const std::string& file, const std::string& yaml,
+                                  const SessionPart& part) {
   static const Variables kNoVariables;
-  const std::string file = path.string();
-  const std::string name = path.stem().string();
-  const YAML::Node node = LoadFile(file);
+  const std::string name = std::filesystem::path(file).stem().string();
+  YAML::Node node;
+  try {
+    node = YAML::Load(yaml);
+  } catch (const YAML::ParserException& error) {
+    throw SessionFileError(fmt::format("{}:{}: {}", file, error.mark.line + 1, error.msg));
+  }
   const YamlValue root(node, "session", &file, &kNoVariables);
   if (!root.isMap()) root.fail("has to be a map");
   if (!node["variants"]) return {ReadSession(root, name, part)};
@@ -121,6 +136,16 @@ std::vector<Session> LoadSessions(const std::filesystem::path& path, const Sessi
                                    fmt::format("{} ({})", name, variantName), part));
   }
   return sessions;
+}
+
+std::vector<Session> LoadSessions(const std::filesystem::path& file, const SessionPart& part) {
+  std::ostringstream yaml;
+  const std::ifstream stream(file, std::ios::binary);
+  if (!stream || std::filesystem::is_directory(file)) {
+    throw SessionFileError(fmt::format("{}: can't be read", file.string()));
+  }
+  yaml << stream.rdbuf();
+  return ReadSessions(file.string(), yaml.str(), part);
 }
 
 }  // namespace host

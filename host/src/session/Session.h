@@ -42,5 +42,8 @@ class SessionPart;
 /// Reads the sessions of a file: one, or one for each variant. `part` reads what isn't the host's,
 /// and outlives the sessions. Throws `SessionFileError`.
 std::vector<Session> LoadSessions(const std::filesystem::path& file, const SessionPart& part);
+/// Does the same for the text of such a file.
+std::vector<Session> ReadSessions(const std::string& file, const std::string& yaml,
+                                  const SessionPart& part);
 
 }  // namespace host

@@ -17,13 +17,7 @@
 namespace host {
 namespace {
 
-// What the steps read so far mean for those that follow.
-struct Draft {
-  const SessionPart& part;
-  std::set<std::string> projects;  ///< those that exist at this point
-  bool started = false;
-  bool quit = false;
-};
+using Draft = SessionDraft;
 
 constexpr int64_t kMostTicks = 1'000'000'000;
 
@@ -93,6 +87,11 @@ Action ReadPick(const YamlValue& value, Draft& /*draft*/) {
   return [item = value.text()](Host& host) { Pick(host, item); };
 }
 
+Action ReadPickAll(const YamlValue& value, Draft& /*draft*/) {
+  RequireNothing(value);
+  return PickAll;
+}
+
 Action ReadFront(const YamlValue& value, Draft& /*draft*/) {
   return [application = value.text()](Host& host) { host.bringToFront(application); };
 }
@@ -139,7 +138,7 @@ Action ReadWait(const YamlValue& value, Draft& /*draft*/) {
   };
 }
 
-Action ReadDialog(const YamlValue& value, Draft& /*draft*/) {
+Action ReadDialog(const YamlValue& value, Draft& draft) {
   std::string title;
   std::string className = kDialogClass;
   if (value.isMap()) {
@@ -149,9 +148,10 @@ Action ReadDialog(const YamlValue& value, Draft& /*draft*/) {
   } else {
     title = value.text();
   }
-  const desktop::WindowClass* windowClass = desktop::ClassFromString(className);
-  if (!windowClass) value.fail(fmt::format("there is no window class '{}'", className));
-  return [title, windowClass](Host& host) { host.showDialog(title, *windowClass); };
+  if (!KnowsWindowClass(draft.host, className)) {
+    value.fail(fmt::format("there is no window class '{}'", className));
+  }
+  return [title, className](Host& host) { host.showDialog(title, className); };
 }
 
 Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
@@ -223,6 +223,7 @@ constexpr std::array kStepKinds{
     StepKind{"close", ReadClose, true},
     StepKind{"open menu", ReadOpenMenu, true},
     StepKind{"pick", ReadPick, true},
+    StepKind{"pick all", ReadPickAll, true},
     StepKind{"front", ReadFront, true},
     StepKind{"remove", ReadRemove, false},
     StepKind{"quit", ReadQuit, true},
@@ -266,9 +267,7 @@ Step ReadStep(const YamlValue& step, Draft& draft) {
 
 }  // namespace
 
-std::vector<Step> ReadSteps(const YamlValue& value, std::set<std::string> projects,
-                            const SessionPart& part) {
-  Draft draft{part, std::move(projects)};
+std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {
   const std::vector<YamlValue> list = value.list();
   std::vector<Step> steps;
   const bool startsItself = std::any_of(list.begin(), list.end(), [](const YamlValue& step) {

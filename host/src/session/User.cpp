@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "Dialogs.h"
-
 namespace host {
 namespace {
 
@@ -18,8 +16,7 @@ bool HostMayHandle(Host& host, HostCommand command) {
 void OpenByDialog(Host& host, const std::string& path) {
   host.timeline.add(Actor::user, fmt::format("opens {} by the host's dialog", path));
   if (!HostMayHandle(host, kOpen)) return;
-  host.showDialog(OpenProjectTitle(host.settings().language),
-                  *desktop::ClassFromString(kDialogClass));
+  host.showOpenProjectDialog();
   host.openProject(path);
 }
 
@@ -60,6 +57,14 @@ void Pick(Host& host, const std::string& text) {
   }
   host.commandWasHandled = host.runCommand(command);
   if (!host.commandWasHandled) host.timeline.add(Actor::host, "finds the command unhandled");
+}
+
+void PickAll(Host& host) {
+  host.timeline.add(Actor::user, "picks each menu item that is enabled");
+  for (const AEGP_Command command : host.menus.commands()) {
+    host.drawMenus();
+    if (host.menus.isEnabled(command)) host.commandWasHandled = host.runCommand(command);
+  }
 }
 
 void Quit(Host& host) {
