@@ -257,6 +257,7 @@ void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
   std::vector<std::string> names;
   for (const host::FindingKind& kind : host::kFindingKinds) names.emplace_back(kind.name);
   command.add_option("--allow", allowed, "Leaves out a finding, by its name")
+      ->allow_extra_args(false)
       ->check(CLI::IsMember(names).description(""));
 }
 

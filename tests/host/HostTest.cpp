@@ -23,8 +23,8 @@ struct Played {
   std::string output;
 };
 
-Played RunHost(const std::string& arguments) {
-  const std::string command = std::string(AEGP_HOST) + " run " + arguments + " 2>&1";
+Played RunHost(const std::string& arguments, const std::string& subcommand = "run") {
+  const std::string command = std::string(AEGP_HOST) + " " + subcommand + " " + arguments + " 2>&1";
   Played played;
   std::FILE* const pipe = popen(command.c_str(), "r");
   std::array<char, 4096> buffer;
@@ -336,6 +336,53 @@ TEST(Host, PlaysWhatIsSelectedInOrder) {
   const std::filesystem::path place(some.output.substr(kept, some.output.find('\n', kept) - kept));
   EXPECT_TRUE(std::filesystem::exists(place / "active-fonts")) << some.output;
   std::filesystem::remove_all(place);
+}
+
+TEST(Host, ValidatesAPluginWithoutAnySessionFile) {
+  const Played good = RunHost(TEST_PLUGIN, "validate");
+  EXPECT_EQ(good.code, 0);
+  EXPECT_THAT(good.output, HasSubstr("ok    idle\n"));
+  EXPECT_THAT(good.output, EndsWith("\nresult: ok\n"));
+  setenv("BEHAVIOUR", "enable outside a hook", 1);
+  const Played odd = RunHost(TEST_PLUGIN, "validate");
+  EXPECT_EQ(odd.code, 0);
+  EXPECT_THAT(odd.output, HasSubstr("warn  idle\n      enabled-outside-hook: "));
+  EXPECT_EQ(RunHost("--strict " TEST_PLUGIN, "validate").code, 1);
+  setenv("BEHAVIOUR", "leak a block", 1);
+  const Played bad = RunHost(TEST_PLUGIN, "validate");
+  EXPECT_EQ(bad.code, 1);
+  EXPECT_THAT(bad.output, HasSubstr("FAIL  idle\n      block-leaked: "));
+  EXPECT_THAT(bad.output, EndsWith("\nresult: failed\n"));
+  EXPECT_EQ(RunHost("--allow block-leaked " TEST_PLUGIN, "validate").code, 0);
+}
+
+TEST(Host, HasTheWindowsAndTitlesThatASessionDeclares) {
+  const Played played = Play(R"(
+host:
+  titles: {open project: Pick one, missing fonts: Gone}
+  window classes: {MyPanel: NSPanel, MySheet: MyPanel}
+projects:
+  projects/a.aep: [Futura]
+steps:
+  - open: projects/a.aep
+  - dialog: {title: Mine, class: MySheet}
+  - expect: {dialogs shown: [Pick one, Gone, Mine], project: "${session}/projects/a.aep"}
+)");
+  EXPECT_EQ(played.code, 0) << played.output;
+  EXPECT_THAT(Play("host: {window classes: {A: B}}\nsteps: []").output,
+              HasSubstr("story.yaml:1: A: there is no window class 'B'"));
+}
+
+TEST(Host, ComparesWhatAPluginWrote) {
+  const Played played = Play(Behaviour("write files", R"(
+  - wait: 5
+  - tick: 2
+  - expect:
+      files: {written: "in ${session}", missing: none}
+      stdout: ["${session}/written, 1700000005"]
+      stderr: [to the error stream]
+)"));
+  EXPECT_EQ(played.code, 0) << played.output;
 }
 
 TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {

@@ -1,12 +1,14 @@
 // A plug-in that does what a session's file "behaviour" says, at its first idle tick, and little
 // else.
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -133,6 +135,8 @@ void LeaveChildBehind() {
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
 int* fault = nullptr;
+// Its date is printed at the next tick.
+std::string writtenFile;
 
 const std::map<std::string, std::function<void()>> kBehaviours{
     {"leak a suite", Acquire},
@@ -239,6 +243,13 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"throw an int", [] { throw 516; }},
     {"report", [] { Utility()->AEGP_ReportInfo(pluginId, "something is up"); }},
     {"keep a preference", KeepAPreference},
+    {"write files",
+     [] {
+       const std::string folder = std::filesystem::current_path().string();
+       std::ofstream("written") << "in " << folder;
+       std::fputs("to the error stream\n", stderr);
+       writtenFile = folder + "/written";
+     }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
     {"end no line", [] { std::printf("no line end"); }},
@@ -257,6 +268,7 @@ std::string TakeBehaviour() {
   std::getline(file, behaviour);
   file.close();
   unlink("behaviour");
+  if (const char* const wanted = std::getenv("BEHAVIOUR")) behaviour = wanted;
   return behaviour;
 }
 
@@ -264,6 +276,9 @@ A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
   static const std::string behaviour = TakeBehaviour();
   static bool isDone = behaviour.empty();
   if (behaviour == "fail") return 42;
+  if (struct stat status{}; stat(writtenFile.c_str(), &status) == 0) {
+    std::printf("%s, %lld\n", writtenFile.c_str(), static_cast<long long>(status.st_mtime));
+  }
   if (!isDone) {
     isDone = true;
     kBehaviours.at(behaviour)();
