@@ -202,11 +202,13 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
     reportMisuse(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
+  if (result != A_Err_NONE) {
+    timeline.record.errors.push_back({fmt::format("{} {}", hook, result), where()});
+  }
   leavePlugin(outerHook);
   timeline.drain();
   fileDates.update();
   if (result == A_Err_NONE) return;
-  timeline.record.errors.push_back(fmt::format("{} {}", hook, result));
   timeline.add(Actor::host,
                fmt::format("shows the plug-in's error: the {} returned {}", hook, result));
 }

@@ -151,6 +151,8 @@ class Host {
   void expectMisuses() const { mReporter.send(ReportKind::expected, ""); }
   /// Reports a finding and ends the session.
   [[noreturn]] void giveUp(Finding finding, std::string_view text) const;
+  /// Says for a finding where the session is: the hook, the tick, the host call and the step.
+  std::string where() const;
   /// Adds the line to the timeline, once.
   void noteOnce(const std::string& text);
   /// Returns the place of a call that gives the plug-in something. `function` is static text.
@@ -193,7 +195,6 @@ class Host {
   void leavePlugin(const char* outerHook);
   void replaceProject(std::unique_ptr<Project> project);
   void reportLeaks();
-  std::string where() const;
 
   Reporter mReporter;
   HostSettings mSettings;

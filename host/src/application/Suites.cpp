@@ -124,7 +124,7 @@ A_Err NoteNotSupplied(const char* function) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
   Note(host.flight().hostCall, function);
-  host.timeline.record.notSupplied.emplace_back(function);
+  host.timeline.record.notSupplied.push_back({function, host.where()});
   host.noteOnce(fmt::format("{} is not supplied by this host", function));
   return PF_Err_BAD_CALLBACK_PARAM;
 }

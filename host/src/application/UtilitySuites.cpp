@@ -11,7 +11,7 @@ namespace {
 
 void Report(const std::string& text) {
   TheHost().timeline.add(Actor::plugIn, fmt::format("reports to the user: {}", text));
-  TheHost().timeline.record.reports.push_back(text);
+  TheHost().timeline.record.reports.push_back({text, TheHost().where()});
 }
 
 template <SuiteId suite>

@@ -27,12 +27,18 @@ std::string TimelineLine(std::string_view tick, Actor actor, std::string_view te
 std::string StdoutText(std::string_view line);
 std::string StderrText(std::string_view line);
 
+/// An event that a session has to expect.
+struct Noted {
+  std::string text;
+  std::string where;  ///< for a finding, in case that it isn't expected
+};
+
 /// The events since an expectation last took them.
 struct Record {
   std::vector<std::string> dialogsShown;  ///< titles of the dialogs that reached the user
-  std::vector<std::string> errors;        ///< as "idle hook 1", shown to the user
-  std::vector<std::string> reports;       ///< texts of `AEGP_ReportInfo`
-  std::vector<std::string> notSupplied;   ///< functions of the host that it doesn't supply
+  std::vector<Noted> errors;              ///< as "idle hook 1", shown to the user
+  std::vector<Noted> reports;             ///< texts of `AEGP_ReportInfo`
+  std::vector<Noted> notSupplied;         ///< functions of the host that it doesn't supply
   std::vector<std::string> activated;     ///< applications that the plug-in brought to the front
   std::vector<std::string> findings;      ///< names of the misuses of the host
   std::vector<std::string> stdoutLines;

@@ -83,6 +83,17 @@ Check CompareRecorded(const YamlValue& value) {
                      [](Host& host) { return std::exchange(host.timeline.record.*list, {}); });
 }
 
+template <std::vector<Noted> Record::*list>
+Check CompareNoted(const YamlValue& value) {
+  return CompareList(value, [](Host& host) {
+    Texts texts;
+    for (const Noted& noted : std::exchange(host.timeline.record.*list, {})) {
+      texts.push_back(noted.text);
+    }
+    return texts;
+  });
+}
+
 Check ReadFindings(const YamlValue& value) {
   for (const YamlValue& name : value.list()) {
     if (!FindingNamed(name.text())) name.fail(fmt::format("there is no finding '{}'", name.text()));
@@ -185,9 +196,9 @@ constexpr std::array kKinds{
     Kind{"project", ReadProject},
     Kind{"dirty", ReadDirty},
     Kind{"dialogs shown", CompareRecorded<&Record::dialogsShown>},
-    Kind{"errors", CompareRecorded<&Record::errors>},
-    Kind{"reports", CompareRecorded<&Record::reports>},
-    Kind{"not supplied", CompareRecorded<&Record::notSupplied>},
+    Kind{"errors", CompareNoted<&Record::errors>},
+    Kind{"reports", CompareNoted<&Record::reports>},
+    Kind{"not supplied", CompareNoted<&Record::notSupplied>},
     Kind{"findings", ReadFindings},
     Kind{"activated", CompareRecorded<&Record::activated>},
     Kind{"font updates", ReadFontUpdates},

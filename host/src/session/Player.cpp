@@ -17,17 +17,17 @@ namespace {
 void CheckNothingIsLeft(Host& host, const Session& session) {
   host.timeline.drain();
   const Record& record = host.timeline.record;
-  for (const std::string& error : record.errors) {
+  for (const auto& [error, where] : record.errors) {
     host.report(Finding::hookError,
-                fmt::format("the user saw an error that no step expects: {}", error));
+                fmt::format("the user saw an error that no step expects: {}{}", error, where));
   }
-  for (const std::string& text : record.reports) {
+  for (const auto& [text, where] : record.reports) {
     host.report(Finding::userReport,
-                fmt::format("the user saw a report that no step expects: {}", text));
+                fmt::format("the user saw a report that no step expects: {}{}", text, where));
   }
-  for (const std::string& function : record.notSupplied) {
+  for (const auto& [function, where] : record.notSupplied) {
     host.report(Finding::notSupplied,
-                fmt::format("{} was called, which this host doesn't supply", function));
+                fmt::format("{} was called, which this host doesn't supply{}", function, where));
   }
   for (const std::string& function : host.faults.unmet()) {
     host.report(Finding::setup,
