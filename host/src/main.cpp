@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -7,20 +8,48 @@
 #include <cstdio>
 #include <exception>
 #include <iterator>
+#include <regex>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "Findings.h"
+#include "FontManager.h"
 #include "Runner.h"
 #include "Session.h"
+#include "TextFile.h"
+#include "Validation.h"
 
 namespace {
+
+using host::Level;
+using host::Played;
+using host::RunOptions;
+using host::Session;
 
 constexpr int kOk = 0;
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
-constexpr int kInterrupted = 130;
+constexpr int kSignalled = 128;  // plus the number of the signal
 
-volatile std::sig_atomic_t interrupted = 0;
+constexpr char kFooter[] = R"(
+Example:
+  aegp-host run --plugin build/MyPlugin.so sessions/first.yaml
+
+Exit codes:
+  0    every session passed
+  1    a session failed
+  2    the command line, a session file or the plug-in's module is at fault
+  128+ a signal ended it, for example 130 after Ctrl-C
+
+docs/sessions.md tells how a session is written, docs/testing-a-plug-in.md how to begin.)";
+
+// What the command line asks of a run, besides the options for the sessions.
+struct Selection {
+  std::vector<std::string> files;
+  std::string filter;
+  bool quiet = false;
+};
 
 // Shows the progress on a terminal, and removes it for an empty text. Writes to standard error, so
 // that redirected output stays the same.
@@ -29,64 +58,258 @@ void ShowProgress(const std::string& text) {
   if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
 }
 
-int Run(const std::vector<std::string>& files, const host::RunOptions& options) {
-  std::vector<host::Session> sessions;
-  for (const std::string& file : files) {
-    std::vector<host::Session> loaded = host::LoadSessions(file);
-    std::move(loaded.begin(), loaded.end(), std::back_inserter(sessions));
+void PrintFindings(const Played& played, Level level, const char* title) {
+  bool first = true;
+  for (const host::FoundInSession& found : played.findings) {
+    const host::FindingKind& kind = host::KindOf(found.finding);
+    if (kind.level != level) continue;
+    if (first) fmt::print("\n{}:\n", title);
+    first = false;
+    fmt::print("  {}: {}\n", kind.name, found.text);
   }
-  // Ctrl-C ends the process of the session. This one goes on to remove its folder.
-  std::signal(SIGINT, [](int) { interrupted = 1; });
-  size_t failed = 0;
-  for (const host::Session& session : sessions) {
-    const auto number = &session - sessions.data() + 1;
-    if (options.quiet) ShowProgress(fmt::format("{}/{} {}", number, sessions.size(), session.name));
-    if (number > 1 && !options.quiet) fmt::print("\n");
-    const std::vector<std::string> failures = host::PlaySession(session, options);
-    if (options.quiet) ShowProgress("");
-    if (interrupted != 0) return kInterrupted;
-    host::PrintResult(session, options, failures);
-    if (!failures.empty()) ++failed;
+}
+
+// Prints what happens in the sessions, and keeps account of those that failed.
+class Printer {
+ public:
+  Printer(const RunOptions& options, bool quiet, size_t count)
+      : mOptions(options), mQuiet(quiet), mCount(count) {}
+
+  void begin(const Session& session) {
+    ++mNumber;
+    mLines.clear();
+    if (mQuiet) {
+      ShowProgress(fmt::format("{}/{} {}", mNumber, mCount, session.name));
+    } else {
+      printHead(session);
+    }
   }
-  if (sessions.size() > 1) {
-    const bool showsSessions = !options.quiet || failed > 0;
-    fmt::print("{}{} sessions, {} failed\nresult: {}\n", showsSessions ? "\n" : "", sessions.size(),
-               failed, failed == 0 ? "ok" : "failed");
+
+  void line(const std::string& line) {
+    if (mQuiet) {
+      mLines.push_back(line);
+    } else {
+      fmt::print("{}\n", line);
+    }
   }
-  return failed == 0 ? kOk : kFailed;
+
+  void end(const Session& session, const Played& played) {
+    const bool failed = played.failed(mOptions.strict);
+    if (failed) mFailed.push_back(session.name);
+    if (mQuiet) ShowProgress("");
+    if (mQuiet && !failed) return;
+    if (mQuiet) printHead(session);
+    for (const std::string& line : mLines) fmt::print("{}\n", line);
+    PrintFindings(played, Level::error, "failed");
+    PrintFindings(played, Level::warning, "warnings");
+    if (!played.folder.empty()) fmt::print("kept: {}\n", played.folder.string());
+    fmt::print("result: {}\n", failed ? "failed" : "ok");
+  }
+
+  // Ends the run. Returns the exit code.
+  int finish() const {
+    if (mCount > 1) {
+      fmt::print("{}{} sessions, {} failed\n", mQuiet && mFailed.empty() ? "" : "\n", mNumber,
+                 mFailed.size());
+      for (const std::string& name : mFailed) fmt::print("  {}\n", name);
+      fmt::print("result: {}\n", mFailed.empty() ? "ok" : "failed");
+    }
+    return mFailed.empty() ? kOk : kFailed;
+  }
+
+ private:
+  void printHead(const Session& session) {
+    if (mPrinted) fmt::print("\n");
+    mPrinted = true;
+    fmt::print("session: {}\n", session.name);
+    if (!session.about.empty()) fmt::print("{}\n", session.about);
+    fmt::print("\n  tick  who        what\n");
+  }
+
+  const RunOptions& mOptions;
+  bool mQuiet;
+  size_t mCount;
+  size_t mNumber = 0;
+  bool mPrinted = false;
+  std::vector<std::string> mLines;
+  std::vector<std::string> mFailed;
+};
+
+// Puts the folder in front of each name that two files have.
+void TellNamesApart(std::vector<std::pair<std::string, std::vector<Session>>>& files) {
+  std::map<std::string, int> counts;
+  for (const auto& [file, sessions] : files) ++counts[std::filesystem::path(file).stem().string()];
+  for (auto& [file, sessions] : files) {
+    const std::filesystem::path path(file);
+    if (counts[path.stem().string()] < 2) continue;
+    for (Session& session : sessions) {
+      session.name = (path.parent_path() / session.name).string();
+    }
+  }
+}
+
+// Throws one `SessionFileError` with all faults of all files.
+std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart& part) {
+  std::vector<std::pair<std::string, std::vector<Session>>> files;
+  std::vector<std::string> faults;
+  for (const std::string& file : selection.files) {
+    try {
+      files.emplace_back(file, host::LoadSessions(file, part));
+    } catch (const host::SessionFileError& fault) {
+      faults.emplace_back(fault.what());
+    }
+  }
+  if (!faults.empty()) throw host::SessionFileError(host::Join(faults, "\n"));
+  TellNamesApart(files);
+  const std::regex filter(selection.filter);
+  std::vector<Session> sessions;
+  for (auto& [file, loaded] : files) {
+    std::copy_if(std::make_move_iterator(loaded.begin()), std::make_move_iterator(loaded.end()),
+                 std::back_inserter(sessions),
+                 [&](const Session& session) { return std::regex_search(session.name, filter); });
+  }
+  if (sessions.empty()) throw host::SessionFileError("no session has a name like that");
+  return sessions;
+}
+
+int Run(const Selection& selection, const RunOptions& options) {
+  const host::FontManager fontManager(options.fontManager);
+  const std::vector<Session> sessions = LoadAll(selection, fontManager);
+  host::CheckModule(options.module);
+  Printer printer(options, selection.quiet, sessions.size());
+  const int signal = host::PlaySessions(
+      sessions, options,
+      {[&](const Session& session) { printer.begin(session); },
+       [&](const std::string& line) { printer.line(line); },
+       [&](const Session& session, const Played& played) { printer.end(session, played); }});
+  if (signal != 0) return kSignalled + signal;
+  return printer.finish();
+}
+
+// Prints one line for each session, and below it what was found.
+int Validate(const RunOptions& options) {
+  const host::FontManager fontManager(options.fontManager);
+  host::CheckModule(options.module);
+  bool failed = false;
+  const auto ended = [&](const Session& session, const Played& played) {
+    const bool fails = played.failed(options.strict);
+    failed = failed || fails;
+    const char* const word = fails ? "FAIL" : played.findings.empty() ? "ok" : "warn";
+    fmt::print("{:<5} {}\n", word, session.name);
+    for (const host::FoundInSession& found : played.findings) {
+      fmt::print("      {}: {}\n", host::KindOf(found.finding).name, found.text);
+    }
+    if (!played.folder.empty()) fmt::print("      kept: {}\n", played.folder.string());
+  };
+  const std::vector<Session> sessions = host::ValidationSessions(fontManager);
+  const int signal = host::PlaySessions(sessions, options,
+                                        {[](const Session&) {}, [](const std::string&) {}, ended});
+  if (signal != 0) return kSignalled + signal;
+  fmt::print("result: {}\n", failed ? "failed" : "ok");
+  return failed ? kFailed : kOk;
+}
+
+int List(const Selection& selection, const RunOptions& options) {
+  const host::FontManager fontManager(options.fontManager);
+  for (const Session& session : LoadAll(selection, fontManager)) {
+    fmt::print("{}\n", session.name);
+  }
+  return kOk;
+}
+
+int ListFindings() {
+  for (const host::FindingKind& kind : host::kFindingKinds) {
+    fmt::print("{:<26}{:<9}{}\n", kind.name, kind.level == Level::error ? "error" : "warning",
+               kind.sentence);
+  }
+  return kOk;
+}
+
+void AddFontManager(CLI::App& command, std::string& fontManager) {
+  command
+      .add_option("--font-manager", fontManager,
+                  "The folder with the font manager's framework and executables")
+      ->check(CLI::ExistingDirectory);
+}
+
+void AddSelection(CLI::App& command, Selection& selection, std::string& fontManager) {
+  command.add_option("SESSION", selection.files, "The session files")->required();
+  command.add_option("--filter", selection.filter,
+                     "Takes only the sessions whose name the regular expression finds");
+  AddFontManager(command, fontManager);
+}
+
+// `module` is how the command line names the plug-in's module.
+void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
+                   std::vector<std::string>& allowed) {
+  command.add_option(module, options.module.path, "The plug-in's module")
+      ->required()
+      ->check(CLI::ExistingFile);
+  command.add_option("--entry", options.module.entryPoint, "The name of the entry point")
+      ->capture_default_str();
+  command
+      .add_option_function<int64_t>(
+          "--timeout", [&](int64_t seconds) { options.timeout = std::chrono::seconds(seconds); },
+          "How many seconds a call of the plug-in may take, 10 by default")
+      ->check(CLI::Range(1, 86400));
+  command.add_flag("--keep", options.keep, "Keeps the session folders and says where they are");
+  command.add_flag("--strict", options.strict, "Lets warnings fail a session");
+  std::vector<std::string> names;
+  for (const host::FindingKind& kind : host::kFindingKinds) names.emplace_back(kind.name);
+  command.add_option("--allow", allowed, "Leaves out a finding, by its name")
+      ->allow_extra_args(false)
+      ->check(CLI::IsMember(names).description(""));
 }
 
 int RunCommandLine(int argc, char** argv) {
   CLI::App app("Plays sessions of a host application with a plug-in");
   app.require_subcommand(1);
-  CLI::App* run = app.add_subcommand("run", "Plays each session in a process of its own");
-  std::string plugin;
+  app.footer(kFooter);
+  app.set_version_flag("--version", std::string("aegp-host ") + AEGP_HOST_VERSION);
+  Selection selection;
+  RunOptions options;
   std::string fontManager;
-  host::RunOptions options;
-  std::vector<std::string> files;
-  run->add_option("--plugin", plugin, "The plug-in's module")->required()->check(CLI::ExistingFile);
-  run->add_option("--font-manager", fontManager,
-                  "The folder with the font manager's framework and executables")
-      ->check(CLI::ExistingDirectory);
-  run->add_flag("--quiet", options.quiet, "Shows only what failed");
-  run->add_option("SESSION", files, "The session files")->required();
+  std::vector<std::string> allowed;
+  options.jobs = std::max(1U, std::thread::hardware_concurrency());
+  CLI::App* run = app.add_subcommand("run", "Plays each session in a process of its own");
+  AddRunOptions(*run, "--plugin", options, allowed);
+  AddSelection(*run, selection, fontManager);
+  run->add_flag("--quiet", selection.quiet, "Shows only the sessions that fail");
+  run->add_option("--jobs", options.jobs, "How many sessions are played at the same time")
+      ->check(CLI::Range(1, 1024))
+      ->capture_default_str();
+  run->add_flag("--fail-fast", options.failFast, "Ends with the first session that fails");
+  CLI::App* validate = app.add_subcommand(
+      "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
+  AddRunOptions(*validate, "MODULE", options, allowed);
+  AddFontManager(*validate, fontManager);
+  CLI::App* list = app.add_subcommand("list", "Lists the sessions and their variants");
+  AddSelection(*list, selection, fontManager);
+  const CLI::App* findings = app.add_subcommand("findings", "Lists what a session can find wrong");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kOk : kUsage;
   }
-  options.plugin = std::filesystem::absolute(plugin);
+  if (findings->parsed()) return ListFindings();
   if (!fontManager.empty()) options.fontManager = std::filesystem::absolute(fontManager);
-  return Run(files, options);
+  if (list->parsed()) return List(selection, options);
+  options.module.path = std::filesystem::absolute(options.module.path).string();
+  for (const std::string& name : allowed) options.allowed.insert(*host::FindingNamed(name));
+  return validate->parsed() ? Validate(options) : Run(selection, options);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A reader of the output that goes away is a failed write.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::setvbuf(stdout, nullptr, _IOLBF, 0);
   try {
-    return RunCommandLine(argc, argv);
+    const int code = RunCommandLine(argc, argv);
+    if (std::fflush(stdout) != 0) throw std::runtime_error("can't write the output");
+    return code;
   } catch (const std::exception& error) {
-    if (interrupted != 0) return kInterrupted;
     std::fprintf(stderr, "%s\n", error.what());
     return kUsage;
   }

@@ -23,8 +23,8 @@ struct Played {
   std::string output;
 };
 
-Played RunHost(const std::string& arguments) {
-  const std::string command = std::string(AEGP_HOST) + " run " + arguments + " 2>&1";
+Played RunHost(const std::string& arguments, const std::string& subcommand = "run") {
+  const std::string command = std::string(AEGP_HOST) + " " + subcommand + " " + arguments + " 2>&1";
   Played played;
   std::FILE* const pipe = popen(command.c_str(), "r");
   std::array<char, 4096> buffer;
@@ -43,36 +43,77 @@ Played Play(const std::string& session, const std::string& options = "") {
   return RunHost("--plugin " TEST_PLUGIN " " + options + " " + file);
 }
 
+constexpr char kWithFontManager[] = "--font-manager " FONT_MANAGER;
+
 /// Returns a session in which the test plug-in shows the behaviour.
 std::string Behaviour(const std::string& behaviour, const std::string& steps = "[tick]") {
-  return "framework: none\nfiles: {behaviour: " + behaviour + "}\nsteps: " + steps + "\n";
+  return "files: {behaviour: " + behaviour + "}\nsteps: " + steps + "\n";
 }
 
 TEST(Host, CatchesWhatAPluginDoesWrong) {
   const std::vector<std::pair<std::string, std::string>> cases{
-      {"leak a suite", "AEGP Memory Suite 1 was acquired and not released, 1 time(s)"},
-      {"release a suite twice", "AEGP Memory Suite 1 was released but not acquired"},
-      {"leak a handle", "1 memory handle(s) left"},
-      {"leak a lock", "1 lock(s) of memory handles left"},
-      {"free a locked handle", "a handle was freed while it was locked"},
-      {"free a handle twice", "AEGP_FreeMemHandle got a handle that doesn't exist (any more)"},
-      {"unlock a handle", "a handle was unlocked that wasn't locked"},
-      {"crash", "the process crashed: Aborted, in the step at "},
-      {"end the process", "the process ended before its static objects did"},
-      {"end the process with a code", "the process ended with code 3"},
-      {"throw", "an exception left the plug-in's idle hook: std::runtime_error: boom"},
-      {"throw an int", "an exception left the plug-in's idle hook: int 516"},
-      {"fail", "the user saw an error that no step expects: idle hook 42"},
-      {"report", "the user saw a report that no step expects: something is up"},
+      {"leak a suite",
+       "suite-leaked: AEGP Memory Suite 1 is left, from AcquireSuite in the idle hook at tick 1"},
+      {"release a suite twice", "suite-released-too-often: ReleaseSuite: AEGP Memory Suite 1"},
+      {"call a released suite", "released-suite: AEGP_GetUniqueCommand: its suite isn't acquired"},
+      {"leak a handle",
+       "handle-leaked: a memory handle is left, from AEGP_GetProjectPath in the idle hook"},
+      {"leak a lock", "handle-leaked: a locked memory handle is left"},
+      {"free a locked handle", "locked-handle-freed: AEGP_FreeMemHandle: the handle is locked"},
+      {"free a handle twice", "unknown-handle: AEGP_FreeMemHandle: the handle doesn't exist"},
+      {"unlock a handle", "unlocked-too-often: AEGP_UnlockMemHandle: the handle isn't locked"},
+      {"leak a block", "block-leaked: a block is left, from AllocateBlock in the idle hook"},
+      {"free a block twice", "unknown-block: FreeBlock: the block doesn't exist"},
+      {"pass null", "null-argument: AEGP_ReportInfo: info_stringZ is null"},
+      {"pass another id", "wrong-plugin-id: AEGP_ReportInfo: the plug-in's id is 1, not 77"},
+      {"use a closed project", "stale-project: AEGP_GetProjectPath: the project was closed"},
+      {"use no project", "unknown-handle: AEGP_GetProjectPath: there is no such project"},
+      {"call from a thread", "wrong-thread: AcquireSuite: called from another thread"},
+      {"register late", "late-hook: AEGP_RegisterIdleHook: the entry point has returned"},
+      {"insert an unknown command", "unknown-command: AEGP_InsertMenuCommand: "},
+      {"insert into no menu", "unknown-menu: AEGP_InsertMenuCommand: there is no menu 0"},
+      {"keep an undo group", "unbalanced-undo-group: an undo group is started and not ended"},
+      {"end an undo group", "unbalanced-undo-group: AEGP_EndUndoGroup: no undo group was started"},
+      {"crash",
+       "crash: the process crashed in the idle hook: Segmentation fault\n"
+       "    tick 1, host call ReleaseSuite(\"AEGP Register Suite\", 6), step "},
+      {"crash", "libtest-plugin.so(+0x"},
+      {"crash after printing", "plug-in    prints: last words\\x1b"},
+      {"crash after printing", "plug-in    writes to standard error: and more"},
+      {"crash at exit", "crash: the process crashed in the static destructor: Aborted\n"},
+      {"crash at load", "crash: the process crashed in the static constructor: Aborted\n"},
+      {"throw in a thread", "uncaught exception: std::runtime_error"},
+      {"hang", "timeout: the plug-in doesn't return within 1 s in the idle hook\n    tick 1, "},
+      {"hang with a child", "timeout: the plug-in doesn't return within 1 s in the idle hook"},
+      {"exit", "process-ended: the process ended in the idle hook with code 0\n    tick 1, "},
+      {"exit", ", 2 of 3 steps left"},
+      {"end the process", "process-ended: the process ended in the idle hook with code 0"},
+      {"end the process with a code",
+       "process-ended: the process ended in the idle hook with code 3"},
+      {"leave a child behind", "process-ended: the process ended in the idle hook with code 0"},
+      {"throw", "exception: an exception leaves the plug-in's idle hook: std::runtime_error: boom"},
+      {"throw an int", "exception: an exception leaves the plug-in's idle hook: int 516"},
+      {"fail", "hook-error: the user saw an error that no step expects: idle hook 42"},
+      {"report", "user-report: the user saw a report that no step expects: something is up"},
   };
   for (const auto& [behaviour, finding] : cases) {
     SCOPED_TRACE(behaviour);
-    const Played played = Play(Behaviour(behaviour));
+    const Played played = Play(Behaviour(behaviour), "--timeout 1");
     EXPECT_EQ(played.code, 1);
     EXPECT_THAT(played.output, HasSubstr("\nfailed:\n"));
     EXPECT_THAT(played.output, HasSubstr(finding));
     EXPECT_THAT(played.output, EndsWith("\nresult: failed\n"));
   }
+}
+
+TEST(Host, LetsTheSessionOrTheUserAcceptAFinding) {
+  EXPECT_EQ(Play(Behaviour("pass null", "[tick, expect: {findings: [null-argument]}]")).code, 0);
+  EXPECT_EQ(Play(Behaviour("pass null"), "--allow null-argument").code, 0);
+  EXPECT_EQ(Play(Behaviour("pass null"), "--allow crash").code, 1);
+  const Played warned = Play(Behaviour("enable outside a hook"));
+  EXPECT_EQ(warned.code, 0);
+  EXPECT_THAT(warned.output, HasSubstr("\nwarnings:\n  enabled-outside-hook: "));
+  EXPECT_EQ(Play(Behaviour("enable outside a hook"), "--strict").code, 1);
 }
 
 TEST(Host, LetsAPluginKeepSuitesUntilItsStaticObjectsAreDestroyed) {
@@ -85,7 +126,7 @@ TEST(Host, NoticesADialogThatNeverBegins) {
   const Played played =
       Play(Behaviour("keep dialogs from beginning", "[tick, dialog: Preferences]"));
   EXPECT_EQ(played.code, 1);
-  EXPECT_THAT(played.output, HasSubstr("the dialog \"Preferences\" never began"));
+  EXPECT_THAT(played.output, HasSubstr("dialog-never-began: the dialog \"Preferences\""));
 }
 
 TEST(Host, LeavesNothingBehindWhenInterrupted) {
@@ -132,13 +173,13 @@ TEST(Host, KeepsPreferences) {
 
 TEST(Host, TellsOfFaultsAndAnswersThatNothingCameFor) {
   const Played played = Play(R"(
-framework: none
 steps:
   - fail: {function: AEGP_EnableCommand, times: 5}
   - fail: {function: AEGP_NewProject}
   - framework answers: [PluginIsEnabled: {result: 5}]
   - open menu
-)");
+)",
+                             kWithFontManager);
   EXPECT_EQ(played.code, 1);
   EXPECT_THAT(played.output, HasSubstr("AEGP_EnableCommand wasn't called as often"));
   EXPECT_THAT(played.output, HasSubstr("AEGP_NewProject wasn't called as often"));
@@ -156,7 +197,6 @@ TEST(Host, TakesPrintedTextIntoTheTimelineInOrder) {
 
 TEST(Host, OffersCommandsOfItsOwnAndPluginsOnlyTheEnabled) {
   const Played played = Play(R"(
-framework: none
 steps:
   - expect: {menu enabled: []}
   - open menu
@@ -180,7 +220,6 @@ TEST(Host, RefusesTopPositionsInTheWindowMenu) {
 
 TEST(Host, ShowsWhereAnExpectationFailed) {
   const Played played = Play(R"(
-framework: none
 projects:
   projects/a.aep: [Futura]
 steps:
@@ -190,9 +229,10 @@ steps:
       dialogs shown: [Resolve Fonts]
       framework: [1 PluginIsEnabled]
       project: none
-)");
+)",
+                             kWithFontManager);
   EXPECT_EQ(played.code, 1);
-  EXPECT_THAT(played.output, HasSubstr("story.yaml:8: missing fonts\n"
+  EXPECT_THAT(played.output, HasSubstr("story.yaml:7: missing fonts\n"
                                        "    expected: Garamond\n"
                                        "    found:    Futura\n"));
   EXPECT_THAT(played.output, HasSubstr("    - 1 PluginIsEnabled\n"));
@@ -205,7 +245,6 @@ TEST(Host, PlaysEachVariantAndIsQuietAboutThoseThatAreAsExpected) {
 variants:
   - {name: right, title: Preferences}
   - {name: wrong, title: Settings}
-framework: none
 steps:
   - dialog: Preferences
   - expect: {dialogs shown: ["${title}"]}
@@ -215,7 +254,7 @@ steps:
   EXPECT_THAT(played.output, Not(HasSubstr("(right)")));
   EXPECT_THAT(played.output, HasSubstr("session: story (wrong)"));
   EXPECT_THAT(played.output, HasSubstr("    expected: Settings\n    found:    Preferences\n"));
-  EXPECT_THAT(played.output, EndsWith("2 sessions, 1 failed\nresult: failed\n"));
+  EXPECT_THAT(played.output, EndsWith("2 sessions, 1 failed\n  story (wrong)\nresult: failed\n"));
 }
 
 TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
@@ -229,7 +268,6 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
       {"steps:\n  - edit\n  - start\n", "story.yaml:2: edit: comes before the host has started"},
       {"steps:\n  - quit\n  - tick\n", "story.yaml:3: tick: comes after the host has quit"},
       {"steps:\n  - expect: {dirt: true}\n", "story.yaml:2: dirt: unknown key"},
-      {"steps:\n  - expect:\n      framework: [PluginIsEnabled]\n", "story.yaml:3: framework: "},
       {"steps:\n  - fail: {function: AEGP_Nothing}\n", "story.yaml:2: function: the host has no"},
       {"steps:\n  - refuse: {suite: AEGP Proj Suite, version: 1}\n", "story.yaml:2: refuse: "},
       {"host: {version: 114}\nsteps: []", "story.yaml:1: version: has to be a version"},
@@ -240,7 +278,8 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
       {"variants: [{title: x}]\nsteps: []", "story.yaml:1: variants: a variant needs a name"},
       {"steps: [\n", "story.yaml:2: "},
       {"[]", "story.yaml:1: session: has to be a map"},
-      {"steps: []", "story.yaml:1: framework: there is no Tamberlink.framework"},
+      {"steps:\n  - save as: /a.aep\n", "story.yaml:2: save as: has to stay in the session folder"},
+      {"vault: {}\nsteps: []", "story.yaml:1: vault: needs the option --font-manager"},
   };
   for (const auto& [session, message] : cases) {
     SCOPED_TRACE(session);
@@ -248,6 +287,102 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
     EXPECT_EQ(played.code, 2);
     EXPECT_THAT(played.output, HasSubstr(message));
   }
+}
+
+TEST(Host, NamesTheFaultsInWhatASessionSaysOfTheFontManager) {
+  const std::vector<std::pair<std::string, std::string>> cases{
+      {"framework: {missing export: Gone}\nsteps: []", ": the framework has no operation 'Gone'"},
+      {"vault: {Futura: never}\nsteps: []", "story.yaml:1: Futura: has to be automatic, choice or"},
+      {"steps:\n  - expect:\n      framework: [PluginIsEnabled]\n", "story.yaml:3: framework: "},
+      {"steps:\n  - expect: {framework: [1 PlugIsEnabled]}\n", "no operation 'PlugIsEnabled'"},
+      {"steps:\n  - expect: {framework: [1 PluginIsEnabled: {shw: 1}]}\n",
+       "story.yaml:2: shw: PluginIsEnabled has no argument 'shw'"},
+  };
+  for (const auto& [session, message] : cases) {
+    SCOPED_TRACE(session);
+    const Played played = Play(session, kWithFontManager);
+    EXPECT_EQ(played.code, 2);
+    EXPECT_THAT(played.output, HasSubstr(message));
+  }
+}
+
+TEST(Host, ReportsTheFaultsOfAllFilesBeforeItPlaysAny) {
+  const TemporaryFolder folder;
+  const std::string good = folder.Write("good.yaml", "steps: []").string();
+  const std::string one = folder.Write("one.yaml", "steps: [tikc]").string();
+  const std::string two = folder.Write("two.yaml", "steps: {}").string();
+  const Played played = RunHost("--plugin " TEST_PLUGIN " " + good + " " + one + " " + two);
+  EXPECT_EQ(played.code, 2);
+  EXPECT_THAT(played.output, HasSubstr("one.yaml:1: tikc: unknown step"));
+  EXPECT_THAT(played.output, HasSubstr("two.yaml:1: steps: has to be a list, not a map"));
+  EXPECT_THAT(played.output, Not(HasSubstr("session:")));
+}
+
+TEST(Host, PlaysWhatIsSelectedInOrder) {
+  const TemporaryFolder folder;
+  const std::string files =
+      " " + folder.Write("a/story.yaml", "variants: [{name: x}, {name: y}]\nsteps: []").string() +
+      " " + folder.Write("b/story.yaml", Behaviour("fail")).string() + " " +
+      folder.Write("b/last.yaml", "steps: []").string();
+  const Played all = RunHost("--quiet --jobs 3 --plugin " TEST_PLUGIN + files);
+  EXPECT_EQ(all.code, 1);
+  EXPECT_THAT(all.output, EndsWith("4 sessions, 1 failed\n  " + folder.path().string() +
+                                   "/b/story\nresult: failed\n"));
+  EXPECT_THAT(RunHost("--fail-fast --plugin " TEST_PLUGIN + files).output,
+              Not(HasSubstr("session: last")));
+  const Played some = RunHost("--filter 'a/.*x' --keep --plugin " TEST_PLUGIN + files);
+  EXPECT_EQ(some.code, 0);
+  const size_t kept = some.output.find("kept: ") + 6;
+  const std::filesystem::path place(some.output.substr(kept, some.output.find('\n', kept) - kept));
+  EXPECT_TRUE(std::filesystem::exists(place / "active-fonts")) << some.output;
+  std::filesystem::remove_all(place);
+}
+
+TEST(Host, ValidatesAPluginWithoutAnySessionFile) {
+  const Played good = RunHost(TEST_PLUGIN, "validate");
+  EXPECT_EQ(good.code, 0);
+  EXPECT_THAT(good.output, HasSubstr("ok    idle\n"));
+  EXPECT_THAT(good.output, EndsWith("\nresult: ok\n"));
+  setenv("BEHAVIOUR", "enable outside a hook", 1);
+  const Played odd = RunHost(TEST_PLUGIN, "validate");
+  EXPECT_EQ(odd.code, 0);
+  EXPECT_THAT(odd.output, HasSubstr("warn  idle\n      enabled-outside-hook: "));
+  EXPECT_EQ(RunHost("--strict " TEST_PLUGIN, "validate").code, 1);
+  setenv("BEHAVIOUR", "leak a block", 1);
+  const Played bad = RunHost(TEST_PLUGIN, "validate");
+  EXPECT_EQ(bad.code, 1);
+  EXPECT_THAT(bad.output, HasSubstr("FAIL  idle\n      block-leaked: "));
+  EXPECT_THAT(bad.output, EndsWith("\nresult: failed\n"));
+  EXPECT_EQ(RunHost("--allow block-leaked " TEST_PLUGIN, "validate").code, 0);
+}
+
+TEST(Host, HasTheWindowsAndTitlesThatASessionDeclares) {
+  const Played played = Play(R"(
+host:
+  titles: {open project: Pick one, missing fonts: Gone}
+  window classes: {MyPanel: NSPanel, MySheet: MyPanel}
+projects:
+  projects/a.aep: [Futura]
+steps:
+  - open: projects/a.aep
+  - dialog: {title: Mine, class: MySheet}
+  - expect: {dialogs shown: [Pick one, Gone, Mine], project: "${session}/projects/a.aep"}
+)");
+  EXPECT_EQ(played.code, 0) << played.output;
+  EXPECT_THAT(Play("host: {window classes: {A: B}}\nsteps: []").output,
+              HasSubstr("story.yaml:1: A: there is no window class 'B'"));
+}
+
+TEST(Host, ComparesWhatAPluginWrote) {
+  const Played played = Play(Behaviour("write files", R"(
+  - wait: 5
+  - tick: 2
+  - expect:
+      files: {written: "in ${session}", missing: none}
+      stdout: ["${session}/written, 1700000005"]
+      stderr: [to the error stream]
+)"));
+  EXPECT_EQ(played.code, 0) << played.output;
 }
 
 TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {
@@ -258,8 +393,10 @@ TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {
       {"--plugin nowhere.so" + story, 2, "--plugin: File does not exist: nowhere.so"},
       {"--plugin " TEST_PLUGIN, 2, "SESSION is required"},
       {"--plugin " TEST_PLUGIN " nowhere.yaml", 2, "nowhere.yaml: can't be read"},
-      {"--plugin" + story + story, 1, "the plug-in can't be loaded: "},
-      {"--plugin " MODULE_WITHOUT_ENTRY + story, 1, "the plug-in exports no EntryPointFunc"},
+      {"--plugin" + story + story, 2, "story.yaml can't be loaded: "},
+      {"--plugin " MODULE_WITHOUT_ENTRY + story, 2, " exports no EntryPointFunc"},
+      {"--plugin " TEST_PLUGIN " --entry Other" + story, 2, " exports no Other"},
+      {"--plugin " TEST_PLUGIN " --filter nobody" + story, 2, "no session has a name like that"},
   };
   for (const auto& [arguments, code, message] : cases) {
     SCOPED_TRACE(arguments);

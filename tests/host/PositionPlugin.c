@@ -38,27 +38,59 @@ static void call_the_rest(const char* name, int32_t version, int count, const ch
 
 static void call_what_is_not_supplied(void) {
   call_the_rest("AEGP Register Suite", 6, 12, "***.....*...");
-  call_the_rest("AEGP Command Suite", 1, 8, "**..*..*");
-  call_the_rest("AEGP Utility Suite", 7, 25, "*........................");
-  call_the_rest("AEGP Utility Suite", 13, 33, "*..............................*.");
-  call_the_rest("AEGP Proj Suite", 9, 14, "**.*....*.**..");
-  call_the_rest("AEGP Memory Suite", 1, 8, ".***....");
+  call_the_rest("AEGP Utility Suite", 7, 25, "*....**................*.");
+  call_the_rest("AEGP Utility Suite", 13, 33, "**.....**................*.*.*.*.");
+  call_the_rest("AEGP Proj Suite", 9, 14, "****....*.**..");
+  call_the_rest("AEGP Memory Suite", 1, 8, "******.*");
   call_the_rest("PF AE Adv App Suite", 2, 11, ".....*.....");
-  call_the_rest("AEGP Persistent Data Suite", 3, 18, "*............*....");
-  call_the_rest("AEGP Persistent Data Suite", 4, 22, "........*.............");
+  call_the_rest("AEGP Persistent Data Suite", 3, 18, "**.**...***..****.");
+  call_the_rest("AEGP Persistent Data Suite", 4, 22, "**.**...***....***..*.");
   if (call(basic[6]) != 516) puts("the basic suite answers");
 }
 
 static void use_windows(void) {
   Table utility = acquire("AEGP Utility Suite", 7);
   ((int32_t(*)(int32_t, const char*))utility[0])(me, "by position");
+  ((int32_t(*)(const char*))utility[5])("Undo");
+  call(utility[6]);
+  ((int32_t(*)(const char*))utility[23])("to the console");
   release("AEGP Utility Suite", 7);
   utility = acquire("AEGP Utility Suite", 13);
+  static const uint16_t text[] = {'U', 'T', 'F', '-', 0xd834, 0xdd1e, 0};
+  unsigned char available = 7;
+  unsigned char activated = 7;
   ((int32_t(*)(int32_t, const char*))utility[0])(me, "by position too");
+  ((int32_t(*)(int32_t, const uint16_t*))utility[1])(me, text);
+  ((int32_t(*)(const char*))utility[7])("Undo");
+  call(utility[8]);
+  ((int32_t(*)(const char*))utility[25])("to the console");
+  ((int32_t(*)(unsigned char*))utility[27])(&available);
+  ((int32_t(*)(unsigned char*))utility[29])(&activated);
+  printf("scripting %d, activated %d\n", available, activated);
   call(utility[31]);
   release("AEGP Utility Suite", 13);
   call(acquire("PF AE Adv App Suite", 2)[5]);
   release("PF AE Adv App Suite", 2);
+}
+
+static void use_memory(void) {
+  Table memory = acquire("AEGP Memory Suite", 1);
+  void* handle = NULL;
+  void* start = NULL;
+  uint32_t size = 0;
+  int32_t count = 0;
+  int32_t total = 0;
+  ((int32_t(*)(int32_t, const char*, uint32_t, int32_t, void**))memory[0])(me, "what", 3, 0,
+                                                                           &handle);
+  ((int32_t(*)(const char*, uint32_t, void*))memory[5])("what", 12, handle);
+  ((int32_t(*)(void*, uint32_t*))memory[4])(handle, &size);
+  ((int32_t(*)(int32_t, int32_t*, int32_t*))memory[7])(me, &count, &total);
+  ((int32_t(*)(void*, void**))memory[2])(handle, &start);
+  ((char*)start)[11] = 'x';
+  ((int32_t(*)(void*))memory[3])(handle);
+  ((int32_t(*)(void*))memory[1])(handle);
+  printf("%u bytes, %d handle of %d\n", size, count, total);
+  release("AEGP Memory Suite", 1);
 }
 
 static void use_project(void) {
@@ -78,38 +110,76 @@ static void use_project(void) {
   ((int32_t(*)(void*))memory[3])(path);
   ((int32_t(*)(void*))memory[1])(path);
   ((int32_t(*)(void*, unsigned char*))projects[8])(project, &dirty);
-  printf("%d project, dirty %d\n", count, dirty);
+  char name[64] = "";
+  ((int32_t(*)(void*, char*))projects[2])(project, name);
+  printf("%d project, %s, dirty %d\n", count, name, dirty);
   ((int32_t(*)(void**))projects[10])(&project);
   printf("opened again: %d\n", ((int32_t(*)(const uint16_t*, void**))projects[11])(copy, &project));
   release("AEGP Memory Suite", 1);
   release("AEGP Proj Suite", 9);
 }
 
-static void use_preferences(void) {
+/* The versions differ in their first function, and in where the others stand. */
+static void use_preferences(int32_t version) {
   typedef int32_t (*SetString)(void*, const char*, const char*, const char*);
   typedef int32_t (*GetString)(void*, const char*, const char*, const char*, uint32_t, char*,
                                uint32_t*);
-  Table writer = acquire("AEGP Persistent Data Suite", 3);
-  Table reader = acquire("AEGP Persistent Data Suite", 4);
+  const int set = version == 3 ? 13 : 15;
+  const int remove = version == 3 ? 16 : 20;
+  Table table = acquire("AEGP Persistent Data Suite", version);
   void* blob = NULL;
   char text[32] = "";
   uint32_t size = 0;
-  ((int32_t(*)(void**))writer[0])(&blob);
-  ((SetString)writer[13])(blob, "Section", "key", "value");
-  ((GetString)reader[8])(blob, "Section", "key", "default", sizeof text, text, &size);
-  printf("preference %s, %u bytes\n", text, size);
-  release("AEGP Persistent Data Suite", 4);
-  release("AEGP Persistent Data Suite", 3);
+  int32_t number = 0;
+  double fraction = 0;
+  int32_t sections = 0;
+  int32_t keys = 0;
+  unsigned char exists = 7;
+  if (version == 3) ((int32_t(*)(void**))table[0])(&blob);
+  if (version == 4) ((int32_t(*)(int32_t, void**))table[0])(1, &blob);
+  ((SetString)table[set])(blob, "Section", "key", "value");
+  ((int32_t(*)(void*, const char*, const char*, int32_t))table[set + 1])(blob, "Section", "n", 42);
+  ((int32_t(*)(void*, const char*, const char*, double))table[set + 2])(blob, "Other", "f", 0.5);
+  ((GetString)table[8])(blob, "Section", "key", "default", sizeof text, text, &size);
+  ((int32_t(*)(void*, const char*, const char*, int32_t, int32_t*))table[9])(blob, "Section", "n",
+                                                                             1, &number);
+  ((int32_t(*)(void*, const char*, const char*, double, double*))table[10])(blob, "Other", "f", 1,
+                                                                            &fraction);
+  ((int32_t(*)(void*, int32_t*))table[1])(blob, &sections);
+  ((int32_t(*)(void*, const char*, int32_t*))table[4])(blob, "Section", &keys);
+  ((int32_t(*)(void*, const char*, const char*))table[remove])(blob, "Other", "f");
+  ((int32_t(*)(void*, const char*, const char*, unsigned char*))table[3])(blob, "Other", "f",
+                                                                          &exists);
+  printf("%s, %u bytes, %d, %g, %d sections, %d keys, %d\n", text, size, number, fraction, sections,
+         keys, exists);
+  release("AEGP Persistent Data Suite", version);
+}
+
+static void use_preferences_3(void) {
+  use_preferences(3);
+}
+
+static void use_preferences_4(void) {
+  use_preferences(4);
 }
 
 static void use_commands(void) {
-  ((int32_t(*)(int32_t))acquire("AEGP Command Suite", 1)[7])(command);
+  typedef int32_t (*Act)(int32_t);
+  Table commands = acquire("AEGP Command Suite", 1);
+  int32_t other = 0;
+  ((Act)commands[7])(command);
+  ((int32_t(*)(int32_t*))commands[0])(&other);
+  ((int32_t(*)(int32_t, const char*, char, int32_t))commands[1])(other, "Gone", 7, -2);
+  ((Act)commands[2])(other);
+  ((int32_t(*)(int32_t, const char*))commands[3])(command, "Renamed");
+  ((int32_t(*)(int32_t, unsigned char))commands[6])(command, 1);
   release("AEGP Command Suite", 1);
 }
 
 static int32_t idle(void* global, void* refcon, int32_t* max_sleep) {
-  static void (*const ticks[])(void) = {call_what_is_not_supplied, use_windows, use_project,
-                                        use_preferences, use_commands};
+  static void (*const ticks[])(void) = {
+      call_what_is_not_supplied, use_windows,       use_project, use_memory,
+      use_preferences_3,         use_preferences_4, use_commands};
   static unsigned int tick = 0;
   (void)global, (void)refcon, (void)max_sleep;
   if (tick < sizeof ticks / sizeof ticks[0]) ticks[tick++]();
@@ -118,7 +188,10 @@ static int32_t idle(void* global, void* refcon, int32_t* max_sleep) {
 
 static int32_t update_menu(void* global, void* refcon, char window) {
   (void)global, (void)refcon, (void)window;
-  ((int32_t(*)(int32_t))acquire("AEGP Command Suite", 1)[4])(command);
+  static int drawn = 0;
+  Table commands = acquire("AEGP Command Suite", 1);
+  ((int32_t(*)(int32_t))commands[4])(command);
+  if (++drawn == 2) ((int32_t(*)(int32_t))commands[5])(command);
   release("AEGP Command Suite", 1);
   return 0;
 }

@@ -1,17 +1,20 @@
 // A plug-in that does what a session's file "behaviour" says, at its first idle tick, and little
 // else.
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include "AE_GeneralPlug.h"
 #include "desktop/Application.h"
@@ -92,7 +95,14 @@ void KeepAPreference() {
 // Suites that stay acquired until process exit, like those of an object with static storage.
 struct HeldToTheEnd {
   bool holds = false;
+  bool crashes = false;
+  HeldToTheEnd() {
+    std::string behaviour;
+    std::getline(std::ifstream("behaviour") >> std::ws, behaviour);
+    if (behaviour == "crash at load") std::abort();
+  }
   ~HeldToTheEnd() {
+    if (crashes) std::abort();
     if (holds) basic->ReleaseSuite("AEGP Memory Suite", 1);
   }
 } heldToTheEnd;
@@ -101,6 +111,32 @@ desktop::ModalSession BeginNothing(desktop::Application& /*application*/,
                                    desktop::Window& /*window*/) {
   return 0;
 }
+
+void* Allocate() {
+  void* block = nullptr;
+  basic->AllocateBlock(8, &block);
+  return block;
+}
+
+void AskForPath(AEGP_ProjectH project) {
+  AEGP_MemHandle path = nullptr;
+  Projects()->AEGP_GetProjectPath(project, &path);
+}
+
+void Hang() {
+  while (true) pause();
+}
+
+// It holds every descriptor of the process open.
+void LeaveChildBehind() {
+  if (fork() == 0) Hang();
+}
+
+A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
+
+int* fault = nullptr;
+// Its date is printed at the next tick.
+std::string writtenFile;
 
 const std::map<std::string, std::function<void()>> kBehaviours{
     {"leak a suite", Acquire},
@@ -137,7 +173,65 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        Memory()->AEGP_UnlockMemHandle(handle);
        Memory()->AEGP_FreeMemHandle(handle);
      }},
-    {"crash", [] { std::abort(); }},
+    {"crash", [] { *reinterpret_cast<volatile int*>(fault) = 0; }},
+    {"crash after printing",
+     [] {
+       std::printf("last words\x1b");
+       std::fputs("and more\n", stderr);
+       std::abort();
+     }},
+    {"crash at exit", [] { heldToTheEnd.crashes = true; }},
+    {"throw in a thread",
+     [] { std::thread([] { throw std::runtime_error("from a thread"); }).join(); }},
+    {"hang", Hang},
+    {"hang with a child",
+     [] {
+       LeaveChildBehind();
+       Hang();
+     }},
+    {"leave a child behind",
+     [] {
+       LeaveChildBehind();
+       _exit(0);
+     }},
+    {"exit", [] { std::exit(0); }},
+    {"call a released suite",
+     [] {
+       AEGP_Command unused = 0;
+       const AEGP_CommandSuite1* suite = nullptr;
+       suite = Commands().operator->();
+       suite->AEGP_GetUniqueCommand(&unused);
+     }},
+    {"leak a block", [] { Allocate(); }},
+    {"free a block twice",
+     [] {
+       void* const block = Allocate();
+       basic->FreeBlock(block);
+       basic->FreeBlock(block);
+     }},
+    {"pass null", [] { Utility()->AEGP_ReportInfo(pluginId, nullptr); }},
+    {"pass another id", [] { Utility()->AEGP_ReportInfo(77, "who is this"); }},
+    {"use a closed project",
+     [] {
+       const Projects projects;
+       AEGP_ProjectH closed = nullptr;
+       AEGP_ProjectH unused = nullptr;
+       projects->AEGP_GetProjectByIndex(0, &closed);
+       projects->AEGP_NewProject(&unused);
+       AskForPath(closed);
+     }},
+    {"use no project", [] { AskForPath(reinterpret_cast<AEGP_ProjectH>(&command)); }},
+    {"call from a thread", [] { std::thread(Acquire).join(); }},
+    {"register late", [] { Register()->AEGP_RegisterIdleHook(pluginId, Idle, nullptr); }},
+    {"insert an unknown command",
+     [] {
+       Commands()->AEGP_InsertMenuCommand(3, "Not mine", AEGP_Menu_WINDOW, AEGP_MENU_INSERT_SORTED);
+     }},
+    {"insert into no menu",
+     [] { Commands()->AEGP_InsertMenuCommand(command, "Nowhere", 0, AEGP_MENU_INSERT_SORTED); }},
+    {"enable outside a hook", [] { Commands()->AEGP_EnableCommand(command); }},
+    {"keep an undo group", [] { Utility()->AEGP_StartUndoGroup("Undo"); }},
+    {"end an undo group", [] { Utility()->AEGP_EndUndoGroup(); }},
     {"interrupt",
      [] {
        kill(getppid(), SIGINT);
@@ -149,6 +243,13 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"throw an int", [] { throw 516; }},
     {"report", [] { Utility()->AEGP_ReportInfo(pluginId, "something is up"); }},
     {"keep a preference", KeepAPreference},
+    {"write files",
+     [] {
+       const std::string folder = std::filesystem::current_path().string();
+       std::ofstream("written") << "in " << folder;
+       std::fputs("to the error stream\n", stderr);
+       writtenFile = folder + "/written";
+     }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
     {"end no line", [] { std::printf("no line end"); }},
@@ -167,6 +268,7 @@ std::string TakeBehaviour() {
   std::getline(file, behaviour);
   file.close();
   unlink("behaviour");
+  if (const char* const wanted = std::getenv("BEHAVIOUR")) behaviour = wanted;
   return behaviour;
 }
 
@@ -174,6 +276,9 @@ A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
   static const std::string behaviour = TakeBehaviour();
   static bool isDone = behaviour.empty();
   if (behaviour == "fail") return 42;
+  if (struct stat status{}; stat(writtenFile.c_str(), &status) == 0) {
+    std::printf("%s, %lld\n", writtenFile.c_str(), static_cast<long long>(status.st_mtime));
+  }
   if (!isDone) {
     isDone = true;
     kBehaviours.at(behaviour)();

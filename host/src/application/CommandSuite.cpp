@@ -1,32 +1,88 @@
 #include <fmt/format.h>
 
 #include "Host.h"
+#include "HostCall.h"
 #include "SuiteTables.h"
 
 namespace host {
 namespace {
 
 A_Err GetUniqueCommand(AEGP_Command* command) {
-  if (const A_Err fault = Fault("AEGP_GetUniqueCommand")) return fault;
+  HostCall call(SuiteId::command1, "AEGP_GetUniqueCommand", command);
+  call.needs(command, "unique_commandP");
+  if (const A_Err error = call.error()) return error;
   *command = TheHost().menus.makeCommand();
   return A_Err_NONE;
 }
 
 A_Err InsertMenuCommand(AEGP_Command command, const A_char* name, AEGP_MenuID menu, A_long place) {
-  if (const A_Err fault = Fault("AEGP_InsertMenuCommand")) return fault;
-  const A_Err result = TheHost().menus.insert(command, name, menu, place);
+  HostCall call(SuiteId::command1, "AEGP_InsertMenuCommand", int64_t{command}, name, int64_t{menu},
+                int64_t{place});
+  if (call.misuse() == A_Err_NONE && !TheHost().menus.wasMade(command)) {
+    call.misused(Finding::unknownCommand, "the command isn't from AEGP_GetUniqueCommand");
+  }
+  call.needs(name, "nameZ");
+  // Which menus there are isn't known here, only that they are numbered from 1.
+  if (menu < 1) call.misused(Finding::unknownMenu, fmt::format("there is no menu {}", int{menu}));
+  if (const A_Err error = call.error()) return error;
+  const bool inserted = TheHost().menus.insert(command, name, menu, place);
   TheHost().timeline.add(Actor::plugIn, fmt::format("inserts \"{}\" into menu {}, place {}{}", name,
-                                                    int{menu}, place, result ? ": refused" : ""));
-  return result;
+                                                    int{menu}, place, inserted ? "" : ": refused"));
+  return inserted ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
+}
+
+A_Err RemoveMenuCommand(AEGP_Command command) {
+  HostCall call(SuiteId::command1, "AEGP_RemoveMenuCommand", int64_t{command});
+  call.needsMenuItem(command);
+  if (const A_Err error = call.error()) return error;
+  TheHost().menus.remove(command);
+  TheHost().timeline.add(Actor::plugIn, fmt::format("removes menu item {}", command));
+  return A_Err_NONE;
+}
+
+A_Err SetMenuCommandName(AEGP_Command command, const A_char* name) {
+  HostCall call(SuiteId::command1, "AEGP_SetMenuCommandName", int64_t{command}, name);
+  call.needsMenuItem(command);
+  call.needs(name, "nameZ");
+  if (const A_Err error = call.error()) return error;
+  TheHost().menus.rename(command, name);
+  TheHost().timeline.add(Actor::plugIn, fmt::format("names menu item {} \"{}\"", command, name));
+  return A_Err_NONE;
 }
 
 A_Err EnableCommand(AEGP_Command command) {
-  if (const A_Err fault = Fault("AEGP_EnableCommand")) return fault;
-  return TheHost().menus.enable(command);
+  HostCall call(SuiteId::command1, "AEGP_EnableCommand", int64_t{command});
+  if (call.needsMenuItem(command) && call.misuse() == A_Err_NONE && !TheHost().isUpdatingMenus()) {
+    call.misused(Finding::enabledOutsideHook, "it lasts only until the menu closes");
+  }
+  if (const A_Err error = call.error()) return error;
+  TheHost().menus.setEnabled(command, true);
+  return A_Err_NONE;
 }
 
+A_Err DisableCommand(AEGP_Command command) {
+  HostCall call(SuiteId::command1, "AEGP_DisableCommand", int64_t{command});
+  call.needsMenuItem(command);
+  if (const A_Err error = call.error()) return error;
+  TheHost().menus.setEnabled(command, false);
+  return A_Err_NONE;
+}
+
+A_Err CheckMarkMenuCommand(AEGP_Command command, A_Boolean checked) {
+  HostCall call(SuiteId::command1, "AEGP_CheckMarkMenuCommand", int64_t{command}, int64_t{checked});
+  call.needsMenuItem(command);
+  if (const A_Err error = call.error()) return error;
+  TheHost().menus.setChecked(command, checked != 0);
+  return A_Err_NONE;
+}
+
+// The host has commands of its own that aren't known here.
 A_Err DoCommand(AEGP_Command command) {
-  if (const A_Err fault = Fault("AEGP_DoCommand")) return fault;
+  HostCall call(SuiteId::command1, "AEGP_DoCommand", int64_t{command});
+  if (command <= 0) {
+    call.misused(Finding::unknownCommand, fmt::format("there is no command {}", command));
+  }
+  if (const A_Err error = call.error()) return error;
   TheHost().timeline.add(Actor::plugIn, fmt::format("asks for command {}", command));
   TheHost().runCommand(command);
   return A_Err_NONE;
@@ -37,11 +93,11 @@ A_Err DoCommand(AEGP_Command command) {
 const AEGP_CommandSuite1 kCommandSuite1{
     .AEGP_GetUniqueCommand = GetUniqueCommand,
     .AEGP_InsertMenuCommand = InsertMenuCommand,
-    NOT_SUPPLIED(AEGP_RemoveMenuCommand),
-    NOT_SUPPLIED(AEGP_SetMenuCommandName),
+    .AEGP_RemoveMenuCommand = RemoveMenuCommand,
+    .AEGP_SetMenuCommandName = SetMenuCommandName,
     .AEGP_EnableCommand = EnableCommand,
-    NOT_SUPPLIED(AEGP_DisableCommand),
-    NOT_SUPPLIED(AEGP_CheckMarkMenuCommand),
+    .AEGP_DisableCommand = DisableCommand,
+    .AEGP_CheckMarkMenuCommand = CheckMarkMenuCommand,
     .AEGP_DoCommand = DoCommand,
 };
 

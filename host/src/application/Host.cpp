@@ -4,10 +4,12 @@
 #include <dlfcn.h>
 #include <fmt/format.h>
 #include <unistd.h>
+#include <utf8.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <typeinfo>
 #include <utility>
 
@@ -23,7 +25,6 @@ namespace host {
 namespace {
 
 constexpr char kHostBundle[] = "com.adobe.AfterEffects";
-constexpr AEGP_PluginID kPluginId = 1;
 
 // At namespace scope, so that it outlives the static objects of a module that is loaded later.
 Host theHost;
@@ -52,6 +53,24 @@ std::string Quoted(const std::string& text) {
 
 }  // namespace
 
+std::optional<std::string> ToUTF8(const A_UTF16Char* text) {
+  const A_UTF16Char* end = text;
+  while (*end != 0) ++end;
+  std::string utf8;
+  try {
+    utf8::utf16to8(text, end, std::back_inserter(utf8));
+  } catch (const utf8::invalid_utf16&) {
+    return {};
+  }
+  return utf8;
+}
+
+bool KnowsWindowClass(const HostSettings& settings, std::string_view className) {
+  return desktop::ClassFromString(std::string(className)) != nullptr ||
+         std::any_of(settings.windowClasses.begin(), settings.windowClasses.end(),
+                     [&](const auto& declared) { return declared.first == className; });
+}
+
 Host& TheHost() {
   return theHost;
 }
@@ -66,30 +85,43 @@ void Hooks::addCommandHook(const CommandHook& hook) {
 Host::~Host() {
   if (!mReporter.attached()) return;
   timeline.drainRest();
-  std::vector<std::string> findings = suites.findings();
-  for (std::string& finding : memory.findings()) findings.push_back(std::move(finding));
-  for (const std::string& finding : findings) fail("at process exit: " + finding);
-  if (findings.empty()) {
-    timeline.add(Actor::host,
-                 fmt::format("is gone; all {} suites acquired were released, no handle "
-                             "and no lock is left",
-                             suites.acquisitions()));
-  }
+  reportLeaks();
+  mFlight->callBegan = 0;
   mReporter.send(ReportKind::end, "");
 }
 
-void Host::prepare(const HostSettings& settings, const std::string& pluginModule, int reportPipe,
-                   bool timelineShown) {
+void Host::reportLeaks() {
+  static constexpr char kWhere[] = "\n    at the end of the process";
+  std::vector<std::pair<Finding, std::string>> leaks;
+  for (const std::string& leak : suites.leaks()) leaks.emplace_back(Finding::suiteLeaked, leak);
+  for (const std::string& leak : memory.leaks()) leaks.emplace_back(Finding::handleLeaked, leak);
+  for (const std::string& leak : blocks.leaks()) leaks.emplace_back(Finding::blockLeaked, leak);
+  for (const auto& [finding, leak] : leaks) report(finding, leak + kWhere);
+  if (!leaks.empty()) return;
+  timeline.add(Actor::host,
+               fmt::format("is gone; all {} suites acquired were released, no handle and no lock "
+                           "is left",
+                           suites.acquisitions()));
+}
+
+void Host::prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
+                   FlightRecord& flight) {
   mReporter.attach(reportPipe);
   mSettings = settings;
-  mPluginModule = pluginModule;
-  preferences = settings.preferences;
-  timeline.begin(mReporter, timelineShown);
+  mModule = module;
+  mFlight = &flight;
+  mMainThread = pthread_self();
+  preferences.reset(settings.preferences);
+  timeline.begin(mReporter, flight);
+  fileDates.watch(std::filesystem::current_path());
   setUpDesktop();
   for (const std::string& font : ReadLines("active-fonts")) mKnownFonts.insert(font);
 }
 
 void Host::setUpDesktop() {
+  for (const auto& [name, base] : mSettings.windowClasses) {
+    mWindowClasses.emplace_back(name, desktop::ClassFromString(base));
+  }
   desktop::Application::sharedApplication().setModalRunner(
       [this](desktop::Window& window) { return runModal(window); });
   desktop::SetLogSink([this](const std::string& line) {
@@ -113,41 +145,76 @@ void Host::addApplication(const std::string& bundleIdentifier) {
   desktop::Workspace::sharedWorkspace().addRunningApplication({id, bundleIdentifier});
 }
 
+void* Host::loadModule() {
+  if (!ModulesSeeVirtualTime()) {
+    giveUp(Finding::setup, "a plug-in wouldn't see the virtual time: another library defines it");
+  }
+  void* module = nullptr;
+  callPlugin("static constructor", [&] {
+    module = dlopen(mModule.path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return A_Err{A_Err_NONE};
+  });
+  if (!module) giveUp(Finding::setup, fmt::format("the plug-in can't be loaded: {}", dlerror()));
+  return module;
+}
+
 void Host::start() {
   timeline.add(Actor::host,
                fmt::format("starts, version {}.{}, language {}", mSettings.majorVersion,
                            mSettings.minorVersion, mSettings.language));
-  if (!ModulesSeeVirtualTime())
-    giveUp("a plug-in wouldn't see the virtual time: `time` is not ours");
-  void* module = dlopen(mPluginModule.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!module) giveUp(fmt::format("the plug-in can't be loaded: {}", dlerror()));
-  auto* const entry =
-      reinterpret_cast<AEGP_PluginInitFuncPrototype*>(dlsym(module, "EntryPointFunc"));
-  if (!entry) giveUp("the plug-in exports no EntryPointFunc");
+  auto* const entry = reinterpret_cast<AEGP_PluginInitFuncPrototype*>(
+      dlsym(loadModule(), mModule.entryPoint.c_str()));
+  if (!entry) {
+    giveUp(Finding::setup, fmt::format("the plug-in exports no {}", mModule.entryPoint));
+  }
+  mStarting = true;
   callPlugin("entry point", [&] {
     return entry(BasicSuite(), mSettings.majorVersion, mSettings.minorVersion, kPluginId,
                  &mGlobalRefcon);
   });
+  mStarting = false;
 }
 
-void Host::callPlugin(const char* what, const std::function<A_Err()>& call) {
+void Host::enterPlugin(const char* hook) {
+  if (mFlight->callBegan == 0) mFlight->callBegan = MonotonicNow();
+  mHook = hook;
+  Note(mFlight->hook, hook);
+}
+
+void Host::leavePlugin(const char* outerHook) {
+  mHook = outerHook;
+  Note(mFlight->hook, outerHook);
+  if (*outerHook == '\0') mFlight->callBegan = 0;
+}
+
+void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
+  const char* const outerHook = mHook;
   A_Err result = A_Err_NONE;
+  enterPlugin(hook);
   try {
     result = call();
   } catch (const SessionEnded&) {
     throw;
   } catch (...) {
-    giveUp(fmt::format("an exception left the plug-in's {}: {}", what, DescribeException()));
+    giveUp(Finding::exception, fmt::format("an exception leaves the plug-in's {}: {}{}", hook,
+                                           DescribeException(), where()));
   }
+  if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
+    reportMisuse(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
+  }
+  if (result != A_Err_NONE) {
+    timeline.record.errors.push_back({fmt::format("{} {}", hook, result), where()});
+  }
+  leavePlugin(outerHook);
   timeline.drain();
+  fileDates.update();
   if (result == A_Err_NONE) return;
-  timeline.record.errors.push_back(fmt::format("{} {}", what, result));
   timeline.add(Actor::host,
-               fmt::format("shows the plug-in's error: the {} returned {}", what, result));
+               fmt::format("shows the plug-in's error: the {} returned {}", hook, result));
 }
 
 void Host::idle() {
-  ++timeline.tick;
+  mFlight->tick = ++timeline.tick;
   for (const auto& hook : hooks.idle) {
     A_long maxSleep = 0;
     callPlugin("idle hook", [&] { return hook.function(mGlobalRefcon, hook.refcon, &maxSleep); });
@@ -157,10 +224,12 @@ void Host::idle() {
 void Host::drawMenus() {
   static constexpr AEGP_WindowType kNoWindow = 0;
   menus.disableAll();
+  const bool wasUpdating = std::exchange(mUpdatingMenus, true);
   for (const auto& hook : hooks.updateMenu) {
     callPlugin("update-menu hook",
                [&] { return hook.function(mGlobalRefcon, hook.refcon, kNoWindow); });
   }
+  mUpdatingMenus = wasUpdating;
 }
 
 bool Host::runCommand(AEGP_Command command) {
@@ -181,9 +250,14 @@ bool Host::runCommand(AEGP_Command command) {
   return wasHandled;
 }
 
+void Host::replaceProject(std::unique_ptr<Project> project) {
+  std::unique_ptr<_AEGP_Project*> closed = mProject->takeHandle();
+  mClosedProjects.emplace(closed.get(), std::move(closed));
+  mProject = std::move(project);
+}
+
 void Host::newProject() {
-  // Made before the old one is destroyed, so that its handle differs.
-  mProject = std::make_unique<Project>();
+  replaceProject(std::make_unique<Project>());
   timeline.add(Actor::host, "has a new project without a path");
 }
 
@@ -198,15 +272,14 @@ A_Err Host::openProject(const std::string& path) {
   opened->fonts = ReadLines(path);
   std::copy_if(opened->fonts.begin(), opened->fonts.end(), std::back_inserter(opened->missingFonts),
                [&](const std::string& font) { return !mKnownFonts.contains(font); });
-  mProject = std::move(opened);
+  replaceProject(std::move(opened));
   if (mProject->missingFonts.empty()) {
     timeline.add(Actor::host, fmt::format("opens {} with all its fonts", path));
     return A_Err_NONE;
   }
   timeline.add(Actor::host,
                fmt::format("opens {}, which lacks {}", path, Join(mProject->missingFonts, ", ")));
-  showDialog(MissingFontsTitle(mSettings.language, mSettings.majorVersion),
-             *desktop::ClassFromString(kDialogClass));
+  showMissingFontsDialog();
   return A_Err_NONE;
 }
 
@@ -219,9 +292,23 @@ void Host::saveProject(const std::string& path) {
   timeline.add(Actor::host, fmt::format("has written {}", path));
 }
 
-void Host::showDialog(const std::string& title, const desktop::WindowClass& windowClass) {
+void Host::showOpenProjectDialog() {
+  showDialog(mSettings.openProjectTitle.empty() ? OpenProjectTitle(mSettings.language)
+                                                : mSettings.openProjectTitle,
+             kDialogClass);
+}
+
+void Host::showMissingFontsDialog() {
+  showDialog(mSettings.missingFontsTitle.empty()
+                 ? MissingFontsTitle(mSettings.language, mSettings.majorVersion)
+                 : mSettings.missingFontsTitle,
+             kDialogClass);
+}
+
+void Host::showDialog(const std::string& title, const std::string& className) {
   DialogWindow window(
-      windowClass, title, [this](const DialogWindow& target, const desktop::KeyEvent& event) {
+      *desktop::ClassFromString(className), title,
+      [this](const DialogWindow& target, const desktop::KeyEvent& event) {
         const std::string key =
             target.isEscape(event)
                 ? "Escape"
@@ -233,10 +320,12 @@ void Host::showDialog(const std::string& title, const desktop::WindowClass& wind
   window.makeKeyAndOrderFront();
   callPlugin("modal session", [&] {
     desktop::Application::sharedApplication().beginModalSessionForWindow(window);
-    return A_Err_NONE;
+    return A_Err{A_Err_NONE};
   });
   window.orderOut();
-  if (!window.hasBegun()) fail(fmt::format("the dialog {} never began", Quoted(title)));
+  if (window.hasBegun()) return;
+  report(Finding::dialogNeverBegan,
+         fmt::format("the dialog {} never began{}", Quoted(title), where()));
 }
 
 int64_t Host::runModal(desktop::Window& window) {
@@ -282,20 +371,43 @@ void Host::quit() {
   }
 }
 
-void Host::giveUp(const std::string& what) const {
-  fail(what);
+void Host::beginStep(std::string_view place) {
+  Note(mFlight->step, place);
+}
+
+void Host::endSteps() {
+  mReporter.send(ReportKind::played, "");
+  enterPlugin("static destructor");
+}
+
+std::string Host::where() const {
+  return fmt::format("\n    in the {}, tick {}, host call {}, step {}", mHook, timeline.tick,
+                     mFlight->hostCall[0] ? mFlight->hostCall.data() : "none",
+                     mFlight->step.data());
+}
+
+void Host::report(Finding finding, std::string_view text) const {
+  mReporter.send(ReportKind::finding, fmt::format("{}\n{}", KindOf(finding).name, text));
+}
+
+void Host::reportMisuse(Finding finding, std::string_view text) {
+  const std::string_view name = KindOf(finding).name;
+  timeline.record.findings.emplace_back(name);
+  mReporter.send(ReportKind::misuse, fmt::format("{}\n{}{}", name, text, where()));
+  timeline.add(Actor::host, fmt::format("finds {}: {}", name, text));
+}
+
+void Host::reportFromOtherThread(std::string_view function) const {
+  report(Finding::wrongThread, fmt::format("{}: called from another thread", function));
+}
+
+void Host::giveUp(Finding finding, std::string_view text) const {
+  report(finding, text);
   throw SessionEnded{};
 }
 
-const std::string* Host::findPreference(const std::string& section, const std::string& key) const {
-  const auto entries = preferences.find(section);
-  if (entries == preferences.end()) return nullptr;
-  const auto entry = entries->second.find(key);
-  return entry == entries->second.end() ? nullptr : &entry->second;
-}
-
-void Host::noteRefusal(const std::string& text) {
-  if (mRefusals.insert(text).second) timeline.add(Actor::host, text);
+void Host::noteOnce(const std::string& text) {
+  if (mNotes.insert(text).second) timeline.add(Actor::host, text);
 }
 
 }  // namespace host

@@ -1,17 +1,26 @@
 #pragma once
 
+#include <pthread.h>
+
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
 #include "Faults.h"
+#include "FileDates.h"
+#include "Findings.h"
 #include "MemoryHandles.h"
 #include "Menus.h"
+#include "Preferences.h"
 #include "Reporter.h"
 #include "Suites.h"
 #include "Timeline.h"
@@ -21,16 +30,30 @@ namespace host {
 
 /// The name of the host in sessions and on the timeline.
 inline constexpr char kHostApplication[] = "host";
+/// The id of the plug-in.
+inline constexpr AEGP_PluginID kPluginId = 1;
 
 struct HostSettings {
   int32_t majorVersion = 114;
   int32_t minorVersion = 0;
   std::string language = "en";
+  std::string openProjectTitle;   ///< of the open project dialog; empty for the language's
+  std::string missingFontsTitle;  ///< of the dialog about missing fonts; empty for the language's
+  std::vector<std::pair<std::string, std::string>> windowClasses;  ///< name and base
   std::vector<std::string> applications{"com.apple.dock"};  ///< bundle ids of the others that run
-  std::map<std::string, std::map<std::string, std::string>> preferences;  ///< by section and key
+  Preferences::Sections preferences;
 };
 
-/// Thrown if a session can't go on, after the failure has been reported.
+/// Returns whether the host has the window class.
+bool KnowsWindowClass(const HostSettings& settings, std::string_view className);
+
+/// The module to load, and the name of its entry point.
+struct PluginModule {
+  std::string path;
+  std::string entryPoint = "EntryPointFunc";
+};
+
+/// Thrown if a session can't go on, after the finding has been reported.
 struct SessionEnded {};
 
 /// The host's current project. There always is one. One that was never saved has no path.
@@ -41,10 +64,12 @@ struct Project {
   std::vector<std::string> fonts;
   std::vector<std::string> missingFonts;  ///< decided when the project opened
 
-  AEGP_ProjectH handle() { return &mOpaque; }
+  AEGP_ProjectH handle() const { return mOpaque.get(); }
+  /// Gives away what the handle points to, so that its address isn't used again.
+  std::unique_ptr<_AEGP_Project*> takeHandle() { return std::move(mOpaque); }
 
  private:
-  _AEGP_Project* mOpaque = nullptr;
+  std::unique_ptr<_AEGP_Project*> mOpaque = std::make_unique<_AEGP_Project*>();
 };
 
 /// The host's own commands.
@@ -70,6 +95,9 @@ struct Hooks {
   void addCommandHook(const CommandHook& hook);
 };
 
+/// Returns a NUL-terminated UTF-16 text as UTF-8, or nothing if it isn't UTF-16.
+std::optional<std::string> ToUTF8(const A_UTF16Char* text);
+
 /// The host application, without windows. There is one in a process. It is destroyed after the
 /// static objects of a plug-in, and then reports what the plug-in has leaked.
 class Host {
@@ -79,9 +107,10 @@ class Host {
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
-  /// Sets up the host without a plug-in. The working directory must be the session folder.
-  void prepare(const HostSettings& settings, const std::string& pluginModule, int reportPipe,
-               bool timelineShown);
+  /// Sets up the host without a plug-in. The working directory must be the session folder. `flight`
+  /// outlives the host.
+  void prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
+               FlightRecord& flight);
   /// Loads the plug-in's module and calls its entry point. Never unloads it.
   void start();
   void idle();
@@ -95,55 +124,94 @@ class Host {
   A_Err openProject(const std::string& path);
   /// Writes the project to `path`, which becomes its path. The file's date is the virtual time.
   void saveProject(const std::string& path);
+  /// Shows the open project dialog until it is closed.
+  void showOpenProjectDialog();
   /// Shows a modal dialog until it is closed.
-  void showDialog(const std::string& title, const desktop::WindowClass& windowClass);
+  void showDialog(const std::string& title, const std::string& className);
   /// Scans the active fonts.
   void updateFontList();
   /// Brings an application to the front for the user. Starts it if it doesn't run.
   void bringToFront(const std::string& bundleIdentifier);
   void quit();
 
-  /// Reports a failure. The session goes on.
-  void fail(const std::string& what) const { mReporter.send(ReportKind::failure, what); }
-  /// Reports a failure and ends the session.
-  [[noreturn]] void giveUp(const std::string& what) const;
-  void reportStep(const std::string& where) const { mReporter.send(ReportKind::step, where); }
+  /// Notes that a step begins, by its place in the session file.
+  void beginStep(std::string_view place);
+  /// Notes that a step has been played.
+  void endStep() { ++mFlight->stepsPlayed; }
+  /// Tells the process that waits that all steps were played. From now on the static objects of the
+  /// plug-in are destroyed.
+  void endSteps();
+  /// Reports a finding. The session goes on.
+  void report(Finding finding, std::string_view text) const;
+  /// Reports a misuse of the host, with where it happened. The session may still expect it.
+  void reportMisuse(Finding finding, std::string_view text);
+  /// Reports a host call from another thread than the main one. For any thread.
+  void reportFromOtherThread(std::string_view function) const;
+  /// Takes back the misuses reported since the last call: the session expects them.
+  void expectMisuses() const { mReporter.send(ReportKind::expected, ""); }
+  /// Reports a finding and ends the session.
+  [[noreturn]] void giveUp(Finding finding, std::string_view text) const;
+  /// Says for a finding where the session is: the hook, the tick, the host call and the step.
+  std::string where() const;
   /// Adds the line to the timeline, once.
-  void noteRefusal(const std::string& text);
+  void noteOnce(const std::string& text);
+  /// Returns the place of a call that gives the plug-in something. `function` is static text.
+  Origin origin(const char* function) const { return {function, mHook, timeline.tick}; }
 
   Project& project() { return *mProject; }
+  /// Returns whether the handle is that of a project that was closed.
+  bool wasProject(AEGP_ProjectH project) const { return mClosedProjects.contains(project); }
   std::string frontApplication() const;
-  /// Returns null if there is none.
-  const std::string* findPreference(const std::string& section, const std::string& key) const;
-  AEGP_PersistentBlobH preferencesHandle() { return &mPreferencesOpaque; }
   const HostSettings& settings() const { return mSettings; }
+  FlightRecord& flight() { return *mFlight; }
+  bool isMainThread() const { return pthread_equal(pthread_self(), mMainThread) != 0; }
+  /// Whether the entry point is running.
+  bool isStarting() const { return mStarting; }
+  /// Whether the update-menu hooks are running.
+  bool isUpdatingMenus() const { return mUpdatingMenus; }
 
   Timeline timeline;
   Faults faults;
   MemoryHandles memory;
   SuiteLedger suites;
+  Blocks blocks;
   Menus menus;
   Hooks hooks;
-  std::map<std::string, std::map<std::string, std::string>> preferences;
+  Preferences preferences;
+  FileDates fileDates;
+  int undoGroups = 0;              ///< those that were started and not ended
   bool commandWasHandled = false;  ///< of the command that the user picked last
 
  private:
   void setUpDesktop();
   void addApplication(const std::string& bundleIdentifier);
+  void showMissingFontsDialog();
   int64_t runModal(desktop::Window& window);
-  /// Calls the plug-in. Shows an error to the user. Ends the session after an exception.
-  void callPlugin(const char* what, const std::function<A_Err()>& call);
+  void* loadModule();
+  /// Calls the plug-in. `hook` is static text. Shows an error to the user. Ends the session after
+  /// an exception.
+  void callPlugin(const char* hook, const std::function<A_Err()>& call);
+  void enterPlugin(const char* hook);
+  void leavePlugin(const char* outerHook);
+  void replaceProject(std::unique_ptr<Project> project);
+  void reportLeaks();
 
   Reporter mReporter;
   HostSettings mSettings;
-  std::string mPluginModule;
+  PluginModule mModule;
+  FlightRecord* mFlight = nullptr;
+  pthread_t mMainThread{};
+  const char* mHook = "";  ///< that is running; empty in the host itself
+  bool mStarting = false;
+  bool mUpdatingMenus = false;
   std::unique_ptr<Project> mProject = std::make_unique<Project>();
+  std::map<AEGP_ProjectH, std::unique_ptr<_AEGP_Project*>> mClosedProjects;
   std::set<std::string> mKnownFonts;
-  std::set<std::string> mRefusals;
+  std::set<std::string> mNotes;
+  std::deque<desktop::WindowClass> mWindowClasses;
   std::map<std::string, int32_t> mApplications;  ///< process ids by bundle id
   bool mUserSwitches = false;
   AEGP_GlobalRefcon mGlobalRefcon = nullptr;
-  _AEGP_PersistentBlob* mPreferencesOpaque = nullptr;
 };
 
 /// Returns the host of this process.

@@ -2,68 +2,67 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cstring>
+#include <numeric>
 #include <utility>
 
 namespace host {
 
-AEGP_MemHandle MemoryHandles::make(const std::u16string& text) {
+std::string Origin::text() const {
+  return fmt::format("{} in the {} at tick {}", function, hook, tick);
+}
+
+AEGP_MemHandle MemoryHandles::make(size_t size, const Origin& origin) {
   auto block = std::make_unique<Block>();
-  block->text = text;
-  block->start = reinterpret_cast<_Up_OpaqueMem*>(block->text.data());
+  block->bytes.resize(size);
+  block->start = reinterpret_cast<_Up_OpaqueMem*>(block->bytes.data());
+  block->origin = origin;
   const AEGP_MemHandle handle = &block->start;
   mBlocks.emplace(handle, std::move(block));
   return handle;
 }
 
-MemoryHandles::Block* MemoryHandles::find(AEGP_MemHandle handle, const char* function) {
-  const auto found = mBlocks.find(handle);
-  if (found != mBlocks.end()) return found->second.get();
-  mViolations.push_back(fmt::format("{} got a handle that doesn't exist (any more)", function));
-  return nullptr;
+AEGP_MemHandle MemoryHandles::make(const std::u16string& text, const Origin& origin) {
+  const size_t size = (text.size() + 1) * sizeof(char16_t);
+  const AEGP_MemHandle handle = make(size, origin);
+  std::memcpy(*handle, text.c_str(), size);
+  return handle;
 }
 
-A_Err MemoryHandles::free(AEGP_MemHandle handle) {
-  const Block* block = find(handle, "AEGP_FreeMemHandle");
-  if (!block) return A_Err_GENERIC;
-  if (block->locks > 0) mViolations.emplace_back("a handle was freed while it was locked");
-  mBlocks.erase(handle);
-  return A_Err_NONE;
+void* MemoryHandles::lock(AEGP_MemHandle handle) {
+  ++mBlocks.at(handle)->locks;
+  return *handle;
 }
 
-A_Err MemoryHandles::lock(AEGP_MemHandle handle, void** start) {
-  Block* block = find(handle, "AEGP_LockMemHandle");
-  if (!block) return A_Err_GENERIC;
-  ++block->locks;
-  *start = block->start;
-  return A_Err_NONE;
+bool MemoryHandles::unlock(AEGP_MemHandle handle) {
+  Block& block = *mBlocks.at(handle);
+  int& locks = block.locks > 0 ? block.locks : block.failedLocks;
+  if (locks == 0) return false;
+  --locks;
+  return true;
 }
 
-A_Err MemoryHandles::unlock(AEGP_MemHandle handle) {
-  Block* block = find(handle, "AEGP_UnlockMemHandle");
-  if (!block) return A_Err_GENERIC;
-  if (block->locks > 0) {
-    --block->locks;
-    return A_Err_NONE;
+void MemoryHandles::resize(AEGP_MemHandle handle, size_t size) {
+  Block& block = *mBlocks.at(handle);
+  block.bytes.resize(size);
+  block.start = reinterpret_cast<_Up_OpaqueMem*>(block.bytes.data());
+}
+
+size_t MemoryHandles::totalSize() const {
+  return std::accumulate(
+      mBlocks.begin(), mBlocks.end(), size_t{0},
+      [](size_t sum, const auto& entry) { return sum + entry.second->bytes.size(); });
+}
+
+std::vector<std::string> MemoryHandles::leaks() const {
+  std::vector<std::string> leaks;
+  for (const auto& [handle, block] : mBlocks) {
+    const char* const what = block->locks > 0 ? "a locked memory handle" : "a memory handle";
+    leaks.push_back(fmt::format("{} is left, from {}", what, block->origin.text()));
   }
-  if (block->failedLocks > 0) {
-    --block->failedLocks;
-  } else {
-    mViolations.emplace_back("a handle was unlocked that wasn't locked");
-  }
-  return A_Err_GENERIC;
-}
-
-void MemoryHandles::noteFailedLock(AEGP_MemHandle handle) {
-  if (Block* block = find(handle, "AEGP_LockMemHandle")) ++block->failedLocks;
-}
-
-std::vector<std::string> MemoryHandles::findings() const {
-  std::vector<std::string> findings = mViolations;
-  int locks = 0;
-  for (const auto& [handle, block] : mBlocks) locks += block->locks;
-  if (!mBlocks.empty()) findings.push_back(fmt::format("{} memory handle(s) left", mBlocks.size()));
-  if (locks > 0) findings.push_back(fmt::format("{} lock(s) of memory handles left", locks));
-  return findings;
+  std::sort(leaks.begin(), leaks.end());
+  return leaks;
 }
 
 }  // namespace host

@@ -1,40 +1,54 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "AE_GeneralPlug.h"
+#include "Origin.h"
 
 namespace host {
 
 /// The host's memory handles. A freed handle's memory is really freed, so that a sanitizer sees a
-/// later use. Misuse returns an error to the caller and is a failure of the session.
+/// later use.
 class MemoryHandles {
  public:
+  /// Makes a handle that holds `size` zero bytes.
+  AEGP_MemHandle make(size_t size, const Origin& origin);
   /// Makes a handle that holds `text` and a terminating 0.
-  AEGP_MemHandle make(const std::u16string& text);
-  A_Err free(AEGP_MemHandle handle);
-  A_Err lock(AEGP_MemHandle handle, void** start);
-  A_Err unlock(AEGP_MemHandle handle);
-  /// Notes a lock that the session made fail: an unlock for it is no misuse.
-  void noteFailedLock(AEGP_MemHandle handle);
+  AEGP_MemHandle make(const std::u16string& text, const Origin& origin);
+  bool holds(AEGP_MemHandle handle) const { return mBlocks.contains(handle); }
 
-  /// Returns each misuse so far, and each leak.
-  std::vector<std::string> findings() const;
+  // The handle has to exist.
+
+  /// Frees the handle, locked or not.
+  void free(AEGP_MemHandle handle) { mBlocks.erase(handle); }
+  void* lock(AEGP_MemHandle handle);
+  /// Notes a lock that the session made fail: an unlock for it is no misuse.
+  void noteFailedLock(AEGP_MemHandle handle) { ++mBlocks.at(handle)->failedLocks; }
+  /// Returns false if the handle isn't locked.
+  bool unlock(AEGP_MemHandle handle);
+  bool isLocked(AEGP_MemHandle handle) const { return mBlocks.at(handle)->locks > 0; }
+  size_t size(AEGP_MemHandle handle) const { return mBlocks.at(handle)->bytes.size(); }
+  void resize(AEGP_MemHandle handle, size_t size);
+
+  size_t count() const { return mBlocks.size(); }
+  size_t totalSize() const;
+  /// Describes each handle that is left.
+  std::vector<std::string> leaks() const;
 
  private:
   struct Block {
     _Up_OpaqueMem* start = nullptr;
-    std::u16string text;
+    std::vector<char> bytes;
     int locks = 0;
     int failedLocks = 0;
+    Origin origin;
   };
-  Block* find(AEGP_MemHandle handle, const char* function);
 
   std::unordered_map<AEGP_MemHandle, std::unique_ptr<Block>> mBlocks;
-  std::vector<std::string> mViolations;
 };
 
 }  // namespace host

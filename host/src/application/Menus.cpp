@@ -1,24 +1,53 @@
 #include "Menus.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace host {
+namespace {
 
-A_Err Menus::insert(AEGP_Command command, std::string_view text, AEGP_MenuID menu, A_long place) {
-  if (command <= 0 || command > mLastCommand || text.empty()) return A_Err_GENERIC;
-  if (menu == AEGP_Menu_WINDOW && place != AEGP_MENU_INSERT_SORTED) return A_Err_GENERIC;
-  mItems.push_back({command, std::string(text)});
-  return A_Err_NONE;
+template <typename Items>
+std::vector<std::string> Texts(const Items& items, bool Items::value_type::*flag) {
+  std::vector<std::string> texts;
+  for (const auto& item : items) {
+    if (item.*flag) texts.push_back(item.text);
+  }
+  return texts;
 }
 
-A_Err Menus::enable(AEGP_Command command) {
-  A_Err result = A_Err_GENERIC;
+}  // namespace
+
+bool Menus::insert(AEGP_Command command, std::string_view text, AEGP_MenuID menu, A_long place) {
+  if (menu == AEGP_Menu_WINDOW && place != AEGP_MENU_INSERT_SORTED) return false;
+  mItems.push_back({command, std::string(text)});
+  return true;
+}
+
+bool Menus::has(AEGP_Command command) const {
+  return std::any_of(mItems.begin(), mItems.end(),
+                     [&](const Item& item) { return item.command == command; });
+}
+
+void Menus::remove(AEGP_Command command) {
+  std::erase_if(mItems, [&](const Item& item) { return item.command == command; });
+}
+
+void Menus::rename(AEGP_Command command, std::string_view text) {
   for (Item& item : mItems) {
-    if (item.command != command) continue;
-    item.enabled = true;
-    result = A_Err_NONE;
+    if (item.command == command) item.text = text;
   }
-  return result;
+}
+
+void Menus::setEnabled(AEGP_Command command, bool enabled) {
+  for (Item& item : mItems) {
+    if (item.command == command) item.enabled = enabled;
+  }
+}
+
+void Menus::setChecked(AEGP_Command command, bool checked) {
+  for (Item& item : mItems) {
+    if (item.command == command) item.checked = checked;
+  }
 }
 
 void Menus::disableAll() {
@@ -37,11 +66,18 @@ bool Menus::isEnabled(AEGP_Command command) const {
 }
 
 std::vector<std::string> Menus::enabledItems() const {
-  std::vector<std::string> texts;
-  for (const Item& item : mItems) {
-    if (item.enabled) texts.push_back(item.text);
-  }
-  return texts;
+  return Texts(mItems, &Item::enabled);
+}
+
+std::vector<std::string> Menus::checkedItems() const {
+  return Texts(mItems, &Item::checked);
+}
+
+std::vector<AEGP_Command> Menus::commands() const {
+  std::vector<AEGP_Command> commands;
+  std::transform(mItems.begin(), mItems.end(), std::back_inserter(commands),
+                 [](const Item& item) { return item.command; });
+  return commands;
 }
 
 }  // namespace host

@@ -12,10 +12,24 @@ namespace host {
 class Menus {
  public:
   AEGP_Command makeCommand() { return ++mLastCommand; }
-  /// Inserts an item. Fails for a command that nobody has asked for, and for a place in the Window
-  /// menu other than `AEGP_MENU_INSERT_SORTED`.
-  A_Err insert(AEGP_Command command, std::string_view text, AEGP_MenuID menu, A_long place);
-  A_Err enable(AEGP_Command command);
+  /// Returns whether `makeCommand` has given out the command.
+  bool wasMade(AEGP_Command command) const {
+    return command > kLastHostCommand && command <= mLastCommand;
+  }
+
+  /// Inserts an item. Returns false for a place in the Window menu other than
+  /// `AEGP_MENU_INSERT_SORTED`.
+  bool insert(AEGP_Command command, std::string_view text, AEGP_MenuID menu, A_long place);
+  /// Returns whether an item has the command.
+  bool has(AEGP_Command command) const;
+
+  // There has to be an item with the command.
+
+  void remove(AEGP_Command command);
+  void rename(AEGP_Command command, std::string_view text);
+  void setEnabled(AEGP_Command command, bool enabled);
+  void setChecked(AEGP_Command command, bool checked);
+
   /// Called before a menu is drawn.
   void disableAll();
 
@@ -23,16 +37,20 @@ class Menus {
   AEGP_Command commandOf(std::string_view text) const;
   bool isEnabled(AEGP_Command command) const;
   std::vector<std::string> enabledItems() const;
+  std::vector<std::string> checkedItems() const;
+  std::vector<AEGP_Command> commands() const;
 
  private:
   struct Item {
     AEGP_Command command = 0;
     std::string text;
     bool enabled = false;
+    bool checked = false;
   };
 
   // The host's own commands have smaller ids.
-  AEGP_Command mLastCommand = 10'000;
+  static constexpr AEGP_Command kLastHostCommand = 10'000;
+  AEGP_Command mLastCommand = kLastHostCommand;
   std::vector<Item> mItems;
 };
 

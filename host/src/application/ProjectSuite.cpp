@@ -3,40 +3,68 @@
 #include <filesystem>
 
 #include "Host.h"
+#include "HostCall.h"
 #include "SuiteTables.h"
 
 namespace host {
 namespace {
 
+// How much the caller's buffer for a name holds isn't known here. No name is longer than this, with
+// its NUL.
+constexpr size_t kNameSize = 48;
+
 A_Err GetNumProjects(A_long* count) {
-  if (const A_Err fault = Fault("AEGP_GetNumProjects")) return fault;
+  HostCall call(SuiteId::proj6, "AEGP_GetNumProjects", count);
+  call.needs(count, "num_projPL");
+  if (const A_Err error = call.error()) return error;
   *count = 1;
   return A_Err_NONE;
 }
 
 A_Err GetProjectByIndex(A_long index, AEGP_ProjectH* project) {
-  if (const A_Err fault = Fault("AEGP_GetProjectByIndex")) return fault;
-  if (index != 0) return A_Err_GENERIC;
+  HostCall call(SuiteId::proj6, "AEGP_GetProjectByIndex", int64_t{index}, project);
+  call.needs(project, "projPH");
+  if (index != 0) call.misused(Finding::badArgument, fmt::format("there is no project {}", index));
+  if (const A_Err error = call.error()) return error;
   *project = TheHost().project().handle();
   return A_Err_NONE;
 }
 
+A_Err GetProjectName(AEGP_ProjectH project, A_char* name) {
+  HostCall call(SuiteId::proj6, "AEGP_GetProjectName", project, static_cast<const void*>(name));
+  call.needsProject(project);
+  call.needs(name, "nameZ");
+  if (const A_Err error = call.error()) return error;
+  const std::string path = TheHost().project().path;
+  const std::string text =
+      path.empty() ? "Untitled Project.aep" : std::filesystem::path(path).filename().string();
+  name[text.copy(name, kNameSize - 1)] = '\0';
+  return A_Err_NONE;
+}
+
 A_Err GetProjectPath(AEGP_ProjectH project, AEGP_MemHandle* path) {
-  if (const A_Err fault = Fault("AEGP_GetProjectPath")) return fault;
-  if (project != TheHost().project().handle()) return A_Err_GENERIC;
-  *path = TheHost().memory.make(TheHost().project().reportedPath);
+  HostCall call(SuiteId::proj6, "AEGP_GetProjectPath", project, path);
+  call.needsProject(project);
+  call.needs(path, "unicode_pathPH");
+  if (const A_Err error = call.error()) return error;
+  *path = TheHost().memory.make(TheHost().project().reportedPath,
+                                TheHost().origin("AEGP_GetProjectPath"));
   return A_Err_NONE;
 }
 
 A_Err ProjectIsDirty(AEGP_ProjectH project, A_Boolean* dirty) {
-  if (const A_Err fault = Fault("AEGP_ProjectIsDirty")) return fault;
-  if (project != TheHost().project().handle()) return A_Err_GENERIC;
+  HostCall call(SuiteId::proj6, "AEGP_ProjectIsDirty", project, dirty);
+  call.needsProject(project);
+  call.needs(dirty, "is_dirtyPB");
+  if (const A_Err error = call.error()) return error;
   *dirty = TheHost().project().dirty ? 1 : 0;
   return A_Err_NONE;
 }
 
 A_Err NewProject(AEGP_ProjectH* project) {
-  if (const A_Err fault = Fault("AEGP_NewProject")) return fault;
+  HostCall call(SuiteId::proj6, "AEGP_NewProject", project);
+  call.needs(project, "new_projectPH");
+  if (const A_Err error = call.error()) return error;
   TheHost().timeline.add(Actor::plugIn, "closes the project for a new one");
   TheHost().newProject();
   *project = TheHost().project().handle();
@@ -44,18 +72,17 @@ A_Err NewProject(AEGP_ProjectH* project) {
 }
 
 A_Err OpenProjectFromPath(const A_UTF16Char* path, AEGP_ProjectH* project) {
-  if (const A_Err fault = Fault("AEGP_OpenProjectFromPath")) return fault;
-  std::u16string text;
-  for (; *path; ++path) text += static_cast<char16_t>(*path);
-  std::string opened;
-  try {
-    opened = std::filesystem::path(text).string();
-  } catch (const std::exception&) {
+  HostCall call(SuiteId::proj6, "AEGP_OpenProjectFromPath", path, project);
+  call.needs(path, "pathZ");
+  call.needs(project, "projectPH");
+  if (const A_Err error = call.error()) return error;
+  const std::optional<std::string> opened = ToUTF8(path);
+  if (!opened) {
     TheHost().timeline.add(Actor::plugIn, "asks for a project whose path isn't UTF-16");
     return A_Err_GENERIC;
   }
-  TheHost().timeline.add(Actor::plugIn, fmt::format("asks for the project {}", opened));
-  if (const A_Err result = TheHost().openProject(opened)) return result;
+  TheHost().timeline.add(Actor::plugIn, fmt::format("asks for the project {}", *opened));
+  if (const A_Err result = TheHost().openProject(*opened)) return result;
   *project = TheHost().project().handle();
   return A_Err_NONE;
 }
@@ -65,7 +92,7 @@ A_Err OpenProjectFromPath(const A_UTF16Char* path, AEGP_ProjectH* project) {
 const AEGP_ProjSuite6 kProjSuite6{
     .AEGP_GetNumProjects = GetNumProjects,
     .AEGP_GetProjectByIndex = GetProjectByIndex,
-    NOT_SUPPLIED(AEGP_GetProjectName),
+    .AEGP_GetProjectName = GetProjectName,
     .AEGP_GetProjectPath = GetProjectPath,
     NOT_SUPPLIED(AEGP_GetProjectRootFolder),
     NOT_SUPPLIED(AEGP_SaveProjectToPath),

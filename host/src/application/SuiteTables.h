@@ -5,7 +5,6 @@
 
 #include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
-#include "Faults.h"
 
 // The tables that plug-ins get, and what their functions share. All of them act on `TheHost()`.
 
@@ -20,10 +19,6 @@ extern const AEGP_MemorySuite1 kMemorySuite1;
 extern const PF_AdvAppSuite2 kAdvAppSuite2;
 extern const AEGP_PersistentDataSuite3 kPersistentDataSuite3;
 extern const AEGP_PersistentDataSuite4 kPersistentDataSuite4;
-
-/// Returns the error that the session wants from this call of `function`, and adds it to the
-/// timeline. Returns 0 if the call may succeed.
-A_Err Fault(FailingFunction function);
 
 /// Adds a call of `function`, which this host doesn't supply, to the timeline. Returns the error
 /// for it.

@@ -7,17 +7,19 @@
 #include <cstring>
 
 #include "Host.h"
+#include "HostCall.h"
 #include "SuiteTables.h"
 
 namespace host {
 namespace {
 
 struct Suite {
-  const char* name;
+  std::string_view name;
   int32 version;
   const void* table;
 };
 
+// In the order of `SuiteId`.
 const std::array kSuites{
     Suite{"AEGP Register Suite", 6, &kRegisterSuite5},
     Suite{"AEGP Command Suite", 1, &kCommandSuite1},
@@ -31,40 +33,76 @@ const std::array kSuites{
 };
 
 // Returns `kSuites.size()` if there is none.
-size_t IndexOf(const char* name, int32 version) {
+size_t IndexOf(std::string_view name, int32 version) {
   const auto* const found = std::find_if(kSuites.begin(), kSuites.end(), [&](const Suite& suite) {
-    return suite.version == version && std::strcmp(suite.name, name) == 0;
+    return suite.version == version && suite.name == name;
   });
   return static_cast<size_t>(found - kSuites.begin());
 }
 
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
-  return TheHost().suites.acquire(name, version, suite);
+  HostCall call(SuiteId::basic, "AcquireSuite", name, int64_t{version});
+  call.needs(name, "name");
+  call.needs(suite, "suite");
+  if (const A_Err error = call.error()) return error;
+  *suite = nullptr;
+  if (TheHost().faults.refuses(name, version)) {
+    TheHost().noteOnce(fmt::format("refuses {} {}", name, version));
+  } else {
+    *suite = TheHost().suites.acquire(name, version, TheHost().origin("AcquireSuite"));
+    if (!*suite)
+      TheHost().noteOnce(fmt::format("{} {} is not supplied by this host", name, version));
+  }
+  return *suite ? A_Err{A_Err_NONE} : A_Err{PF_Err_BAD_CALLBACK_PARAM};
 }
 
 SPErr ReleaseSuite(const char* name, int32 version) {
-  return TheHost().suites.release(name, version);
+  HostCall call(SuiteId::basic, "ReleaseSuite", name, int64_t{version});
+  if (!call.needs(name, "name") || call.misuse() != A_Err_NONE) return call.misuse();
+  if (!TheHost().suites.release(name, version)) {
+    call.misused(Finding::suiteReleasedTooOften,
+                 fmt::format("{} {} isn't acquired", name, version));
+  }
+  return call.error();
 }
 
 SPBoolean IsEqual(const char* token1, const char* token2) {
+  HostCall call(SuiteId::basic, "IsEqual", token1, token2);
+  call.needs(token1, "token1");
+  call.needs(token2, "token2");
+  if (call.error() != A_Err_NONE) return 0;
   return std::strcmp(token1, token2) == 0 ? 1 : 0;
 }
 
 SPErr AllocateBlock(size_t size, void** block) {
-  *block = std::malloc(size);
-  return *block ? 0 : A_Err_GENERIC;
+  HostCall call(SuiteId::basic, "AllocateBlock", static_cast<int64_t>(size), block);
+  call.needs(block, "block");
+  if (const A_Err error = call.error()) return error;
+  *block = TheHost().blocks.allocate(size, TheHost().origin("AllocateBlock"));
+  return *block ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
+}
+
+bool NeedsBlock(HostCall& call, void* block) {
+  if (call.misuse() != A_Err_NONE || !call.needs(block, "block")) return false;
+  if (TheHost().blocks.holds(block)) return true;
+  call.misused(Finding::unknownBlock, "the block doesn't exist, or was freed before");
+  return false;
 }
 
 SPErr FreeBlock(void* block) {
-  std::free(block);
-  return 0;
+  HostCall call(SuiteId::basic, "FreeBlock", block);
+  if (NeedsBlock(call, block)) TheHost().blocks.free(block);
+  return call.error();
 }
 
 SPErr ReallocateBlock(void* block, size_t newSize, void** newBlock) {
-  void* moved = std::realloc(block, newSize);
+  HostCall call(SuiteId::basic, "ReallocateBlock", block, static_cast<int64_t>(newSize), newBlock);
+  if (NeedsBlock(call, block)) call.needs(newBlock, "newBlock");
+  if (const A_Err error = call.error()) return error;
+  void* const moved = TheHost().blocks.reallocate(block, newSize);
   if (!moved) return A_Err_GENERIC;
   *newBlock = moved;
-  return 0;
+  return A_Err_NONE;
 }
 
 SPBasicSuite basicSuite{
@@ -79,17 +117,15 @@ SPBasicSuite basicSuite{
 
 }  // namespace
 
-A_Err Fault(FailingFunction function) {
-  const A_Err result = TheHost().faults.take(function);
-  if (result != A_Err_NONE) {
-    TheHost().timeline.add(Actor::host, fmt::format("{} fails with {}", function.name, result));
-  }
-  return result;
-}
-
 A_Err NoteNotSupplied(const char* function) {
-  TheHost().timeline.record.notSupplied.emplace_back(function);
-  TheHost().timeline.add(Actor::host, fmt::format("doesn't supply {}", function));
+  Host& host = TheHost();
+  if (!host.isMainThread()) {
+    host.reportFromOtherThread(function);
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
+  Note(host.flight().hostCall, function);
+  host.timeline.record.notSupplied.push_back({function, host.where()});
+  host.noteOnce(fmt::format("{} is not supplied by this host", function));
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 
@@ -97,43 +133,68 @@ SPBasicSuite* BasicSuite() {
   return &basicSuite;
 }
 
-bool HasSuite(const std::string& name, int32 version) {
-  return IndexOf(name.c_str(), version) < kSuites.size();
+bool HasSuite(std::string_view name, int32 version) {
+  return IndexOf(name, version) < kSuites.size();
 }
 
-SPErr SuiteLedger::acquire(const char* name, int32 version, const void** suite) {
+const void* SuiteLedger::acquire(std::string_view name, int32 version, const Origin& origin) {
   static_assert(kSuiteCount == kSuites.size());
   const size_t index = IndexOf(name, version);
-  if (index == kSuiteCount || TheHost().faults.refuses(name, version)) {
-    TheHost().noteRefusal(fmt::format("refuses {} {}", name, version));
-    *suite = nullptr;
-    return PF_Err_BAD_CALLBACK_PARAM;
-  }
-  ++mOutstanding[index];
+  if (index == kSuiteCount) return nullptr;
+  mHeld[index].push_back(origin);
   ++mAcquisitions;
-  *suite = kSuites[index].table;
-  return 0;
+  return kSuites[index].table;
 }
 
-SPErr SuiteLedger::release(const char* name, int32 version) {
+bool SuiteLedger::release(std::string_view name, int32 version) {
   const size_t index = IndexOf(name, version);
-  if (index == kSuiteCount || mOutstanding[index] == 0) {
-    mViolations.push_back(fmt::format("{} {} was released but not acquired", name, version));
-    return A_Err_GENERIC;
-  }
-  --mOutstanding[index];
-  return 0;
+  if (index == kSuiteCount || mHeld[index].empty()) return false;
+  mHeld[index].pop_back();
+  return true;
 }
 
-std::vector<std::string> SuiteLedger::findings() const {
-  std::vector<std::string> findings = mViolations;
+std::vector<std::string> SuiteLedger::leaks() const {
+  std::vector<std::string> leaks;
   for (size_t i = 0; i < kSuiteCount; ++i) {
-    if (mOutstanding[i] == 0) continue;
-    const Suite& suite = kSuites[i];
-    findings.push_back(fmt::format("{} {} was acquired and not released, {} time(s)", suite.name,
-                                   suite.version, mOutstanding[i]));
+    for (const Origin& origin : mHeld[i]) {
+      leaks.push_back(fmt::format("{} {} is left, from {}", kSuites[i].name, kSuites[i].version,
+                                  origin.text()));
+    }
   }
-  return findings;
+  return leaks;
+}
+
+Blocks::~Blocks() {
+  for (const auto& [block, origin] : mOrigins) std::free(block);
+}
+
+void* Blocks::allocate(size_t size, const Origin& origin) {
+  void* const block = std::malloc(std::max<size_t>(size, 1));
+  if (block) mOrigins.emplace(block, origin);
+  return block;
+}
+
+void Blocks::free(void* block) {
+  mOrigins.erase(block);
+  std::free(block);
+}
+
+void* Blocks::reallocate(void* block, size_t size) {
+  const Origin origin = mOrigins.at(block);
+  void* const moved = std::realloc(block, std::max<size_t>(size, 1));
+  if (!moved) return nullptr;
+  mOrigins.erase(block);
+  mOrigins.emplace(moved, origin);
+  return moved;
+}
+
+std::vector<std::string> Blocks::leaks() const {
+  std::vector<std::string> leaks;
+  for (const auto& [block, origin] : mOrigins) {
+    leaks.push_back(fmt::format("a block is left, from {}", origin.text()));
+  }
+  std::sort(leaks.begin(), leaks.end());
+  return leaks;
 }
 
 }  // namespace host

@@ -2,36 +2,77 @@
 
 #include <array>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
-#include "AE_GeneralPlug.h"
+#include "Origin.h"
 #include "SPBasic.h"
 
 namespace host {
+
+/// The suites of this host.
+enum class SuiteId {
+  register5,
+  command1,
+  utility3,
+  utility6,
+  proj6,
+  memory1,
+  advApp2,
+  persistentData3,
+  persistentData4,
+  basic,  ///< always there; the last one
+};
 
 /// Returns the table for a plug-in's entry point. Its suites act on `TheHost()`.
 SPBasicSuite* BasicSuite();
 
 /// Returns whether this host has the suite.
-bool HasSuite(const std::string& name, int32 version);
+bool HasSuite(std::string_view name, int32 version);
 
-/// Counts acquisitions and releases of suites.
+/// Keeps account of acquisitions and releases of suites.
 class SuiteLedger {
  public:
-  /// Writes the suite's table and returns 0. Writes null and returns an error if there is none.
-  SPErr acquire(const char* name, int32 version, const void** suite);
-  SPErr release(const char* name, int32 version);
+  /// Notes an acquisition and returns the suite's table. Returns null if this host lacks the suite.
+  const void* acquire(std::string_view name, int32 version, const Origin& origin);
+  /// Returns false if the suite isn't acquired.
+  bool release(std::string_view name, int32 version);
+  bool isAcquired(SuiteId suite) const {
+    return suite == SuiteId::basic || !mHeld[static_cast<size_t>(suite)].empty();
+  }
 
   int64_t acquisitions() const { return mAcquisitions; }
-  /// Returns each misuse so far, and each leak.
-  std::vector<std::string> findings() const;
+  /// Describes each acquisition that is left.
+  std::vector<std::string> leaks() const;
 
  private:
-  static constexpr size_t kSuiteCount = 9;
+  static constexpr auto kSuiteCount = static_cast<size_t>(SuiteId::basic);
 
-  std::array<int64_t, kSuiteCount> mOutstanding{};
+  std::array<std::vector<Origin>, kSuiteCount> mHeld;
   int64_t mAcquisitions = 0;
-  std::vector<std::string> mViolations;
+};
+
+/// The blocks of memory that plug-ins get from the basic suite.
+class Blocks {
+ public:
+  ~Blocks();
+  Blocks() = default;
+  Blocks(const Blocks&) = delete;
+  Blocks& operator=(const Blocks&) = delete;
+
+  /// Returns null if there is no memory.
+  void* allocate(size_t size, const Origin& origin);
+  bool holds(void* block) const { return mOrigins.contains(block); }
+  /// The block has to exist.
+  void free(void* block);
+  /// The block has to exist. Returns null, and leaves the block alone, if there is no memory.
+  void* reallocate(void* block, size_t size);
+  /// Describes each block that is left.
+  std::vector<std::string> leaks() const;
+
+ private:
+  std::unordered_map<void*, Origin> mOrigins;
 };
 
 }  // namespace host

@@ -1,40 +1,114 @@
 #include <fmt/format.h>
 
+#include <filesystem>
+
 #include "Host.h"
+#include "HostCall.h"
 #include "SuiteTables.h"
 
 namespace host {
 namespace {
 
-A_Err ReportInfo(AEGP_PluginID, const A_char* text) {
-  if (const A_Err fault = Fault("AEGP_ReportInfo")) return fault;
+void Report(const std::string& text) {
   TheHost().timeline.add(Actor::plugIn, fmt::format("reports to the user: {}", text));
-  TheHost().timeline.record.reports.emplace_back(text);
+  TheHost().timeline.record.reports.push_back({text, TheHost().where()});
+}
+
+template <SuiteId suite>
+A_Err ReportInfo(AEGP_PluginID id, const A_char* text) {
+  HostCall call(suite, "AEGP_ReportInfo", int64_t{id}, text);
+  call.needsPluginId(id);
+  call.needs(text, "info_stringZ");
+  if (const A_Err error = call.error()) return error;
+  Report(text);
+  return A_Err_NONE;
+}
+
+A_Err ReportInfoUnicode(AEGP_PluginID id, const A_UTF16Char* text) {
+  HostCall call(SuiteId::utility6, "AEGP_ReportInfoUnicode", int64_t{id}, text);
+  call.needsPluginId(id);
+  call.needs(text, "info_stringP");
+  if (const A_Err error = call.error()) return error;
+  const std::optional<std::string> utf8 = ToUTF8(text);
+  if (!utf8) {
+    call.misused(Finding::badArgument, "info_stringP isn't UTF-16");
+    return call.misuse();
+  }
+  Report(*utf8);
+  return A_Err_NONE;
+}
+
+template <SuiteId suite>
+A_Err StartUndoGroup(const A_char* name) {
+  HostCall call(suite, "AEGP_StartUndoGroup", name);
+  call.needs(name, "undo_nameZ");
+  if (const A_Err error = call.error()) return error;
+  ++TheHost().undoGroups;
+  TheHost().timeline.add(Actor::plugIn, fmt::format("starts the undo group \"{}\"", name));
+  return A_Err_NONE;
+}
+
+template <SuiteId suite>
+A_Err EndUndoGroup() {
+  HostCall call(suite, "AEGP_EndUndoGroup");
+  if (call.misuse() == A_Err_NONE && TheHost().undoGroups == 0) {
+    call.misused(Finding::unbalancedUndoGroup, "no undo group was started");
+  }
+  if (const A_Err error = call.error()) return error;
+  --TheHost().undoGroups;
+  TheHost().timeline.add(Actor::plugIn, "ends an undo group");
+  return A_Err_NONE;
+}
+
+template <SuiteId suite>
+A_Err WriteToOSConsole(const A_char* text) {
+  HostCall call(suite, "AEGP_WriteToOSConsole", text);
+  call.needs(text, "textZ");
+  if (const A_Err error = call.error()) return error;
+  TheHost().timeline.add(Actor::plugIn, fmt::format("writes to the system's console: {}", text));
+  return A_Err_NONE;
+}
+
+A_Err IsScriptingAvailable(A_Boolean* available) {
+  HostCall call(SuiteId::utility6, "AEGP_IsScriptingAvailable", available);
+  call.needs(available, "outAvailablePB");
+  if (const A_Err error = call.error()) return error;
+  *available = 0;
+  return A_Err_NONE;
+}
+
+A_Err HostIsActivated(A_Boolean* activated) {
+  HostCall call(SuiteId::utility6, "AEGP_HostIsActivated", activated);
+  call.needs(activated, "is_activatedPB");
+  if (const A_Err error = call.error()) return error;
+  *activated = TheHost().frontApplication() == kHostApplication ? 1 : 0;
   return A_Err_NONE;
 }
 
 A_Err UpdateFontList() {
-  if (const A_Err fault = Fault("AEGP_UpdateFontList")) return fault;
+  HostCall call(SuiteId::utility6, "AEGP_UpdateFontList");
+  if (const A_Err error = call.error()) return error;
   TheHost().updateFontList();
   return A_Err_NONE;
 }
 
 A_Err RefreshAllWindows() {
-  if (const A_Err fault = Fault("PF_RefreshAllWindows")) return fault;
-  TheHost().timeline.add(Actor::plugIn, "has all windows drawn anew");
+  HostCall call(SuiteId::advApp2, "PF_RefreshAllWindows");
+  if (const A_Err error = call.error()) return error;
+  TheHost().timeline.add(Actor::plugIn, "has all windows drawn again");
   return A_Err_NONE;
 }
 
 }  // namespace
 
 const AEGP_UtilitySuite3 kUtilitySuite3{
-    .AEGP_ReportInfo = ReportInfo,
+    .AEGP_ReportInfo = ReportInfo<SuiteId::utility3>,
     NOT_SUPPLIED(AEGP_GetDriverPluginInitFuncVersion),
     NOT_SUPPLIED(AEGP_GetDriverImplementationVersion),
     NOT_SUPPLIED(AEGP_StartQuietErrors),
     NOT_SUPPLIED(AEGP_EndQuietErrors),
-    NOT_SUPPLIED(AEGP_StartUndoGroup),
-    NOT_SUPPLIED(AEGP_EndUndoGroup),
+    .AEGP_StartUndoGroup = StartUndoGroup<SuiteId::utility3>,
+    .AEGP_EndUndoGroup = EndUndoGroup<SuiteId::utility3>,
     NOT_SUPPLIED(AEGP_RegisterWithAEGP),
     NOT_SUPPLIED(AEGP_GetMainHWND),
     NOT_SUPPLIED(AEGP_ShowHideAllFloaters),
@@ -51,20 +125,20 @@ const AEGP_UtilitySuite3 kUtilitySuite3{
     NOT_SUPPLIED(AEGP_ConvertHSFRatioToFpLong),
     NOT_SUPPLIED(AEGP_CauseIdleRoutinesToBeCalled),
     NOT_SUPPLIED(AEGP_GetSuppressInteractiveUI),
-    NOT_SUPPLIED(AEGP_WriteToOSConsole),
+    .AEGP_WriteToOSConsole = WriteToOSConsole<SuiteId::utility3>,
     NOT_SUPPLIED(AEGP_WriteToDebugLog),
 };
 
 const AEGP_UtilitySuite6 kUtilitySuite6{
-    .AEGP_ReportInfo = ReportInfo,
-    NOT_SUPPLIED(AEGP_ReportInfoUnicode),
+    .AEGP_ReportInfo = ReportInfo<SuiteId::utility6>,
+    .AEGP_ReportInfoUnicode = ReportInfoUnicode,
     NOT_SUPPLIED(AEGP_GetDriverPluginInitFuncVersion),
     NOT_SUPPLIED(AEGP_GetDriverImplementationVersion),
     NOT_SUPPLIED(AEGP_StartQuietErrors),
     NOT_SUPPLIED(AEGP_EndQuietErrors),
     NOT_SUPPLIED(AEGP_GetLastErrorMessage),
-    NOT_SUPPLIED(AEGP_StartUndoGroup),
-    NOT_SUPPLIED(AEGP_EndUndoGroup),
+    .AEGP_StartUndoGroup = StartUndoGroup<SuiteId::utility6>,
+    .AEGP_EndUndoGroup = EndUndoGroup<SuiteId::utility6>,
     NOT_SUPPLIED(AEGP_RegisterWithAEGP),
     NOT_SUPPLIED(AEGP_GetMainHWND),
     NOT_SUPPLIED(AEGP_ShowHideAllFloaters),
@@ -81,11 +155,11 @@ const AEGP_UtilitySuite6 kUtilitySuite6{
     NOT_SUPPLIED(AEGP_ConvertHSFRatioToFpLong),
     NOT_SUPPLIED(AEGP_CauseIdleRoutinesToBeCalled),
     NOT_SUPPLIED(AEGP_GetSuppressInteractiveUI),
-    NOT_SUPPLIED(AEGP_WriteToOSConsole),
+    .AEGP_WriteToOSConsole = WriteToOSConsole<SuiteId::utility6>,
     NOT_SUPPLIED(AEGP_WriteToDebugLog),
-    NOT_SUPPLIED(AEGP_IsScriptingAvailable),
+    .AEGP_IsScriptingAvailable = IsScriptingAvailable,
     NOT_SUPPLIED(AEGP_ExecuteScript),
-    NOT_SUPPLIED(AEGP_HostIsActivated),
+    .AEGP_HostIsActivated = HostIsActivated,
     NOT_SUPPLIED(AEGP_GetPluginPlatformRef),
     .AEGP_UpdateFontList = UpdateFontList,
     NOT_SUPPLIED(AEGP_GetPluginPaths),

@@ -19,13 +19,16 @@ void Reporter::send(ReportKind kind, std::string_view text) const {
   }
 }
 
-bool ReadReport(std::FILE* pipe, Report& report) {
+bool ParseReport(std::string_view bytes, size_t& place, Report& report) {
+  constexpr size_t kHead = 1 + sizeof(uint64_t);
+  if (bytes.size() - place < kHead) return false;
   uint64_t size = 0;
-  const int kind = std::fgetc(pipe);
-  if (kind == EOF || std::fread(&size, sizeof size, 1, pipe) != 1) return false;
-  report.kind = static_cast<ReportKind>(kind);
-  report.text.resize(size);
-  return std::fread(report.text.data(), 1, size, pipe) == size;
+  std::memcpy(&size, bytes.data() + place + 1, sizeof size);
+  if (bytes.size() - place - kHead < size) return false;
+  report.kind = static_cast<ReportKind>(bytes[place]);
+  report.text = bytes.substr(place + kHead, size);
+  place += kHead + size;
+  return true;
 }
 
 }  // namespace host

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdio>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,10 +11,12 @@
 namespace host {
 
 enum class ReportKind : char {
-  line = 'L',     ///< a line of the timeline
-  step = 'T',     ///< a step begins; its place in the session file
-  failure = 'F',  ///< a failure of the session; may have several lines
-  end = 'E',      ///< all static objects are destroyed, and the host has checked for leaks
+  line = 'L',      ///< a line of the timeline
+  finding = 'F',   ///< the finding's name, a line feed, and its text, which may have several lines
+  misuse = 'M',    ///< the same, for a misuse of the host that the session may still expect
+  expected = 'X',  ///< the session expects every misuse since the last such report
+  played = 'P',    ///< all steps were played
+  end = 'E',       ///< all static objects are destroyed, and the host has checked for leaks
 };
 
 struct Report {
@@ -33,7 +35,7 @@ class Reporter {
   int mPipe = -1;
 };
 
-/// Reads the next report. Returns false at the end of the pipe, even within a report.
-bool ReadReport(std::FILE* pipe, Report& report);
+/// Reads the report at `place` and moves `place` past it. Returns false if it isn't whole.
+bool ParseReport(std::string_view bytes, size_t& place, Report& report);
 
 }  // namespace host

@@ -42,6 +42,37 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
   }
 }
 
+std::vector<std::string> Split(std::string_view text, char separator) {
+  std::vector<std::string> parts;
+  size_t begin = 0;
+  for (size_t end = 0; (end = text.find(separator, begin)) != std::string_view::npos;
+       begin = end + 1) {
+    parts.emplace_back(text.substr(begin, end - begin));
+  }
+  parts.emplace_back(text.substr(begin));
+  return parts;
+}
+
+std::string EscapeControls(std::string_view text) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  std::string escaped;
+  for (const char letter : text) {
+    const auto code = static_cast<unsigned char>(letter);
+    if (code >= 0x20 && code != 0x7f) {
+      escaped += letter;
+    } else if (letter == '\n') {
+      escaped += "\\n";
+    } else if (letter == '\t') {
+      escaped += "\\t";
+    } else {
+      escaped += "\\x";
+      escaped += kDigits[code >> 4];
+      escaped += kDigits[code & 15];
+    }
+  }
+  return escaped;
+}
+
 std::vector<std::string> ReadLines(const std::filesystem::path& file) {
   std::vector<std::string> lines;
   std::ifstream stream(file, std::ios::binary);
@@ -63,10 +94,12 @@ void AppendLine(const std::filesystem::path& file, std::string_view line) {
 }
 
 void SetModificationDate(const std::filesystem::path& file, int64_t date) {
+  if (!TrySetModificationDate(file, date)) ThrowFileError("can't set the date of", file);
+}
+
+bool TrySetModificationDate(const std::filesystem::path& file, int64_t date) {
   const std::array<timespec, 2> times{timespec{date, 0}, timespec{date, 0}};
-  if (utimensat(AT_FDCWD, file.c_str(), times.data(), 0) != 0) {
-    ThrowFileError("can't set the date of", file);
-  }
+  return utimensat(AT_FDCWD, file.c_str(), times.data(), AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 std::vector<std::string> GrowingFile::newLines() {

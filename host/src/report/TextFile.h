@@ -14,6 +14,9 @@ namespace host {
 
 std::string Join(const std::vector<std::string>& parts, std::string_view separator);
 void ReplaceAll(std::string& text, std::string_view from, std::string_view to);
+std::vector<std::string> Split(std::string_view text, char separator);
+/// Writes control characters as escapes: a line feed as "\n", an escape as "\x1b".
+std::string EscapeControls(std::string_view text);
 
 /// Reads the lines of a file. A missing file has none.
 std::vector<std::string> ReadLines(const std::filesystem::path& file);
@@ -24,6 +27,8 @@ void WriteLines(const std::filesystem::path& file, const std::vector<std::string
 void AppendLine(const std::filesystem::path& file, std::string_view line);
 /// Sets the date of the file's contents, in seconds since 1970.
 void SetModificationDate(const std::filesystem::path& file, int64_t date);
+/// Does the same, and returns false if it can't.
+bool TrySetModificationDate(const std::filesystem::path& file, int64_t date);
 
 /// Follows a file that another process appends to. Doesn't own the descriptor.
 class GrowingFile {
@@ -33,6 +38,8 @@ class GrowingFile {
   std::vector<std::string> newLines();
   /// Returns the unfinished line at the end of the file, and forgets it.
   std::string takeRest();
+  /// How many bytes of the file were returned.
+  off_t taken() const { return mOffset - static_cast<off_t>(mRest.size()); }
 
  private:
   int mDescriptor = -1;

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
@@ -18,59 +19,38 @@ std::string_view NameOf(Actor actor) {
   return kNames[static_cast<size_t>(actor)];
 }
 
-std::vector<std::string> SplitAtTabs(const std::string& line) {
-  std::vector<std::string> parts;
-  size_t begin = 0;
-  for (size_t end = 0; (end = line.find('\t', begin)) != std::string::npos; begin = end + 1) {
-    parts.push_back(line.substr(begin, end - begin));
+// Makes `stream`, whose descriptor is `descriptor`, write to `file` at once: what stands in a
+// buffer is lost in a crash. Returns a descriptor to read from.
+int Redirect(const char* file, std::FILE* stream, int descriptor) {
+  const int output = open(file, O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  if (output < 0 || dup2(output, descriptor) < 0) {
+    throw std::runtime_error(fmt::format("can't open {}", file));
   }
-  parts.push_back(line.substr(begin));
-  return parts;
-}
-
-std::string Unescape(std::string_view escaped) {
-  std::string text;
-  for (size_t i = 0; i < escaped.size(); ++i) {
-    if (escaped[i] != '\\' || i + 1 == escaped.size()) {
-      text += escaped[i];
-      continue;
-    }
-    const char kind = escaped[++i];
-    text += kind == 't' ? '\t' : kind == 'n' ? '\n' : kind;
-  }
-  return text;
-}
-
-FrameworkCall ParseJournalLine(const std::string& line) {
-  const std::vector<std::string> parts = SplitAtTabs(line);
-  FrameworkCall call;
-  call.operation = call.text = parts.front();
-  for (size_t i = 1; i < parts.size(); ++i) {
-    const size_t equals = parts[i].find('=');
-    if (equals == std::string::npos) continue;
-    call.fields[parts[i].substr(0, equals)] = Unescape(parts[i].substr(equals + 1));
-    call.text += "  " + parts[i];
-  }
-  return call;
-}
-
-int OpenOrThrow(int descriptor, const char* what) {
-  if (descriptor < 0) throw std::runtime_error(fmt::format("can't open {}", what));
-  return descriptor;
+  std::setvbuf(stream, nullptr, _IONBF, 0);
+  return output;
 }
 
 }  // namespace
 
-void Timeline::begin(const Reporter& reporter, bool shown) {
+std::string TimelineLine(std::string_view tick, Actor actor, std::string_view text) {
+  return fmt::format("{:>6}  {:<9}  {}", tick, NameOf(actor), EscapeControls(text));
+}
+
+std::string StdoutText(std::string_view line) {
+  return fmt::format("prints: {}", line);
+}
+
+std::string StderrText(std::string_view line) {
+  return fmt::format("writes to standard error: {}", line);
+}
+
+void Timeline::begin(const Reporter& reporter, FlightRecord& flight) {
   mReporter = &reporter;
-  mShown = shown;
+  mFlight = &flight;
   mFolderPrefix = std::filesystem::current_path().string() + "/";
-  mJournal.follow(OpenOrThrow(open("journal", O_RDONLY | O_CREAT | O_CLOEXEC, 0600), "journal"));
-  const int output =
-      OpenOrThrow(open(".stdout", O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600), "stdout");
   std::fflush(nullptr);
-  OpenOrThrow(dup2(output, STDOUT_FILENO), "standard output");
-  mStdout.follow(output);
+  mStdout.follow(Redirect(kStdoutFile, stdout, STDOUT_FILENO));
+  mStderr.follow(Redirect(kStderrFile, stderr, STDERR_FILENO));
 }
 
 void Timeline::add(Actor actor, std::string_view text) {
@@ -81,40 +61,35 @@ void Timeline::add(Actor actor, std::string_view text) {
 void Timeline::drain() {
   std::fflush(nullptr);
   for (const std::string& line : mStdout.newLines()) takeStdoutLine(line);
-  for (const std::string& line : mJournal.newLines()) takeJournalLine(line);
+  for (const std::string& line : mStderr.newLines()) takeStderrLine(line);
+  mFlight->stdoutTaken = mStdout.taken();
+  mFlight->stderrTaken = mStderr.taken();
+  for (const auto& source : mSources) source();
 }
 
 void Timeline::drainRest() {
   drain();
   if (const std::string rest = mStdout.takeRest(); !rest.empty()) takeStdoutLine(rest);
+  if (const std::string rest = mStderr.takeRest(); !rest.empty()) takeStderrLine(rest);
+  mFlight->stdoutTaken = mStdout.taken();
+  mFlight->stderrTaken = mStderr.taken();
 }
 
 void Timeline::show(Actor actor, std::string text) {
-  if (!mShown) return;
-  ReplaceAll(text, mFolderPrefix, "");
-  ReplaceAll(text, "\n", "\\n");
+  shortenPaths(text);
   const bool isNewTick = std::exchange(mLastShownTick, tick) != tick;
-  mReporter->send(
-      ReportKind::line,
-      fmt::format("{:>6}  {:<9}  {}", isNewTick ? std::to_string(tick) : "", NameOf(actor), text));
+  mReporter->send(ReportKind::line,
+                  TimelineLine(isNewTick ? std::to_string(tick) : "", actor, text));
 }
 
 void Timeline::takeStdoutLine(const std::string& line) {
   record.stdoutLines.push_back(line);
-  show(Actor::plugIn, fmt::format("prints: {}", line));
+  show(Actor::plugIn, StdoutText(line));
 }
 
-void Timeline::takeJournalLine(const std::string& line) {
-  std::string relative = line;
-  ReplaceAll(relative, mFolderPrefix, "");
-  FrameworkCall call = ParseJournalLine(relative);
-  call.tick = tick;
-  if (const auto left = answersLeft.find(call.operation);
-      left != answersLeft.end() && left->second > 0) {
-    --left->second;
-  }
-  show(Actor::framework, call.text);
-  record.frameworkCalls.push_back(std::move(call));
+void Timeline::takeStderrLine(const std::string& line) {
+  record.stderrLines.push_back(line);
+  show(Actor::plugIn, StderrText(line));
 }
 
 }  // namespace host

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
-#include <map>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "FlightRecord.h"
 #include "Reporter.h"
 #include "TextFile.h"
 
@@ -16,55 +16,70 @@ namespace host {
 
 enum class Actor { user, host, plugIn, framework, desktop, session };
 
-/// A framework call from the journal. Paths are relative to the session folder.
-struct FrameworkCall {
-  int64_t tick = 0;
-  std::string operation;
-  std::map<std::string, std::string> fields;  ///< arguments, out-arguments and `result`
-  std::string text;                           ///< operation and fields for a reader
+/// The names of the files in the session folder that take the output of the process.
+inline constexpr char kStdoutFile[] = ".stdout";
+inline constexpr char kStderrFile[] = ".stderr";
+
+/// Returns a line of the timeline, with control characters escaped. `tick` is empty for a line that
+/// belongs to the same tick as the one before.
+std::string TimelineLine(std::string_view tick, Actor actor, std::string_view text);
+/// Returns the text for a line that the plug-in wrote to its standard output or error.
+std::string StdoutText(std::string_view line);
+std::string StderrText(std::string_view line);
+
+/// An event that a session has to expect.
+struct Noted {
+  std::string text;
+  std::string where;  ///< for a finding, in case that it isn't expected
 };
 
 /// The events since an expectation last took them.
 struct Record {
   std::vector<std::string> dialogsShown;  ///< titles of the dialogs that reached the user
-  std::vector<std::string> errors;        ///< as "idle hook 1", shown to the user
-  std::vector<std::string> reports;       ///< texts of `AEGP_ReportInfo`
-  std::vector<std::string> notSupplied;   ///< functions of the host that it doesn't supply
+  std::vector<Noted> errors;              ///< as "idle hook 1", shown to the user
+  std::vector<Noted> reports;             ///< texts of `AEGP_ReportInfo`
+  std::vector<Noted> notSupplied;         ///< functions of the host that it doesn't supply
   std::vector<std::string> activated;     ///< applications that the plug-in brought to the front
+  std::vector<std::string> findings;      ///< names of the misuses of the host
   std::vector<std::string> stdoutLines;
-  std::vector<FrameworkCall> frameworkCalls;
+  std::vector<std::string> stderrLines;
   int64_t fontUpdates = 0;
 };
 
-/// Collects entries. Before each one it takes in what the framework and the plug-in have written
-/// since, so that the order is right.
+/// Collects entries. Before each one it takes in what the plug-in and others have written since, so
+/// that the order is right.
 class Timeline {
  public:
-  /// Sends entries to `reporter` if `shown`. Redirects the standard output of this process into the
-  /// timeline and follows the journal. The working directory must be the session folder.
-  void begin(const Reporter& reporter, bool shown);
+  /// Sends entries to `reporter`. Redirects the standard output and error of this process into the
+  /// timeline. The working directory must be the session folder. `flight` is told how much was
+  /// taken in.
+  void begin(const Reporter& reporter, FlightRecord& flight);
+  /// Has `source` add its own entries each time the timeline takes in what was written.
+  void addSource(std::function<void()> source) { mSources.push_back(std::move(source)); }
   void add(Actor actor, std::string_view text);
-  /// Takes in what the framework and the plug-in have written. Cheap if there is nothing new.
+  /// Takes in what was written. Cheap if there is nothing new.
   void drain();
-  /// Does the same, and takes in an unfinished line of the plug-in's too.
+  /// Does the same, and takes in unfinished lines of the plug-in's too.
   void drainRest();
+  /// Adds an entry without taking in anything first. For sources.
+  void show(Actor actor, std::string text);
+  /// Makes paths in the session folder relative to it.
+  void shortenPaths(std::string& text) const { ReplaceAll(text, mFolderPrefix, ""); }
 
   int64_t tick = 0;  ///< 0 before the first idle tick
-  /// The answers set up for the framework that no call has used, by operation.
-  std::map<std::string, int64_t> answersLeft;
   Record record;
 
  private:
-  void show(Actor actor, std::string text);
   void takeStdoutLine(const std::string& line);
-  void takeJournalLine(const std::string& line);
+  void takeStderrLine(const std::string& line);
 
   const Reporter* mReporter = nullptr;
-  bool mShown = false;
+  FlightRecord* mFlight = nullptr;
   int64_t mLastShownTick = -1;
   std::string mFolderPrefix;
   GrowingFile mStdout;
-  GrowingFile mJournal;
+  GrowingFile mStderr;
+  std::vector<std::function<void()>> mSources;
 };
 
 }  // namespace host

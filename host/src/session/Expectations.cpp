@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <utility>
 
@@ -13,36 +14,94 @@
 namespace host {
 namespace {
 
-// Returns what is wrong, or an empty text.
-using Check = std::function<std::string(Host&)>;
+using Texts = std::vector<std::string>;
 
 std::string Mismatch(const std::string& expected, const std::string& found) {
-  return fmt::format("    expected: {}\n    found:    {}", expected, found);
+  return fmt::format("    expected: {}\n    found:    {}", EscapeControls(expected),
+                     EscapeControls(found));
 }
 
-std::string Show(const std::vector<std::string>& list) {
+std::string Show(const Texts& list) {
   return list.empty() ? "nothing" : Join(list, ", ");
+}
+
+// Shows short lists whole, and of long ones only the elements that differ.
+std::string CompareLists(const Texts& expected, const Texts& found) {
+  constexpr size_t kShort = 8;
+  if (expected == found) return "";
+  const size_t count = std::max(expected.size(), found.size());
+  if (count <= kShort) return Mismatch(Show(expected), Show(found));
+  std::string lines =
+      fmt::format("    (- expected, + found; {} and {} elements)", expected.size(), found.size());
+  for (size_t i = 0; i < count; ++i) {
+    const bool isExpected = i < expected.size();
+    const bool isFound = i < found.size();
+    if (isExpected && isFound && expected[i] == found[i]) continue;
+    if (isExpected) lines += fmt::format("\n    - {} {}", i + 1, EscapeControls(expected[i]));
+    if (isFound) lines += fmt::format("\n    + {} {}", i + 1, EscapeControls(found[i]));
+  }
+  return lines;
+}
+
+// What the plug-in says of paths is compared as it is shown: relative to the session folder.
+std::string Shorten(const Host& host, std::string text) {
+  host.timeline.shortenPaths(text);
+  return text;
+}
+
+Texts Shorten(const Host& host, Texts texts) {
+  for (std::string& text : texts) host.timeline.shortenPaths(text);
+  return texts;
+}
+
+// `${session}` in an expectation stands for the session folder.
+std::string Resolve(std::string text) {
+  ReplaceAll(text, "${session}", std::filesystem::current_path().string());
+  return text;
 }
 
 Check CompareText(std::string expected, std::string (*find)(Host&)) {
   return [expected = std::move(expected), find](Host& host) {
-    const std::string found = find(host);
-    return found == expected ? "" : Mismatch(expected, found);
+    const std::string found = Shorten(host, find(host));
+    const std::string wanted = Shorten(host, Resolve(expected));
+    return found == wanted ? "" : Mismatch(wanted, found);
   };
 }
 
-Check CompareList(const YamlValue& value, std::vector<std::string> (*find)(Host&)) {
+Check CompareList(const YamlValue& value, Texts (*find)(Host&)) {
   return [expected = value.texts(), find](Host& host) {
-    const std::vector<std::string> found = find(host);
-    return found == expected ? "" : Mismatch(Show(expected), Show(found));
+    Texts wanted = expected;
+    std::transform(wanted.begin(), wanted.end(), wanted.begin(), Resolve);
+    return CompareLists(Shorten(host, std::move(wanted)), Shorten(host, find(host)));
   };
 }
 
 // Compares a recorded list, then empties it.
-template <std::vector<std::string> Record::*kList>
+template <Texts Record::*list>
 Check CompareRecorded(const YamlValue& value) {
   return CompareList(value,
-                     [](Host& host) { return std::exchange(host.timeline.record.*kList, {}); });
+                     [](Host& host) { return std::exchange(host.timeline.record.*list, {}); });
+}
+
+template <std::vector<Noted> Record::*list>
+Check CompareNoted(const YamlValue& value) {
+  return CompareList(value, [](Host& host) {
+    Texts texts;
+    for (const Noted& noted : std::exchange(host.timeline.record.*list, {})) {
+      texts.push_back(noted.text);
+    }
+    return texts;
+  });
+}
+
+Check ReadFindings(const YamlValue& value) {
+  for (const YamlValue& name : value.list()) {
+    if (!FindingNamed(name.text())) name.fail(fmt::format("there is no finding '{}'", name.text()));
+  }
+  return CompareList(value, [](Host& host) {
+    host.expectMisuses();
+    return std::exchange(host.timeline.record.findings, {});
+  });
 }
 
 Check ReadMissingFonts(const YamlValue& value) {
@@ -52,7 +111,7 @@ Check ReadMissingFonts(const YamlValue& value) {
 Check ReadProject(const YamlValue& value) {
   return CompareText(value.text(), [](Host& host) {
     const std::string& path = host.project().path;
-    return path.empty() ? "none" : std::filesystem::relative(path).string();
+    return path.empty() ? "none" : path;
   });
 }
 
@@ -84,109 +143,46 @@ Check ReadMenuEnabled(const YamlValue& value) {
   return CompareList(value, [](Host& host) { return host.menus.enabledItems(); });
 }
 
+Check ReadMenuChecked(const YamlValue& value) {
+  return CompareList(value, [](Host& host) { return host.menus.checkedItems(); });
+}
+
 Check ReadPreferences(const YamlValue& value) {
   std::vector<std::array<std::string, 3>> entries;
   for (const auto& [section, keys] : value.fields()) {
     for (const auto& [key, text] : keys.fields()) entries.push_back({section, key, text.text()});
   }
   return [entries](Host& host) {
-    for (const auto& [section, key, expected] : entries) {
-      const std::string* preference = host.findPreference(section, key);
-      const std::string found = preference ? *preference : "none";
-      if (found != expected) return Mismatch(expected, found);
+    Texts expected;
+    Texts found;
+    for (const auto& [section, key, text] : entries) {
+      const std::string* preference = host.preferences.find(section, key);
+      const std::string present = preference ? *preference : "none";
+      if (present == text) continue;
+      expected.push_back(fmt::format("{} / {} = {}", section, key, text));
+      found.push_back(fmt::format("{} / {} = {}", section, key, present));
     }
-    return std::string();
+    return CompareLists(expected, found);
   };
 }
 
-struct ExpectedCall {
-  int64_t tick = 0;
-  std::string operation;
-  std::vector<std::pair<std::string, std::string>> fields;
-};
-
-std::string Show(const ExpectedCall& call) {
-  std::string text = fmt::format("{} {}", call.tick, call.operation);
-  for (const auto& [name, value] : call.fields) text += fmt::format("  {}={}", name, value);
-  ReplaceAll(text, "\n", "\\n");
-  return text;
-}
-
-// Reads "TICK OPERATION", or a map from that text to arguments and results.
-ExpectedCall ReadExpectedCall(const YamlValue& value) {
-  ExpectedCall call;
-  std::string head;
-  if (value.isMap()) {
-    const auto entries = value.fields();
-    if (entries.size() != 1) value.fail("has to be one call");
-    head = entries.front().first;
-    for (const auto& [name, field] : entries.front().second.fields()) {
-      call.fields.emplace_back(name, field.text());
-    }
-  } else {
-    head = value.text();
+// Texts by file, or "none" for a file that must not be there.
+Check ReadFiles(const YamlValue& value) {
+  std::vector<std::pair<std::string, std::string>> files;
+  for (const auto& [path, text] : value.fields()) {
+    files.emplace_back(text.checkedPath(path), text.text());
   }
-  std::istringstream words(head);
-  std::string rest;
-  if (!(words >> call.tick >> call.operation) || words >> rest) {
-    value.fail(fmt::format("'{}' has to be a tick and an operation", head));
-  }
-  return call;
-}
-
-// Compares as numbers if both are: "0x10" is the same as "16".
-bool SameValue(const std::string& one, const std::string& other) {
-  if (one == other) return true;
-  char* oneEnd = nullptr;
-  char* otherEnd = nullptr;
-  const long long oneNumber = std::strtoll(one.c_str(), &oneEnd, 0);
-  const long long otherNumber = std::strtoll(other.c_str(), &otherEnd, 0);
-  return !one.empty() && !other.empty() && *oneEnd == 0 && *otherEnd == 0 &&
-         oneNumber == otherNumber;
-}
-
-bool Matches(const ExpectedCall& expected, const FrameworkCall& call) {
-  return expected.tick == call.tick && expected.operation == call.operation &&
-         std::all_of(expected.fields.begin(), expected.fields.end(), [&](const auto& field) {
-           const auto found = call.fields.find(field.first);
-           return found != call.fields.end() && SameValue(field.second, found->second);
-         });
-}
-
-// Lists the calls as a diff: "-" marks a call that was only expected, "+" one that was only found.
-std::string CompareCalls(const std::vector<ExpectedCall>& expected,
-                         const std::vector<FrameworkCall>& found) {
-  std::string lines;
-  bool differs = false;
-  for (size_t i = 0; i < std::max(expected.size(), found.size()); ++i) {
-    const bool matches = i < expected.size() && i < found.size() && Matches(expected[i], found[i]);
-    differs = differs || !matches;
-    if (i < expected.size()) {
-      lines += fmt::format("\n    {} {}", matches ? ' ' : '-', Show(expected[i]));
+  return [files](Host& host) {
+    Texts expected;
+    Texts found;
+    for (const auto& [path, text] : files) {
+      std::ostringstream present;
+      const std::ifstream stream(path, std::ios::binary);
+      if (stream) present << stream.rdbuf();
+      expected.push_back(path + ": " + Shorten(host, Resolve(text)));
+      found.push_back(path + ": " + (stream ? Shorten(host, present.str()) : "none"));
     }
-    if (i < found.size() && !matches) {
-      lines += fmt::format("\n    + {} {}", found[i].tick, found[i].text);
-    }
-  }
-  return differs ? "    (- expected, + found)" + lines : "";
-}
-
-// Flattens lists within the list: a variable can stand for several calls, or for none.
-void ReadExpectedCalls(const YamlValue& value, std::vector<ExpectedCall>& calls) {
-  for (const YamlValue& call : value.list()) {
-    if (call.isList()) {
-      ReadExpectedCalls(call, calls);
-    } else {
-      calls.push_back(ReadExpectedCall(call));
-    }
-  }
-}
-
-Check ReadFramework(const YamlValue& value) {
-  std::vector<ExpectedCall> expected;
-  ReadExpectedCalls(value, expected);
-  return [expected](Host& host) {
-    return CompareCalls(expected, std::exchange(host.timeline.record.frameworkCalls, {}));
+    return CompareLists(expected, found);
   };
 }
 
@@ -200,17 +196,20 @@ constexpr std::array kKinds{
     Kind{"project", ReadProject},
     Kind{"dirty", ReadDirty},
     Kind{"dialogs shown", CompareRecorded<&Record::dialogsShown>},
-    Kind{"errors", CompareRecorded<&Record::errors>},
-    Kind{"reports", CompareRecorded<&Record::reports>},
-    Kind{"not supplied", CompareRecorded<&Record::notSupplied>},
-    Kind{"framework", ReadFramework},
+    Kind{"errors", CompareNoted<&Record::errors>},
+    Kind{"reports", CompareNoted<&Record::reports>},
+    Kind{"not supplied", CompareNoted<&Record::notSupplied>},
+    Kind{"findings", ReadFindings},
     Kind{"activated", CompareRecorded<&Record::activated>},
     Kind{"font updates", ReadFontUpdates},
     Kind{"front", ReadFront},
     Kind{"menu enabled", ReadMenuEnabled},
+    Kind{"menu checked", ReadMenuChecked},
     Kind{"command handled", ReadCommandHandled},
     Kind{"preferences", ReadPreferences},
+    Kind{"files", ReadFiles},
     Kind{"stdout", CompareRecorded<&Record::stdoutLines>},
+    Kind{"stderr", CompareRecorded<&Record::stderrLines>},
 };
 
 struct Expectation {
@@ -219,13 +218,17 @@ struct Expectation {
   Check check;
 };
 
-Expectation ReadExpectation(const std::string& key, const YamlValue& value) {
+Expectation ReadExpectation(const std::string& key, const YamlValue& value,
+                            const SessionPart& part) {
+  const std::vector<std::string_view> more = part.expectations();
+  if (std::find(more.begin(), more.end(), key) != more.end()) {
+    return {key, value.place(), part.readExpectation(key, value)};
+  }
   const auto* const kind =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const Kind& each) { return each.key == key; });
   if (kind == kKinds.end()) {
-    std::vector<std::string> keys(kKinds.size());
-    std::transform(kKinds.begin(), kKinds.end(), keys.begin(),
-                   [](const Kind& each) { return std::string(each.key); });
+    Texts keys(more.begin(), more.end());
+    for (const Kind& each : kKinds) keys.emplace_back(each.key);
     value.fail(fmt::format("unknown key; known are {}", Join(keys, ", ")));
   }
   return {key, value.place(), kind->read(value)};
@@ -233,14 +236,14 @@ Expectation ReadExpectation(const std::string& key, const YamlValue& value) {
 
 }  // namespace
 
-std::function<void(Host&)> ReadExpectations(const YamlValue& value) {
+Action ReadExpectations(const YamlValue& value, const SessionPart& part) {
   std::vector<Expectation> expectations;
   for (const auto& [key, field] : value.fields()) {
-    expectations.push_back(ReadExpectation(key, field));
+    expectations.push_back(ReadExpectation(key, field, part));
   }
   return [expectations](Host& host) {
     host.timeline.drain();
-    std::vector<std::string> met;
+    Texts met;
     for (const Expectation& expectation : expectations) {
       const std::string mismatch = expectation.check(host);
       if (mismatch.empty()) {
@@ -248,7 +251,8 @@ std::function<void(Host&)> ReadExpectations(const YamlValue& value) {
         continue;
       }
       host.timeline.add(Actor::session, fmt::format("NOT as expected: {}", expectation.key));
-      host.fail(fmt::format("{}: {}\n{}", expectation.place, expectation.key, mismatch));
+      host.report(Finding::expectation,
+                  fmt::format("{}: {}\n{}", expectation.place, expectation.key, mismatch));
     }
     if (!met.empty()) {
       host.timeline.add(Actor::session, fmt::format("as expected: {}", Join(met, ", ")));

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <functional>
-
-#include "Host.h"
-#include "YamlValue.h"
+#include "SessionPart.h"
 
 namespace host {
 
-/// Reads the value of an `expect` step. Returns the function that compares: it adds the
-/// expectations that are met to the timeline and reports each other one as a failure.
-std::function<void(Host&)> ReadExpectations(const YamlValue& value);
+/// Reads the value of an `expect` step. Returns the step's action: it adds the expectations that
+/// are met to the timeline and reports each other one. `part` reads those that aren't about the
+/// host.
+Action ReadExpectations(const YamlValue& value, const SessionPart& part);
 
 }  // namespace host

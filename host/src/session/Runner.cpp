@@ -1,153 +1,139 @@
 #include "Runner.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <poll.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <iterator>
 #include <memory>
-#include <stdexcept>
-#include <string>
-#include <vector>
+#include <optional>
 
-#include "SessionFolder.h"
+#include "Janitor.h"
+#include "PlayedProcess.h"
 
 namespace host {
 namespace {
 
-// The session must have expected all that the user saw, and used all that it set up.
-void CheckNothingIsLeft(Host& host) {
-  host.timeline.drain();
-  const Record& record = host.timeline.record;
-  for (const std::string& error : record.errors) {
-    host.fail(fmt::format("the user saw an error that no step expects: {}", error));
-  }
-  for (const std::string& report : record.reports) {
-    host.fail(fmt::format("the user saw a report that no step expects: {}", report));
-  }
-  for (const std::string& function : record.notSupplied) {
-    host.fail(fmt::format("{} was called, which this host doesn't supply", function));
-  }
-  for (const std::string& function : host.faults.unmet()) {
-    host.fail(fmt::format("{} wasn't called as often as it was to fail", function));
-  }
-  for (const auto& [operation, count] : host.timeline.answersLeft) {
-    if (count == 0) continue;
-    host.fail(fmt::format("{} answer(s) of {} were never asked for", count, operation));
+volatile sig_atomic_t caughtSignal = 0;
+
+void CatchSignals() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    ::signal(signal, [](int caught) { caughtSignal = caught; });
   }
 }
 
-void PlaySteps(const Session& session, const RunOptions& options, int pipe, Host& host) {
-  try {
-    host.prepare(session.host, options.plugin.string(), pipe, !options.quiet);
-    for (const std::string& executable : session.folder.processes) {
-      host.timeline.add(Actor::desktop, fmt::format("{} runs", executable));
-    }
-    for (const Step& step : session.steps) {
-      host.reportStep(step.place);
-      step.play(host);
-    }
-    CheckNothingIsLeft(host);
-  } catch (const SessionEnded&) {
-    // The failure was reported before it was thrown.
-  } catch (const std::exception& error) {
-    host.fail(fmt::format("the session can't go on: {}", error.what()));
-  }
-}
+struct Job {
+  Job(const Session& session, const RunOptions& options, const Janitor& janitor)
+      : process(session, options, janitor) {}
 
-// Plays the session and ends this process by `exit`, so that the static objects of the plug-in are
-// destroyed, and then those of the host, which looks for leaks.
-[[noreturn]] void Play(const Session& session, const RunOptions& options,
-                       const std::filesystem::path& folder, int pipe) {
-  std::signal(SIGINT, SIG_DFL);
-  if (chdir(folder.c_str()) != 0) _exit(1);
-  setenv("HOME", folder.c_str(), 1);
-  PlaySteps(session, options, pipe, TheHost());
-  std::exit(0);
-}
-
-struct Outcome {
-  std::vector<std::string> failures;
-  std::string lastStep;
-  bool ended = false;  ///< all static objects were destroyed
+  PlayedProcess process;
+  std::optional<Played> result;  ///< once the session is over
+  std::vector<std::string> lines;
+  bool announced = false;
 };
 
-Outcome Follow(int pipe) {
-  Outcome outcome;
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(fdopen(pipe, "r"), std::fclose);
-  for (Report report; ReadReport(stream.get(), report);) {
-    switch (report.kind) {
-      case ReportKind::line:
-        fmt::print("{}\n", report.text);
-        break;
-      case ReportKind::step:
-        outcome.lastStep = report.text;
-        break;
-      case ReportKind::failure:
-        outcome.failures.push_back(report.text);
-        break;
-      case ReportKind::end:
-        outcome.ended = true;
-        break;
-    }
+using Jobs = std::deque<std::unique_ptr<Job>>;
+
+// The processes that run beside a session are in the list of processes that every session sees, so
+// that such a session is played alone.
+bool HasRoomFor(const Session& session, const Jobs& jobs, size_t most) {
+  size_t running = 0;
+  bool alone = !session.setUp.processes.empty();
+  for (const auto& job : jobs) {
+    if (job->result) continue;
+    ++running;
+    alone = alone || !job->process.session().setUp.processes.empty();
   }
-  return outcome;
+  return alone ? running == 0 : running < most;
 }
 
-void AddHowItEnded(pid_t process, Outcome& outcome) {
-  int status = 0;
-  waitpid(process, &status, 0);
-  if (WIFSIGNALED(status)) {
-    outcome.failures.push_back(fmt::format("the process crashed: {}, in the step at {}",
-                                           strsignal(WTERMSIG(status)), outcome.lastStep));
-  } else if (WEXITSTATUS(status) != 0) {
-    outcome.failures.push_back(fmt::format("the process ended with code {}, in the step at {}",
-                                           WEXITSTATUS(status), outcome.lastStep));
-  } else if (!outcome.ended) {
-    outcome.failures.push_back(fmt::format(
-        "the process ended before its static objects did, in the step at {}", outcome.lastStep));
+// Waits until a process has something to report, but not long: one may hang, or end without a word.
+void WaitForReports(const Jobs& jobs) {
+  constexpr int kMilliseconds = 20;
+  std::vector<pollfd> pipes;
+  for (const auto& job : jobs) {
+    if (!job->result) pipes.push_back({job->process.pipe(), POLLIN, 0});
   }
+  poll(pipes.data(), pipes.size(), kMilliseconds);
 }
 
-void PrintHead(const Session& session) {
-  fmt::print("session: {}\n", session.name);
-  if (!session.about.empty()) fmt::print("{}\n", session.about);
+void Update(Job& job) {
+  if (job.result) return;
+  const bool goesOn = job.process.update();
+  std::vector<std::string> lines = job.process.takeLines();
+  std::move(lines.begin(), lines.end(), std::back_inserter(job.lines));
+  if (!goesOn) job.result = job.process.result();
+}
+
+// Tells the listener what is new of the session whose turn it is. Returns whether it is over.
+bool Tell(Job& job, const RunListener& listener) {
+  if (!job.announced) listener.begun(job.process.session());
+  job.announced = true;
+  for (const std::string& line : job.lines) listener.line(line);
+  job.lines.clear();
+  if (!job.result) return false;
+  listener.ended(job.process.session(), *job.result);
+  return true;
 }
 
 }  // namespace
 
-std::vector<std::string> PlaySession(const Session& session, const RunOptions& options) {
-  const SessionFolder folder(session.folder, options.fontManager);
-  if (!options.quiet) {
-    PrintHead(session);
-    fmt::print("\n  tick  who        what\n");
-  }
-  std::fflush(nullptr);
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("can't make a pipe");
+void CheckModule(const PluginModule& module) {
+  constexpr int kFound = 0;
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("can't make a pipe");
   const pid_t process = fork();
   if (process < 0) throw std::runtime_error("can't make a process");
   if (process == 0) {
-    close(ends[0]);
-    Play(session, options, folder.path(), ends[1]);
+    std::string fault;
+    void* const loaded = dlopen(module.path.c_str(), RTLD_LAZY | RTLD_LOCAL);
+    if (!loaded) {
+      fault = fmt::format("{} can't be loaded: {}", module.path, dlerror());
+    } else if (!dlsym(loaded, module.entryPoint.c_str())) {
+      fault = fmt::format("{} exports no {}", module.path, module.entryPoint);
+    }
+    if (write(ends[1], fault.data(), fault.size()) < 0) _exit(1);
+    _exit(kFound);
   }
   close(ends[1]);
-  Outcome outcome = Follow(ends[0]);
-  AddHowItEnded(process, outcome);
-  return outcome.failures;
+  std::string fault;
+  std::array<char, 1024> buffer;
+  for (ssize_t size = 0; (size = read(ends[0], buffer.data(), buffer.size())) > 0;) {
+    fault.append(buffer.data(), static_cast<size_t>(size));
+  }
+  close(ends[0]);
+  waitpid(process, nullptr, 0);
+  if (!fault.empty()) throw std::runtime_error(fault);
 }
 
-void PrintResult(const Session& session, const RunOptions& options,
-                 const std::vector<std::string>& failures) {
-  if (options.quiet && failures.empty()) return;
-  if (options.quiet) PrintHead(session);
-  if (!failures.empty()) fmt::print("\nfailed:\n");
-  for (const std::string& failure : failures) fmt::print("  {}\n", failure);
-  fmt::print("result: {}\n", failures.empty() ? "ok" : "failed");
+int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
+                 const RunListener& listener) {
+  const Janitor janitor;
+  CatchSignals();
+  Jobs jobs;
+  auto next = sessions.begin();
+  bool stops = false;
+  while (caughtSignal == 0) {
+    while (!stops && next != sessions.end() && HasRoomFor(*next, jobs, options.jobs)) {
+      jobs.push_back(std::make_unique<Job>(*next++, options, janitor));
+    }
+    if (jobs.empty()) break;
+    WaitForReports(jobs);
+    for (const auto& job : jobs) Update(*job);
+    while (!jobs.empty() && Tell(*jobs.front(), listener)) {
+      stops = stops || (options.failFast && jobs.front()->result->failed(options.strict));
+      jobs.pop_front();
+      if (stops) jobs.clear();
+    }
+  }
+  return caughtSignal;
 }
 
 }  // namespace host

@@ -1,24 +1,57 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "Findings.h"
 #include "Session.h"
 
 namespace host {
 
 struct RunOptions {
-  std::filesystem::path plugin;       ///< absolute
+  PluginModule module;                ///< its path is absolute
   std::filesystem::path fontManager;  ///< absolute, or empty for none
-  bool quiet = false;                 ///< print only the sessions that fail
+  std::chrono::seconds timeout{10};   ///< for each call of the plug-in
+  size_t jobs = 1;                    ///< how many sessions are played at the same time
+  bool failFast = false;              ///< begin no session after one has failed
+  bool keep = false;                  ///< keep the session folders
+  bool strict = false;                ///< warnings fail
+  std::set<Finding> allowed;          ///< findings that don't count
 };
 
-/// Plays the session in a process of its own and prints its timeline, unless quiet. Returns its
-/// failures. Throws `std::runtime_error` if the session can't be set up.
-std::vector<std::string> PlaySession(const Session& session, const RunOptions& options);
-/// Prints the failures and the result.
-void PrintResult(const Session& session, const RunOptions& options,
-                 const std::vector<std::string>& failures);
+struct FoundInSession {
+  Finding finding = Finding::expectation;
+  std::string text;  ///< may have several lines
+};
+
+/// Loads the module in a process of its own. Throws `std::runtime_error` if it can't be loaded or
+/// lacks the entry point. A crash in there is left to the sessions.
+void CheckModule(const PluginModule& module);
+
+/// What came of a session.
+struct Played {
+  std::vector<FoundInSession> findings;  ///< without those that are allowed
+  std::filesystem::path folder;          ///< where it was kept; empty otherwise
+
+  bool failed(bool strict) const;
+};
+
+/// Who hears of sessions while they are played.
+struct RunListener {
+  /// The session is the next to be heard of in full.
+  std::function<void(const Session&)> begun;
+  std::function<void(const std::string&)> line;  ///< of the timeline of the session that has begun
+  std::function<void(const Session&, const Played&)> ended;
+};
+
+/// Plays each session in a process of its own. The listener hears of them in their order, of one
+/// after the other. Returns the signal that ended it, or 0. Throws `std::runtime_error` if a
+/// session can't be set up.
+int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
+                 const RunListener& listener);
 
 }  // namespace host

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,32 +11,39 @@
 namespace host {
 
 /// The contents of the session folder at the beginning. Paths are relative to it.
-struct SessionFolderSetup {
+struct FolderSetup {
   std::vector<std::pair<std::string, std::vector<std::string>>> projects;  ///< path and fonts
-  std::vector<std::pair<std::string, std::string>> vault;                  ///< font and policy
   std::vector<std::string> activeFonts;
-  bool hasFramework = true;
-  std::string frameworkFolder = ".";
-  std::string missingExport;                               ///< of the framework; empty for none
-  std::string frameworkPlace;                              ///< in the session file, for errors
-  std::vector<std::pair<std::string, std::string>> files;  ///< path and text
-  std::vector<std::string> processes;  ///< executables that run beside the session
+  std::vector<std::pair<std::string, std::string>> files;            ///< path and text
+  std::vector<std::pair<std::string, std::filesystem::path>> links;  ///< path and target folder
+  /// Executables that run beside the session: their path, and the file to copy there.
+  std::vector<std::pair<std::string, std::filesystem::path>> processes;
 };
+
+using Action = std::function<void(Host&)>;
 
 struct Step {
   std::string place;  ///< in the session file
-  std::function<void(Host&)> play;
+  Action play;
 };
 
 struct Session {
   std::string name;
   std::string about;
   HostSettings host;
-  SessionFolderSetup folder;
-  std::vector<Step> steps;  ///< with the first start and the last quit
+  FolderSetup setUp;
+  std::vector<Action> preparations;  ///< before the first step
+  std::vector<Step> steps;           ///< with the first start and the last quit
+  std::vector<Action> finalChecks;   ///< after the last step
 };
 
-/// Reads the sessions of a file: one, or one for each variant. Throws `SessionFileError`.
-std::vector<Session> LoadSessions(const std::filesystem::path& file);
+class SessionPart;
+
+/// Reads the sessions of a file: one, or one for each variant. `part` reads what isn't the host's,
+/// and outlives the sessions. Throws `SessionFileError`.
+std::vector<Session> LoadSessions(const std::filesystem::path& file, const SessionPart& part);
+/// Does the same for the text of such a file.
+std::vector<Session> ReadSessions(const std::string& file, const std::string& yaml,
+                                  const SessionPart& part);
 
 }  // namespace host

@@ -4,17 +4,17 @@
 #include <list>
 
 #include "HelperProcess.h"
+#include "Janitor.h"
 #include "Session.h"
 
 namespace host {
 
-/// A new temporary folder with the files of a session, and the processes that run beside it.
-/// Removes the folder and ends the processes when it is destroyed.
+/// A new temporary folder with the files of a session, and the processes that run beside it. Ends
+/// the processes when it is destroyed, and removes the folder unless it is to be kept.
 class SessionFolder {
  public:
-  /// `fontManager` is the folder of the font manager's frameworks and executables, or empty. Throws
-  /// `std::runtime_error` if a file can't be put in place or a process can't be started.
-  SessionFolder(const SessionFolderSetup& setup, const std::filesystem::path& fontManager);
+  /// Throws `std::runtime_error` if a file can't be put in place or a process can't be started.
+  SessionFolder(const FolderSetup& setup, const Janitor& janitor, bool keep);
   ~SessionFolder();
   SessionFolder(const SessionFolder&) = delete;
   SessionFolder& operator=(const SessionFolder&) = delete;
@@ -22,9 +22,11 @@ class SessionFolder {
   const std::filesystem::path& path() const { return mPath; }
 
  private:
-  void fill(const SessionFolderSetup& setup, const std::filesystem::path& fontManager);
-  void placeFramework(const SessionFolderSetup& setup, const std::filesystem::path& fontManager);
+  void fill(const FolderSetup& setup);
+  void remove();
 
+  const Janitor& mJanitor;
+  bool mKeep;
   std::filesystem::path mPath;
   std::list<HelperProcess> mProcesses;
 };

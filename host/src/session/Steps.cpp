@@ -17,14 +17,7 @@
 namespace host {
 namespace {
 
-using Action = std::function<void(Host&)>;
-
-// What the steps read so far mean for those that follow.
-struct Draft {
-  std::set<std::string> projects;  ///< those that exist at this point
-  bool started = false;
-  bool quit = false;
-};
+using Draft = SessionDraft;
 
 constexpr int64_t kMostTicks = 1'000'000'000;
 
@@ -72,8 +65,9 @@ Action ReadSave(const YamlValue& value, Draft& /*draft*/) {
 }
 
 Action ReadSaveAs(const YamlValue& value, Draft& draft) {
-  draft.projects.insert(value.text());
-  return [path = value.text()](Host& host) { SaveAs(host, Absolute(path)); };
+  const std::string path = value.path();
+  draft.projects.insert(path);
+  return [path](Host& host) { SaveAs(host, Absolute(path)); };
 }
 
 Action ReadClose(const YamlValue& value, Draft& /*draft*/) {
@@ -91,6 +85,11 @@ Action ReadOpenMenu(const YamlValue& value, Draft& /*draft*/) {
 
 Action ReadPick(const YamlValue& value, Draft& /*draft*/) {
   return [item = value.text()](Host& host) { Pick(host, item); };
+}
+
+Action ReadPickAll(const YamlValue& value, Draft& /*draft*/) {
+  RequireNothing(value);
+  return PickAll;
 }
 
 Action ReadFront(const YamlValue& value, Draft& /*draft*/) {
@@ -139,7 +138,7 @@ Action ReadWait(const YamlValue& value, Draft& /*draft*/) {
   };
 }
 
-Action ReadDialog(const YamlValue& value, Draft& /*draft*/) {
+Action ReadDialog(const YamlValue& value, Draft& draft) {
   std::string title;
   std::string className = kDialogClass;
   if (value.isMap()) {
@@ -149,9 +148,10 @@ Action ReadDialog(const YamlValue& value, Draft& /*draft*/) {
   } else {
     title = value.text();
   }
-  const desktop::WindowClass* windowClass = desktop::ClassFromString(className);
-  if (!windowClass) value.fail(fmt::format("there is no window class '{}'", className));
-  return [title, windowClass](Host& host) { host.showDialog(title, *windowClass); };
+  if (!KnowsWindowClass(draft.host, className)) {
+    value.fail(fmt::format("there is no window class '{}'", className));
+  }
+  return [title, className](Host& host) { host.showDialog(title, className); };
 }
 
 Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
@@ -182,46 +182,6 @@ Action ReadRefuse(const YamlValue& value, Draft& /*draft*/) {
   return [=](Host& host) { host.faults.refuse(suite, version); };
 }
 
-std::string ReadAnswerField(const YamlValue& field) {
-  if (field.key() == "choose" || field.key() == "text") return Join(field.texts(), ";");
-  if (field.key() == "start") return field.boolean() ? "true" : "false";
-  if (field.key() == "result") return fmt::format("{:#010x}", field.integer(0, 0xFFFFFFFF));
-  return fmt::format("{}", field.integer(std::numeric_limits<int32_t>::min(),
-                                         std::numeric_limits<int64_t>::max()));
-}
-
-Action ReadFrameworkAnswers(const YamlValue& value, Draft& /*draft*/) {
-  std::vector<std::pair<std::string, std::string>> answers;
-  for (const YamlValue& answer : value.list()) {
-    for (const auto& [operation, fields] : answer.fields()) {
-      std::string line = operation;
-      for (const auto& [key, field] :
-           fields.fields({"choose", "start", "result", "text", "count", "size"})) {
-        line += fmt::format("\t{}={}", key, ReadAnswerField(field));
-      }
-      answers.emplace_back(operation, line);
-    }
-  }
-  return [answers](Host& host) {
-    host.timeline.drain();
-    for (const auto& [operation, line] : answers) {
-      AppendLine("framework-answers", line);
-      ++host.timeline.answersLeft[operation];
-    }
-  };
-}
-
-Action ReadFrameworkState(const YamlValue& value, Draft& /*draft*/) {
-  std::vector<std::string> lines;
-  for (const auto& [key, field] : value.fields({"enabled", "show login"})) {
-    lines.push_back(fmt::format("{}={}", key, field.boolean()));
-  }
-  return [lines](Host& host) {
-    host.timeline.add(Actor::session, fmt::format("font manager: {}", Join(lines, ", ")));
-    WriteLines("framework-state", lines);
-  };
-}
-
 Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {
   const auto fields = value.fields({"utf16", "length"});
   const YamlValue* units = Find(fields, "utf16");
@@ -243,8 +203,8 @@ Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {
   };
 }
 
-Action ReadExpect(const YamlValue& value, Draft& /*draft*/) {
-  return ReadExpectations(value);
+Action ReadExpect(const YamlValue& value, Draft& draft) {
+  return ReadExpectations(value, draft.part);
 }
 
 struct StepKind {
@@ -263,6 +223,7 @@ constexpr std::array kStepKinds{
     StepKind{"close", ReadClose, true},
     StepKind{"open menu", ReadOpenMenu, true},
     StepKind{"pick", ReadPick, true},
+    StepKind{"pick all", ReadPickAll, true},
     StepKind{"front", ReadFront, true},
     StepKind{"remove", ReadRemove, false},
     StepKind{"quit", ReadQuit, true},
@@ -271,8 +232,6 @@ constexpr std::array kStepKinds{
     StepKind{"dialog", ReadDialog, true},
     StepKind{"fail", ReadFail, false},
     StepKind{"refuse", ReadRefuse, false},
-    StepKind{"framework answers", ReadFrameworkAnswers, false},
-    StepKind{"framework state", ReadFrameworkState, false},
     StepKind{"project path", ReadProjectPath, true},
     StepKind{"expect", ReadExpect, false},
 };
@@ -285,26 +244,30 @@ YamlValue::Field NameAndValue(const YamlValue& step) {
   return fields.front();
 }
 
+[[noreturn]] void FailForUnknown(const YamlValue& value,
+                                 const std::vector<std::string_view>& more) {
+  std::vector<std::string> names(more.begin(), more.end());
+  for (const StepKind& kind : kStepKinds) names.emplace_back(kind.name);
+  value.fail(fmt::format("unknown step; known are {}", Join(names, ", ")));
+}
+
 Step ReadStep(const YamlValue& step, Draft& draft) {
   const auto [name, value] = NameAndValue(step);
+  const std::vector<std::string_view> more = draft.part.steps();
+  const bool isOfPart = std::find(more.begin(), more.end(), name) != more.end();
   const auto* const kind = std::find_if(
       kStepKinds.begin(), kStepKinds.end(),
       [&, wanted = std::string_view(name)](const StepKind& each) { return each.name == wanted; });
-  if (kind == kStepKinds.end()) {
-    std::vector<std::string> names(kStepKinds.size());
-    std::transform(kStepKinds.begin(), kStepKinds.end(), names.begin(),
-                   [](const StepKind& each) { return std::string(each.name); });
-    value.fail(fmt::format("unknown step; known are {}", Join(names, ", ")));
-  }
-  if (kind->needsHost && !draft.started) value.fail("comes before the host has started");
+  if (!isOfPart && kind == kStepKinds.end()) FailForUnknown(value, more);
   if (draft.quit && name != "expect") value.fail("comes after the host has quit");
+  if (isOfPart) return {step.place(), draft.part.readStep(name, value)};
+  if (kind->needsHost && !draft.started) value.fail("comes before the host has started");
   return {step.place(), kind->read(value, draft)};
 }
 
 }  // namespace
 
-std::vector<Step> ReadSteps(const YamlValue& value, std::set<std::string> projects) {
-  Draft draft{std::move(projects)};
+std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {
   const std::vector<YamlValue> list = value.list();
   std::vector<Step> steps;
   const bool startsItself = std::any_of(list.begin(), list.end(), [](const YamlValue& step) {

@@ -5,12 +5,22 @@
 #include <vector>
 
 #include "Session.h"
+#include "SessionPart.h"
 #include "YamlValue.h"
 
 namespace host {
 
-/// Reads the steps of a session. `projects` are the project files that exist at its beginning. Adds
-/// the steps "start" and "quit" at the two ends if the session lacks them.
-std::vector<Step> ReadSteps(const YamlValue& steps, std::set<std::string> projects);
+/// What the keys and the steps read so far mean for the steps that follow.
+struct SessionDraft {
+  const SessionPart& part;  ///< reads the steps that aren't the host's
+  const HostSettings& host;
+  std::set<std::string> projects;  ///< the project files that exist at this point
+  bool started = false;
+  bool quit = false;
+};
+
+/// Reads the steps of a session. Adds the steps "start" and "quit" at the two ends if the session
+/// lacks them.
+std::vector<Step> ReadSteps(const YamlValue& steps, SessionDraft draft);
 
 }  // namespace host

@@ -2,8 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "Dialogs.h"
-
 namespace host {
 namespace {
 
@@ -18,8 +16,7 @@ bool HostMayHandle(Host& host, HostCommand command) {
 void OpenByDialog(Host& host, const std::string& path) {
   host.timeline.add(Actor::user, fmt::format("opens {} by the host's dialog", path));
   if (!HostMayHandle(host, kOpen)) return;
-  host.showDialog(OpenProjectTitle(host.settings().language),
-                  *desktop::ClassFromString(kDialogClass));
+  host.showOpenProjectDialog();
   host.openProject(path);
 }
 
@@ -35,7 +32,8 @@ void Edit(Host& host) {
 
 void Save(Host& host) {
   host.timeline.add(Actor::user, "saves the project");
-  if (host.project().path.empty()) host.giveUp("a project without a path can't be saved in place");
+  if (host.project().path.empty())
+    host.giveUp(Finding::setup, "a project without a path can't be saved in place");
   if (HostMayHandle(host, kSave)) host.saveProject(host.project().path);
 }
 
@@ -53,12 +51,20 @@ void Pick(Host& host, const std::string& text) {
   host.timeline.add(Actor::user, fmt::format("picks \"{}\"", text));
   host.drawMenus();
   const AEGP_Command command = host.menus.commandOf(text);
-  if (command == 0) host.giveUp(fmt::format("no menu has an item \"{}\"", text));
+  if (command == 0) host.giveUp(Finding::setup, fmt::format("no menu has an item \"{}\"", text));
   if (!host.menus.isEnabled(command)) {
-    host.giveUp(fmt::format("the menu item \"{}\" is disabled", text));
+    host.giveUp(Finding::setup, fmt::format("the menu item \"{}\" is disabled", text));
   }
   host.commandWasHandled = host.runCommand(command);
   if (!host.commandWasHandled) host.timeline.add(Actor::host, "finds the command unhandled");
+}
+
+void PickAll(Host& host) {
+  host.timeline.add(Actor::user, "picks each menu item that is enabled");
+  for (const AEGP_Command command : host.menus.commands()) {
+    host.drawMenus();
+    if (host.menus.isEnabled(command)) host.commandWasHandled = host.runCommand(command);
+  }
 }
 
 void Quit(Host& host) {

@@ -21,6 +21,8 @@ void Close(Host& host);
 /// Picks a plug-in's menu command by its text. Gives the session up if there is no such item, or
 /// it is disabled.
 void Pick(Host& host, const std::string& text);
+/// Picks each menu item of plug-ins that is enabled.
+void PickAll(Host& host);
 void Quit(Host& host);
 
 }  // namespace host

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <optional>
 #include <set>
 
@@ -18,7 +19,7 @@ std::optional<std::string> WholeVariable(const std::string& text) {
   return text.substr(2, text.size() - 3);
 }
 
-std::string List(std::initializer_list<std::string_view> names) {
+std::string List(const std::vector<std::string_view>& names) {
   return Join(std::vector<std::string>(names.begin(), names.end()), ", ");
 }
 
@@ -54,8 +55,12 @@ void YamlValue::fail(std::string_view what) const {
   throw SessionFileError(fmt::format("{}: {}: {}", place(), mKey, what));
 }
 
+std::string_view YamlValue::kind() const {
+  return isNothing() ? "nothing" : isText() ? "a text" : isList() ? "a list" : "a map";
+}
+
 std::string YamlValue::text() const {
-  if (!isText()) fail("has to be a text");
+  if (!isText()) fail(fmt::format("has to be a text, not {}", kind()));
   std::string text = mNode.Scalar();
   for (size_t begin = 0; (begin = text.find("${", begin)) != std::string::npos;) {
     const size_t end = text.find('}', begin);
@@ -82,19 +87,21 @@ int64_t YamlValue::integer(int64_t least, int64_t most) const {
   int64_t value = 0;
   const auto [stop, error] = std::from_chars(begin, end, value, isHex ? 16 : 10);
   if (error != std::errc() || stop != end || value < least || value > most) {
-    fail(fmt::format("has to be a whole number from {} to {}", least, most));
+    fail(fmt::format("has to be a whole number from {} to {}, not '{}'", least, most, digits));
   }
   return value;
 }
 
 bool YamlValue::boolean() const {
   const std::string word = text();
-  if (word != "true" && word != "false") fail("has to be true or false");
+  if (word != "true" && word != "false") {
+    fail(fmt::format("has to be true or false, not '{}'", word));
+  }
   return word == "true";
 }
 
 std::vector<YamlValue> YamlValue::list() const {
-  if (!mNode.IsSequence()) fail("has to be a list");
+  if (!mNode.IsSequence()) fail(fmt::format("has to be a list, not {}", kind()));
   std::vector<YamlValue> elements;
   for (const YAML::Node& element : mNode) elements.push_back(child(element, mKey));
   return elements;
@@ -106,8 +113,15 @@ std::vector<std::string> YamlValue::texts() const {
   return texts;
 }
 
+std::string YamlValue::checkedPath(const std::string& text) const {
+  const std::filesystem::path path(text);
+  const bool leaves = std::find(path.begin(), path.end(), "..") != path.end();
+  if (path.empty() || path.is_absolute() || leaves) fail("has to stay in the session folder");
+  return text;
+}
+
 std::vector<YamlValue::Field> YamlValue::fields() const {
-  if (!mNode.IsMap()) fail("has to be a map");
+  if (!mNode.IsMap()) fail(fmt::format("has to be a map, not {}", kind()));
   std::vector<Field> fields;
   std::set<std::string> keys;
   for (const auto& entry : mNode) {
@@ -119,7 +133,7 @@ std::vector<YamlValue::Field> YamlValue::fields() const {
 }
 
 std::map<std::string, YamlValue> YamlValue::fields(
-    std::initializer_list<std::string_view> known) const {
+    const std::vector<std::string_view>& known) const {
   std::map<std::string, YamlValue> byKey;
   for (const auto& [key, value] : fields()) {
     if (std::find(known.begin(), known.end(), key) == known.end()) {

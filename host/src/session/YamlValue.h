@@ -3,7 +3,6 @@
 #include <yaml-cpp/yaml.h>
 
 #include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -43,10 +42,14 @@ class YamlValue {
   /// Returns the elements. They have the key of this value.
   std::vector<YamlValue> list() const;
   std::vector<std::string> texts() const;
+  /// Returns a path that stays in the session folder.
+  std::string path() const { return checkedPath(text()); }
+  /// Returns `text`, which has to be such a path.
+  std::string checkedPath(const std::string& text) const;
   /// Returns the fields in the order of the file. A key that comes twice is an error.
   std::vector<Field> fields() const;
   /// Returns the fields by key. An unknown key is an error.
-  std::map<std::string, YamlValue> fields(std::initializer_list<std::string_view> known) const;
+  std::map<std::string, YamlValue> fields(const std::vector<std::string_view>& known) const;
 
   bool isText() const { return !mIsNothing && mNode.IsScalar(); }
   bool isList() const { return mNode.IsSequence(); }
@@ -62,6 +65,7 @@ class YamlValue {
 
  private:
   YamlValue child(const YAML::Node& node, std::string key) const;
+  std::string_view kind() const;
 
   YAML::Node mNode;
   std::string mKey;

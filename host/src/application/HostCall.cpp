@@ -1,0 +1,126 @@
+#include "HostCall.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "Host.h"
+
+namespace host {
+
+void HostCall::begin(SuiteId suite) {
+  mOnMainThread = TheHost().isMainThread();
+  append(mFunction.name);
+  append("(");
+  if (!mOnMainThread) {
+    TheHost().reportFromOtherThread(mFunction.name);
+    mError = PF_Err_BAD_CALLBACK_PARAM;
+  } else if (!TheHost().suites.isAcquired(suite)) {
+    misused(Finding::releasedSuite, "its suite isn't acquired");
+    mError = PF_Err_BAD_CALLBACK_PARAM;
+  }
+}
+
+// Leaves room for the end.
+void HostCall::append(std::string_view text) {
+  if (!mOnMainThread) return;
+  auto& field = TheHost().flight().hostCall;
+  const size_t room = field.size() - 2 - mWritten;
+  mWritten += text.copy(field.data() + mWritten, std::min(room, text.size()));
+}
+
+void HostCall::write(int64_t number) {
+  const fmt::format_int text(number);
+  append({text.data(), text.size()});
+  append(", ");
+}
+
+void HostCall::write(double number) {
+  append(fmt::format("{}, ", number));
+}
+
+void HostCall::write(const char* text) {
+  if (!text) return append("null, ");
+  append("\"");
+  append(text);
+  append("\", ");
+}
+
+void HostCall::write(const void* pointer) {
+  append(pointer ? "pointer, " : "null, ");
+}
+
+void HostCall::finish() {
+  if (!mOnMainThread) return;
+  auto& field = TheHost().flight().hostCall;
+  if (field[mWritten - 1] == ' ') mWritten -= 2;
+  field[mWritten] = ')';
+  field[mWritten + 1] = '\0';
+}
+
+bool HostCall::needs(const void* argument, const char* name) {
+  if (!argument) misused(Finding::nullArgument, fmt::format("{} is null", name));
+  return argument != nullptr;
+}
+
+bool HostCall::needsPluginId(AEGP_PluginID id) {
+  if (id == kPluginId) return true;
+  misused(Finding::wrongPluginId, fmt::format("the plug-in's id is {}, not {}", kPluginId, id));
+  return false;
+}
+
+bool HostCall::needsProject(AEGP_ProjectH project) {
+  if (!needs(project, "projH")) return false;
+  if (!mOnMainThread || project == TheHost().project().handle()) return true;
+  if (TheHost().wasProject(project)) {
+    misused(Finding::staleProject, "the project was closed");
+  } else {
+    misused(Finding::unknownHandle, "there is no such project");
+  }
+  return false;
+}
+
+bool HostCall::needsMemory(AEGP_MemHandle handle) {
+  if (!needs(handle, "memH")) return false;
+  if (!mOnMainThread || TheHost().memory.holds(handle)) return true;
+  misused(Finding::unknownHandle, "the handle doesn't exist, or was freed before");
+  return false;
+}
+
+bool HostCall::needsPreferences(AEGP_PersistentBlobH blob) {
+  if (!needs(blob, "blobPH")) return false;
+  if (blob == TheHost().preferences.handle()) return true;
+  misused(Finding::unknownHandle, "there are no such preferences");
+  return false;
+}
+
+bool HostCall::needsMenuItem(AEGP_Command command) {
+  if (!mOnMainThread || TheHost().menus.has(command)) return true;
+  // The host refused the item. The plug-in may not have noticed.
+  if (TheHost().menus.wasMade(command)) {
+    mError = A_Err_GENERIC;
+    return false;
+  }
+  misused(Finding::unknownCommand, fmt::format("no menu item has the command {}", command));
+  return false;
+}
+
+void HostCall::misused(Finding finding, std::string_view what) {
+  if (KindOf(finding).level == Level::error) mError = A_Err_GENERIC;
+  if (mOnMainThread) TheHost().reportMisuse(finding, fmt::format("{}: {}", mFunction.name, what));
+}
+
+A_Err HostCall::error() {
+  return mError == A_Err_NONE ? fault() : mError;
+}
+
+A_Err HostCall::fault() {
+  if (!mOnMainThread) return A_Err_NONE;
+  const A_Err result = TheHost().faults.take(mFunction);
+  if (result != A_Err_NONE) {
+    TheHost().timeline.add(Actor::host, fmt::format("{} fails with {}", mFunction.name, result));
+  }
+  return result;
+}
+
+}  // namespace host

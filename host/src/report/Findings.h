@@ -1,0 +1,139 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+// Everything that a session can find wrong, each with a name that the command line knows.
+
+namespace host {
+
+enum class Level { warning, error };
+
+enum class Finding {
+  expectation,
+  setup,
+  hookError,
+  userReport,
+  exception,
+  crash,
+  timeout,
+  processEnded,
+  dialogNeverBegan,
+  notSupplied,
+  nullArgument,
+  badArgument,
+  unknownHandle,
+  staleProject,
+  wrongPluginId,
+  wrongThread,
+  unknownCommand,
+  unknownMenu,
+  enabledOutsideHook,
+  lateHook,
+  releasedSuite,
+  suiteReleasedTooOften,
+  suiteLeaked,
+  lockedHandleFreed,
+  unlockedTooOften,
+  handleLeaked,
+  unknownBlock,
+  blockLeaked,
+  unbalancedUndoGroup,
+};
+
+struct FindingKind {
+  Finding finding;
+  std::string_view name;
+  Level level;
+  std::string_view sentence;
+};
+
+/// Every kind of finding, in the order of the enumeration.
+inline constexpr std::array kFindingKinds{
+    FindingKind{Finding::expectation, "expectation", Level::error,
+                "The session expects something else."},
+    FindingKind{Finding::setup, "setup", Level::error,
+                "A fault or an answer that the session sets up was never used, or a step can't be "
+                "played."},
+    FindingKind{Finding::hookError, "hook-error", Level::error,
+                "A hook or the entry point returns an error, which the host shows to the user."},
+    FindingKind{Finding::userReport, "user-report", Level::error,
+                "The plug-in reports something to the user that the session doesn't expect."},
+    FindingKind{Finding::exception, "exception", Level::error,
+                "An exception leaves the plug-in. The host can't catch it."},
+    FindingKind{Finding::crash, "crash", Level::error, "The process crashes in the plug-in."},
+    FindingKind{Finding::timeout, "timeout", Level::error,
+                "A call of the plug-in doesn't return in time."},
+    FindingKind{Finding::processEnded, "process-ended", Level::error,
+                "The plug-in ends the host's process."},
+    FindingKind{
+        Finding::dialogNeverBegan, "dialog-never-began", Level::error,
+        "A modal session of the host doesn't begin, because the plug-in doesn't pass it on."},
+    FindingKind{Finding::notSupplied, "not-supplied", Level::error,
+                "The plug-in calls a function that aegp-host doesn't supply."},
+    FindingKind{Finding::nullArgument, "null-argument", Level::error,
+                "A required pointer argument of a host function is null."},
+    FindingKind{Finding::badArgument, "bad-argument", Level::error,
+                "An argument of a host function is out of its range."},
+    FindingKind{Finding::unknownHandle, "unknown-handle", Level::error,
+                "A handle isn't one of the host's, or was freed before."},
+    FindingKind{Finding::staleProject, "stale-project", Level::error,
+                "A project handle is used after its project was closed."},
+    FindingKind{Finding::wrongPluginId, "wrong-plugin-id", Level::error,
+                "The plug-in passes an id that the host didn't give to it."},
+    FindingKind{Finding::wrongThread, "wrong-thread", Level::error,
+                "The plug-in calls the host from another thread than the main one."},
+    FindingKind{Finding::unknownCommand, "unknown-command", Level::error,
+                "A command isn't from AEGP_GetUniqueCommand, or no menu item has it."},
+    FindingKind{Finding::unknownMenu, "unknown-menu", Level::error,
+                "A menu item is inserted into a menu that the host doesn't have."},
+    FindingKind{Finding::enabledOutsideHook, "enabled-outside-hook", Level::warning,
+                "A menu item is enabled outside an update-menu hook, where it has no effect."},
+    FindingKind{Finding::lateHook, "late-hook", Level::error,
+                "A hook is registered after the entry point has returned."},
+    FindingKind{Finding::releasedSuite, "released-suite", Level::error,
+                "A function of a suite is called while the suite isn't acquired."},
+    FindingKind{Finding::suiteReleasedTooOften, "suite-released-too-often", Level::error,
+                "A suite is released more often than it was acquired."},
+    FindingKind{Finding::suiteLeaked, "suite-leaked", Level::error,
+                "A suite that was acquired is never released."},
+    FindingKind{Finding::lockedHandleFreed, "locked-handle-freed", Level::error,
+                "A memory handle is freed while it is locked."},
+    FindingKind{Finding::unlockedTooOften, "unlocked-too-often", Level::error,
+                "A memory handle is unlocked more often than it was locked."},
+    FindingKind{Finding::handleLeaked, "handle-leaked", Level::error,
+                "A memory handle is never freed, or stays locked."},
+    FindingKind{Finding::unknownBlock, "unknown-block", Level::error,
+                "A block of the basic suite is freed twice, or isn't one of the host's."},
+    FindingKind{Finding::blockLeaked, "block-leaked", Level::error,
+                "A block of the basic suite is never freed."},
+    FindingKind{
+        Finding::unbalancedUndoGroup, "unbalanced-undo-group", Level::error,
+        "An undo group is ended that wasn't started, or isn't ended when the hook returns."},
+};
+
+constexpr const FindingKind& KindOf(Finding finding) {
+  return kFindingKinds[static_cast<size_t>(finding)];
+}
+
+/// Returns the finding of that name, or none.
+constexpr std::optional<Finding> FindingNamed(std::string_view name) {
+  for (const FindingKind& kind : kFindingKinds) {
+    if (kind.name == name) return kind.finding;
+  }
+  return {};
+}
+
+namespace detail {
+constexpr bool FindingsAreInOrder() {
+  for (size_t i = 0; i < kFindingKinds.size(); ++i) {
+    if (static_cast<size_t>(kFindingKinds[i].finding) != i) return false;
+  }
+  return static_cast<size_t>(Finding::unbalancedUndoGroup) + 1 == kFindingKinds.size();
+}
+static_assert(FindingsAreInOrder());
+}  // namespace detail
+
+}  // namespace host

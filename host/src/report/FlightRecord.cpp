@@ -1,0 +1,28 @@
+#include "FlightRecord.h"
+
+#include <sys/mman.h>
+
+#include <ctime>
+#include <new>
+#include <stdexcept>
+
+namespace host {
+
+SharedFlightRecord::SharedFlightRecord() {
+  void* memory = mmap(nullptr, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
+                      MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (memory == MAP_FAILED) throw std::runtime_error("can't get shared memory");
+  mRecord = new (memory) FlightRecord;
+}
+
+SharedFlightRecord::~SharedFlightRecord() {
+  munmap(mRecord, sizeof(FlightRecord));
+}
+
+int64_t MonotonicNow() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
+
+}  // namespace host

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <string_view>
+
+namespace host {
+
+/// What the process that plays a session is doing. Lies in memory that it shares with the process
+/// that waits for it, so that it can be read after a crash. Texts are NUL-terminated and cut to
+/// their arrays.
+struct FlightRecord {
+  /// When the call of the plug-in that is under way began, by `MonotonicNow`; 0 outside the
+  /// plug-in.
+  std::atomic<int64_t> callBegan{0};
+  std::array<char, 64> hook{};  ///< "idle hook", "static constructor"; empty in the host itself
+  std::array<char, 512> hostCall{};  ///< the latest host call, with its arguments
+  std::array<char, 512> step{};      ///< the step's place in the session file
+  int64_t tick = 0;
+  int64_t stepsPlayed = 0;
+  off_t stdoutTaken = 0;  ///< bytes of the plug-in's output that are on the timeline
+  off_t stderrTaken = 0;
+};
+
+/// Owns a flight record that a child process shares.
+class SharedFlightRecord {
+ public:
+  /// Throws `std::runtime_error` if there is no memory.
+  SharedFlightRecord();
+  ~SharedFlightRecord();
+  SharedFlightRecord(const SharedFlightRecord&) = delete;
+  SharedFlightRecord& operator=(const SharedFlightRecord&) = delete;
+
+  FlightRecord& operator*() const { return *mRecord; }
+  FlightRecord* operator->() const { return mRecord; }
+
+ private:
+  FlightRecord* mRecord;
+};
+
+/// Copies `text` into one of the record's arrays, cut to its size.
+template <size_t size>
+void Note(std::array<char, size>& field, std::string_view text) {
+  field[text.copy(field.data(), size - 1)] = '\0';
+}
+
+/// Nanoseconds of a clock that sessions don't stop.
+int64_t MonotonicNow();
+
+}  // namespace host

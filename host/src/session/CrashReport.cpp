@@ -1,0 +1,77 @@
+#include "CrashReport.h"
+
+#include <cxxabi.h>
+#include <execinfo.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <typeinfo>
+
+namespace host {
+namespace {
+
+constexpr int kMostFrames = 64;
+constexpr size_t kStackSize = 64 * 1024;
+
+int reportDescriptor = -1;
+// For a crash that was an overflow of the stack.
+alignas(16) std::array<char, kStackSize> alternateStack;
+
+void Write(const char* text) {
+  // Nothing is left to do about a failure.
+  if (write(reportDescriptor, text, std::strlen(text)) < 0) return;
+}
+
+void WriteBacktrace(int signal) {
+  std::array<void*, kMostFrames> frames;
+  const int count = backtrace(frames.data(), kMostFrames);
+  // Without this function and the trampoline of the signal.
+  constexpr int kOwnFrames = 2;
+  if (count > kOwnFrames) {
+    backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, reportDescriptor);
+  }
+  ::signal(signal, SIG_DFL);
+  raise(signal);
+}
+
+[[noreturn]] void Terminate() {
+  Write("uncaught exception: ");
+  if (const std::type_info* type = abi::__cxa_current_exception_type()) {
+    int status = 0;
+    const char* name = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
+    Write(name ? name : type->name());
+  } else {
+    Write("none");
+  }
+  Write("\n");
+  std::abort();
+}
+
+}  // namespace
+
+const int kHangSignal = SIGQUIT;
+
+void InstallCrashReport(int descriptor) {
+  reportDescriptor = descriptor;
+  // The first call loads a library, which a signal handler must not.
+  std::array<void*, 1> frame;
+  backtrace(frame.data(), 1);
+  const stack_t stack{.ss_sp = alternateStack.data(), .ss_flags = 0, .ss_size = kStackSize};
+  sigaltstack(&stack, nullptr);
+  struct sigaction action {};
+  action.sa_handler = WriteBacktrace;
+  action.sa_flags = SA_ONSTACK | SA_NODEFER;
+  for (const int signal :
+       {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS, kHangSignal}) {
+    struct sigaction present {};
+    sigaction(signal, nullptr, &present);
+    if (present.sa_handler == SIG_DFL) sigaction(signal, &action, nullptr);
+  }
+  std::set_terminate(Terminate);
+}
+
+}  // namespace host

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <utility>
+
+#include "SessionPart.h"
+
+namespace host {
+
+/// What a session says of the font manager, whose framework and process are stand-ins in a folder.
+class FontManager final : public SessionPart {
+ public:
+  /// `folder` holds the frameworks and executables. Without one every word about the font manager
+  /// is an error.
+  explicit FontManager(std::filesystem::path folder) : mFolder(std::move(folder)) {}
+
+  std::vector<std::string_view> keys() const override;
+  std::vector<std::string_view> steps() const override;
+  std::vector<std::string_view> expectations() const override;
+  void readKeys(const YamlValue& root, const std::map<std::string, YamlValue>& fields,
+                Session& session) const override;
+  Action readStep(std::string_view name, const YamlValue& value) const override;
+  Check readExpectation(std::string_view name, const YamlValue& value) const override;
+
+ private:
+  void needsFolder(const YamlValue& value) const;
+  void readFramework(const YamlValue& root, const YamlValue* value, FolderSetup& setup) const;
+
+  std::filesystem::path mFolder;
+};
+
+}  // namespace host

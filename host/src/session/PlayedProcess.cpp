@@ -1,0 +1,222 @@
+#include "PlayedProcess.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <utility>
+
+#include "CrashReport.h"
+#include "Player.h"
+#include "TextFile.h"
+
+namespace host {
+namespace {
+
+constexpr int64_t kNanoseconds = 1'000'000'000;
+// How long a process that hangs may take to write its backtrace.
+constexpr int64_t kTimeToEnd = kNanoseconds;
+
+std::vector<std::string> ReadLinesFrom(const std::filesystem::path& file, off_t place) {
+  std::ifstream stream(file, std::ios::binary);
+  stream.seekg(place);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+std::string ReadAll(int descriptor) {
+  std::string text;
+  std::array<char, 4096> buffer;
+  for (ssize_t size = 0; (size = pread(descriptor, buffer.data(), buffer.size(),
+                                       static_cast<off_t>(text.size()))) > 0;) {
+    text.append(buffer.data(), static_cast<size_t>(size));
+  }
+  return text;
+}
+
+// The frames of a backtrace, one a line, without those that lead from the host into the plug-in.
+std::vector<std::string> Frames(const std::string& report) {
+  const std::string host = std::filesystem::read_symlink("/proc/self/exe").string();
+  std::vector<std::string> frames = Split(report, '\n');
+  const auto leadsIn = [&](const std::string& frame) {
+    return frame.empty() || frame.starts_with(host) || frame.find("/libc.so") != std::string::npos;
+  };
+  while (!frames.empty() && leadsIn(frames.back())) frames.pop_back();
+  for (std::string& frame : frames) frame.erase(std::min(frame.find('['), frame.size()));
+  return frames;
+}
+
+}  // namespace
+
+bool Played::failed(bool strict) const {
+  return std::any_of(findings.begin(), findings.end(), [&](const FoundInSession& found) {
+    return strict || KindOf(found.finding).level == Level::error;
+  });
+}
+
+PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
+                             const Janitor& janitor)
+    : mSession(session), mOptions(options), mFolder(session.setUp, janitor, options.keep) {
+  start(janitor);
+}
+
+PlayedProcess::~PlayedProcess() {
+  if (mProcess > 0) {
+    kill(-mProcess, SIGKILL);
+    kill(mProcess, SIGKILL);
+    waitpid(mProcess, nullptr, 0);
+  }
+  close(mPipe);
+  close(mCrashReport);
+}
+
+void PlayedProcess::start(const Janitor& janitor) {
+  std::array<int, 2> ends{};
+  mCrashReport = memfd_create("crash report", MFD_CLOEXEC);
+  if (mCrashReport < 0 || pipe2(ends.data(), O_CLOEXEC) != 0) {
+    throw std::runtime_error("can't make a pipe");
+  }
+  std::fflush(nullptr);
+  mProcess = fork();
+  if (mProcess < 0) throw std::runtime_error("can't make a process");
+  if (mProcess == 0) {
+    janitor.leave();
+    close(ends[0]);
+    PlayAndExit(mSession, {mOptions.module, mFolder.path(), ends[1], mCrashReport}, *mFlight);
+  }
+  // In both processes, because either may be the first to need it.
+  setpgid(mProcess, mProcess);
+  close(ends[1]);
+  mPipe = ends[0];
+  fcntl(mPipe, F_SETFL, O_NONBLOCK);
+}
+
+bool PlayedProcess::update() {
+  readReports();
+  int status = 0;
+  if (waitpid(mProcess, &status, WNOHANG) == 0) {
+    endIfHanging();
+    return true;
+  }
+  // What it wrote before it ended. Others may hold the pipe open.
+  readReports();
+  kill(-mProcess, SIGKILL);
+  mProcess = -1;
+  addRestOfOutput();
+  addHowItEnded(status);
+  return false;
+}
+
+void PlayedProcess::readReports() {
+  std::array<char, 65536> buffer;
+  for (ssize_t size = 0; (size = read(mPipe, buffer.data(), buffer.size())) > 0;) {
+    mUnread.append(buffer.data(), static_cast<size_t>(size));
+  }
+  size_t place = 0;
+  for (Report report; ParseReport(mUnread, place, report);) takeReport(report);
+  mUnread.erase(0, place);
+}
+
+void PlayedProcess::takeReport(const Report& report) {
+  const auto found = [&] {
+    const size_t end = report.text.find('\n');
+    return FoundInSession{*FindingNamed(std::string_view(report.text).substr(0, end)),
+                          report.text.substr(end + 1)};
+  };
+  switch (report.kind) {
+    case ReportKind::line:
+      mLines.push_back(report.text);
+      break;
+    case ReportKind::finding:
+      mFindings.push_back(found());
+      break;
+    case ReportKind::misuse:
+      mMisuses.push_back(found());
+      break;
+    case ReportKind::expected:
+      mMisuses.clear();
+      break;
+    case ReportKind::played:
+      mPlayed = true;
+      break;
+    case ReportKind::end:
+      mEnded = true;
+      break;
+  }
+}
+
+void PlayedProcess::endIfHanging() {
+  const int64_t began = mFlight->callBegan;
+  const int64_t now = MonotonicNow();
+  if (mAskedToEnd != 0) {
+    if (now - mAskedToEnd > kTimeToEnd) kill(mProcess, SIGKILL);
+  } else if (began != 0 && now - began > mOptions.timeout.count() * kNanoseconds) {
+    mAskedToEnd = now;
+    kill(mProcess, kHangSignal);
+  }
+}
+
+void PlayedProcess::addRestOfOutput() {
+  for (const auto& line : ReadLinesFrom(mFolder.path() / kStdoutFile, mFlight->stdoutTaken)) {
+    mLines.push_back(TimelineLine("", Actor::plugIn, StdoutText(line)));
+  }
+  for (const auto& line : ReadLinesFrom(mFolder.path() / kStderrFile, mFlight->stderrTaken)) {
+    mLines.push_back(TimelineLine("", Actor::plugIn, StderrText(line)));
+  }
+}
+
+void PlayedProcess::addHowItEnded(int status) {
+  const char* const hook = mFlight->hook.data();
+  const std::string place = *hook ? fmt::format("in the {}", hook) : "in the host itself";
+  if (mAskedToEnd != 0) {
+    add(Finding::timeout,
+        fmt::format("the plug-in doesn't return within {} s {}", mOptions.timeout.count(), place));
+  } else if (WIFSIGNALED(status)) {
+    add(Finding::crash,
+        fmt::format("the process crashed {}: {}", place, strsignal(WTERMSIG(status))));
+  } else if (!mPlayed || !mEnded || WEXITSTATUS(status) != 0) {
+    add(Finding::processEnded,
+        fmt::format("the process ended {} with code {}", place, WEXITSTATUS(status)));
+  }
+}
+
+void PlayedProcess::add(Finding finding, const std::string& text) {
+  std::string whole = text + where();
+  for (const std::string& frame : Frames(ReadAll(mCrashReport))) whole += "\n    " + frame;
+  mFindings.push_back({finding, whole});
+}
+
+std::string PlayedProcess::where() const {
+  const size_t left = mSession.steps.size() - static_cast<size_t>(mFlight->stepsPlayed);
+  return fmt::format("\n    tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
+                     mFlight->hostCall[0] ? mFlight->hostCall.data() : "none", mFlight->step.data(),
+                     left, mSession.steps.size());
+}
+
+std::vector<std::string> PlayedProcess::takeLines() {
+  return std::exchange(mLines, {});
+}
+
+Played PlayedProcess::result() {
+  Played played;
+  played.findings = mFindings;
+  played.findings.insert(played.findings.end(), mMisuses.begin(), mMisuses.end());
+  std::erase_if(played.findings, [&](const FoundInSession& found) {
+    return mOptions.allowed.contains(found.finding);
+  });
+  if (mOptions.keep) played.folder = mFolder.path();
+  return played;
+}
+
+}  // namespace host

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "FlightRecord.h"
+#include "Janitor.h"
+#include "Reporter.h"
+#include "Runner.h"
+#include "SessionFolder.h"
+
+namespace host {
+
+/// A session that is being played in a process of its own, seen from the process that waits.
+class PlayedProcess {
+ public:
+  /// Sets the session up and begins to play it. All arguments outlive this object. Throws
+  /// `std::runtime_error` if that can't be done.
+  PlayedProcess(const Session& session, const RunOptions& options, const Janitor& janitor);
+  /// Ends the process, and all processes that the plug-in left behind.
+  ~PlayedProcess();
+  PlayedProcess(const PlayedProcess&) = delete;
+  PlayedProcess& operator=(const PlayedProcess&) = delete;
+
+  const Session& session() const { return mSession; }
+  /// The descriptor that becomes readable when there is something to take in.
+  int pipe() const { return mPipe; }
+  /// Takes in what the process has reported, and ends it if the plug-in hangs. Returns false when
+  /// the process has ended.
+  bool update();
+  /// Returns the lines of the timeline since the last call.
+  std::vector<std::string> takeLines();
+  /// What came of the session, once `update` has returned false.
+  Played result();
+
+ private:
+  void start(const Janitor& janitor);
+  void readReports();
+  void takeReport(const Report& report);
+  void endIfHanging();
+  void addRestOfOutput();
+  void addHowItEnded(int status);
+  void add(Finding finding, const std::string& text);
+  std::string where() const;
+
+  const Session& mSession;
+  const RunOptions& mOptions;
+  SessionFolder mFolder;
+  SharedFlightRecord mFlight;
+  pid_t mProcess = -1;
+  int mPipe = -1;
+  int mCrashReport = -1;
+  std::string mUnread;  ///< bytes of the pipe that aren't a whole report
+  std::vector<std::string> mLines;
+  std::vector<FoundInSession> mFindings;
+  std::vector<FoundInSession> mMisuses;  ///< that the session may still expect
+  bool mPlayed = false;
+  bool mEnded = false;
+  int64_t mAskedToEnd = 0;  ///< when a hang was noticed; 0 if none was
+};
+
+}  // namespace host

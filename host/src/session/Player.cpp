@@ -1,0 +1,78 @@
+#include "Player.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "CrashReport.h"
+
+namespace host {
+namespace {
+
+// The session must have expected all that the user saw, and used all that it set up.
+void CheckNothingIsLeft(Host& host, const Session& session) {
+  host.timeline.drain();
+  const Record& record = host.timeline.record;
+  for (const auto& [error, where] : record.errors) {
+    host.report(Finding::hookError,
+                fmt::format("the user saw an error that no step expects: {}{}", error, where));
+  }
+  for (const auto& [text, where] : record.reports) {
+    host.report(Finding::userReport,
+                fmt::format("the user saw a report that no step expects: {}{}", text, where));
+  }
+  for (const auto& [function, where] : record.notSupplied) {
+    host.report(Finding::notSupplied,
+                fmt::format("{} was called, which this host doesn't supply{}", function, where));
+  }
+  for (const std::string& function : host.faults.unmet()) {
+    host.report(Finding::setup,
+                fmt::format("{} wasn't called as often as it was to fail", function));
+  }
+  for (const auto& check : session.finalChecks) check(host);
+}
+
+void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {
+  try {
+    host.prepare(session.host, setup.module, setup.reportPipe, flight);
+    for (const auto& preparation : session.preparations) preparation(host);
+    for (const Step& step : session.steps) {
+      host.beginStep(step.place);
+      step.play(host);
+      host.endStep();
+    }
+    CheckNothingIsLeft(host, session);
+  } catch (const SessionEnded&) {
+    // The finding was reported before it was thrown.
+  } catch (const std::exception& error) {
+    host.report(Finding::setup, fmt::format("the session can't go on: {}", error.what()));
+  }
+  host.endSteps();
+}
+
+// What is read from the terminal is for the user's shell, and a signal of the terminal for the
+// process that waits.
+void DetachFromTerminal() {
+  setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  dup2(nothing, STDIN_FILENO);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::signal(signal, SIG_DFL);
+}
+
+}  // namespace
+
+void PlayAndExit(const Session& session, const PlayerSetup& setup, FlightRecord& flight) {
+  DetachFromTerminal();
+  if (chdir(setup.folder.c_str()) != 0) _exit(1);
+  setenv("HOME", setup.folder.c_str(), 1);
+  InstallCrashReport(setup.crashReport);
+  PlaySteps(session, setup, flight, TheHost());
+  std::exit(0);
+}
+
+}  // namespace host

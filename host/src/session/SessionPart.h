@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Session.h"
+#include "YamlValue.h"
+
+namespace host {
+
+/// Compares at an `expect` step. Returns what is wrong, or an empty text.
+using Check = std::function<std::string(Host&)>;
+
+/// Words of a session that the host itself doesn't know, such as those about a font manager. Every
+/// reader throws `SessionFileError`.
+class SessionPart {
+ public:
+  virtual ~SessionPart() = default;
+
+  virtual std::vector<std::string_view> keys() const = 0;
+  virtual std::vector<std::string_view> steps() const = 0;
+  virtual std::vector<std::string_view> expectations() const = 0;
+
+  /// Reads the keys that the session has, and adds to the session what goes with this part. `root`
+  /// is the whole session.
+  virtual void readKeys(const YamlValue& root, const std::map<std::string, YamlValue>& fields,
+                        Session& session) const = 0;
+  virtual Action readStep(std::string_view name, const YamlValue& value) const = 0;
+  virtual Check readExpectation(std::string_view name, const YamlValue& value) const = 0;
+};
+
+}  // namespace host
