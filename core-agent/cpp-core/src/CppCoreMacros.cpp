@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <functional>
 #include <iterator>
 #include <map>
 
@@ -19,9 +18,10 @@ using NameMap = std::map<uint32_t, std::string>;
 constexpr char kUnknownName[] = "Unknown error code";
 
 static_assert(std::size(kErrorCatalogueRows) == 277);
-static_assert(std::ranges::adjacent_find(kErrorCatalogueRows, std::ranges::greater_equal{},
-                                         &ErrorCatalogueRow::code) ==
-              std::ranges::end(kErrorCatalogueRows));
+static_assert(std::adjacent_find(std::begin(kErrorCatalogueRows), std::end(kErrorCatalogueRows),
+                                 [](const ErrorCatalogueRow& row, const ErrorCatalogueRow& next) {
+                                   return row.code >= next.code;
+                                 }) == std::end(kErrorCatalogueRows));
 
 const NameMap* BuildNameMap() {
   auto* const map = new NameMap;
