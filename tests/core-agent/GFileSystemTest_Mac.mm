@@ -84,7 +84,16 @@ TEST_F(GFileSystemExpandPath, LeavesWhatIsTextInNeitherEncodingAlone) {
   EXPECT_THAT(log.Entries(), ElementsAre(StartsWith("[FileSystem]\t[Warning]\t"), kFailed));
 }
 
+// Raises an exception for a warning, and expects the text to live until the exception is logged.
+struct RaisingAppender : GLogAppender {
+  void Append(const std::string& line) override {
+    if (line.find("[Warning]") != std::string::npos) @throw @"from the appender";
+    EXPECT_EQ(textsGone, line.find("caught") == std::string::npos ? 1 : 0);
+  }
+};
+
 TEST_F(GFileSystemExpandPath, LogsEveryCocoaExceptionAndClearsThePath) {
+  GLogger::GetSharedInstance()->AddAppender("raising", std::make_unique<RaisingAppender>());
   const id objects[] = {@"any object", [NSException exceptionWithName:@"Unrepresentable"
                                                                reason:@"no such character"
                                                              userInfo:nil]};
@@ -103,6 +112,9 @@ TEST_F(GFileSystemExpandPath, LogsEveryCocoaExceptionAndClearsThePath) {
                                            kFailed));
     EXPECT_EQ(textsGone, 1);
   }
+  std::string path = "\xFF";
+  EXPECT_EQ(GFileSystem::OSExpandPath(path), 0x0C001005u) << "the warning failed";
+  EXPECT_EQ(path, "");
 }
 
 TEST_F(GFileSystemExpandPath, LetsOtherExceptionsPassAndReleasesTheText) {

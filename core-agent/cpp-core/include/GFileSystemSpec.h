@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-/// A full path in UTF-8, but for a home directory that isn't, edited one component at a time.
+/// A full path, edited one component at a time.
 ///
 /// The path is empty (no path), or "/", or begins with "/" and doesn't end with it. Separators
 /// inside it, "." and ".." stay as they are, and the disk is never touched. Nothing throws beyond

@@ -10,9 +10,14 @@
 #include <vector>
 
 #include "GStringUtils.h"
-#include "PathRewriting.h"
+#include "PathText.h"
 
 namespace {
+
+// The platform exception of this half.
+struct ExpansionFailure {
+  const char* description;
+};
 
 // The upper half of Mac OS Roman. The C library's own table reads the increment sign and the
 // manufacturer's logo as other characters than the file systems of that time meant.
@@ -61,27 +66,39 @@ std::string HomeDirectory(const std::string& user) {
   return home != nullptr && home[0] == '/' ? home : HomeInPasswordDatabase(user);
 }
 
-PathRewriting ExpandTilde(const std::string& path) {
-  if (!GStringUtils::BeginsWith(path, "~")) return {PathRewriting::Outcome::kRewritten, path};
+}  // namespace
+
+PathText OSTextFromUTF8(const char* bytes) {
+  const std::string path = bytes;
+  return utf8::is_valid(path) ? std::make_shared<const std::string>(path) : nullptr;
+}
+
+PathText OSTextFromMacOSRoman(const char* bytes) {
+  return std::make_shared<const std::string>(FromMacOSRoman(bytes));
+}
+
+std::string OSExpandTilde(const PathText& text) {
+  const std::string& path = *static_cast<const std::string*>(text.get());
+  if (!GStringUtils::BeginsWith(path, "~")) return path;
 
   const size_t end = std::min(path.find('/'), path.size());
   const std::string user = path.substr(1, end - 1);
   const std::string home = HomeDirectory(user);
-  if (GStringUtils::BeginsWith(home, "/")) {
-    const std::string full = GStringUtils::StripTrailingString(home, "/") + path.substr(end);
-    return {PathRewriting::Outcome::kRewritten, full.empty() ? "/" : full};
+  if (!GStringUtils::BeginsWith(home, "/")) {
+    // A name that nobody has may just as well be that of a file.
+    if (!user.empty()) return path;
+    throw ExpansionFailure{"The user has no home directory"};
   }
-  // A name that nobody has may just as well be that of a file.
-  if (!user.empty()) return {PathRewriting::Outcome::kRewritten, path};
-  return {PathRewriting::Outcome::kFailed, "The user has no home directory"};
+  if (!utf8::is_valid(home)) throw ExpansionFailure{"The home directory isn't UTF-8"};
+  const std::string full = GStringUtils::StripTrailingString(home, "/") + path.substr(end);
+  return full.empty() ? "/" : full;
 }
 
-}  // namespace
-
-// Valid UTF-8 is what file system calls take as it is.
-PathRewriting OSRewritePath(const char* bytes, PathEncoding encoding) {
-  const std::string path = bytes;
-  if (encoding == PathEncoding::kMacOSRoman) return ExpandTilde(FromMacOSRoman(path));
-  if (!utf8::is_valid(path)) return {PathRewriting::Outcome::kNotText, {}};
-  return ExpandTilde(path);
+std::optional<std::string> OSExceptionRaisedBy(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const ExpansionFailure& failure) {
+    return failure.description;
+  }
+  return std::nullopt;
 }
