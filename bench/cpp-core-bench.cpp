@@ -4,13 +4,12 @@
 #include <mutex>
 #include <thread>
 
-#include "CoreErrorCodes.h"
+#include "CppCoreMacros.h"
 #include "GBlockingLockStrategy.h"
 #include "GDateTime.h"
 #include "GLogger.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
-#include "GetNameForErrorCode.h"
 
 namespace {
 

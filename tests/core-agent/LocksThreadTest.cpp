@@ -5,12 +5,11 @@
 #include <thread>
 #include <vector>
 
-#include "CoreErrorCodes.h"
+#include "CppCoreMacros.h"
 #include "GLogger.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
 #include "GSingleton.h"
-#include "GetNameForErrorCode.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "CoreErrorCodes.h"
 #include "GLogger.h"
@@ -12,8 +13,8 @@ using TSInt32 = int32_t;
 //
 // A function that checks owns `uint32_t err = CoreErrorCodes::kSuccess;` and answers it. A check
 // stores its code there; a failed one also writes an entry to the logger and returns `err`. A
-// function whose result is something else runs its checked part in a lambda of that form and drops
-// what that answers.
+// function with another result runs its checked part in a function of that form, which has an
+// out-parameter, and drops the code.
 //
 // Each macro turns its argument into text itself, because one that handed it on to another would
 // log what NULL or PATH_MAX stand for. The macros have no locals, so that nothing in an expression,
@@ -50,3 +51,7 @@ using TSInt32 = int32_t;
 /// Writes the entry of a failed check. Called by the check macros only.
 void ReportFailedCheck(const char* category, GLogger::LoggingLevel level, uint32_t code,
                        const char* file, int line, const char* expression);
+
+/// Returns the name of an error code, for example "CoreErrorCodes::kNullPointer" for 0x05000000, or
+/// "Unknown error code". Any thread.
+std::string GetNameForErrorCode(uint32_t code);

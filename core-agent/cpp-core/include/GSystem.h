@@ -5,7 +5,13 @@
 /// What differs between operating systems and has no other home.
 class GSystem {
  public:
-  /// The number of this system: 0 on macOS, 1 or 2 on Windows, 3 on Linux.
+  // The numbers of systems. Windows has two.
+  static constexpr uint32_t kMacOSX = 0;
+  static constexpr uint32_t kFirstWindows = 1;
+  static constexpr uint32_t kLastWindows = 2;
+  static constexpr uint32_t kLinux = 3;
+
+  /// Returns the number of this system.
   static uint32_t OSGetSystem();
 
   /// Whether this is macOS; the number never changes. Any thread.

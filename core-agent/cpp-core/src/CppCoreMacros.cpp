@@ -9,7 +9,6 @@
 #include "GBlockingLockStrategy.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
-#include "GetNameForErrorCode.h"
 
 namespace {
 

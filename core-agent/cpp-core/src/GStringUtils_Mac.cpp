@@ -1,3 +1,4 @@
+// Built everywhere: POSIX is enough.
 #include <algorithm>
 #include <cctype>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Built everywhere: POSIX is enough.
 #include <bit>
 
 #include "GThread.h"
