@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <iosfwd>
 #include <string>
 
 #include "SDateTime.h"
@@ -71,8 +70,7 @@ class GDateTime {
   static GDateTime OSGetCurrentDateTimeUTC();
 
  private:
-  static uint32_t ParseDate(std::istream& ssTime, int& originalValue, SDateTime& dateTime);
-  static uint32_t ParseTimeOfDay(std::istream& ssTime, int& originalValue, SDateTime& dateTime);
+  uint32_t SetOrReport(const std::string& dateString);
 
   SDateTime mDateTime;
 };

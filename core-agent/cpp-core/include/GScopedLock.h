@@ -28,6 +28,9 @@ class GScopedLock {
   bool IsLocked() const;
 
  private:
+  uint32_t LockByStrategy();
+  uint32_t UnlockByStrategy();
+
   GLockable& mLockable;
   bool mIsLocked = false;
   const std::unique_ptr<GLockStrategy> mLockStrategy;

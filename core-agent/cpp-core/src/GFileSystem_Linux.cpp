@@ -19,8 +19,8 @@ struct ExpansionFailure {
   const char* description;
 };
 
-// The upper half of Mac OS Roman. The C library's own table reads the increment sign and the
-// manufacturer's logo as other characters than the file systems of that time meant.
+// The upper half of Mac OS Roman. The C library's table maps two codes to other characters than the
+// file systems of that time meant: 0xC6, the increment sign, and 0xF0, the manufacturer's logo.
 constexpr std::array<char16_t, 128> kMacOSRoman = {
     0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1, 0x00E0, 0x00E2, 0x00E4, 0x00E3,
     0x00E5, 0x00E7, 0x00E9, 0x00E8, 0x00EA, 0x00EB, 0x00ED, 0x00EC, 0x00EE, 0x00EF, 0x00F1, 0x00F3,
@@ -35,18 +35,8 @@ constexpr std::array<char16_t, 128> kMacOSRoman = {
     0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7,
 };
 
-std::string FromMacOSRoman(const std::string& bytes) {
-  std::string text;
-  for (const char byte : bytes) {
-    const auto code = static_cast<unsigned char>(byte);
-    utf8::append(code < 0x80 ? char32_t{code} : char32_t{kMacOSRoman[code - 0x80u]},
-                 std::back_inserter(text));
-  }
-  return text;
-}
-
-// The home directory by the password database, of the process's own user for an empty name. Empty
-// for a user that isn't there.
+// The home directory in the password database, of the process's own user for an empty name. Empty
+// for an unknown user.
 std::string HomeInPasswordDatabase(const std::string& user) {
   std::vector<char> buffer(1024);
   passwd entry = {};
@@ -61,7 +51,7 @@ std::string HomeInPasswordDatabase(const std::string& user) {
 
 // The home directory of the user, or of the process for an empty name.
 std::string HomeDirectory(const std::string& user) {
-  // A HOME that is empty or relative can't stand for a full path and counts as missing.
+  // An empty or relative HOME can't replace a tilde, and counts as missing.
   const char* home = user.empty() ? std::getenv("HOME") : nullptr;
   return home != nullptr && home[0] == '/' ? home : HomeInPasswordDatabase(user);
 }
@@ -74,7 +64,13 @@ PathText OSTextFromUTF8(const char* bytes) {
 }
 
 PathText OSTextFromMacOSRoman(const char* bytes) {
-  return std::make_shared<const std::string>(FromMacOSRoman(bytes));
+  const auto text = std::make_shared<std::string>();
+  for (const char byte : std::string(bytes)) {
+    const auto code = static_cast<unsigned char>(byte);
+    utf8::append(code < 0x80 ? char32_t{code} : char32_t{kMacOSRoman[code - 0x80u]},
+                 std::back_inserter(*text));
+  }
+  return text;
 }
 
 std::string OSExpandTilde(const PathText& text) {
@@ -85,7 +81,7 @@ std::string OSExpandTilde(const PathText& text) {
   const std::string user = path.substr(1, end - 1);
   const std::string home = HomeDirectory(user);
   if (!GStringUtils::BeginsWith(home, "/")) {
-    // A name that nobody has may just as well be that of a file.
+    // A file may begin with a tilde too.
     if (!user.empty()) return path;
     throw ExpansionFailure{"The user has no home directory"};
   }
