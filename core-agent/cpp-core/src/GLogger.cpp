@@ -1,6 +1,6 @@
 #include "GLogger.h"
 
-#include <sstream>
+#include <utility>
 #include <vector>
 
 #include "GBlockingLockStrategy.h"
@@ -60,11 +60,12 @@ void GLogger::SetLoggingLevelForIdentifier(const std::string& identifier, Loggin
 }
 
 void GLogger::AddAppender(const std::string& key, std::unique_ptr<GLogAppender> appender) {
+  // Deleted after the lock is released, because its destructor may log.
+  std::unique_ptr<GLogAppender> replaced;
   const GScopedLock lock(mAppendersLock, true, new GBlockingLockStrategy);
   if (!lock.IsLocked()) return;
   GLogAppender*& registered = mAppenders[key];
-  delete registered;
-  registered = appender.release();
+  replaced.reset(std::exchange(registered, appender.release()));
 }
 
 void GLogger::RemoveAllAppenders() {
@@ -116,9 +117,11 @@ void GLogger::LogWarning(const std::string& identifier, const std::string& forma
 void GLogger::Logv(const std::string& identifier, const LoggingLevel& level,
                    const std::string& format, va_list arguments) {
   if (!ShouldLog(identifier, level)) return;
-  std::ostringstream prefixed;
-  prefixed << '[' << identifier << "]\t[" << LevelToString(level) << "]\t" << format;
-  LogvString(prefixed.str(), arguments);
+  constexpr size_t kRoomForLevel = 16;  // with the brackets and tabs
+  std::string prefixed;
+  prefixed.reserve(identifier.size() + kRoomForLevel + format.size());
+  prefixed.append("[").append(identifier).append("]\t[").append(LevelToString(level));
+  LogvString(prefixed.append("]\t").append(format), arguments);
 }
 
 bool GLogger::ShouldLog(const std::string& identifier, const LoggingLevel& level) {
@@ -152,10 +155,9 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   if (!mAppenders.empty()) {
     static std::vector<char> sStringBuffer(256);  // guarded by mAppendersLock, never shrinks
     FormatMessage(sStringBuffer, format, arguments);
-    std::ostringstream line;
-    line << '[' << GDateTime().GetAsISO8601String(true) << "]\t" << sStringBuffer.data() << '\n';
-    const std::string text = line.str();
-    for (const auto& [key, appender] : mAppenders) appender->Append(text);
+    const std::string line =
+        "[" + GDateTime().GetAsISO8601String(true) + "]\t" + sStringBuffer.data() + "\n";
+    for (const auto& [key, appender] : mAppenders) appender->Append(line);
   }
 
   if (threadLock.Lock()) sCurrentLogThread = nullptr;
