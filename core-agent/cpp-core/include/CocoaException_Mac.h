@@ -6,11 +6,9 @@
 extern "C" {
 #endif
 
-/// Runs `function` with `context`, and returns the object that was thrown in it, or nil when it
-/// returned. The object is autoreleased.
+/// Runs `function` with `context`. Returns the Cocoa exception that ended it, autoreleased, or nil.
 ///
-/// Only Cocoa's exceptions end here: those of C++ pass, and the destructors on the way run for
-/// both.
+/// C++ exceptions pass. C++ destructors on the way run for both kinds.
 id CocoaExceptionRaisedBy(void (*function)(void* context), void* context);
 
 #ifdef __cplusplus

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// What differs between operating systems and has no other home.
+/// Tells which operating system this is, and sleeps.
 class GSystem {
  public:
   // The numbers of systems. Windows has two.
@@ -14,12 +14,12 @@ class GSystem {
   /// Returns the number of this system.
   static uint32_t OSGetSystem();
 
-  /// Whether this is macOS; the number never changes. Any thread.
+  /// Returns whether this is macOS. Any thread.
   static bool IsMacOSX();
-  /// Whether this is Windows. Any thread.
+  /// Returns whether this is Windows. Any thread.
   static bool IsWindows();
 
-  /// Blocks the calling thread. The microseconds are counted in 32 bits, so the longest sleep is
-  /// 4294967 milliseconds.
+  /// Blocks the calling thread. Counts microseconds in 32 bits, so the longest sleep is 4294967
+  /// milliseconds.
   static void OSSleep(unsigned int milliseconds);
 };

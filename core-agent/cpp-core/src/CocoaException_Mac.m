@@ -6,7 +6,7 @@ id CocoaExceptionRaisedBy(void (*function)(void* context), void* context) {
   @try {
     function(context);
   } @catch (id exception) {
-    // A scope on the way may have released it already, and the runtime's own hold ends here.
+    // A pool on the way may have released it, and the runtime releases it here.
     return [[exception retain] autorelease];
   }
   return nil;

@@ -12,7 +12,7 @@ namespace {
 // `gmtime_r` won't do: it applies the leap seconds of some local zones.
 uint32_t BreakDown(const timeval& reading, SDateTime& dateTime) {
   uint32_t err = CoreErrorCodes::kSuccess;
-  // Named and typed as the check's text in the log has it.
+  // Named and typed as the logged expression needs it.
   const double cfAbsTime =
       static_cast<double>(reading.tv_sec) + 1e-6 * static_cast<double>(reading.tv_usec);
   CORE_CHECK_CONDITION(cfAbsTime == 0, CoreErrorCodes::kError, "Miscellaneous");

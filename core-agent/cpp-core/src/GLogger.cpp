@@ -12,13 +12,13 @@
 
 namespace {
 
-// A level that neither logs as a threshold nor is ever logged.
+// Returns whether the level passes nothing as a threshold, and is never logged.
 bool IsSilent(GLogger::LoggingLevel level) {
   return level == GLogger::kLoggingLevelNone || level == GLogger::kLoggingLevelUnset;
 }
 
-// Formats into the buffer, as a zero-terminated text, and makes the buffer larger if it has to be.
-// Text that can't be formatted counts as empty: the line it belongs to still goes out.
+// Formats zero-terminated text into the buffer, which grows if the text doesn't fit. A format error
+// gives empty text, so that the line still goes out.
 void FormatMessage(std::vector<char>& buffer, const std::string& format, va_list arguments) {
   constexpr size_t kStep = 256;
   va_list secondPass;
@@ -134,8 +134,8 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   static GMutex sCurrentLogThreadMutex;
   static void* sCurrentLogThread = nullptr;  // the thread that is delivering a line
 
-  // An appender may log, and so may what formats a line. Such an entry is dropped here, before it
-  // asks for a lock that its own thread holds.
+  // An appender may log, and so may the clock. Their entries are dropped here, before they ask for
+  // a lock that their own thread holds.
   bool mayGoOn = false;
   {
     const GScopedLock lock(sCurrentLogThreadMutex, true, new GBlockingLockStrategy);

@@ -1,4 +1,4 @@
-// The assertions of this unit hold in every build type: no mutex may exist half made.
+// Keeps the assertions of this unit in every build type: no mutex may exist half made.
 #undef NDEBUG
 #include "GMutex.h"
 

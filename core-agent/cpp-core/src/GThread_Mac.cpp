@@ -3,7 +3,7 @@
 
 #include "GThread.h"
 
-// The platform's thread is a pointer or an integer of that size: the handle holds it as it is.
+// A `pthread_t` is a pointer, or an integer of that size: the handle holds it directly.
 
 void* GThread::OSGetCurrentThread() {
   return std::bit_cast<void*>(pthread_self());
