@@ -18,7 +18,7 @@
 
 namespace {
 
-/// A second thread that only waits. While there is none, a standard mutex may skip its atomics.
+/// A second thread that only waits. With one thread, a standard mutex may skip its atomics.
 class IdleThread {
  public:
   ~IdleThread() {
@@ -98,7 +98,7 @@ void ThresholdLookup(benchmark::State& state) {
 }
 BENCHMARK(ThresholdLookup);
 
-// The yardstick: an entry with the same fields, by a logger that isn't ours.
+// The yardstick: an entry with the same fields.
 void SpdlogOneEntry(benchmark::State& state, const spdlog::sink_ptr& sink) {
   spdlog::logger logger("FileSystem", sink);
   logger.set_formatter(std::make_unique<spdlog::pattern_formatter>(

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Keeps the fastest repetition of each benchmark, the one least disturbed, and its counters.
+// Keeps the time of each benchmark's fastest repetition, the least disturbed one, and its counters.
 class KeepingReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
@@ -34,7 +34,7 @@ class KeepingReporter : public benchmark::ConsoleReporter {
   std::map<std::string, double> counters;
 };
 
-// What wasn't measured isn't within its limit.
+// A value that wasn't measured is NAN, which is within no limit.
 bool Within(const std::string& what, double value, double limit) {
   const bool within = value <= limit;
   std::printf("%-62s %6.2f, at most %.2f%s\n", what.c_str(), value, limit,
@@ -71,7 +71,7 @@ int main(int argc, char** argv) {
   within &=
       RatioWithin(reporter, "LogToAnAppenderThatDropsTheLine", "SpdlogToASinkThatDropsTheLine", 3);
   within &= RatioWithin(reporter, "LogWithoutAppender", "SpdlogToItsNullSink", 2.5);
-  // The same work but for the call itself: the tenth is for what measuring adds.
+  // The same work but for one call. The tenth allows for noise.
   within &= RatioWithin(reporter, "LogUnderTheThreshold", "ThresholdLookup", 1.1);
   return within ? 0 : 1;
 }

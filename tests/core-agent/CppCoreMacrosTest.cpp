@@ -39,7 +39,7 @@ constexpr int kFirstCheck = __LINE__ + 5;
 uint32_t FailedCheck(int which) {
   uint32_t err = CoreErrorCodes::kInvalidParam;
   const char* const gmtZone = AbsentDirectory(1);
-  // NOLINTNEXTLINE(modernize-use-nullptr): the text must show NULL, not what it stands for
+  // NOLINTNEXTLINE(modernize-use-nullptr): the log shows NULL as it is written
   if (which == 0) CORE_CHECK_CONDITION(NULL == AbsentDirectory(PATH_MAX), 0x01000000, "FileSystem");
   if (which == 1) CORE_CHECK_RESULT(Answer(0x01001014), "Miscellaneous");
   if (which == 2) CORE_CHECK_NOT_NULL(gmtZone, "Miscellaneous");

@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// In the password database of this executable, which has "ann" too.
+// This user's home in the password database of this executable, whose other user is "ann".
 std::string ownHome = "/home/own";
 
 int Find(const std::string& home, passwd* entry, char* buffer, size_t size, passwd** result) {
@@ -39,14 +39,14 @@ TEST(GSystem, IsNeitherMacOSXNorWindows) {
 TEST(GFileSystemTilde, StandsForHome) {
   const struct {
     std::string home, path, expanded;
-  } kCases[] = {{"/me", "~/x/", "/me/x/"},    {"/me/", "~", "/me"},
-                {"/me/", "~/x", "/me/x"},     {"/", "~", "/"},
-                {"/", "~/x", "/x"},           {"/me", "a/~", "a/~"},
-                {"/me", "~ann", "/home/ann"}, {"/me", "~ann/x", "/home/ann/x"},
-                {"/me", "~bob/x", "~bob/x"}};
-  for (const auto& c : kCases) {
-    setenv("HOME", c.home.c_str(), 1);
-    EXPECT_EQ(Expanded(c.path), c.expanded) << c.home;
+  } rows[] = {{"/me", "~/x/", "/me/x/"},    {"/me/", "~", "/me"},
+              {"/me/", "~/x", "/me/x"},     {"/", "~", "/"},
+              {"/", "~/x", "/x"},           {"/me", "a/~", "a/~"},
+              {"/me", "~ann", "/home/ann"}, {"/me", "~ann/x", "/home/ann/x"},
+              {"/me", "~bob/x", "~bob/x"}};
+  for (const auto& row : rows) {
+    setenv("HOME", row.home.c_str(), 1);
+    EXPECT_EQ(Expanded(row.path), row.expanded) << row.home;
   }
   EXPECT_EQ(Expanded("~/caf\x8E"), "/me/caf\xC3\xA9");
 }

@@ -28,7 +28,7 @@ struct HookedAppender : GLogAppender {
   std::function<void()> mOnAppend, mOnDelete;
 };
 
-TEST(GLogger, EachThresholdPassesItsOwnLevelAndTheGraverOnes) {
+TEST(GLogger, EachThresholdPassesItsOwnLevelAndMoreSevereOnes) {
   GLogger logger;
   for (int row = 0; row < 36; ++row) {
     const auto threshold = static_cast<Level>(row / 6 - 1), level = static_cast<Level>(row % 6 - 1);
@@ -93,16 +93,16 @@ TEST(GLogger, AFormatErrorCostsTheMessageAndNotTheLine) {
   GLogger logger;
   const LogLines log("test", logger);
   logger.LogError("id", "a text that must not show through");
-  // What a platform does on the way to the first line may be to set the user's locale.
+  // On its way to the first line, the platform may set the user's locale.
   std::setlocale(LC_ALL, "C");
-  logger.LogError("id", "%ls", L"\u20ac");  // not to be had in the C locale
+  logger.LogError("id", "%ls", L"\u20ac");  // the C locale lacks it
   logger.LogError("id", "next");
   EXPECT_THAT(log.Lines(), ElementsAre(testing::_, MatchesRegex("[^\t]+Z\\]\t\n"),
                                        testing::EndsWith("\t[id]\t[Error]\tnext\n")));
 }
 
-TEST(GLogger, WhatAnAppenderLogsItselfIsDropped) {
-  // Would get what the failing locks report, if the thread weren't known to be delivering a line.
+TEST(GLogger, EntriesOfAnAppenderAreDropped) {
+  // Gets the reports of failed locks, unless the logger knows that this thread delivers a line.
   const LogLines reports;
   GLogger::GetSharedInstance()->SetLoggingLevelForIdentifier("Lockable", kDebug);
   GLogger logger;
