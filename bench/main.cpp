@@ -37,7 +37,7 @@ class KeepingReporter : public benchmark::ConsoleReporter {
 // A value that wasn't measured is NAN, which is within no limit.
 bool Within(const std::string& what, double value, double limit) {
   const bool within = value <= limit;
-  std::printf("%-62s %6.2f, at most %.2f%s\n", what.c_str(), value, limit,
+  std::printf("%-64s %6.2f, at most %.2f%s\n", what.c_str(), value, limit,
               within ? "" : "  EXCEEDED");
   return within;
 }
