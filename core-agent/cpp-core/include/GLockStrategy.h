@@ -4,8 +4,7 @@
 
 #include "GLockable.h"
 
-/// How a `GScopedLock` takes and releases a lock. Both operations return an error code, 0 on
-/// success.
+/// How a `GScopedLock` takes and releases a lock. Both operations return 0 on success.
 class GLockStrategy {
  public:
   virtual ~GLockStrategy() = default;

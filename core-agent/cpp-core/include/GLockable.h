@@ -19,8 +19,7 @@ class GLockable : private GNoncopyable {
   /// Takes the lock if it is free. Returns `kLockBusyErr` at once if another thread holds it.
   virtual uint32_t TryLock() = 0;
 
-  /// Takes the lock. Waits for at most `milliseconds`, and returns `kLockBusyErr` when they run
-  /// out.
+  /// Takes the lock. Waits for at most `milliseconds`, then returns `kLockBusyErr`.
   ///
   /// The default, for a lockable without timed waits, calls `TryLock` every 50 milliseconds, but
   /// not after the last sleep: with 120 milliseconds, it tries at 0, 50 and 100.

@@ -17,8 +17,7 @@
 /// `[UTC time in ISO 8601]`, tab, `[identifier]`, tab, `[level]`, tab, message, line feed.
 ///
 /// Any thread may log, and one line is delivered at a time. An entry that a thread logs while it
-/// delivers a line is dropped. No operation throws or reports a failure: it returns if a lock
-/// fails.
+/// delivers a line is dropped. No operation throws or reports a failure, not even a failed lock.
 class GLogger : private GNoncopyable {
  public:
   /// The level of an entry, or the threshold of an identifier, which passes entries up to its own

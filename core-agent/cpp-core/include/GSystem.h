@@ -6,10 +6,7 @@
 class GSystem {
  public:
   // The numbers of systems. Windows has two.
-  static constexpr uint32_t kMacOSX = 0;
-  static constexpr uint32_t kFirstWindows = 1;
-  static constexpr uint32_t kLastWindows = 2;
-  static constexpr uint32_t kLinux = 3;
+  enum : uint32_t { kMacOSX = 0, kFirstWindows = 1, kLastWindows = 2, kLinux = 3 };
 
   /// Returns the number of this system.
   static uint32_t OSGetSystem();

@@ -10,7 +10,7 @@ namespace {
 // Breaks the reading into calendar fields in UTC. A failed check leaves the fields as they were.
 //
 // `gmtime_r` won't do: it applies the leap seconds of some local zones.
-uint32_t BreakDown(const timeval& reading, SDateTime& dateTime) {
+uint32_t ConvertToUTC(const timeval& reading, SDateTime& dateTime) {
   uint32_t err = CoreErrorCodes::kSuccess;
   // Named and typed as the logged expression needs it.
   const double cfAbsTime =
@@ -38,6 +38,6 @@ GDateTime GDateTime::OSGetCurrentDateTimeUTC() {
   timeval reading = {};
   gettimeofday(&reading, nullptr);
   GDateTime now = kEmptyDateTime;
-  BreakDown(reading, now.mDateTime);
+  ConvertToUTC(reading, now.mDateTime);
   return now;
 }

@@ -7,7 +7,7 @@
 namespace {
 
 // Breaks the time into calendar fields in that zone. A failed check leaves the fields as they were.
-uint32_t BreakDown(const __CFTimeZone* timeZone, double cfAbsTime, SDateTime& dateTime) {
+uint32_t ConvertToTimeZone(const __CFTimeZone* timeZone, double cfAbsTime, SDateTime& dateTime) {
   uint32_t err = CoreErrorCodes::kSuccess;
   const CFOwned<CFCalendarRef> gregorian(
       CFCalendarCreateWithIdentifier(kCFAllocatorDefault, kCFGregorianCalendar));
@@ -38,19 +38,12 @@ uint32_t BreakDown(const __CFTimeZone* timeZone, double cfAbsTime, SDateTime& da
   return err;
 }
 
-// Returns the empty value after a failed check.
-GDateTime ConvertToTimeZone(const __CFTimeZone* timeZone, double cfAbsTime) {
-  SDateTime dateTime;
-  BreakDown(timeZone, cfAbsTime, dateTime);
-  return GDateTime(dateTime);
-}
-
-uint32_t ReadClock(GDateTime& now) {
+uint32_t ReadClock(SDateTime& now) {
   uint32_t err = CoreErrorCodes::kSuccess;
   const CFOwned<CFTimeZoneRef> gmtZone(
       CFTimeZoneCreateWithName(kCFAllocatorSystemDefault, CFSTR("GMT"), true));
   CORE_CHECK_NOT_NULL(gmtZone, "Miscellaneous");
-  now = ConvertToTimeZone(gmtZone.get(), CFAbsoluteTimeGetCurrent());
+  ConvertToTimeZone(gmtZone.get(), CFAbsoluteTimeGetCurrent(), now);
   return err;
 }
 
@@ -58,6 +51,6 @@ uint32_t ReadClock(GDateTime& now) {
 
 GDateTime GDateTime::OSGetCurrentDateTimeUTC() {
   GDateTime now = kEmptyDateTime;
-  ReadClock(now);
+  ReadClock(now.mDateTime);
   return now;
 }

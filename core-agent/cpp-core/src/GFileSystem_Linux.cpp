@@ -35,9 +35,12 @@ constexpr std::array<char16_t, 128> kMacOSRoman = {
     0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7,
 };
 
-// The home directory in the password database, of the process's own user for an empty name. Empty
-// for an unknown user.
-std::string HomeInPasswordDatabase(const std::string& user) {
+// The home directory of the user, or of the process for an empty name. Empty for an unknown user.
+std::string HomeDirectory(const std::string& user) {
+  // An empty or relative HOME can't replace a tilde, and counts as missing.
+  const char* const home = user.empty() ? std::getenv("HOME") : nullptr;
+  if (home != nullptr && home[0] == '/') return home;
+
   std::vector<char> buffer(1024);
   passwd entry = {};
   passwd* found = nullptr;
@@ -47,13 +50,6 @@ std::string HomeInPasswordDatabase(const std::string& user) {
   };
   while (lookUp() == ERANGE) buffer.resize(2 * buffer.size());
   return found == nullptr ? "" : found->pw_dir;
-}
-
-// The home directory of the user, or of the process for an empty name.
-std::string HomeDirectory(const std::string& user) {
-  // An empty or relative HOME can't replace a tilde, and counts as missing.
-  const char* home = user.empty() ? std::getenv("HOME") : nullptr;
-  return home != nullptr && home[0] == '/' ? home : HomeInPasswordDatabase(user);
 }
 
 }  // namespace

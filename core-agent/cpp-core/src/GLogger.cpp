@@ -168,13 +168,11 @@ const std::string& GLogger::GetDefaultLoggingIdentifier() const {
 }
 
 GLogger::LoggingLevel GLogger::GetLoggingLevelForIdentifier(const std::string& identifier) {
-  LoggingLevel level = kLoggingLevelUnset;
   const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
-  if (!lock.IsLocked()) return level;
+  if (!lock.IsLocked()) return kLoggingLevelUnset;
   auto found = mLoggingLevels.find(GStringUtils::OSToLowerCase(identifier));
   if (found == mLoggingLevels.end() && identifier != mDefaultLoggingIdentifier) {
     found = mLoggingLevels.find(mDefaultLoggingIdentifier);
   }
-  if (found != mLoggingLevels.end()) level = found->second;
-  return level;
+  return found != mLoggingLevels.end() ? found->second : kLoggingLevelUnset;
 }
