@@ -5,8 +5,7 @@
 
 int64_t allocation_count = 0;
 
-// Apart from the benchmarks, so that the compiler can't see an allocation and its release as a
-// pair.
+// In a unit of its own, so that the compiler can't drop an allocation together with its release.
 void* operator new(size_t size) {
   ++allocation_count;
   if (void* memory = std::malloc(size ? size : 1)) return memory;

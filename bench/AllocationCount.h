@@ -2,5 +2,5 @@
 
 #include <cstdint>
 
-/// How often this process has allocated by `operator new`.
+/// How many times this process has called `operator new`.
 extern int64_t allocation_count;

@@ -17,7 +17,8 @@ namespace {
 
 constexpr int32_t kTickWithoutAStep = 12;
 
-// The framework with operations that answer at once: one font activated on open.
+// Loads the framework, and replaces two operations by ones that return at once. Opening a document
+// activates one font.
 TBKLoader* LoadFramework() {
   TBKLoader* loader = TBKLoader::GetThisSharedInstance(TAMBERLINK_FRAMEWORK);
   if (!loader) std::abort();
@@ -36,7 +37,7 @@ void Tick() {
   IdleHook(nullptr, nullptr, nullptr);
 }
 
-// The state after a project was opened, and its process has run.
+// Opens a project and ends its activation.
 void ReachUneventfulTicks() {
   LoadFramework();
   global_state.picaBasicSuite = bench_host::BasicSuite();
@@ -111,8 +112,8 @@ void SharedInstanceAfterTheFirstSuccess(benchmark::State& state) {
 }
 BENCHMARK(SharedInstanceAfterTheFirstSuccess);
 
-// The search of the process list in vain, the launch-info file, and the framework that it leads to,
-// whose module the process has already.
+// Searches the process list in vain, then reads the launch-info file and loads the framework that
+// it names, whose module the process has already.
 void SharedInstanceFirstCall(benchmark::State& state) {
   const TemporaryFolder home;
   setenv("HOME", home.path().c_str(), 1);

@@ -1,20 +1,24 @@
+#include <absl/synchronization/mutex.h>
 #include <benchmark/benchmark.h>
+#include <spdlog/logger.h>
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/base_sink.h>
+#include <spdlog/sinks/null_sink.h>
 
 #include <atomic>
 #include <mutex>
 #include <thread>
 
-#include "CoreErrorCodes.h"
+#include "CppCoreMacros.h"
 #include "GBlockingLockStrategy.h"
 #include "GDateTime.h"
 #include "GLogger.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
-#include "GetNameForErrorCode.h"
 
 namespace {
 
-/// A second thread that only waits. While there is none, a standard mutex may skip its atomics.
+/// A second thread that only waits. With one thread, a standard mutex may skip its atomics.
 class IdleThread {
  public:
   ~IdleThread() {
@@ -38,6 +42,17 @@ void StdMutexLockAndUnlock(benchmark::State& state) {
   }
 }
 BENCHMARK(StdMutexLockAndUnlock);
+
+void AbslMutexLockAndUnlock(benchmark::State& state) {
+  const IdleThread other;
+  absl::Mutex mutex;
+  for ([[maybe_unused]] auto _ : state) {
+    mutex.Lock();
+    benchmark::ClobberMemory();
+    mutex.Unlock();
+  }
+}
+BENCHMARK(AbslMutexLockAndUnlock);
 
 void GMutexLockAndUnlock(benchmark::State& state) {
   const IdleThread other;
@@ -82,6 +97,35 @@ void ThresholdLookup(benchmark::State& state) {
   }
 }
 BENCHMARK(ThresholdLookup);
+
+// The yardstick: an entry with the same fields.
+void SpdlogOneEntry(benchmark::State& state, const spdlog::sink_ptr& sink) {
+  spdlog::logger logger("FileSystem", sink);
+  logger.set_formatter(std::make_unique<spdlog::pattern_formatter>(
+      "[%Y-%m-%dT%H:%M:%S.%eZ]\t[%n]\t[%l]\t%v", spdlog::pattern_time_type::utc));
+  for ([[maybe_unused]] auto _ : state) {
+    logger.error("Error='{}'  File='{}'  Line={}  Code='{}'  ", "CoreErrorCodes::kError", __FILE__,
+                 __LINE__, 7u);
+  }
+}
+
+void SpdlogToItsNullSink(benchmark::State& state) {
+  SpdlogOneEntry(state, std::make_shared<spdlog::sinks::null_sink_mt>());
+}
+BENCHMARK(SpdlogToItsNullSink);
+
+void SpdlogToASinkThatDropsTheLine(benchmark::State& state) {
+  struct Dropping : spdlog::sinks::base_sink<std::mutex> {
+    void sink_it_(const spdlog::details::log_msg& entry) override {
+      spdlog::memory_buf_t line;
+      formatter_->format(entry, line);
+      benchmark::DoNotOptimize(line.data());
+    }
+    void flush_() override {}
+  };
+  SpdlogOneEntry(state, std::make_shared<Dropping>());
+}
+BENCHMARK(SpdlogToASinkThatDropsTheLine);
 
 void LogOneEntry(benchmark::State& state, GLogger& logger, GLogger::LoggingLevel level) {
   const std::string identifier = "FileSystem";

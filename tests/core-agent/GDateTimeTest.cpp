@@ -29,17 +29,17 @@ std::string Failed(const std::string& expression) {
 }
 
 TEST(GDateTime, ReadsDatesAndTimesOfDay) {
-  const std::pair<std::string, std::string> kDates[] = {
+  const std::pair<std::string, std::string> dates[] = {
       {"2099-12-31T23:59:59.999Z", "2099-12-31T23:59:59.999Z"},
       {"0-1-1", "0000-01-01T00:00:00.000Z"},
       {"9999-12-31", "9999-12-31T00:00:00.000Z"},
       {" \t+5- 1-+2T 3: 4: 0000005", "0005-01-02T03:04:05.000Z"},
       {"2009-02-31", "2009-02-31T00:00:00.000Z"},
-      // Without digits the end of the text repeats the number before.
+      // Without digits, the end of the text repeats the previous number.
       {"2009-03-", "2009-03-03T00:00:00.000Z"},
       {"2009-01-02T12:", "2009-01-02T12:12:00.000Z"}};
-  // Milliseconds are a count, and what follows is ignored.
-  const std::pair<std::string, std::vector<std::string>> kTails[] = {
+  // Milliseconds are a count, and the parser ignores the rest.
+  const std::pair<std::string, std::vector<std::string>> tails[] = {
       {"00.000", {"", "Z"}},
       {"05.000", {":05", ":05.", ":05.Z", ":05+02:00", ":05,5"}},
       {"05.005", {":05.5 and more"}},
@@ -52,16 +52,16 @@ TEST(GDateTime, ReadsDatesAndTimesOfDay) {
     EXPECT_EQ(value.GetAsISO8601String(true), written) << text;
     EXPECT_EQ(value.GetAsISO8601String(false), written.substr(0, 10)) << text;
   };
-  for (const auto& [text, written] : kDates) expectReads(text, written);
-  for (const auto& [seconds, tails] : kTails) {
-    for (const std::string& tail : tails)
+  for (const auto& [text, written] : dates) expectReads(text, written);
+  for (const auto& [seconds, texts] : tails) {
+    for (const std::string& tail : texts)
       expectReads("2009-01-02T03:04" + tail, "2009-01-02T03:04:" + seconds + "Z");
   }
   EXPECT_THAT(log.Entries(), IsEmpty());
 }
 
 TEST(GDateTime, RefusesOtherTextsWithTheFailedChecksInTheLog) {
-  const std::pair<std::string, std::vector<std::string>> kCases[] = {
+  const std::pair<std::string, std::vector<std::string>> rows[] = {
       {Separator('-'), {"2009", "2009-01 -02"}},
       {Separator('T'), {"2009-01-02 ", "2009-01-02t03:04"}},
       {Separator(':'), {"2009-01-02T12"}},
@@ -72,7 +72,7 @@ TEST(GDateTime, RefusesOtherTextsWithTheFailedChecksInTheLog) {
       {Field("Minute", "minute"), {"2009-01-02T23:60"}},
       {Field("Second", "second"), {"2009-01-02T23:59:60"}},
       {Field("Millisecond", "millisecond"), {"2009-01-02T23:59:59.-1"}}};
-  for (const auto& [expression, texts] : kCases) {
+  for (const auto& [expression, texts] : rows) {
     std::vector<std::string> entries = {Failed(expression)};
     if (expression.starts_with("AssignField")) entries.insert(entries.begin(), Failed(kBounds));
 

@@ -11,17 +11,16 @@ namespace {
 using testing::ElementsAre;
 
 TEST(GDateTimeClock, GivesUtcWithMillisecondsTruncated) {
-  const std::pair<timeval, std::string> kCases[] = {
-      {{0, 1}, "1970-01-01T00:00:00.000Z"},
-      {{951782399, 999999}, "2000-02-28T23:59:59.999Z"},
-      {{951782400, 1999}, "2000-02-29T00:00:00.001Z"},
-      {{4107542400, 0}, "2100-03-01T00:00:00.000Z"},
-      {{-1, 999000}, "1969-12-31T23:59:59.999Z"}};
-  // The zones with leap seconds shift even what is called UTC.
+  const std::pair<timeval, std::string> rows[] = {{{0, 1}, "1970-01-01T00:00:00.000Z"},
+                                                  {{951782399, 999999}, "2000-02-28T23:59:59.999Z"},
+                                                  {{951782400, 1999}, "2000-02-29T00:00:00.001Z"},
+                                                  {{4107542400, 0}, "2100-03-01T00:00:00.000Z"},
+                                                  {{-1, 999000}, "1969-12-31T23:59:59.999Z"}};
+  // A zone with leap seconds shifts even UTC.
   for (const char* zone : {"XYZ-14", "XYZ+12", "right/UTC"}) {
     setenv("TZ", zone, 1);
     tzset();
-    for (const auto& [reading, text] : kCases) {
+    for (const auto& [reading, text] : rows) {
       posixFakes.now = reading;
       EXPECT_EQ(GDateTime().GetAsISO8601String(true), text) << zone;
     }
@@ -41,7 +40,7 @@ TEST(GLogger, AClockThatFailsCostsTheTimeAndNotTheLine) {
   posixFakes.now = timeval{};
   GLogger::GetSharedInstance()->LogError("id", "one");
   GLogger::GetSharedInstance()->LogError("id", "two");
-  // The clock's own entry is dropped, because this thread is delivering a line.
+  // The clock's entry is dropped, because this thread is delivering a line.
   EXPECT_THAT(log.Lines(), ElementsAre("[]\t[id]\t[Error]\tone\n", "[]\t[id]\t[Error]\ttwo\n"));
 }
 

@@ -10,9 +10,9 @@ namespace {
 using testing::ElementsAre;
 
 TEST(GFileSystemSpec, SetFullPathTakesFullPathsOnly) {
-  const std::pair<std::string, std::string> kCases[] = {
+  const std::pair<std::string, std::string> rows[] = {
       {"/a/b/", "/a/b"}, {"/", "/"}, {"", ""}, {"/a//./b", "/a//./b"}};
-  for (const auto& [path, left] : kCases) {
+  for (const auto& [path, left] : rows) {
     GFileSystemSpec value("/old");
     EXPECT_EQ(value.SetFullPath(path), 0u) << path;
     EXPECT_EQ(value.GetFullPath(), left);
@@ -27,7 +27,7 @@ TEST(GFileSystemSpec, SetFullPathTakesFullPathsOnly) {
                   "!(strCopy.empty() || GFileSystem::OSIsValidFullPath(strCopy))", 0x04000000)));
 }
 
-TEST(GFileSystemSpec, ConstructorRemovesQuotesAndPutsPartialPathsBehindTheWorkingDirectory) {
+TEST(GFileSystemSpec, ConstructorRemovesQuotesAndAppendsPartialPathsToTheWorkingDirectory) {
   TemporaryWorkingDirectory directory;
   const std::string folder = directory.FullPath();
   EXPECT_EQ(GFileSystemSpec("\"\"/tmp/x\"\"").GetFullPath(), "/tmp/x");
@@ -47,12 +47,12 @@ TEST(GFileSystemSpec, ConstructorRemovesQuotesAndPutsPartialPathsBehindTheWorkin
 TEST(GFileSystemSpec, AppendsComponents) {
   const struct {
     std::string path, component, left;
-  } kCases[] = {{"/a", "/x/y/", "/a/x/y"}, {"/a", "", "/a"},   {"/a", "///", "/a"},
-                {"", "x", "/x"},           {"/", "//x", "/x"}, {"/a", "x//y", "/a/x//y"}};
-  for (const auto& c : kCases) {
+  } rows[] = {{"/a", "/x/y/", "/a/x/y"}, {"/a", "", "/a"},   {"/a", "///", "/a"},
+              {"", "x", "/x"},           {"/", "//x", "/x"}, {"/a", "x//y", "/a/x//y"}};
+  for (const auto& row : rows) {
     GFileSystemSpec value;
-    value.SetFullPath(c.path);
-    EXPECT_EQ(value.AppendPathComponent(c.component).GetFullPath(), c.left) << c.path;
+    value.SetFullPath(row.path);
+    EXPECT_EQ(value.AppendPathComponent(row.component).GetFullPath(), row.left) << row.path;
   }
 }
 
@@ -64,9 +64,9 @@ TEST(GFileSystemSpec, RemovesOneLevelAtATimeAndDoubledSeparatorsWithIt) {
 }
 
 TEST(GFileSystemSpec, FindsTheLastComponent) {
-  const std::pair<std::string, std::string> kCases[] = {
+  const std::pair<std::string, std::string> rows[] = {
       {"/a/b.c d/", "b.c d"}, {"/a", "a"}, {"/", ""}, {"", ""}, {"name", "name"}, {"/a//", ""}};
-  for (const auto& [path, last] : kCases) {
+  for (const auto& [path, last] : rows) {
     EXPECT_EQ(GFileSystemSpec::GetLastPathComponent(path), last) << path;
   }
   EXPECT_EQ(GFileSystemSpec("/a/b/").GetLastPathComponent(), "b");

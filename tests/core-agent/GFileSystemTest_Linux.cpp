@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <iconv.h>
 #include <pwd.h>
 
 #include <cerrno>
@@ -15,8 +16,8 @@ namespace {
 
 using testing::ElementsAre;
 
-// In the password database of this executable, which has "ann" too.
-std::string own_home = "/home/own";
+// This user's home in the password database of this executable, whose other user is "ann".
+std::string ownHome = "/home/own";
 
 int Find(const std::string& home, passwd* entry, char* buffer, size_t size, passwd** result) {
   if (home.size() >= size) return ERANGE;
@@ -38,18 +39,29 @@ TEST(GSystem, IsNeitherMacOSXNorWindows) {
 TEST(GFileSystemTilde, StandsForHome) {
   const struct {
     std::string home, path, expanded;
-  } kCases[] = {{"/me", "~/x/", "/me/x/"},    {"/me/", "~", "/me"},
-                {"/me/", "~/x", "/me/x"},     {"/", "~", "/"},
-                {"/", "~/x", "/x"},           {"/me", "a/~", "a/~"},
-                {"/me", "~ann", "/home/ann"}, {"/me", "~ann/x", "/home/ann/x"},
-                {"/me", "~bob/x", "~bob/x"}};
-  for (const auto& c : kCases) {
-    setenv("HOME", c.home.c_str(), 1);
-    EXPECT_EQ(Expanded(c.path), c.expanded) << c.home;
+  } rows[] = {{"/me", "~/x/", "/me/x/"},    {"/me/", "~", "/me"},
+              {"/me/", "~/x", "/me/x"},     {"/", "~", "/"},
+              {"/", "~/x", "/x"},           {"/me", "a/~", "a/~"},
+              {"/me", "~ann", "/home/ann"}, {"/me", "~ann/x", "/home/ann/x"},
+              {"/me", "~bob/x", "~bob/x"}};
+  for (const auto& row : rows) {
+    setenv("HOME", row.home.c_str(), 1);
+    EXPECT_EQ(Expanded(row.path), row.expanded) << row.home;
   }
   EXPECT_EQ(Expanded("~/caf\x8E"), "/me/caf\xC3\xA9");
-  // The ends of the table and what the C library's own one has otherwise.
-  EXPECT_EQ(Expanded("\x7F\x80\xC6\xDB\xF0\xFF"), "\x7F\u00C4\u2206\u20AC\uF8FF\u02C7");
+}
+
+TEST(GFileSystem, ReadsMacOSRomanAsTheCLibraryDoesButForTwoCodes) {
+  const iconv_t converter = iconv_open("UTF-8", "MACINTOSH");
+  for (int code = 0x80; code <= 0xFF; ++code) {
+    std::string path(1, static_cast<char>(code)), text(4, '\0');
+    char *in = path.data(), *out = text.data();
+    size_t inSize = path.size(), outSize = text.size();
+    iconv(converter, &in, &inSize, &out, &outSize);
+    text.resize(text.size() - outSize);
+    EXPECT_EQ(Expanded(path), code == 0xC6 ? "\u2206" : code == 0xF0 ? "\uF8FF" : text) << code;
+  }
+  iconv_close(converter);
 }
 
 TEST(GFileSystemTilde, StandsForTheHomeOfThePasswordDatabaseWithoutHome) {
@@ -59,33 +71,35 @@ TEST(GFileSystemTilde, StandsForTheHomeOfThePasswordDatabaseWithoutHome) {
     setenv("HOME", home, 1);
     EXPECT_EQ(Expanded("~/x"), "/home/own/x") << home;
   }
-  own_home = "/" + std::string(5000, 'h');
-  EXPECT_EQ(Expanded("~/x"), own_home + "/x");
-  EXPECT_EQ(GFileSystemSpec("\"~/x/\"").GetFullPath(), own_home + "/x");
+  ownHome = "/" + std::string(5000, 'h');
+  EXPECT_EQ(Expanded("~/x"), ownHome + "/x");
+  EXPECT_EQ(GFileSystemSpec("\"~/x/\"").GetFullPath(), ownHome + "/x");
 }
 
-TEST(GFileSystemTilde, FailsWithoutAnyHome) {
-  unsetenv("HOME");
-  own_home.clear();
-  const std::string caught =
-      "[FileSystem]\t[Error]\tGFileSystem::OSExpandPath(), exception caught\n- The user has no "
-      "home directory";
+TEST(GFileSystemTilde, FailsWithoutAHomeThatIsUtf8) {
+  ownHome.clear();
   const auto failed = [](const char* expression) {
     return CheckEntry("FileSystem", "GFileSystem::kInvalidCharacterForFileSystemRepresentation",
                       expression, 0x0C001005);
   };
+  for (const auto& [home, reason] : {std::pair("", "The user has no home directory"),
+                                     std::pair("/m\x8E", "The home directory isn't UTF-8")}) {
+    setenv("HOME", home, 1);
+    std::string path = "~/x";
+    EXPECT_EQ(GFileSystem::OSExpandPath(path), 0x0C001005u);
+    EXPECT_EQ(path, "");
 
-  std::string path = "~/x";
-  EXPECT_EQ(GFileSystem::OSExpandPath(path), 0x0C001005u);
-  EXPECT_EQ(path, "");
-
-  LogLines log;
-  GFileSystemSpec value("/old");
-  EXPECT_EQ(value.SetFullPath("~/x"), 0x0C001005u);
-  EXPECT_EQ(value.GetFullPath(), "/old");
-  EXPECT_THAT(log.Entries(),
-              ElementsAre(caught, failed("err"), failed("GFileSystem::OSExpandPath(strCopy)")));
-
+    LogLines log;
+    GFileSystemSpec value("/old");
+    EXPECT_EQ(value.SetFullPath("~/x"), 0x0C001005u);
+    EXPECT_EQ(value.GetFullPath(), "/old");
+    EXPECT_THAT(
+        log.Entries(),
+        ElementsAre(std::string("[FileSystem]\t[Error]\tGFileSystem::OSExpandPath(), exception "
+                                "caught\n- ") +
+                        reason,
+                    failed("err"), failed("GFileSystem::OSExpandPath(strCopy)")));
+  }
   TemporaryWorkingDirectory directory;
   EXPECT_EQ(GFileSystemSpec("~/x").GetFullPath(), directory.FullPath());
 }
@@ -93,7 +107,7 @@ TEST(GFileSystemTilde, FailsWithoutAnyHome) {
 }  // namespace
 
 extern "C" int getpwuid_r(uid_t, passwd* entry, char* buffer, size_t size, passwd** result) {
-  return Find(own_home, entry, buffer, size, result);
+  return Find(ownHome, entry, buffer, size, result);
 }
 
 extern "C" int getpwnam_r(const char* name, passwd* entry, char* buffer, size_t size,

@@ -19,12 +19,12 @@ const std::string kFailed = CheckEntry(
 
 std::function<NSString*()> expand;
 int textsGone = 0;
-// Where the next text comes from.
+// Replaces the constructor of the next text.
 std::optional<ReplacedMethod> nextText;
 
 }  // namespace
 
-// Stands in for the text, to fail where a test says so and to show that it is released.
+// Replaces the text: expands as a test says, and counts its releases.
 @interface ProbeText : NSObject
 @end
 @implementation ProbeText
@@ -56,9 +56,9 @@ Class TextClass() {
 TEST(GFileSystemTilde, StandsForHome) {
   const GScopedManagedMemory scope;
   const std::string kHome = [NSHomeDirectory() fileSystemRepresentation];
-  const std::pair<std::string, std::string> kCases[] = {
+  const std::pair<std::string, std::string> rows[] = {
       {"~", kHome}, {"~/x", kHome + "/x"}, {"~/caf\x8E", kHome + "/caf\xC3\xA9"}, {"a/~", "a/~"}};
-  for (const auto& [path, expanded] : kCases) {
+  for (const auto& [path, expanded] : rows) {
     std::string result = path;
     EXPECT_EQ(GFileSystem::OSExpandPath(result), 0u);
     EXPECT_EQ(result, expanded);
@@ -67,13 +67,13 @@ TEST(GFileSystemTilde, StandsForHome) {
 
 class GFileSystemExpandPath : public testing::Test {
  protected:
-  // Lines without a time, so that writing them needs no text of the platform's.
+  // Lines without a time need no text of the platform.
   void SetUp() override { cocoaFakes.failing = {"CFTimeZoneCreateWithName"}; }
-  // For what the tests themselves make.
+  // For the objects that the tests make.
   const GScopedManagedMemory scope;
 };
 
-TEST_F(GFileSystemExpandPath, LeavesWhatIsTextInNeitherEncodingAlone) {
+TEST_F(GFileSystemExpandPath, LeavesAPathAloneThatIsNoTextInEitherEncoding) {
   const ReplacedMethod utf8(TextClass(), @selector(initWithUTF8String:), NoText<const char*>);
   const ReplacedMethod roman(TextClass(), @selector(initWithCString:encoding:),
                              NoText<const char*, NSStringEncoding>);
@@ -84,7 +84,16 @@ TEST_F(GFileSystemExpandPath, LeavesWhatIsTextInNeitherEncodingAlone) {
   EXPECT_THAT(log.Entries(), ElementsAre(StartsWith("[FileSystem]\t[Warning]\t"), kFailed));
 }
 
+// Raises an exception for a warning, and expects the text to live until the exception is logged.
+struct RaisingAppender : GLogAppender {
+  void Append(const std::string& line) override {
+    if (line.find("[Warning]") != std::string::npos) @throw @"from the appender";
+    EXPECT_EQ(textsGone, line.find("caught") == std::string::npos ? 1 : 0);
+  }
+};
+
 TEST_F(GFileSystemExpandPath, LogsEveryCocoaExceptionAndClearsThePath) {
+  GLogger::GetSharedInstance()->AddAppender("raising", std::make_unique<RaisingAppender>());
   const id objects[] = {@"any object", [NSException exceptionWithName:@"Unrepresentable"
                                                                reason:@"no such character"
                                                              userInfo:nil]};
@@ -103,6 +112,9 @@ TEST_F(GFileSystemExpandPath, LogsEveryCocoaExceptionAndClearsThePath) {
                                            kFailed));
     EXPECT_EQ(textsGone, 1);
   }
+  std::string path = "\xFF";
+  EXPECT_EQ(GFileSystem::OSExpandPath(path), 0x0C001005u) << "the warning failed";
+  EXPECT_EQ(path, "");
 }
 
 TEST_F(GFileSystemExpandPath, LetsOtherExceptionsPassAndReleasesTheText) {

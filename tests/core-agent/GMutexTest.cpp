@@ -57,7 +57,7 @@ TEST(GMutex, KeepsItsTableOfStates) {
       if (row.before == kTheirs) OnAnotherThread([&] { return mutex.Lock(); });
       EXPECT_EQ(event(mutex), row.answer);
       EXPECT_EQ(StateOf(mutex), row.after);
-      // A refused second lock does not count.
+      // A refused second lock doesn't count.
       mutex.Unlock();
       EXPECT_EQ(StateOf(mutex), row.after == kTheirs ? kTheirs : kFree);
     }

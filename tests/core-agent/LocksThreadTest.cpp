@@ -5,12 +5,11 @@
 #include <thread>
 #include <vector>
 
-#include "CoreErrorCodes.h"
+#include "CppCoreMacros.h"
 #include "GLogger.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
 #include "GSingleton.h"
-#include "GetNameForErrorCode.h"
 
 namespace {
 
@@ -30,7 +29,7 @@ void RunOnEightThreads(Work work) {
   for (std::thread& thread : threads) thread.join();
 }
 
-// Long and short lines in turn, so that a mixture of two would show.
+// Alternates long and short texts, so that a mixture of two shows.
 std::string Text(int number, int round) {
   return std::to_string(number) + ": " +
          std::string(static_cast<size_t>(round % 7 * 60), static_cast<char>('a' + number)) +
@@ -40,7 +39,7 @@ std::string Text(int number, int round) {
 std::array<int, kThreads> lines{};
 int faults = 0;
 
-// Counts the lines of each thread, and those that came in a wrong shape, order or company.
+// Counts the lines of each thread, and those that are damaged, out of order or overlap another.
 struct CountingAppender : GLogAppender {
   void Append(const std::string& line) override {
     const bool overlaps = mInside.exchange(true);
@@ -79,8 +78,8 @@ TEST(LocksThreads, EightThreadsLogLockTimeOutAndLookUpNamesAtOnce) {
 }
 
 // Two threads walk round a ring of three locks, each taking the next before it gives up the last.
-// Neither can overtake, so every lock comes from the other's hands: a lost wake-up would stop both
-// for good, or until the limit of the acquires that have one.
+// Neither can overtake, so each waits for the other's release. A lost wake-up stops both for good,
+// or until the limit of a timed acquire.
 TEST(GMutexThreads, NoWakeUpIsLostInAHundredThousandHandOvers) {
   constexpr size_t kSteps = 50000;
   constexpr unsigned int kLimit = 30000;

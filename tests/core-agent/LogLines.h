@@ -15,10 +15,10 @@ class LogLines {
     logger.AddAppender(key, std::make_unique<Appender>(mLines));
   }
 
-  /// The lines as they came.
+  /// Returns the lines as delivered.
   const std::vector<std::string>& Lines() const { return *mLines; }
 
-  /// The lines without time and line feed, and without the place of a failed check.
+  /// Returns the lines without time and line feed, and without the place of a failed check.
   std::vector<std::string> Entries() const {
     static const std::regex place("  File='[^']*'  Line=\\d+");
     std::vector<std::string> entries;
@@ -36,11 +36,11 @@ class LogLines {
     std::shared_ptr<std::vector<std::string>> mLines;
   };
 
-  // Shared, because the appender stays with the logger.
+  // Shared, because the logger keeps the appender.
   std::shared_ptr<std::vector<std::string>> mLines = std::make_shared<std::vector<std::string>>();
 };
 
-/// The entry of a failed check as `LogLines::Entries` gives it.
+/// Returns the entry of a failed check as `LogLines::Entries` does.
 inline std::string CheckEntry(const std::string& category, const std::string& name,
                               const std::string& expression, uint32_t code,
                               const std::string& level = "Error") {

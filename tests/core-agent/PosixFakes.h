@@ -7,20 +7,20 @@
 #include <optional>
 #include <vector>
 
-/// What tests tell functions of the C library, and what those were asked. The functions are defined
-/// in the test's own executable, which wins over the C library.
+/// The results that tests set for functions of the C library, and the arguments that these got. The
+/// test's executable defines the functions, and its definitions win over the C library's.
 struct PosixFakes {
-  /// What `gettimeofday` says, or the real time.
+  /// The time that `gettimeofday` gives. Without one, it gives the real time in whole seconds.
   std::optional<timeval> now;
-  /// The results of the next timed waits; ETIMEDOUT follows. None of them waits.
+  /// The results of the next timed waits, which return at once. Further ones return ETIMEDOUT.
   std::vector<int> timedWaitResults;
   std::vector<timespec> timedWaitDeadlines;
-  /// Arguments of `usleep`, which does not sleep.
+  /// The arguments of `usleep`, which returns at once.
   std::vector<unsigned int> sleeps;
-  /// The result of the next `pthread_cond_init`.
+  /// The result of every `pthread_cond_init`.
   int conditionInitResult = 0;
 };
 extern PosixFakes posixFakes;
 
-/// Where `vsnprintf` notes the buffer sizes that it gets, unless null.
+/// Gets the buffer size of every `vsnprintf`, unless null.
 extern std::vector<size_t>* formatBufferSizes;

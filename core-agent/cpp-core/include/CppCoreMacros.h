@@ -1,29 +1,30 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "CoreErrorCodes.h"
 #include "GLogger.h"
 
-/// A signed 32-bit integer, by the name that the texts of checks use.
+/// A signed 32-bit integer, under the name that logged expressions use.
 using TSInt32 = int32_t;
 
-// The check macros: how a function of this library reports a failure.
+// The check macros report the failures of this library.
 //
-// A function that checks owns `uint32_t err = CoreErrorCodes::kSuccess;` and answers it. A check
-// stores its code there; a failed one also writes an entry to the logger and returns `err`. A
-// function whose result is something else runs its checked part in a lambda of that form and drops
-// what that answers.
+// A function that checks owns `uint32_t err = CoreErrorCodes::kSuccess;` and returns it. Each check
+// stores its code in `err`. A failed check also writes an entry to the logger and returns `err`. A
+// function with another result calls one of that form, which has an out-parameter, and drops the
+// code.
 //
-// Each macro turns its argument into text itself, because one that handed it on to another would
-// log what NULL or PATH_MAX stand for. The macros have no locals, so that nothing in an expression,
-// `err` included, can mean something else inside them.
+// Each macro turns its own argument into text. If it passed the argument to another macro, NULL and
+// PATH_MAX would be expanded first. The macros have no locals, so that every name in an expression,
+// `err` included, keeps its meaning.
 
-/// Fails when `expression`, which yields a code, yields anything but 0.
+/// Fails when the code that `expression` yields isn't 0.
 #define CORE_CHECK_RESULT(expression, category) \
   CORE_CHECK_CODE((expression), #expression, GLogger::kLoggingLevelError, category)
 
-/// `CORE_CHECK_RESULT` that reports at another level than `kLoggingLevelError`.
+/// `CORE_CHECK_RESULT` with another level than `kLoggingLevelError`.
 #define CORE_CHECK_RESULT_AT_LEVEL(expression, level, category) \
   CORE_CHECK_CODE((expression), #expression, level, category)
 
@@ -37,7 +38,7 @@ using TSInt32 = int32_t;
   CORE_CHECK_CODE((pointer) == nullptr ? CoreErrorCodes::kNullPointer : CoreErrorCodes::kSuccess, \
                   "(" #pointer ") == nullptr", GLogger::kLoggingLevelError, category)
 
-/// What the checks above have in common. Not for use by itself.
+/// The common part of the checks above. Not for direct use.
 #define CORE_CHECK_CODE(code, text, level, category)                     \
   do {                                                                   \
     err = (code);                                                        \
@@ -47,6 +48,10 @@ using TSInt32 = int32_t;
     }                                                                    \
   } while (false)
 
-/// Writes the entry of a failed check. Called by the check macros only.
+/// Writes the entry of a failed check. For the check macros only.
 void ReportFailedCheck(const char* category, GLogger::LoggingLevel level, uint32_t code,
                        const char* file, int line, const char* expression);
+
+/// Returns the name of an error code, for example "CoreErrorCodes::kNullPointer" for 0x05000000, or
+/// "Unknown error code". Any thread.
+std::string GetNameForErrorCode(uint32_t code);

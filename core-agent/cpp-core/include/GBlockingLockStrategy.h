@@ -9,6 +9,6 @@ class GBlockingLockStrategy : public GLockStrategy {
  public:
   ~GBlockingLockStrategy() override = default;
 
-  /// Answers what `GLockable::Lock` does.
+  /// Returns the code of `GLockable::Lock`.
   uint32_t Lock(GLockable& lockable) override { return lockable.Lock(); }
 };

@@ -1,22 +1,21 @@
 #pragma once
 
 #include <cstdint>
-#include <iosfwd>
 #include <string>
 
 #include "SDateTime.h"
 
-/// A point in time that is read and written as ISO 8601 text.
+/// A point in time, read and written as ISO 8601 text.
 ///
-/// It holds no time zone: a value means whatever its maker meant. All fields at 0 is the empty
-/// value. Nothing here throws beyond what running out of memory does. A value belongs to one
-/// thread at a time; the static values are only read after load.
+/// It holds no time zone: its maker knows the zone. The empty value has all fields at 0. Nothing
+/// throws, except when memory runs out. A value belongs to one thread at a time. The static values
+/// are only read after load.
 class GDateTime {
  public:
-  /// A text that isn't a date, or a field out of its bounds.
+  /// The text isn't a date, or a field is out of its bounds.
   static constexpr uint32_t kParsingError = 0x01001014;
 
-  // Bounds of the fields, both ends included; the same for every month and year.
+  // Inclusive bounds of the fields, the same for every month and year.
   static constexpr int16_t kMinYear = 0;
   static constexpr int16_t kMaxYear = 9999;
   static constexpr int16_t kMinMonth = 1;
@@ -37,42 +36,40 @@ class GDateTime {
   /// The last millisecond of the year 2099.
   static const GDateTime kMaxDateTime;
 
-  /// The current time in UTC; the empty value where the clock fails.
+  /// Reads the current time in UTC. Gives the empty value if the clock fails.
   GDateTime();
-  /// Takes the record as it is, without a test of its bounds.
+  /// Copies the record without a test of its bounds.
   explicit GDateTime(const SDateTime& dateTime);
-  /// Takes the text as `SetFromISO8601String` does; the empty value, and one more entry in the
-  /// log, where that fails.
+  /// Parses the text as `SetFromISO8601String` does. A failure gives the empty value, and one more
+  /// entry in the log.
   explicit GDateTime(const std::string& dateString);
   GDateTime(const GDateTime&) = default;
   GDateTime& operator=(const GDateTime&) = default;
   virtual ~GDateTime() = default;
 
-  /// Reads "2009-01-02", "2009-01-02T03:04", "2009-01-02T03:04:05" or "2009-01-02T03:04:05.006",
-  /// numbers of any width; milliseconds are a count and not a fraction, and above 999 they are 999.
+  /// Parses "2009-01-02", "2009-01-02T03:04", "2009-01-02T03:04:05" or "2009-01-02T03:04:05.006".
   ///
-  /// Whatever follows is ignored, a zone included. The empty text gives the empty value. Returns 0,
-  /// or `kParsingError` with the value unchanged and the failed checks in the log.
+  /// Numbers may have any width. Milliseconds are a count, at most 999: ".5" gives 5, ".1234" gives
+  /// 999. Ignores the text that follows, a zone included. The empty text gives the empty value.
+  /// Returns 0, or `kParsingError` with the value unchanged and the failed checks in the log.
   uint32_t SetFromISO8601String(const std::string& text);
 
-  /// "2009-01-02", or "2009-01-02T03:04:05.006Z" with the time of day; empty for the empty value.
+  /// Writes "2009-01-02", or "2009-01-02T03:04:05.006Z" with the time of day. The empty value gives
+  /// the empty text.
   std::string GetAsISO8601String(bool includeTime) const;
 
-  /// A copy of the fields.
+  /// Returns a copy of the fields.
   SDateTime GetSDateTime() const { return mDateTime; }
 
-  /// Whether all seven fields are 0.
+  /// Returns whether all seven fields are 0.
   bool IsEmpty() const;
 
-  /// The system clock's time in UTC, milliseconds truncated; any thread.
-  ///
-  /// Where the clock can't be read or broken into fields: the empty value, and the failed check in
-  /// the log.
+  /// Reads the system clock in UTC, and truncates to milliseconds. A failure gives the empty value,
+  /// and a failed check in the log. Any thread.
   static GDateTime OSGetCurrentDateTimeUTC();
 
  private:
-  static uint32_t ParseDate(std::istream& ssTime, int& originalValue, SDateTime& dateTime);
-  static uint32_t ParseTimeOfDay(std::istream& ssTime, int& originalValue, SDateTime& dateTime);
+  uint32_t SetOrReport(const std::string& dateString);
 
   SDateTime mDateTime;
 };

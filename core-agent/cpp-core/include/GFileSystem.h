@@ -5,34 +5,34 @@
 
 class GFileSystemSpec;
 
-/// The path operations that depend on the operating system.
+/// Path operations that depend on the operating system.
 ///
-/// A path is bytes that are meant to be UTF-8. No state and no lock: any thread. Nothing throws
-/// beyond what running out of memory does; failures are logged in the category "FileSystem".
+/// A path is a string of bytes, normally UTF-8. Nothing throws, except when memory runs out.
+/// Failures are logged in the category "FileSystem". Any thread.
 class GFileSystem {
  public:
-  /// A path that the platform can't turn into text or expand.
+  /// The platform can't read the path as text, or can't expand it.
   static constexpr uint32_t kInvalidCharacterForFileSystemRepresentation = 0x0C001005;
 
-  /// The text that separates two components.
+  /// Returns the text that separates two components, "/".
   static std::string OSGetPathSeparator();
 
-  /// Whether `path` begins at the root. If it does, its trailing separators are removed, except
-  /// that the root itself stays; a longer run of nothing but separators becomes empty.
+  /// Returns whether `path` begins at the root, and removes its trailing separators if it does:
+  /// "/a/b//" becomes "/a/b". The root "/" stays, but "//" becomes empty.
   static bool OSIsValidFullPath(std::string& path);
 
-  /// Whether `path` doesn't begin at the root. "" and "~/x" don't.
+  /// Returns whether `path` doesn't begin at the root. "" and "~/x" are partial.
   static bool OSIsPartialPath(const std::string& path);
 
-  /// The working directory of the process; the empty value, and an entry in the log, if it is gone.
+  /// Returns the working directory of the process. If it is gone, returns the empty value and logs
+  /// a failed check.
   static GFileSystemSpec OSGetCWD();
 
-  /// Replaces a tilde at the start by the home directory that it stands for, whose bytes are taken
-  /// as they are, and reads a path that isn't UTF-8 as Mac OS Roman, all of it; a relative path
-  /// stays relative.
+  /// Replaces a tilde at the start by a home directory: "~/x" becomes "/home/ann/x". A relative
+  /// path stays relative. Reads a path that isn't UTF-8 as Mac OS Roman, and makes it UTF-8.
   ///
-  /// The path is read up to its first NUL. Returns 0, or
-  /// `kInvalidCharacterForFileSystemRepresentation` with entries in the log: `path` is then empty
-  /// where the platform failed, and as it was where it isn't text in either encoding.
+  /// Reads `path` up to its first NUL. Returns 0, or `kInvalidCharacterForFileSystemRepresentation`
+  /// with entries in the log. If the platform failed, `path` is empty then; if it isn't text in
+  /// either encoding, it is unchanged.
   static uint32_t OSExpandPath(std::string& path);
 };

@@ -2,8 +2,7 @@
 
 #include <string>
 
-/// The names of the XML form of a tree of key and value pairs. They exist from load to process
-/// exit.
+/// Names in the XML form of a tree of key and value pairs. They exist from load to process exit.
 class GKVTree {
  public:
   static const std::string kXMLElementName_kvtree;

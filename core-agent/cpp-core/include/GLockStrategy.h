@@ -4,13 +4,13 @@
 
 #include "GLockable.h"
 
-/// How a `GScopedLock` takes a lock and gives it back. Both operations answer 0 on success.
+/// How a `GScopedLock` takes and releases a lock. Both operations return 0 on success.
 class GLockStrategy {
  public:
   virtual ~GLockStrategy() = default;
 
-  /// Takes the lock in the strategy's own way.
+  /// Takes the lock, or fails.
   virtual uint32_t Lock(GLockable& lockable) = 0;
-  /// Gives the lock back; by default as the lockable does.
+  /// Releases the lock. Returns the code of `GLockable::Unlock` by default.
   virtual uint32_t Unlock(GLockable& lockable) { return lockable.Unlock(); }
 };

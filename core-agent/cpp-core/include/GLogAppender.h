@@ -2,13 +2,13 @@
 
 #include <string>
 
-/// Where finished log lines go. Owned by the `GLogger` that it is registered with.
+/// Receives finished log lines. Owned by the `GLogger` that it is registered with.
 class GLogAppender {
  public:
-  /// Called with the logger's lock held: must not log.
+  /// Must not log when the logger deletes all its appenders, since it holds its lock then.
   virtual ~GLogAppender() = default;
 
-  /// Takes one finished line, its line feed included. Called on the thread that logs, for one line
-  /// at a time; what it logs itself is dropped. Must not throw.
+  /// Receives one finished line, which ends in a line feed. Called on the thread that logs, for one
+  /// line at a time. Entries that it logs are dropped. Must not throw.
   virtual void Append(const std::string& line) = 0;
 };

@@ -8,29 +8,29 @@
 
 /// A mutex that knows its owner: a monitor over a platform mutex and a condition.
 ///
-/// Not recursive, but an owner that locks again gets an error instead of a hang. For use by any
-/// thread. A released lock is handed to nobody in particular; one waiter is woken for each release.
+/// Not recursive: an owner that locks again gets an error and doesn't hang. A release wakes one
+/// waiter, but any thread may take the lock first. Any thread.
 class GMutex : public GLockable {
  public:
-  /// The owner locks again, or someone unlocks who is not the owner.
+  /// The owner locks again, or a thread unlocks that isn't the owner.
   static constexpr uint32_t kMutexDeadlockErr = 0x0100100B;
-  /// The platform calls the mutex or the condition invalid.
+  /// The platform reports an invalid mutex or condition.
   static constexpr uint32_t kMutexInvalidErr = 0x0200100B;
 
-  /// Ends the process, in every build type, if the platform refuses.
+  /// Aborts the process, in every build type, if the platform fails.
   GMutex();
-  /// The mutex must be free and have no waiters. Ends the process if the platform refuses.
+  /// The mutex must be free and have no waiters. Aborts the process if the platform fails.
   ~GMutex() override;
 
-  /// `kMutexDeadlockErr`, at once, if this thread holds the lock already.
+  /// Returns `kMutexDeadlockErr` at once if this thread holds the lock.
   uint32_t Lock() override;
-  /// `kMutexDeadlockErr` if this thread holds the lock, `kLockBusyErr` if another one does.
+  /// Returns `kMutexDeadlockErr` if this thread holds the lock, `kLockBusyErr` if another does.
   uint32_t TryLock() override;
-  /// As `TryLock` with 0 milliseconds, as `Lock` with 0xFFFFFFFF; otherwise `kLockBusyErr` once the
-  /// time has run out.
+  /// Acts as `TryLock` for 0 milliseconds and as `Lock` for 0xFFFFFFFF. Otherwise returns
+  /// `kLockBusyErr` when the time runs out.
   uint32_t TryLockWithTimeout(unsigned int milliseconds) override;
-  /// `kMutexDeadlockErr` if this thread does not hold the lock; nothing changes then. Any other
-  /// code is the platform's, converted.
+  /// Returns `kMutexDeadlockErr` and changes nothing if this thread doesn't hold the lock. Other
+  /// codes convert a failure of the platform.
   uint32_t Unlock() override;
 
  private:

@@ -1,10 +1,10 @@
 #pragma once
 
-/// A scope for the objects that the platform frees by itself: those made inside it die with it.
+/// A scope for objects that the platform autoreleases: they die when it ends.
 ///
-/// On a platform without such memory it holds nothing. Scopes may nest. A local variable: made and
-/// destroyed on the same thread. Where the platform gives no scope, the failed check is logged and
-/// the object does nothing.
+/// Holds nothing on a platform without such objects. If the platform gives no scope, logs a failed
+/// check and does nothing. Scopes may nest. For local variables only: the thread that makes a scope
+/// must end it.
 class GScopedManagedMemory {
  public:
   /// Opens the scope.

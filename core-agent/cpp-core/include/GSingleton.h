@@ -6,16 +6,16 @@
 #include "GMutex.h"
 #include "GScopedLock.h"
 
-/// The one instance of `T`: made on first use under a lock, and never destroyed, so that it is
-/// there for code that runs at process exit. For use by any thread.
+/// The one instance of `T`, made on first use under a lock. Never destroyed, so that code at
+/// process exit can use it. Any thread.
 template <typename T>
 class GSingleton {
  public:
-  /// The instance. Null only where the lock fails, which it does when the constructor of `T` asks
-  /// for its own instance. The logger's must not: a failed lock is logged.
+  /// Returns the instance. Returns null only if the lock fails, as it does when the constructor of
+  /// `T` asks for the instance. The logger's constructor must not ask: a failed lock is logged.
   static T* GetSharedInstance() {
     if (T* const instance = sInstance.load(std::memory_order_acquire)) return instance;
-    // Local, because the first use may be at load time, before statics of a template are built.
+    // Local, because the first use may come at load time, before statics of a template are built.
     static GMutex sInstanceLock;
     const GScopedLock lock(sInstanceLock, true, new GBlockingLockStrategy);
     if (lock.IsLocked() && sInstance.load(std::memory_order_relaxed) == nullptr) {
@@ -25,6 +25,6 @@ class GSingleton {
   }
 
  private:
-  // The first test takes no lock: the acquire there pairs with the release of the store.
+  // The first load takes no lock: its acquire pairs with the release of the store.
   static inline constinit std::atomic<T*> sInstance = nullptr;
 };

@@ -2,18 +2,21 @@
 
 #include <cstdint>
 
-/// What differs between operating systems and has no other home.
+/// Tells which operating system this is, and sleeps.
 class GSystem {
  public:
-  /// The number of this system: 0 on macOS, 1 or 2 on Windows, 3 on Linux.
+  // The numbers of systems. Windows has two.
+  enum : uint32_t { kMacOSX = 0, kFirstWindows = 1, kLastWindows = 2, kLinux = 3 };
+
+  /// Returns the number of this system.
   static uint32_t OSGetSystem();
 
-  /// Whether this is macOS; the number never changes. Any thread.
+  /// Returns whether this is macOS. Any thread.
   static bool IsMacOSX();
-  /// Whether this is Windows. Any thread.
+  /// Returns whether this is Windows. Any thread.
   static bool IsWindows();
 
-  /// Blocks the calling thread. The microseconds are counted in 32 bits, so the longest sleep is
-  /// 4294967 milliseconds.
+  /// Blocks the calling thread. Counts microseconds in 32 bits, so the longest sleep is 4294967
+  /// milliseconds.
   static void OSSleep(unsigned int milliseconds);
 };

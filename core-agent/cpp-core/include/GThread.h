@@ -2,18 +2,18 @@
 
 #include <pthread.h>
 
-/// Operations on threads. A thread handle is an opaque pointer, and null stands for no thread.
+/// Operations on threads. A thread handle is an opaque pointer. Null stands for no thread.
 class GThread {
  public:
-  /// The handle of the calling thread.
+  /// Returns the handle of the calling thread.
   static void* GetCurrentThread();
 
-  /// Whether both are the same thread, or both none.
+  /// Returns whether both are the same thread, or both null.
   static bool AreThreadsEqual(void* first, void* second);
 
   /// The platform half of `GetCurrentThread`.
   static void* OSGetCurrentThread();
 
-  /// The platform's thread of a handle, which must not be null.
+  /// Returns the platform's thread of a handle, which must not be null.
   static pthread_t OSGetPthreadFromOSData(void* data);
 };

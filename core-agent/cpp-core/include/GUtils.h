@@ -2,10 +2,10 @@
 
 #include <ctime>
 
-/// Helpers of the locks.
+/// Computes deadlines for the locks.
 class GUtils {
  public:
-  /// Stores the wall clock's time in so many milliseconds, the deadline of a timed wait on a
-  /// platform condition.
+  /// Stores the wall-clock time `milliseconds` from now, the deadline of a timed wait on a platform
+  /// condition.
   static void FutureMillisecondsToAbsTime(unsigned int milliseconds, timespec& result);
 };

@@ -12,6 +12,6 @@ struct SDateTime {
   int16_t second = 0;
   int16_t millisecond = 0;
 
-  /// Whether all fields are equal.
+  /// Returns whether all fields are equal.
   bool operator==(const SDateTime&) const = default;
 };

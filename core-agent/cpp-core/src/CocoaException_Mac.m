@@ -1,4 +1,4 @@
-#include "CocoaException.h"
+#include "CocoaException_Mac.h"
 
 // Plain Objective-C, because not every compiler's C++ runtime can match the class of a Cocoa
 // exception in a handler.
@@ -6,7 +6,7 @@ id CocoaExceptionRaisedBy(void (*function)(void* context), void* context) {
   @try {
     function(context);
   } @catch (id exception) {
-    // A scope on the way may have released it already, and the runtime's own hold ends here.
+    // A pool on the way may have released it, and the runtime releases it here.
     return [[exception retain] autorelease];
   }
   return nil;

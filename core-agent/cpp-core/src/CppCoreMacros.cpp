@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <functional>
 #include <iterator>
 #include <map>
 
@@ -10,7 +9,6 @@
 #include "GBlockingLockStrategy.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
-#include "GetNameForErrorCode.h"
 
 namespace {
 
@@ -19,9 +17,10 @@ using NameMap = std::map<uint32_t, std::string>;
 constexpr char kUnknownName[] = "Unknown error code";
 
 static_assert(std::size(kErrorCatalogueRows) == 277);
-static_assert(std::ranges::adjacent_find(kErrorCatalogueRows, std::ranges::greater_equal{},
-                                         &ErrorCatalogueRow::code) ==
-              std::ranges::end(kErrorCatalogueRows));
+static_assert(std::adjacent_find(std::begin(kErrorCatalogueRows), std::end(kErrorCatalogueRows),
+                                 [](const ErrorCatalogueRow& row, const ErrorCatalogueRow& next) {
+                                   return row.code >= next.code;
+                                 }) == std::end(kErrorCatalogueRows));
 
 const NameMap* BuildNameMap() {
   auto* const map = new NameMap;
@@ -41,8 +40,8 @@ void ReportFailedCheck(const char* category, GLogger::LoggingLevel level, uint32
 
 std::string GetNameForErrorCode(uint32_t code) {
   static GMutex mutex;
-  // Built on the first lookup and never destroyed. The first test takes no lock: the acquire there
-  // pairs with the release of the store.
+  // Built on the first lookup and never destroyed. The first load takes no lock: its acquire pairs
+  // with the release of the store.
   static constinit std::atomic<const NameMap*> gMap = nullptr;
   const NameMap* names = gMap.load(std::memory_order_acquire);
   if (names == nullptr) {

@@ -8,8 +8,8 @@ struct ErrorCatalogueRow {
   const char* name;
 };
 
-/// The names of all error codes of the numbering that this library shares with the framework, in
-/// ascending order of code. Plain constants: nothing is built at load time.
+/// Names of all error codes that this library shares with the framework, in ascending order of
+/// code. Constants, so that nothing is built at load time.
 ///
 /// `GFontToolResults::kFontAlreadyInDatabase` really has the class number 0x4005, though the other
 /// constants of its class have 0x400D.

@@ -7,40 +7,37 @@
 
 namespace {
 
-// The reading of the clock as calendar fields in UTC, milliseconds truncated; the empty value, and
-// an entry in the log, where there is no reading.
+// Breaks the reading into calendar fields in UTC. A failed check leaves the fields as they were.
 //
-// `gmtime_r` would do but for the leap seconds that it takes from some local zones.
-GDateTime ConvertToTimeZone(const timeval& reading) {
-  SDateTime dateTime;
-  [&reading, &dateTime] {
-    uint32_t err = CoreErrorCodes::kSuccess;
-    // Named and typed as the check's text in the log has it.
-    const double cfAbsTime =
-        static_cast<double>(reading.tv_sec) + 1e-6 * static_cast<double>(reading.tv_usec);
-    CORE_CHECK_CONDITION(cfAbsTime == 0, CoreErrorCodes::kError, "Miscellaneous");
+// `gmtime_r` won't do: it applies the leap seconds of some local zones.
+uint32_t ConvertToUTC(const timeval& reading, SDateTime& dateTime) {
+  uint32_t err = CoreErrorCodes::kSuccess;
+  // Named and typed as the logged expression needs it.
+  const double cfAbsTime =
+      static_cast<double>(reading.tv_sec) + 1e-6 * static_cast<double>(reading.tv_usec);
+  CORE_CHECK_CONDITION(cfAbsTime == 0, CoreErrorCodes::kError, "Miscellaneous");
 
-    const std::chrono::sys_seconds time{std::chrono::seconds(reading.tv_sec)};
-    const auto midnight = std::chrono::floor<std::chrono::days>(time);
-    const std::chrono::year_month_day date(midnight);
-    const std::chrono::hh_mm_ss timeOfDay(time - midnight);
-    dateTime.year = static_cast<int16_t>(static_cast<int>(date.year()));
-    dateTime.month = static_cast<int16_t>(static_cast<unsigned>(date.month()));
-    dateTime.day = static_cast<int16_t>(static_cast<unsigned>(date.day()));
-    dateTime.hour = static_cast<int16_t>(timeOfDay.hours().count());
-    dateTime.minute = static_cast<int16_t>(timeOfDay.minutes().count());
-    dateTime.second = static_cast<int16_t>(timeOfDay.seconds().count());
-    dateTime.millisecond = static_cast<int16_t>(reading.tv_usec / 1000);
-    return err;
-  }();
-  return GDateTime(dateTime);
+  const std::chrono::sys_seconds time{std::chrono::seconds(reading.tv_sec)};
+  const auto midnight = std::chrono::floor<std::chrono::days>(time);
+  const std::chrono::year_month_day date(midnight);
+  const std::chrono::hh_mm_ss timeOfDay(time - midnight);
+  dateTime.year = static_cast<int16_t>(static_cast<int>(date.year()));
+  dateTime.month = static_cast<int16_t>(static_cast<unsigned>(date.month()));
+  dateTime.day = static_cast<int16_t>(static_cast<unsigned>(date.day()));
+  dateTime.hour = static_cast<int16_t>(timeOfDay.hours().count());
+  dateTime.minute = static_cast<int16_t>(timeOfDay.minutes().count());
+  dateTime.second = static_cast<int16_t>(timeOfDay.seconds().count());
+  dateTime.millisecond = static_cast<int16_t>(reading.tv_usec / 1000);
+  return err;
 }
 
 }  // namespace
 
 GDateTime GDateTime::OSGetCurrentDateTimeUTC() {
-  // A clock that can't be read leaves this at 0, which counts as no reading.
+  // A clock that can't be read leaves this at 0, and the check reports that.
   timeval reading = {};
   gettimeofday(&reading, nullptr);
-  return ConvertToTimeZone(reading);
+  GDateTime now = kEmptyDateTime;
+  ConvertToUTC(reading, now.mDateTime);
+  return now;
 }

@@ -7,9 +7,8 @@
 
 namespace {
 
-// Where the last component and the separator before it begin. A separator at the end of the path
-// belongs to the component, unless it is the whole path; `npos` where there is no separator but one
-// at the end.
+// Returns the position of the separator before the last component, or `npos` if there is none. A
+// separator at the end of the path doesn't count, unless it is the whole path.
 size_t FindLastSeparator(const std::string& path) {
   const std::string separator = GFileSystem::OSGetPathSeparator();
   const size_t cut = path.rfind(separator);
@@ -23,8 +22,7 @@ std::string StripSeparators(const std::string& component) {
                                             separator);
 }
 
-// Where to cut instead, so that the root of a drive keeps its separator and a network share isn't
-// cut into.
+// Moves the cut, so that a drive's root keeps its separator and a network's root goes as a whole.
 size_t KeepWindowsRoot(const std::string& path, size_t cut) {
   const std::string separator = GFileSystem::OSGetPathSeparator();
   if (cut == 2 && path[1] == ':') cut += 1;

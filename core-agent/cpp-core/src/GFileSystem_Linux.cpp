@@ -10,12 +10,17 @@
 #include <vector>
 
 #include "GStringUtils.h"
-#include "PathRewriting.h"
+#include "PathText.h"
 
 namespace {
 
-// The upper half of Mac OS Roman. The C library's own table reads the increment sign and the
-// manufacturer's logo as other characters than the file systems of that time meant.
+// The platform exception of this half.
+struct ExpansionFailure {
+  const char* description;
+};
+
+// The upper half of Mac OS Roman. The C library's table maps two codes to other characters than the
+// file systems of that time meant: 0xC6, the increment sign, and 0xF0, the manufacturer's logo.
 constexpr std::array<char16_t, 128> kMacOSRoman = {
     0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1, 0x00E0, 0x00E2, 0x00E4, 0x00E3,
     0x00E5, 0x00E7, 0x00E9, 0x00E8, 0x00EA, 0x00EB, 0x00ED, 0x00EC, 0x00EE, 0x00EF, 0x00F1, 0x00F3,
@@ -30,19 +35,12 @@ constexpr std::array<char16_t, 128> kMacOSRoman = {
     0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7,
 };
 
-std::string FromMacOSRoman(const std::string& bytes) {
-  std::string text;
-  for (const char byte : bytes) {
-    const auto code = static_cast<unsigned char>(byte);
-    utf8::append(code < 0x80 ? char32_t{code} : char32_t{kMacOSRoman[code - 0x80u]},
-                 std::back_inserter(text));
-  }
-  return text;
-}
+// The home directory of the user, or of the process for an empty name. Empty for an unknown user.
+std::string HomeDirectory(const std::string& user) {
+  // An empty or relative HOME can't replace a tilde, and counts as missing.
+  const char* const home = user.empty() ? std::getenv("HOME") : nullptr;
+  if (home != nullptr && home[0] == '/') return home;
 
-// The home directory by the password database, of the process's own user for an empty name. Empty
-// for a user that isn't there.
-std::string HomeInPasswordDatabase(const std::string& user) {
   std::vector<char> buffer(1024);
   passwd entry = {};
   passwd* found = nullptr;
@@ -54,34 +52,45 @@ std::string HomeInPasswordDatabase(const std::string& user) {
   return found == nullptr ? "" : found->pw_dir;
 }
 
-// The home directory of the user, or of the process for an empty name.
-std::string HomeDirectory(const std::string& user) {
-  // A HOME that is empty or relative can't stand for a full path and counts as missing.
-  const char* home = user.empty() ? std::getenv("HOME") : nullptr;
-  return home != nullptr && home[0] == '/' ? home : HomeInPasswordDatabase(user);
+}  // namespace
+
+PathText OSTextFromUTF8(const char* bytes) {
+  const std::string path = bytes;
+  return utf8::is_valid(path) ? std::make_shared<const std::string>(path) : nullptr;
 }
 
-PathRewriting ExpandTilde(const std::string& path) {
-  if (!GStringUtils::BeginsWith(path, "~")) return {PathRewriting::Outcome::kRewritten, path};
+PathText OSTextFromMacOSRoman(const char* bytes) {
+  const auto text = std::make_shared<std::string>();
+  for (const char byte : std::string(bytes)) {
+    const auto code = static_cast<unsigned char>(byte);
+    utf8::append(code < 0x80 ? char32_t{code} : char32_t{kMacOSRoman[code - 0x80u]},
+                 std::back_inserter(*text));
+  }
+  return text;
+}
+
+std::string OSExpandTilde(const PathText& text) {
+  const std::string& path = *static_cast<const std::string*>(text.get());
+  if (!GStringUtils::BeginsWith(path, "~")) return path;
 
   const size_t end = std::min(path.find('/'), path.size());
   const std::string user = path.substr(1, end - 1);
   const std::string home = HomeDirectory(user);
-  if (GStringUtils::BeginsWith(home, "/")) {
-    const std::string full = GStringUtils::StripTrailingString(home, "/") + path.substr(end);
-    return {PathRewriting::Outcome::kRewritten, full.empty() ? "/" : full};
+  if (!GStringUtils::BeginsWith(home, "/")) {
+    // A file may begin with a tilde too.
+    if (!user.empty()) return path;
+    throw ExpansionFailure{"The user has no home directory"};
   }
-  // A name that nobody has may just as well be that of a file.
-  if (!user.empty()) return {PathRewriting::Outcome::kRewritten, path};
-  return {PathRewriting::Outcome::kFailed, "The user has no home directory"};
+  if (!utf8::is_valid(home)) throw ExpansionFailure{"The home directory isn't UTF-8"};
+  const std::string full = GStringUtils::StripTrailingString(home, "/") + path.substr(end);
+  return full.empty() ? "/" : full;
 }
 
-}  // namespace
-
-// Valid UTF-8 is what file system calls take as it is.
-PathRewriting OSRewritePath(const char* bytes, PathEncoding encoding) {
-  const std::string path = bytes;
-  if (encoding == PathEncoding::kMacOSRoman) return ExpandTilde(FromMacOSRoman(path));
-  if (!utf8::is_valid(path)) return {PathRewriting::Outcome::kNotText, {}};
-  return ExpandTilde(path);
+std::optional<std::string> OSExceptionRaisedBy(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const ExpansionFailure& failure) {
+    return failure.description;
+  }
+  return std::nullopt;
 }

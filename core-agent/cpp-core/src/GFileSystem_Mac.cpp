@@ -1,3 +1,4 @@
+// Built everywhere: POSIX is enough. What needs Cocoa is in GFileSystem_Mac.mm.
 #include <unistd.h>
 
 #include <array>
@@ -9,33 +10,17 @@
 #include "GLogger.h"
 #include "GScopedManagedMemory.h"
 #include "GStringUtils.h"
-#include "PathRewriting.h"
+#include "PathText.h"
 
 namespace {
 
-// The part of `OSExpandPath` that runs while the platform's memory scope is open.
-uint32_t ExpandInScope(std::string& path) {
-  PathRewriting result = OSRewritePath(path.c_str(), PathEncoding::kUTF8);
-  if (result.outcome == PathRewriting::Outcome::kNotText) {
-    GLogger::GetSharedInstance()->LogWarning(
-        "FileSystem",
-        "GFileSystem::OSExpandPath(), called with invalid UTF8 Path. Attempting convserion with "
-        "other encodings.");
-    result = OSRewritePath(path.c_str(), PathEncoding::kMacOSRoman);
-  }
-  switch (result.outcome) {
-    case PathRewriting::Outcome::kRewritten:
-      path = result.text;
-      return CoreErrorCodes::kSuccess;
-    case PathRewriting::Outcome::kNotText:
-      break;
-    case PathRewriting::Outcome::kFailed:
-      path.clear();
-      GLogger::GetSharedInstance()->LogError(
-          "FileSystem", "GFileSystem::OSExpandPath(), exception caught\n- %s", result.text.c_str());
-      break;
-  }
-  return GFileSystem::kInvalidCharacterForFileSystemRepresentation;
+uint32_t ReadWorkingDirectory(GFileSystemSpec& cwd) {
+  uint32_t err = CoreErrorCodes::kSuccess;
+  std::array<char, PATH_MAX> curPath = {};
+  // NOLINTNEXTLINE(modernize-use-nullptr): the log shows the expression as it stands.
+  CORE_CHECK_CONDITION(NULL == getcwd(&curPath[0], PATH_MAX), CoreErrorCodes::kError, "FileSystem");
+  cwd.SetFullPath(curPath.data());
+  return err;
 }
 
 }  // namespace
@@ -57,15 +42,7 @@ bool GFileSystem::OSIsPartialPath(const std::string& path) {
 
 GFileSystemSpec GFileSystem::OSGetCWD() {
   GFileSystemSpec cwd;
-  [&cwd] {
-    uint32_t err = CoreErrorCodes::kSuccess;
-    std::array<char, PATH_MAX> curPath = {};
-    // NOLINTNEXTLINE(modernize-use-nullptr): the log shows the expression as it stands.
-    CORE_CHECK_CONDITION(NULL == getcwd(&curPath[0], PATH_MAX), CoreErrorCodes::kError,
-                         "FileSystem");
-    cwd.SetFullPath(curPath.data());
-    return err;
-  }();
+  ReadWorkingDirectory(cwd);
   return cwd;
 }
 
@@ -73,8 +50,29 @@ uint32_t GFileSystem::OSExpandPath(std::string& path) {
   uint32_t err = CoreErrorCodes::kSuccess;
   if (path.empty()) return err;
   {
-    GScopedManagedMemory scope;
-    err = ExpandInScope(path);
+    const GScopedManagedMemory scope;
+    PathText text;
+    const std::optional<std::string> exception = OSExceptionRaisedBy([&] {
+      text = OSTextFromUTF8(path.c_str());
+      if (!text) {
+        GLogger::GetSharedInstance()->LogWarning(
+            "FileSystem",
+            "GFileSystem::OSExpandPath(), called with invalid UTF8 Path. Attempting convserion "
+            "with other encodings.");
+        text = OSTextFromMacOSRoman(path.c_str());
+      }
+      if (text) {
+        path = OSExpandTilde(text);
+      } else {
+        err = kInvalidCharacterForFileSystemRepresentation;
+      }
+    });
+    if (exception) {
+      path.clear();
+      GLogger::GetSharedInstance()->LogError(
+          "FileSystem", "GFileSystem::OSExpandPath(), exception caught\n- %s", exception->c_str());
+      err = kInvalidCharacterForFileSystemRepresentation;
+    }
   }
   CORE_CHECK_RESULT(err, "FileSystem");
   return err;

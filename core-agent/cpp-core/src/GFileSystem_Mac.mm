@@ -1,40 +1,35 @@
+// The Cocoa half. What POSIX is enough for is in GFileSystem_Mac.cpp.
 #import <Foundation/Foundation.h>
 
-#include "CocoaException.h"
-#include "PathRewriting.h"
+#include "CocoaException_Mac.h"
+#include "PathText.h"
 
 namespace {
 
-/// One call of `OSRewritePath`, as it is handed through a function without C++.
-struct Rewriting {
-  const char* bytes;
-  PathEncoding encoding;
-  PathRewriting result{PathRewriting::Outcome::kNotText, {}};
-  NSString* text = nil;
-
-  Rewriting(const char* pathBytes, PathEncoding pathEncoding)
-      : bytes(pathBytes), encoding(pathEncoding) {}
-  ~Rewriting() { [text release]; }
-  Rewriting(const Rewriting&) = delete;
-  Rewriting& operator=(const Rewriting&) = delete;
-
-  void Run() {
-    text = encoding == PathEncoding::kUTF8
-               ? [[NSString alloc] initWithUTF8String:bytes]
-               : [[NSString alloc] initWithCString:bytes encoding:NSMacOSRomanStringEncoding];
-    if (!text) return;
-    result.text = [[text stringByExpandingTildeInPath] fileSystemRepresentation];
-    result.outcome = PathRewriting::Outcome::kRewritten;
-  }
-};
+PathText Owned(NSString* text) {
+  return {text, [](NSString* released) { [released release]; }};
+}
 
 }  // namespace
 
-PathRewriting OSRewritePath(const char* bytes, PathEncoding encoding) {
-  Rewriting rewriting(bytes, encoding);
+PathText OSTextFromUTF8(const char* bytes) {
+  return Owned([[NSString alloc] initWithUTF8String:bytes]);
+}
+
+PathText OSTextFromMacOSRoman(const char* bytes) {
+  return Owned([[NSString alloc] initWithCString:bytes encoding:NSMacOSRomanStringEncoding]);
+}
+
+std::string OSExpandTilde(const PathText& text) {
+  NSString* const path = static_cast<NSString*>(const_cast<void*>(text.get()));
+  return [[path stringByExpandingTildeInPath] fileSystemRepresentation];
+}
+
+std::optional<std::string> OSExceptionRaisedBy(const std::function<void()>& work) {
   const id exception = CocoaExceptionRaisedBy(
-      [](void* context) { static_cast<Rewriting*>(context)->Run(); }, &rewriting);
-  if (!exception) return rewriting.result;
-  const char* description = [[exception description] UTF8String];
-  return {PathRewriting::Outcome::kFailed, description ? description : ""};
+      [](void* context) { (*static_cast<const std::function<void()>*>(context))(); },
+      const_cast<std::function<void()>*>(&work));
+  if (!exception) return std::nullopt;
+  const char* const description = [[exception description] UTF8String];
+  return description ? description : "";
 }

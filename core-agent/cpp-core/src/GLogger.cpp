@@ -1,6 +1,6 @@
 #include "GLogger.h"
 
-#include <sstream>
+#include <utility>
 #include <vector>
 
 #include "GBlockingLockStrategy.h"
@@ -12,13 +12,13 @@
 
 namespace {
 
-// A level that neither logs as a threshold nor is ever logged.
+// Returns whether the level passes nothing as a threshold, and is never logged.
 bool IsSilent(GLogger::LoggingLevel level) {
   return level == GLogger::kLoggingLevelNone || level == GLogger::kLoggingLevelUnset;
 }
 
-// Formats into the buffer, as a zero-terminated text, and makes the buffer larger if it has to be.
-// Text that can't be formatted counts as empty: the line it belongs to still goes out.
+// Formats zero-terminated text into the buffer, which grows if the text doesn't fit. A format error
+// gives empty text, so that the line still goes out.
 void FormatMessage(std::vector<char>& buffer, const std::string& format, va_list arguments) {
   constexpr size_t kStep = 256;
   va_list secondPass;
@@ -60,11 +60,12 @@ void GLogger::SetLoggingLevelForIdentifier(const std::string& identifier, Loggin
 }
 
 void GLogger::AddAppender(const std::string& key, std::unique_ptr<GLogAppender> appender) {
+  // Deleted after the lock is released, because its destructor may log.
+  std::unique_ptr<GLogAppender> replaced;
   const GScopedLock lock(mAppendersLock, true, new GBlockingLockStrategy);
   if (!lock.IsLocked()) return;
   GLogAppender*& registered = mAppenders[key];
-  delete registered;
-  registered = appender.release();
+  replaced.reset(std::exchange(registered, appender.release()));
 }
 
 void GLogger::RemoveAllAppenders() {
@@ -116,9 +117,11 @@ void GLogger::LogWarning(const std::string& identifier, const std::string& forma
 void GLogger::Logv(const std::string& identifier, const LoggingLevel& level,
                    const std::string& format, va_list arguments) {
   if (!ShouldLog(identifier, level)) return;
-  std::ostringstream prefixed;
-  prefixed << '[' << identifier << "]\t[" << LevelToString(level) << "]\t" << format;
-  LogvString(prefixed.str(), arguments);
+  constexpr size_t kRoomForLevel = 16;  // with the brackets and tabs
+  std::string prefixed;
+  prefixed.reserve(identifier.size() + kRoomForLevel + format.size());
+  prefixed.append("[").append(identifier).append("]\t[").append(LevelToString(level));
+  LogvString(prefixed.append("]\t").append(format), arguments);
 }
 
 bool GLogger::ShouldLog(const std::string& identifier, const LoggingLevel& level) {
@@ -131,8 +134,8 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   static GMutex sCurrentLogThreadMutex;
   static void* sCurrentLogThread = nullptr;  // the thread that is delivering a line
 
-  // An appender may log, and so may what formats a line. Such an entry is dropped here, before it
-  // asks for a lock that its own thread holds.
+  // An appender may log, and so may the clock. Their entries are dropped here, before they ask for
+  // a lock that their own thread holds.
   bool mayGoOn = false;
   {
     const GScopedLock lock(sCurrentLogThreadMutex, true, new GBlockingLockStrategy);
@@ -152,10 +155,9 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   if (!mAppenders.empty()) {
     static std::vector<char> sStringBuffer(256);  // guarded by mAppendersLock, never shrinks
     FormatMessage(sStringBuffer, format, arguments);
-    std::ostringstream line;
-    line << '[' << GDateTime().GetAsISO8601String(true) << "]\t" << sStringBuffer.data() << '\n';
-    const std::string text = line.str();
-    for (const auto& [key, appender] : mAppenders) appender->Append(text);
+    const std::string line =
+        "[" + GDateTime().GetAsISO8601String(true) + "]\t" + sStringBuffer.data() + "\n";
+    for (const auto& [key, appender] : mAppenders) appender->Append(line);
   }
 
   if (threadLock.Lock()) sCurrentLogThread = nullptr;
@@ -166,13 +168,11 @@ const std::string& GLogger::GetDefaultLoggingIdentifier() const {
 }
 
 GLogger::LoggingLevel GLogger::GetLoggingLevelForIdentifier(const std::string& identifier) {
-  LoggingLevel level = kLoggingLevelUnset;
   const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
-  if (!lock.IsLocked()) return level;
+  if (!lock.IsLocked()) return kLoggingLevelUnset;
   auto found = mLoggingLevels.find(GStringUtils::OSToLowerCase(identifier));
   if (found == mLoggingLevels.end() && identifier != mDefaultLoggingIdentifier) {
     found = mLoggingLevels.find(mDefaultLoggingIdentifier);
   }
-  if (found != mLoggingLevels.end()) level = found->second;
-  return level;
+  return found != mLoggingLevels.end() ? found->second : kLoggingLevelUnset;
 }

@@ -1,4 +1,4 @@
-// The assertions of this unit hold in every build type: no mutex may exist half made.
+// Keeps the assertions of this unit in every build type: no mutex may exist half made.
 #undef NDEBUG
 #include "GMutex.h"
 
@@ -13,8 +13,7 @@ namespace {
 constexpr unsigned int kNoWait = 0;
 constexpr unsigned int kNoLimit = 0xFFFFFFFF;
 
-// Cold, as the waiting is: no call without contention comes here, and what every user calls stays
-// small enough to be inlined.
+// Cold, so that a build optimized across units can inline its callers.
 [[gnu::cold]] uint32_t ConvertPthreadError(int result) {
   switch (result) {
     case 0:
@@ -59,16 +58,15 @@ uint32_t GMutex::TryLockWithTimeout(unsigned int milliseconds) {
 }
 
 uint32_t GMutex::LockInternal(unsigned int milliseconds) {
-  // Before the monitor is taken, so that it is held no longer than it has to be.
   const pthread_t self = pthread_self();
   uint32_t code = CoreErrorCodes::kSuccess;
   pthread_mutex_lock(&mMonitorMutex);
-  if (mLockCount != 0) [[unlikely]] {
-    // The owner would wait for itself, so it never waits, whatever the limit.
+  if (mLockCount != 0) {
+    // The owner never waits, whatever the limit: it would wait for itself.
     const bool isOwner = pthread_equal(self, mOwnerThread) != 0;
     code = isOwner ? kMutexDeadlockErr : WaitUntilFree(milliseconds);
   }
-  if (code == CoreErrorCodes::kSuccess) [[likely]] {
+  if (code == CoreErrorCodes::kSuccess) {
     mLockCount = 1;
     mOwnerThread = self;
   }
@@ -76,9 +74,9 @@ uint32_t GMutex::LockInternal(unsigned int milliseconds) {
   return code;
 }
 
-// Called with mMonitorMutex held, as it is again at the return. On success the count is 0: a thread
-// that arrived between the signal and the wake-up sends the woken one back to waiting.
-[[gnu::cold]] uint32_t GMutex::WaitUntilFree(unsigned int milliseconds) {
+// The caller holds mMonitorMutex, which is released while waiting. On success the count is 0: a
+// thread that arrived between the signal and the wake-up sends the woken one back to waiting.
+uint32_t GMutex::WaitUntilFree(unsigned int milliseconds) {
   if (milliseconds == kNoWait) return kLockBusyErr;
 
   int result = 0;
@@ -101,7 +99,7 @@ uint32_t GMutex::Unlock() {
   if (result != 0) return ConvertPthreadError(result);
 
   uint32_t code = kMutexDeadlockErr;
-  if (mLockCount != 0 && pthread_equal(pthread_self(), mOwnerThread) != 0) [[likely]] {
+  if (mLockCount != 0 && pthread_equal(pthread_self(), mOwnerThread) != 0) {
     mLockCount = 0;
     result = pthread_cond_signal(&mMonitorCondition);
     code = result == 0 ? CoreErrorCodes::kSuccess : ConvertPthreadError(result);

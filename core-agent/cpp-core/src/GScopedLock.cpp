@@ -14,29 +14,30 @@ GScopedLock::~GScopedLock() {
 }
 
 bool GScopedLock::Lock() {
-  if (!mIsLocked) {
-    const uint32_t code = [this] {
-      uint32_t err = CoreErrorCodes::kSuccess;
-      // Debug, because a lock that is not to be had is an ordinary answer.
-      CORE_CHECK_RESULT_AT_LEVEL(mLockStrategy->Lock(mLockable), GLogger::kLoggingLevelDebug,
-                                 "Lockable");
-      return err;
-    }();
-    mIsLocked = code == CoreErrorCodes::kSuccess;
-  }
+  if (!mIsLocked) LockByStrategy();
   return mIsLocked;
 }
 
 void GScopedLock::Unlock() {
-  if (!mIsLocked) return;
-  const uint32_t code = [this] {
-    uint32_t err = CoreErrorCodes::kSuccess;
-    CORE_CHECK_RESULT(mLockStrategy->Unlock(mLockable), "Lockable");
-    return err;
-  }();
-  mIsLocked = code != CoreErrorCodes::kSuccess;
+  if (mIsLocked) UnlockByStrategy();
 }
 
 bool GScopedLock::IsLocked() const {
   return mIsLocked;
+}
+
+uint32_t GScopedLock::LockByStrategy() {
+  uint32_t err = CoreErrorCodes::kSuccess;
+  // Debug, because callers expect that a lock may not be had.
+  CORE_CHECK_RESULT_AT_LEVEL(mLockStrategy->Lock(mLockable), GLogger::kLoggingLevelDebug,
+                             "Lockable");
+  mIsLocked = true;
+  return err;
+}
+
+uint32_t GScopedLock::UnlockByStrategy() {
+  uint32_t err = CoreErrorCodes::kSuccess;
+  CORE_CHECK_RESULT(mLockStrategy->Unlock(mLockable), "Lockable");
+  mIsLocked = false;
+  return err;
 }

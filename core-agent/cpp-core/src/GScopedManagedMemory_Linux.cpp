@@ -1,6 +1,6 @@
 #include "GScopedManagedMemory.h"
 
-// Nothing is freed by itself here, so the scope never holds anything.
+// Linux has no autoreleased objects, so the scope holds nothing.
 
 void GScopedManagedMemory::OSSetupManagedMemory() {}
 

@@ -3,13 +3,20 @@
 #include "CppCoreMacros.h"
 #include "GScopedManagedMemory.h"
 
+namespace {
+
+// The parameter has the name that the log shows.
+uint32_t OpenPool(void*& mOSManagedMemory) {
+  uint32_t err = CoreErrorCodes::kSuccess;
+  mOSManagedMemory = [[NSAutoreleasePool alloc] init];
+  CORE_CHECK_NOT_NULL(mOSManagedMemory, "Miscellaneous");
+  return err;
+}
+
+}  // namespace
+
 void GScopedManagedMemory::OSSetupManagedMemory() {
-  [this] {
-    uint32_t err = CoreErrorCodes::kSuccess;
-    mOSManagedMemory = [[NSAutoreleasePool alloc] init];
-    CORE_CHECK_NOT_NULL(mOSManagedMemory, "Miscellaneous");
-    return err;
-  }();
+  OpenPool(mOSManagedMemory);
 }
 
 void GScopedManagedMemory::OSTearDownManagedMemory() {

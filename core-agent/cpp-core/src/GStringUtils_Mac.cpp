@@ -1,3 +1,4 @@
+// Built everywhere: POSIX is enough.
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -7,7 +8,7 @@
 namespace {
 
 struct GLowerCaseFunctor {
-  // The C libraries that this runs on accept negative characters as well.
+  // The C libraries of macOS and Linux accept negative characters too.
   char operator()(char byte) const {
     return static_cast<char>(std::tolower(static_cast<signed char>(byte)));
   }

@@ -2,10 +2,10 @@
 
 bool GSystem::IsMacOSX() {
   static const uint32_t os = OSGetSystem();
-  return os == 0;
+  return os == kMacOSX;
 }
 
 bool GSystem::IsWindows() {
   static const uint32_t os = OSGetSystem();
-  return os == 1 || os == 2;
+  return os == kFirstWindows || os == kLastWindows;
 }

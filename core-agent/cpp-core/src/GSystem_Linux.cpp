@@ -1,5 +1,5 @@
 #include "GSystem.h"
 
 uint32_t GSystem::OSGetSystem() {
-  return 3;
+  return kLinux;
 }

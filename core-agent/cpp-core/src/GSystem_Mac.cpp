@@ -1,3 +1,4 @@
+// Built everywhere: POSIX is enough. What tells macOS is in GSystem_Mac.mm.
 #include <unistd.h>
 
 #include "GSystem.h"

@@ -1,8 +1,9 @@
+// Built everywhere: POSIX is enough.
 #include <bit>
 
 #include "GThread.h"
 
-// The platform's thread is a pointer or an integer of that size: the handle holds it as it is.
+// A `pthread_t` is a pointer, or an integer of that size: the handle holds it directly.
 
 void* GThread::OSGetCurrentThread() {
   return std::bit_cast<void*>(pthread_self());

@@ -2,8 +2,7 @@
 
 #include "GKVTree.h"
 
-// The names of both types stand in one unit, because only that fixes the order in which they are
-// built.
+// The names of both types are in one unit, because only that fixes the order of construction.
 
 const std::string GValue::kStrElementName_value = "value";
 const std::string GValue::kStrAttributeName_type = "type";

@@ -1,7 +1,7 @@
 #import <AppKit/AppKit.h>
 #import <objc/runtime.h>
 
-#include "CocoaException.h"
+#include "CocoaException_Mac.h"
 #include "ModalWindow.h"
 #include "NSAppOverride.h"
 

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "CFOwned.h"
+#include "CFOwned_Mac.h"
 #include "DllFrameworkUtils.h"
 #include "FrameworkTraces.h"
 #include "PlatformStringUtils.h"

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "CFOwned.h"
+#include "CFOwned_Mac.h"
 #include "VeldraneFileUtils.h"
 
 int64_t VeldraneFileUtils::GetFileModificationDate(const char* path) {

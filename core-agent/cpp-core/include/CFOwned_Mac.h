@@ -5,11 +5,11 @@
 #include <memory>
 #include <type_traits>
 
-/// Gives back one reference. Never called for null.
+/// Releases one reference. Never called for null.
 struct CFReleaser {
   void operator()(CFTypeRef object) const { CFRelease(object); }
 };
 
-/// Owns what a CoreFoundation function with "Create" or "Copy" in its name gave, null included.
+/// Owns the result of a CoreFoundation function with "Create" or "Copy" in its name. May be null.
 template <class Reference>
 using CFOwned = std::unique_ptr<std::remove_pointer_t<Reference>, CFReleaser>;
