@@ -30,8 +30,7 @@ bool isTamberlinkEnabled() {
   const time_t now = time(nullptr);
   if (now - last_check_plugin_is_enabled > time_t{kSecondsToWaitBetweenCallsToPluginIsEnabled}) {
     last_check_plugin_is_enabled = now;
-    CallTamberlink(&TBKLoader::pfPluginIsEnabled, should_display_plugin_disabled_popup,
-                   &plugin_is_enabled);
+    AskWhetherPluginIsEnabled(should_display_plugin_disabled_popup, &plugin_is_enabled);
   }
   return plugin_is_enabled;
 }
@@ -92,8 +91,7 @@ bool handleSaveAs(GlobalStateInterface* state, TBKCallTracker* tracker) {
   tracker->handleCreateNewDocumentCalled = true;
   // The framework may have filled the buffer to its end.
   id.back() = '\0';
-  CallTamberlink(&TBKLoader::pfSetPathForDocument, state->currentProjectPath.c_str(),
-                 static_cast<const char*>(id.data()));
+  CallTamberlink(&TBKLoader::pfSetPathForDocument, state->currentProjectPath.c_str(), id.data());
   tracker->setPathForDocumentCalled = true;
   saveDocument(state, tracker);
   return true;

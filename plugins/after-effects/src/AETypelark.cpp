@@ -38,8 +38,7 @@ bool invokeCommandDialog() {
   id.back() = '\0';
   std::array<char, kReplySize> reply{};
   bool start = false;
-  CallTamberlink(&TBKLoader::pfInvokeCommandDialog, static_cast<const char*>(id.data()),
-                 reply.data(), &start);
+  CallTamberlink(&TBKLoader::pfInvokeCommandDialog, id.data(), reply.data(), &start);
   return start;
 }
 

@@ -140,3 +140,12 @@ bool TBKLoader::VerifyThatAllMembersAre(bool nonNull) {
 #undef VERIFY
   return allAre;
 }
+
+void AskWhetherPluginIsEnabled(bool showMessage, bool* enabled) {
+  const TBKLoader* loader = TBKLoader::GetSharedInstance();
+  if (loader && loader->pfPluginIsEnabled) {
+    loader->pfPluginIsEnabled(showMessage, enabled);
+  } else {
+    *enabled = false;
+  }
+}

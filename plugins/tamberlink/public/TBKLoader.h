@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 #include "CoreErrorCodes.h"
 
@@ -106,9 +107,15 @@ class TBKLoader {
 
 /// Calls the framework's operation behind `member`. Where the framework or the operation is
 /// missing, answers `CoreErrorCodes::kNotImplemented` and leaves every out-parameter as it was.
-template <class... Parameters, class... Arguments>
-uint32_t CallTamberlink(uint32_t (*TBKLoader::*member)(Parameters...), Arguments... arguments) {
+template <class... Parameters>
+uint32_t CallTamberlink(uint32_t (*TBKLoader::*member)(Parameters...),
+                        std::type_identity_t<Parameters>... arguments) {
   const TBKLoader* loader = TBKLoader::GetSharedInstance();
   if (!loader || !(loader->*member)) return CoreErrorCodes::kNotImplemented;
   return (loader->*member)(arguments...);
 }
+
+/// Asks the framework whether the plug-in is enabled. Writes its answer to `enabled`, which a
+/// framework may leave as it is. Writes false without the operation: a framework that can't be
+/// loaded has none, and could put nothing in the place of the host's dialog.
+void AskWhetherPluginIsEnabled(bool showMessage, bool* enabled);

@@ -100,7 +100,8 @@ TEST_F(GlobalStateTest, EndLeavesTheReopeningAndTheTextsAlone) {
 }
 
 TEST_F(GlobalStateTest, EnabledIsAskedEachTimeAndKeepsTheLatestAnswer) {
-  ASSERT_TRUE(fake_tamberlink.Install());
+  TBKLoader* loader = fake_tamberlink.Install();
+  ASSERT_TRUE(loader);
   EXPECT_TRUE(state.isPluginEnabled());
   fake_tamberlink.enabled = false;
   EXPECT_FALSE(state.isPluginEnabled());
@@ -108,6 +109,10 @@ TEST_F(GlobalStateTest, EnabledIsAskedEachTimeAndKeepsTheLatestAnswer) {
   fake_tamberlink.writesEnabled = false;
   EXPECT_FALSE(state.isPluginEnabled());
   EXPECT_EQ(fake_tamberlink.calls.size(), 3u);
+  fake_tamberlink.writesEnabled = fake_tamberlink.enabled = true;
+  EXPECT_TRUE(state.isPluginEnabled());
+  loader->pfPluginIsEnabled = nullptr;
+  EXPECT_FALSE(state.isPluginEnabled());
 }
 
 }  // namespace

@@ -33,6 +33,17 @@ TEST_F(ModuleTest, StaysInertWithoutAFramework) {
   EXPECT_THAT(fake_host.calls, IsEmpty());
 }
 
+TEST_F(ModuleTest, LeavesProjectsAloneWithAFrameworkThatCannotBeLoaded) {
+  std::filesystem::create_directory("Tamberlink.framework");
+  EXPECT_EQ(entry(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
+  fake_host.path = folder.Write("a.aep", "").u16string();
+  fake_host.calls.clear();
+  A_long maxSleep = 0;
+  EXPECT_EQ(fake_host.idleHook(nullptr, nullptr, &maxSleep), 0);
+  // The snapshot's alone.
+  EXPECT_THAT(fake_host.TakeCalls(), Contains("AEGP_GetProjectPath").Times(1));
+}
+
 TEST_F(ModuleTest, ReturnsTheErrorOfAMissingSuite) {
   EXPECT_EQ(entry(nullptr, 114, 0, 5, nullptr), 516);
 }
