@@ -36,6 +36,8 @@ desktop::KeyEvent escapeKeyEventForWindow(desktop::Window* window) {
 }  // namespace
 
 void SwizzleNSAppBeginModal() {
+  // A second time would make the override its own successor.
+  if (sBeginModalSession) return;
   sBeginModalSession =
       desktop::Application::sharedApplication().exchangeBeginModalSession(beginModalOverride);
 }

@@ -1,5 +1,6 @@
 #include "NSAppOverrideTest.h"
 
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -20,6 +21,19 @@ OverrideTest::OverrideTest() {
   global_state.suppressModalWindows = true;
   fake_host.path = u"/a.aep";
   SwizzleNSAppBeginModal();
+}
+
+AEGP_PluginInitFuncPrototype* OverrideTest::LoadCopy() {
+  std::filesystem::current_path(folder.path());
+  setenv("HOME", folder.path().c_str(), 1);
+  std::error_code exists;
+  std::filesystem::create_directory_symlink(TAMBERLINK_FRAMEWORK, "Tamberlink.framework", exists);
+  static int count = 0;
+  const auto file = folder.path() / ("Copy" + std::to_string(++count));
+  std::filesystem::copy_file(AE_TYPELARK, file);
+  void* module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!module) throw std::runtime_error(dlerror());
+  return reinterpret_cast<AEGP_PluginInitFuncPrototype*>(dlsym(module, "EntryPointFunc"));
 }
 
 bool OverrideTest::Show(const TestDialog& dialog) {
@@ -210,6 +224,19 @@ TEST_F(OverrideTest, AMissingSuiteStartsNoProcessAndTheSessionBegins) {
   fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
   EXPECT_TRUE(ShowTitled(kFonts));
   EXPECT_FALSE(global_state.fontActivationInProgress);
+}
+
+TEST_F(OverrideTest, CopiesOfThePluginEachSeeADialogOnce) {
+  auto* const second = LoadCopy();
+  auto* const third = LoadCopy();
+  EXPECT_EQ(second(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
+  EXPECT_EQ(third(fake_host.basicSuite(), 114, 0, 6, nullptr), 0);
+  // One copy's second time changes nothing.
+  SwizzleNSAppBeginModal();
+  const std::string line = "Saw a DVAMacDialog titled: " + std::string(kOpen) + "\n";
+  testing::internal::CaptureStdout();
+  Show(Dialog(kOpen));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), line + line + line);
 }
 
 TEST_F(OverrideTest, AWindowIsOfNoClassThatDoesNotExist) {

@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "AE_GeneralPlug.h"
 #include "ModalWindow.h"
+#include "TemporaryFolder.h"
 
 inline constexpr char kPanelClass[] = "NSPanel";
 inline constexpr char kDialogClass[] = "DVAMacDialog";
@@ -58,6 +60,9 @@ class OverrideTest : public testing::Test {
  protected:
   OverrideTest();
 
+  /// Loads another copy of the plug-in, from a file of its own, and returns its entry point.
+  AEGP_PluginInitFuncPrototype* LoadCopy();
+
   /// A dialog that exists until the test ends.
   TestDialog& Dialog(const char* title, const char* kind = kDialogClass) {
     return mDialogs.emplace_back(title, kind);
@@ -66,6 +71,9 @@ class OverrideTest : public testing::Test {
   static bool Show(const TestDialog& dialog);
   /// The same with a dialog that is hidden afterwards.
   bool ShowTitled(const char* title);
+
+  /// Where the copies find a framework.
+  TemporaryFolder folder;
 
  private:
   std::deque<TestDialog> mDialogs;

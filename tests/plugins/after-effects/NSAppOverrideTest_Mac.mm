@@ -4,10 +4,12 @@
 #include <gmock/gmock.h>
 
 #include "CocoaFakes.h"
+#include "FakeHost.h"
 #include "GlobalState.h"
 
 // As the plug-in adds them.
 @interface NSApplication (Override)
+- (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
 - (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version;
 - (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
@@ -125,6 +127,24 @@ TEST_F(OverrideTest, TheApplicationAnswersTheSameByItsMethods) {
   EXPECT_EQ(receivedKeys.size(), 1u);
   EXPECT_THAT(frontSenders, testing::Contains(NSApp));
   EXPECT_TRUE(global_state.fontActivationInProgress);
+}
+
+// By this message earlier versions of the plug-in reach the platform's implementation.
+TEST_F(OverrideTest, AMessageToTheExchangedMethodReachesThePlatformPastLaterCopies) {
+  const TestDialog& dialog = Dialog("Open Project");
+  const auto send = [&] {
+    const Pool pool;
+    testing::internal::CaptureStdout();
+    const NSModalSession session = [NSApp beginModalOverride:Cocoa(dialog)];
+    EXPECT_EQ([NSApp modalWindow], Cocoa(dialog));
+    [NSApp endModalSession:session];
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  };
+  send();
+  auto* const copy = LoadCopy();
+  send();
+  EXPECT_EQ(copy(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
+  send();
 }
 
 }  // namespace
