@@ -20,14 +20,13 @@ struct CocoaFakes {
   std::optional<double> now;
   /// The fraction of a second that the conversion to a `UTCDateTime` gives, or the real one.
   std::optional<uint16_t> fraction;
-  /// The scopes of the runtime's autorelease pools that are open.
-  int openPools = 0;
-  /// All that were opened.
-  int pools = 0;
 
   std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
 };
 extern CocoaFakes cocoaFakes;
+
+/// Counts the objects that will be released with the current autorelease pool.
+unsigned int AutoreleasedObjects();
 
 /// Makes each weak reference to the object read as nil. Its class calls this when it is
 /// deallocated, as this runtime doesn't.

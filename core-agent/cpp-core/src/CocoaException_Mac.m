@@ -1,4 +1,4 @@
-#include "CocoaException.h"
+#include "CocoaException_Mac.h"
 
 // Plain Objective-C, because not every compiler's C++ runtime can match the class of a Cocoa
 // exception in a handler.

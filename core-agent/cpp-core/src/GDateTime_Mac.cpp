@@ -1,6 +1,6 @@
 #include <CoreServices/CoreServices.h>
 
-#include "CFOwned.h"
+#include "CFOwned_Mac.h"
 #include "CppCoreMacros.h"
 #include "GDateTime.h"
 

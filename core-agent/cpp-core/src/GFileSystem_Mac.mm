@@ -1,6 +1,6 @@
 #import <Foundation/Foundation.h>
 
-#include "CocoaException.h"
+#include "CocoaException_Mac.h"
 #include "PathRewriting.h"
 
 namespace {

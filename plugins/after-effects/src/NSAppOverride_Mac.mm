@@ -3,11 +3,11 @@
 
 #include <cstdlib>
 
-#include "CocoaException.h"
+#include "CocoaException_Mac.h"
 #include "ModalWindow.h"
 #include "NSAppOverride.h"
 
-// What the plug-in adds to the application. The decisions are the portable part's.
+// What the plug-in adds to the application.
 @interface NSApplication (Override)
 - (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
@@ -20,29 +20,26 @@
 
 namespace {
 
-// By number, because its name differs between versions of AppKit.
+// Its name differs between versions of AppKit.
 constexpr auto kKeyDown = static_cast<NSEventType>(10);
-constexpr unsigned short kEscapeKeyCode = 0x35;
 
 using BeginModalSession = NSModalSession (*)(id self, SEL selector, NSWindow* window);
 
-// What the override calls when it is done: the platform's implementation, or the override of a
-// plug-in that came earlier.
+// What the override goes on to: the platform's implementation, or another plug-in's override of it.
 BeginModalSession sBeginModalSession = nullptr;
 
 id sOpenProjectDialog = nil;  // weak
 
-NSWindow* CocoaWindow(ModalWindow* window) {
+NSWindow* CocoaWindow(modal_window::Window* window) {
   return reinterpret_cast<NSWindow*>(window);
 }
 
-ModalWindow* PortableWindow(id window) {
-  return reinterpret_cast<ModalWindow*>(window);
+modal_window::Window* PortableWindow(id window) {
+  return reinterpret_cast<modal_window::Window*>(window);
 }
 
-// What `beginModalOverride:` ran before this module was loaded, or null. Another version of the
-// plug-in may have exchanged a method of that name, which this module's hides, and send it to reach
-// the platform's implementation.
+// The `beginModalOverride:` of another copy or version of the plug-in, which the one here hides;
+// null without one. Earlier versions send that message to reach the platform's implementation.
 IMP HiddenOverride() {
   const SEL name = @selector(beginModalOverride:);
   const Class application = [NSApplication class];
@@ -58,9 +55,9 @@ IMP HiddenOverride() {
   return hidden;
 }
 
-// A function, since a message could reach the method of another copy of the plug-in.
+// A function, because the method may be hidden by another copy's.
 NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
-  considerModalWindow(PortableWindow(window));
+  modal_window::recordOrDismiss(PortableWindow(window));
   const auto next = sBeginModalSession ? sBeginModalSession
                                        : reinterpret_cast<BeginModalSession>(HiddenOverride());
   return next(self, @selector(beginModalSessionForWindow:), window);
@@ -75,16 +72,16 @@ NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
 }
 
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window {
-  return ::isThisTheOpenProjectDialog(PortableWindow(window));
+  return modal_window::isThisTheOpenProjectDialog(PortableWindow(window));
 }
 
 - (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version {
-  return ::isMissingFontsWindow(PortableWindow(window), version);
+  return modal_window::isMissingFontsWindow(PortableWindow(window), version);
 }
 
 - (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
                                    inAEMajorVersion:(int32_t)version {
-  ::suppressWindowAndStartFontActivationProcess(PortableWindow(window), version);
+  modal_window::suppressWindowAndStartFontActivationProcess(PortableWindow(window), version);
 }
 
 - (void)sendEscapeKeyToWindow:(NSWindow*)window {
@@ -98,11 +95,11 @@ NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
       window);
   if (!exception) return;
   if (![exception isKindOfClass:[NSException class]]) @throw exception;
-  NSLog(@"Exception when sendEscapeKeyToWindow:  exception=%@", exception);
+  NSLog(@"%s%@", modal_window::kEscapeFailed, exception);
 }
 
 - (NSEvent*)escapeKeyEventForWindow:(NSWindow*)window {
-  NSString* escape = @"\x1B";
+  NSString* escape = [NSString stringWithUTF8String:modal_window::kEscapeCharacters];
   return [NSEvent keyEventWithType:kKeyDown
                           location:NSZeroPoint
                      modifierFlags:0
@@ -112,7 +109,7 @@ NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
                         characters:escape
        charactersIgnoringModifiers:escape
                          isARepeat:NO
-                           keyCode:kEscapeKeyCode];
+                           keyCode:modal_window::kEscapeKeyCode];
 }
 
 @end
@@ -125,38 +122,42 @@ void SwizzleNSAppBeginModal() {
   const Method override = class_getInstanceMethod(application, @selector(beginModalOverride:));
   const IMP hidden = HiddenOverride();
   sBeginModalSession = reinterpret_cast<BeginModalSession>(method_getImplementation(begin));
-  // Another copy that was loaded later has its own method in front.
+  // The method may be that of a copy that was loaded later.
   method_setImplementation(override, reinterpret_cast<IMP>(BeginModalOverride));
   method_exchangeImplementations(begin, override);
   if (hidden) method_setImplementation(override, hidden);
 }
 
-bool isKindOfClass(ModalWindow* window, const char* className) {
+namespace modal_window {
+
+bool isKindOfClass(Window* window, const char* className) {
   const Class kind = NSClassFromString([NSString stringWithUTF8String:className]);
   return [CocoaWindow(window) isKindOfClass:kind];
 }
 
-std::string titleOf(ModalWindow* window) {
+std::string titleOf(Window* window) {
   const char* title = [[CocoaWindow(window) title] UTF8String];
   return title ? title : "";
 }
 
-bool isVisible(ModalWindow* window) {
+bool isVisible(Window* window) {
   return [CocoaWindow(window) isVisible];
 }
 
-void makeKeyAndOrderFront(ModalWindow* window) {
+void makeKeyAndOrderFront(Window* window) {
   [CocoaWindow(window) makeKeyAndOrderFront:NSApp];
 }
 
-void sendEscapeKeyToWindow(ModalWindow* window) {
+void sendEscapeKeyToWindow(Window* window) {
   [NSApp sendEscapeKeyToWindow:CocoaWindow(window)];
 }
 
-void setOpenProjectDialog(ModalWindow* window) {
+void setOpenProjectDialog(Window* window) {
   objc_storeWeak(&sOpenProjectDialog, CocoaWindow(window));
 }
 
-ModalWindow* openProjectDialog() {
+Window* openProjectDialog() {
   return PortableWindow(objc_loadWeak(&sOpenProjectDialog));
 }
+
+}  // namespace modal_window

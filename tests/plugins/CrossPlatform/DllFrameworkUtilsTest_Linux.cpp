@@ -61,6 +61,7 @@ TEST(GetStdString, IsEmptyForAllButText) {
   EXPECT_EQ(convert(plist_new_string("zwölf")), "zwölf");
   EXPECT_EQ(convert(plist_new_string("")), "");
   EXPECT_EQ(convert(plist_new_string("\xFF\xFE")), "");
+  EXPECT_EQ(convert(plist_new_uint(5)), "");
   EXPECT_EQ(GetStdString(nullptr), "");
 }
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "CFOwned.h"
+#include "CFOwned_Mac.h"
 #include "CocoaFakes.h"
 #include "LoadFrameworkTest.h"
 #include "PlatformStringUtils.h"

@@ -23,6 +23,22 @@ class GlobalStateTest : public testing::Test {
   GlobalState state;
 };
 
+TEST_F(GlobalStateTest, StartsWithNothing) {
+  const GlobalState fresh;
+  EXPECT_EQ(fresh.pluginId + fresh.hostMajorVersion + fresh.hostMinorVersion + fresh.menuCommand +
+                fresh.ticksSinceActivationStart,
+            0);
+  EXPECT_EQ(fresh.currentProjectModificationDate + fresh.currentTime, 0);
+  EXPECT_FALSE(fresh.picaBasicSuite || fresh.tamberlinkInitialized || fresh.suppressModalWindows ||
+               fresh.lastProjectDirty || fresh.currentProjectDirty ||
+               fresh.fontActivationInProgress || fresh.projectIsReopening ||
+               fresh.suiteHandlerManager || fresh.projectPathUtils ||
+               fresh.backgroundForegroundSwitcher);
+  EXPECT_EQ(fresh.lastProjectPath + fresh.currentProjectPath + fresh.fontsToResolve +
+                fresh.restrictedFonts + fresh.activationProjectPath,
+            "");
+}
+
 TEST_F(GlobalStateTest, SnapshotHoldsTheProjectItsFileAndTheClock) {
   TemporaryFolder folder;
   const auto file = folder.Write("ü.aep", "");
@@ -51,6 +67,7 @@ TEST_F(GlobalStateTest, SnapshotHoldsTheProjectItsFileAndTheClock) {
 TEST_F(GlobalStateTest, BuildsItsCollaboratorsOnce) {
   state.updateGlobalState();
   const auto switcher = state.backgroundForegroundSwitcher;
+  EXPECT_TRUE(switcher && state.suiteHandlerManager && state.projectPathUtils);
   fake_host.calls.clear();
   state.updateGlobalState();
   EXPECT_EQ(state.backgroundForegroundSwitcher, switcher);
@@ -105,11 +122,10 @@ TEST_F(GlobalStateTest, EnabledIsAskedEachTimeAndKeepsTheLatestAnswer) {
   EXPECT_TRUE(state.isPluginEnabled());
   fake_tamberlink.enabled = false;
   EXPECT_FALSE(state.isPluginEnabled());
-  fake_tamberlink.enabled = true;
-  fake_tamberlink.writesEnabled = false;
+  fake_tamberlink.enabled.reset();
   EXPECT_FALSE(state.isPluginEnabled());
   EXPECT_EQ(fake_tamberlink.calls.size(), 3u);
-  fake_tamberlink.writesEnabled = fake_tamberlink.enabled = true;
+  fake_tamberlink.enabled = true;
   EXPECT_TRUE(state.isPluginEnabled());
   loader->pfPluginIsEnabled = nullptr;
   EXPECT_FALSE(state.isPluginEnabled());

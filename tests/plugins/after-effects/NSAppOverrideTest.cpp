@@ -6,6 +6,8 @@
 #include <memory>
 #include <stdexcept>
 
+#include "AEIdleEventHandler.h"
+#include "AETypelark.h"
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
@@ -139,10 +141,28 @@ TEST_F(OverrideStateTest, StaysAsItIsForOtherWindowsAndWhileItMustNotSuppress) {
 }
 
 TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
-  for (const State state : kStates) {
-    Enter(state);
-    projectWasOpened();
-    EXPECT_EQ(TakeState(), State::kQuiet);
+  fake_tamberlink.startRequested = true;
+  const std::function<void()> openings[] = {
+      projectWasOpened,
+      // These start an activation, which needs the host's suite.
+      [] {
+        A_Boolean handled = 0;
+        MenuCommandHook(nullptr, nullptr, global_state.menuCommand, 1, 0, &handled);
+      },
+      [] {
+        global_state.currentProjectPath = "/b.aep";
+        global_state.currentProjectModificationDate = 1;
+        TBKCallTracker tracker;
+        EXPECT_THROW(runIdleEvents(&global_state, &tracker), int);
+      }};
+  for (const auto& open : openings) {
+    for (const State state : kStates) {
+      Enter(state);
+      fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
+      open();
+      fake_host.refusedSuites.clear();
+      EXPECT_EQ(TakeState(), State::kQuiet);
+    }
   }
 }
 
@@ -154,7 +174,7 @@ TEST_F(OverrideTest, KnowsTitlesOfOtherLanguages) {
 TEST_F(OverrideTest, SendsOneEscapeToTheWindowThatItBroughtToTheFront) {
   ShowTitled(kOpen);
   const TestDialog& dialog = Dialog(kFonts, kDerivedDialogClass);
-  onKey = [&] { EXPECT_TRUE(isVisible(dialog.window())); };
+  onKey = [&] { EXPECT_TRUE(modal_window::isVisible(dialog.window())); };
   EXPECT_TRUE(Show(dialog));
   ASSERT_EQ(receivedKeys.size(), 1u);
   const ReceivedKey& event = receivedKeys[0];
@@ -187,14 +207,14 @@ TEST_F(OverrideTest, AnOpenDialogThatIsGoneCountsAsHidden) {
   global_state.hostMajorVersion = 113;
   auto open = std::make_unique<TestDialog>(kOpen);
   Show(*open);
-  const ModalWindow* address = open->window();
+  const modal_window::Window* address = open->window();
   open.reset();
   // A visible window isn't the open dialog, and where the allocator gives the address away again,
   // one at the same address isn't either.
-  const ModalWindow* latest = nullptr;
+  const modal_window::Window* latest = nullptr;
   for (int count = 0; latest != address && count < 20; ++count) {
-    ModalWindow* other = Dialog(kOther).window();
-    makeKeyAndOrderFront(other);
+    modal_window::Window* other = Dialog(kOther).window();
+    modal_window::makeKeyAndOrderFront(other);
     latest = other;
   }
   EXPECT_TRUE(ShowTitled(kFontsBefore114));
@@ -240,10 +260,10 @@ TEST_F(OverrideTest, CopiesOfThePluginEachSeeADialogOnce) {
 }
 
 TEST_F(OverrideTest, AWindowIsOfNoClassThatDoesNotExist) {
-  ModalWindow* window = Dialog(kOpen).window();
-  EXPECT_TRUE(isKindOfClass(window, kDialogClass));
-  EXPECT_FALSE(isKindOfClass(window, kDerivedDialogClass));
-  EXPECT_FALSE(isKindOfClass(window, "NoSuchClass"));
+  modal_window::Window* window = Dialog(kOpen).window();
+  EXPECT_TRUE(modal_window::isKindOfClass(window, kDialogClass));
+  EXPECT_FALSE(modal_window::isKindOfClass(window, kDerivedDialogClass));
+  EXPECT_FALSE(modal_window::isKindOfClass(window, "NoSuchClass"));
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ class TestDialog {
   TestDialog(const TestDialog&) = delete;
   TestDialog& operator=(const TestDialog&) = delete;
 
-  ModalWindow* window() const { return mWindow; }
+  modal_window::Window* window() const { return mWindow; }
   int64_t number() const;
   /// Begins and ends a modal session, which shows the window. Expects that the platform's own
   /// implementation got it, and its caller the session.
@@ -50,7 +50,7 @@ class TestDialog {
   void Hide() const;
 
  private:
-  ModalWindow* mWindow;
+  modal_window::Window* mWindow;
 };
 
 /// Raises an exception of the platform's kind that says "no key window".

@@ -74,7 +74,7 @@ TestDialog::TestDialog(const char* title, const char* kind) {
                                                                 defer:NO];
   [window setReleasedWhenClosed:NO];
   [window setTitle:[NSString stringWithUTF8String:title]];
-  mWindow = reinterpret_cast<ModalWindow*>(window);
+  mWindow = reinterpret_cast<modal_window::Window*>(window);
 }
 
 TestDialog::~TestDialog() {

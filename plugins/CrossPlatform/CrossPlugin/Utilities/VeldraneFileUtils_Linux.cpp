@@ -7,7 +7,7 @@
 
 namespace {
 
-// Runs on every tick, and nearly every path is plain ASCII: the cheap test goes first.
+// Tests for ASCII first: this runs on every tick, and most paths are ASCII.
 bool IsUTF8(std::string_view text) {
   unsigned char bits = 0;
   for (const char byte : text) bits |= static_cast<unsigned char>(byte);
