@@ -18,6 +18,6 @@ bool IsUTF8(std::string_view text) {
 
 int64_t VeldraneFileUtils::GetFileModificationDate(const char* path) {
   if (!IsUTF8(path)) return 0;
-  struct stat status {};
+  struct stat status;
   return stat(path, &status) == 0 ? status.st_mtime : 0;
 }
