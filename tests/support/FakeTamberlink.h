@@ -19,13 +19,13 @@ struct FakeTamberlink {
   };
 
   std::vector<std::string> calls;
-  /// What the framework writes. An empty one leaves the caller's value untouched.
+  /// What the framework writes. Without a value it writes nothing.
   std::optional<bool> enabled = true;
   std::optional<bool> showLogin;
   std::optional<bool> startRequested;
   /// Answers of `HandleOpenExistingDocument` in order; the last one stays.
   std::deque<OpenAnswer> open = {OpenAnswer()};
-  /// What `InvokeResolveDialog` leaves as the user's choice.
+  /// The user's choice in `InvokeResolveDialog`.
   std::string chosen;
 
   /// Loads the framework and fills its table with the recording operations. Returns the instance.

@@ -12,7 +12,7 @@ class GetConfiguredPathTest : public testing::Test {
  protected:
   GetConfiguredPathTest() { setenv("HOME", home.path().c_str(), 1); }
 
-  // The value, or `none` if there is none.
+  // Returns the value, or `none`.
   static std::string Value() {
     std::string value = none;
     const uint32_t result = GetConfiguredPath("Folder", "file", "k", value);
@@ -51,7 +51,7 @@ TEST_F(GetConfiguredPathTest, AnswersQuietlyForWhatIsNoFile) {
   std::filesystem::remove(home.path() / "Library/Folder/file");
   home.Write("Library/Folder/file", "k=v");
   EXPECT_EQ(Value(), "v");
-  // A file that can't be opened, also for a user who may read every file.
+  // The file can't be opened, not even by a user who may read every file.
   rlimit limit;
   getrlimit(RLIMIT_NOFILE, &limit);
   const rlimit nothing{0, limit.rlim_max};

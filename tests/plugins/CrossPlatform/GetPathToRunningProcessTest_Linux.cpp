@@ -33,7 +33,7 @@ class RunningCopy {
     close(input[0]);
     close(output[1]);
     mInput = input[1];
-    // The first byte means that it runs.
+    // The copy writes when it runs.
     char byte = 0;
     if (read(output[0], &byte, 1) != 1) throw std::runtime_error("it doesn't run");
     close(output[0]);

@@ -16,7 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The names of the flags that are set.
+// Returns short names of the flags that are set.
 std::vector<std::string> Flags(const TBKCallTracker& tracker) {
   std::vector<std::string> flags;
   const auto add = [&](bool set, const char* name) {

@@ -14,7 +14,7 @@ class GlobalStateTest : public testing::Test {
   GlobalStateTest() { state.picaBasicSuite = fake_host.basicSuite(); }
   ~GlobalStateTest() override { EXPECT_EQ(Handles(), 0); }
 
-  // Those that were asked for and not given back.
+  // Counts the memory handles that weren't freed.
   static long Handles() {
     return std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_GetProjectPath") -
            std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_FreeMemHandle");

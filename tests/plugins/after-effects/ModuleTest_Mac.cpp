@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 using EntryPoint = A_Err (*)(SPBasicSuite*, A_long, A_long, AEGP_PluginID, AEGP_GlobalRefcon*);
 
-// The plug-in as the host loads it, in a folder without a framework.
+// Loads the plug-in as the host does, in a folder without a framework.
 class ModuleTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -40,7 +40,7 @@ TEST_F(ModuleTest, LeavesProjectsAloneWithAFrameworkThatCannotBeLoaded) {
   fake_host.calls.clear();
   A_long maxSleep = 0;
   EXPECT_EQ(fake_host.idleHook(nullptr, nullptr, &maxSleep), 0);
-  // The snapshot's alone.
+  // For the snapshot. An opened project would be asked for its path again.
   EXPECT_THAT(fake_host.TakeCalls(), Contains("AEGP_GetProjectPath").Times(1));
 }
 

@@ -70,8 +70,8 @@ class OverrideStateTest : public OverrideTest {
     fake_tamberlink.calls.clear();
   }
 
-  // Leaves the quiet state. By what hosts before 114 do: their dialog isn't dismissed over a
-  // visible open project dialog, and then that one is forgotten.
+  // Returns the state and resets it to quiet. Shows missing fonts dialogs of a host before 114: over
+  // a visible open project dialog, only the second one is dismissed.
   State TakeState() {
     global_state.hostMajorVersion = 113;
     global_state.suppressModalWindows = true;
@@ -116,7 +116,7 @@ TEST_F(OverrideStateTest, MovesAsTheDialogsSay) {
     testing::internal::CaptureStdout();
     EXPECT_EQ(Show(Dialog(row.title)), row.dismissed);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), line);
-    // Only about a candidate is the framework asked.
+    // The framework is asked about candidates only.
     EXPECT_EQ(fake_tamberlink.calls.empty(), row.from == quiet || row.title == kOpen);
     EXPECT_EQ(global_state.fontActivationInProgress, row.dismissed);
     EXPECT_EQ(global_state.suppressModalWindows, !row.dismissed);
@@ -144,7 +144,7 @@ TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
   fake_tamberlink.startRequested = true;
   const std::function<void()> openings[] = {
       projectWasOpened,
-      // These start an activation, which needs the host's suite.
+      // These fail to start an activation, which needs the refused suite.
       [] {
         A_Boolean handled = 0;
         MenuCommandHook(nullptr, nullptr, global_state.menuCommand, 1, 0, &handled);
@@ -209,8 +209,8 @@ TEST_F(OverrideTest, AnOpenDialogThatIsGoneCountsAsHidden) {
   Show(*open);
   const modal_window::Window* address = open->window();
   open.reset();
-  // A visible window isn't the open dialog, and where the allocator gives the address away again,
-  // one at the same address isn't either.
+  // Visible windows don't count as the open dialog, not even one at its address, if the allocator
+  // uses that again.
   const modal_window::Window* latest = nullptr;
   for (int count = 0; latest != address && count < 20; ++count) {
     modal_window::Window* other = Dialog(kOther).window();
@@ -251,7 +251,7 @@ TEST_F(OverrideTest, CopiesOfThePluginEachSeeADialogOnce) {
   auto* const third = LoadCopy();
   EXPECT_EQ(second(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
   EXPECT_EQ(third(fake_host.basicSuite(), 114, 0, 6, nullptr), 0);
-  // One copy's second time changes nothing.
+  // A second exchange by one copy.
   SwizzleNSAppBeginModal();
   const std::string line = "Saw a DVAMacDialog titled: " + std::string(kOpen) + "\n";
   testing::internal::CaptureStdout();

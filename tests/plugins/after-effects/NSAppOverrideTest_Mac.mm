@@ -7,7 +7,7 @@
 #include "FakeHost.h"
 #include "GlobalState.h"
 
-// As the plug-in adds them.
+// The plug-in's category.
 @interface NSApplication (Override)
 - (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
@@ -129,7 +129,7 @@ TEST_F(OverrideTest, TheApplicationAnswersTheSameByItsMethods) {
   EXPECT_TRUE(global_state.fontActivationInProgress);
 }
 
-// By this message earlier versions of the plug-in reach the platform's implementation.
+// Earlier versions of the plug-in send this message to reach the platform's implementation.
 TEST_F(OverrideTest, AMessageToTheExchangedMethodReachesThePlatformPastLaterCopies) {
   const TestDialog& dialog = Dialog("Open Project");
   const auto send = [&] {
