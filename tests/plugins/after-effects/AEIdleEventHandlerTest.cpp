@@ -162,16 +162,6 @@ TEST_F(IdleEventsTest, EachTimeThatItIsDisabledTheUserGetsOneMessage) {
                           "ShowNotLoggedInMessageBox"));
 }
 
-TEST_F(IdleEventsTest, AFrameworkThatCannotSaySoIsDisabled) {
-  Run();
-  EXPECT_TRUE(state.suppressModalWindows);
-  TBKLoader::GetSharedInstance()->pfPluginIsEnabled = nullptr;
-  virtual_time += 10;
-  state.currentProjectPath = "/b.aep";
-  EXPECT_THAT(Run(), IsEmpty());
-  EXPECT_FALSE(state.suppressModalWindows);
-}
-
 class ActivationProcessTest : public IdleEventsTest {
  protected:
   ActivationProcessTest() {

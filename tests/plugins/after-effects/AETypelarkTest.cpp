@@ -113,11 +113,4 @@ TEST_F(MenuCommand, ShowsTheDialogOfTheLastTicksDocument) {
   EXPECT_FALSE(global_state.fontActivationInProgress);
 }
 
-TEST_F(MenuCommand, IsHandledAlsoWhenASuiteIsMissing) {
-  fake_tamberlink.startRequested = true;
-  fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
-  EXPECT_EQ(Pick(900), 1);
-  EXPECT_FALSE(global_state.fontActivationInProgress);
-}
-
 }  // namespace

@@ -24,18 +24,15 @@ class GlobalStateTest : public testing::Test {
 };
 
 TEST_F(GlobalStateTest, StartsWithNothing) {
-  const GlobalState fresh;
-  EXPECT_EQ(fresh.pluginId + fresh.hostMajorVersion + fresh.hostMinorVersion + fresh.menuCommand +
-                fresh.ticksSinceActivationStart,
-            0);
-  EXPECT_EQ(fresh.currentProjectModificationDate + fresh.currentTime, 0);
-  EXPECT_FALSE(fresh.picaBasicSuite || fresh.tamberlinkInitialized || fresh.suppressModalWindows ||
-               fresh.lastProjectDirty || fresh.currentProjectDirty ||
-               fresh.fontActivationInProgress || fresh.projectIsReopening ||
-               fresh.suiteHandlerManager || fresh.projectPathUtils ||
-               fresh.backgroundForegroundSwitcher);
-  EXPECT_EQ(fresh.lastProjectPath + fresh.currentProjectPath + fresh.fontsToResolve +
-                fresh.restrictedFonts + fresh.activationProjectPath,
+  const GlobalState s;
+  EXPECT_FALSE(s.pluginId || s.picaBasicSuite || s.hostMajorVersion || s.hostMinorVersion ||
+               s.menuCommand || s.tamberlinkInitialized || s.suppressModalWindows ||
+               s.lastProjectDirty || s.currentProjectDirty || s.currentProjectModificationDate ||
+               s.currentTime || s.fontActivationInProgress || s.ticksSinceActivationStart ||
+               s.projectIsReopening || s.suiteHandlerManager || s.projectPathUtils ||
+               s.backgroundForegroundSwitcher);
+  EXPECT_EQ(s.lastProjectPath + s.currentProjectPath + s.fontsToResolve + s.restrictedFonts +
+                s.activationProjectPath,
             "");
 }
 

@@ -70,8 +70,8 @@ class OverrideStateTest : public OverrideTest {
     fake_tamberlink.calls.clear();
   }
 
-  // Returns the state and resets it to quiet. Shows missing fonts dialogs of a host before 114: over
-  // a visible open project dialog, only the second one is dismissed.
+  // Returns the state and resets it to quiet. Shows missing fonts dialogs of a host before 114:
+  // over a visible open project dialog, only the second one is dismissed.
   State TakeState() {
     global_state.hostMajorVersion = 113;
     global_state.suppressModalWindows = true;
@@ -148,6 +148,7 @@ TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
       [] {
         A_Boolean handled = 0;
         MenuCommandHook(nullptr, nullptr, global_state.menuCommand, 1, 0, &handled);
+        EXPECT_EQ(handled, 1);
       },
       [] {
         global_state.currentProjectPath = "/b.aep";
@@ -161,6 +162,7 @@ TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
       fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
       open();
       fake_host.refusedSuites.clear();
+      EXPECT_FALSE(global_state.fontActivationInProgress);
       EXPECT_EQ(TakeState(), State::kQuiet);
     }
   }
