@@ -1,6 +1,5 @@
 #include "BenchHost.h"
 
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -14,15 +13,13 @@ int64_t suites_acquired = 0;
 
 namespace {
 
-constexpr size_t kPathLength = 100;
-
-// A file with a path of just that length, gone with the process.
+// A file with a path of that many characters, gone with the process.
 class ProjectFile {
  public:
-  ProjectFile() {
-    const std::string folder = std::filesystem::temp_directory_path().string() + "/";
-    mPath = folder + std::string(kPathLength - std::min(folder.size(), kPathLength - 1), 'p');
-    mPath16.assign(mPath.begin(), mPath.end());
+  ProjectFile(char16_t character, size_t length)
+      : mPath16(std::filesystem::temp_directory_path().u16string() + u"/") {
+    mPath16.resize(length, character);
+    mPath = std::filesystem::path(mPath16).string();
     std::ofstream stream(mPath);
   }
   ~ProjectFile() { std::filesystem::remove(mPath); }
@@ -33,9 +30,11 @@ class ProjectFile {
   std::u16string mPath16;
 };
 
+bool sJapanese = false;
+
 ProjectFile& File() {
-  static ProjectFile file;
-  return file;
+  static ProjectFile ascii(u'p', 100), japanese(u'字', 40);
+  return sJapanese ? japanese : ascii;
 }
 
 _AEGP_Project* sProject = nullptr;
@@ -102,6 +101,10 @@ SPBasicSuite* BasicSuite() {
       AcquireSuite, [](const char*, int32) { return SPErr{0}; }, nullptr, nullptr, nullptr, nullptr,
       nullptr};
   return &suite;
+}
+
+void UseJapanesePath(bool use) {
+  sJapanese = use;
 }
 
 const char* ProjectPath() {

@@ -2,17 +2,20 @@
 
 #include "AE_GeneralPlug.h"
 
-/// The host as cheap as it can be: one clean project whose file exists, with a path of 100
-/// characters, and memory handles that cost nothing.
+/// The cheapest possible host: one clean project whose file exists, and memory handles that cost
+/// nothing.
 namespace bench_host {
 
-/// Ready to be given to the plug-in. Static.
+/// Returns what the plug-in gets. Static.
 SPBasicSuite* BasicSuite();
 
-/// How many suites have been acquired so far.
+/// The number of suites that have been acquired.
 extern int64_t suites_acquired;
 
-/// The path of the project's file, UTF-8.
+/// Chooses the project's path: 100 ASCII characters, as at first, or 40 mostly Japanese ones.
+void UseJapanesePath(bool use);
+
+/// Returns the path of the project's file, UTF-8.
 const char* ProjectPath();
 
 }  // namespace bench_host

@@ -49,7 +49,8 @@ void ReachUneventfulTicks() {
 
 // The host calls, the file's date and the clock reads of a tick, with the path neither converted
 // nor kept.
-void UneventfulTickFloor(benchmark::State& state) {
+void UneventfulTickFloor(benchmark::State& state, bool japanese) {
+  bench_host::UseJapanesePath(japanese);
   AE_APISuiteHandlerManager manager(bench_host::BasicSuite());
   const AEGP_ProjSuite6* projects = manager.suite_handler_ptr()->ProjSuite6();
   const AEGP_MemorySuite1* memory = manager.suite_handler_ptr()->MemorySuite1();
@@ -73,9 +74,11 @@ void UneventfulTickFloor(benchmark::State& state) {
     benchmark::DoNotOptimize(time(nullptr));
   }
 }
-BENCHMARK(UneventfulTickFloor);
+BENCHMARK_CAPTURE(UneventfulTickFloor, ASCII, false);
+BENCHMARK_CAPTURE(UneventfulTickFloor, Japanese, true);
 
-void UneventfulTick(benchmark::State& state) {
+void UneventfulTick(benchmark::State& state, bool japanese) {
+  bench_host::UseJapanesePath(japanese);
   ReachUneventfulTicks();
   const int64_t allocations = allocation_count;
   const int64_t suites = bench_host::suites_acquired;
@@ -84,7 +87,8 @@ void UneventfulTick(benchmark::State& state) {
   state.counters["allocations"] = static_cast<double>(allocation_count - allocations) / ticks;
   state.counters["suites"] = static_cast<double>(bench_host::suites_acquired - suites) / ticks;
 }
-BENCHMARK(UneventfulTick);
+BENCHMARK_CAPTURE(UneventfulTick, ASCII, false);
+BENCHMARK_CAPTURE(UneventfulTick, Japanese, true);
 
 void TickOfARunningProcess(benchmark::State& state) {
   ReachUneventfulTicks();

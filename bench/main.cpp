@@ -63,9 +63,12 @@ int main(int argc, char** argv) {
   KeepingReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::printf("\n");
-  bool within = RatioWithin(reporter, "UneventfulTick", "UneventfulTickFloor", 1.3);
-  within &= CounterWithin(reporter, "UneventfulTick.allocations", 2);
-  within &= CounterWithin(reporter, "UneventfulTick.suites", 0);
+  bool within = RatioWithin(reporter, "UneventfulTick/ASCII", "UneventfulTickFloor/ASCII", 1.15);
+  within &= RatioWithin(reporter, "UneventfulTick/Japanese", "UneventfulTickFloor/Japanese", 1.6);
+  for (const std::string path : {"ASCII", "Japanese"}) {
+    within &= CounterWithin(reporter, "UneventfulTick/" + path + ".allocations", 1);
+    within &= CounterWithin(reporter, "UneventfulTick/" + path + ".suites", 0);
+  }
   within &= RatioWithin(reporter, "GMutexLockAndUnlock", "StdMutexLockAndUnlock", 2.6);
   within &= RatioWithin(reporter, "GMutexLockAndUnlock", "AbslMutexLockAndUnlock", 1);
   within &=

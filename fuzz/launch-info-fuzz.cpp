@@ -3,7 +3,7 @@
 #include <sstream>
 #include <string>
 
-#include "ProcessLocation.h"
+#include "GetPathToRunningProcess.h"
 #include "Require.h"
 
 // Input: the text of a launch-info file. The model cuts the text apart instead of reading a stream.

@@ -12,8 +12,8 @@
 namespace tamberlink {
 namespace {
 
-// The fields of the first answer for the operation that no earlier call took. The file only grows,
-// so the number of answers taken says which one is next.
+// Returns the fields of the operation's next answer. The file only grows, so that the number of
+// answers taken tells which one is next.
 std::map<std::string, std::string> takeAnswer(const std::string& operation) {
   static std::map<std::string, size_t> taken;
   size_t number = 0;
@@ -48,8 +48,8 @@ std::string escape(std::string_view text) {
   return escaped;
 }
 
-// A whole number, decimal or with `0x`, within the type. Throws `std::invalid_argument` for any
-// other text.
+// Parses a whole number, decimal or with `0x`. Throws `std::invalid_argument` for any other text
+// and for one that the type can't hold.
 template <typename Number>
 Number parseNumber(const std::string& text) {
   const bool isHex = text.rfind("0x", 0) == 0;

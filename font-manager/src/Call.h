@@ -8,14 +8,12 @@
 
 namespace tamberlink {
 
-/// One call of an export: its line in the journal, and what the session wants answered instead of
-/// the framework's own results. The arguments are noted first, in order and as they came; then the
-/// work is done; then the out-arguments are left, which is where the session's answer comes in;
-/// `end` writes the line.
+/// One call of an export: its line in the journal, and the session's answer to it. An export notes
+/// its arguments as they came, does its work, leaves its out-arguments, where the answer replaces
+/// its own values, and ends the call.
 ///
-/// The numbers of an answer throw `std::invalid_argument` if they aren't numbers. The exports let
-/// nothing out, so that a session with a bad answer ends at once and doesn't play another session
-/// than it says.
+/// Throws `std::invalid_argument` for a number in the answer that isn't one. It ends the process,
+/// since a session with a bad answer can't be played as it says.
 class Call {
  public:
   /// Takes the session's next answer for the operation.
@@ -26,19 +24,18 @@ class Call {
   void note(std::string_view name, uint64_t value);
   void noteFlag(std::string_view name, bool value);
 
-  /// What the session answers in a field, or null if it leaves that to the framework.
+  /// Returns a field of the session's answer, or null if it leaves that to the framework.
   [[nodiscard]] std::optional<std::string> answer(const std::string& field) const;
 
-  /// Leaves an out-argument: the session's answer goes before the value that is there, and what is
-  /// left is noted.
+  /// Replaces an out-argument by the session's answer, if any, and notes it.
   void leaveList(char* list, uint64_t capacity);
   void leaveSize(uint64_t& size);
   void leaveCount(int32_t& count);
 
-  /// Writes the journal's line and returns the code to answer: the session's, or `result`.
+  /// Writes the line and returns the code to return: the session's, or `result`.
   uint32_t end(uint32_t result);
 
-  /// Writes the journal's line of an export that has no result.
+  /// Writes the line of an export without a result.
   void end() const;
 
  private:

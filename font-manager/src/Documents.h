@@ -6,24 +6,23 @@
 
 namespace tamberlink {
 
-/// The documents that the framework was told of, each with an identifier that is never given again.
+/// The documents that the framework knows, each with an identifier that is never used again.
 class Documents {
  public:
-  /// Adds a document that has no path yet, and returns its identifier.
+  /// Adds a document without a path and returns its identifier.
   std::string create();
 
-  /// The document at the path is open from now on, under the identifier that it has if it was open
-  /// already.
+  /// Adds a document at the path, unless there is one.
   void open(const std::string& path);
 
-  /// Gives the document the path, which any other document that had it loses. False if there is no
-  /// such document.
+  /// Sets the document's path and removes any other document of that path. Returns false if there
+  /// is no such document.
   bool setPath(const std::string& id, const std::string& path);
 
-  /// Forgets the document at the path. False if there is none.
+  /// Removes the document at the path. Returns false if there is none.
   bool close(const std::string& path);
 
-  /// The identifier of the document at the path, or null if there is none.
+  /// Returns the identifier of the document at the path, or null if there is none.
   [[nodiscard]] std::optional<std::string> find(const std::string& path) const;
 
  private:

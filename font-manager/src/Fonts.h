@@ -4,21 +4,21 @@
 
 namespace tamberlink {
 
-/// Fonts that aren't active, by what the vault's policy allows to do about them.
+/// Inactive fonts by the vault's policy.
 struct MissingFonts {
   Strings automatic;
   Strings choice;
   Strings restricted;
 };
 
-/// Those of the used fonts that are in the vault and not active yet, each once and in the order of
-/// use. Throws `std::out_of_range` at a policy that the vault can't have.
+/// Returns those of the used fonts that are in the vault and inactive, each once and in the order
+/// of use. Throws `std::out_of_range` at an unknown policy.
 MissingFonts findMissingFonts(const Strings& used);
 
-/// Whether all of the fonts are active in the system.
+/// Tests whether the system has all of the fonts active.
 bool areActive(const Strings& fonts);
 
-/// Makes the fonts active in the system.
+/// Activates the fonts in the system.
 void activateFonts(const Strings& fonts);
 
 }  // namespace tamberlink

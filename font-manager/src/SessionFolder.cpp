@@ -11,7 +11,7 @@ std::optional<Strings> readLines(const std::string& file) {
   for (std::string line; std::getline(stream, line);) {
     if (!line.empty()) lines.push_back(line);
   }
-  // A directory opens well and then can't be read.
+  // A directory can be opened, but not read.
   if (stream.bad()) return std::nullopt;
   return lines;
 }

@@ -5,21 +5,21 @@
 
 #include "Text.h"
 
-/// The files of the session's folder, which is the working directory. They are read anew at each
-/// use, since the session writes them while it plays.
+/// The files of the session's folder, which is the working directory. Reads them at each use, since
+/// the session writes them as it plays.
 namespace tamberlink {
 
-/// The lines of a text file, without the empty ones. Null if the file can't be read.
+/// Reads a text file's lines but the empty ones. Returns null if it can't be read.
 std::optional<Strings> readLines(const std::string& file);
 
-/// The lines of a file of the session, of which a missing one counts as empty.
+/// Reads the lines of a file of the session. Takes a missing file for an empty one.
 Strings readSessionLines(const std::string& file);
 
-/// Appends a line to a file of the session. Throws `std::ios_base::failure`: a journal with a gap
-/// would pass for a session in which nothing happened.
+/// Appends a line to a file of the session. Throws `std::ios_base::failure` if it can't, since a
+/// gap in the journal would pass for a call that never came.
 void appendLine(const std::string& file, const std::string& line);
 
-/// A flag of the framework's state, or `byDefault` if the state doesn't say.
+/// Reads a flag of the framework's state, or returns `byDefault` if it isn't there.
 bool readFlag(const std::string& key, bool byDefault);
 
 }  // namespace tamberlink

@@ -37,8 +37,8 @@ Documents& documents() {
   return instance;
 }
 
-// Nothing changes unless the list fits: callers repeat a call that failed so, and would lose the
-// count of the first.
+// Changes nothing unless the list fits: callers repeat a call that failed so, and would lose the
+// first one's count.
 uint32_t openDocument(const char* path, char* list, uint64_t capacity, int32_t& count) {
   count = 0;
   writeBuffer(list, capacity, {});
@@ -62,8 +62,7 @@ uint32_t activateChosen(const Strings& chosen, int32_t& count) {
   return areActive(chosen) ? kSuccess : kNotFound;
 }
 
-// A user can only pick what the dialog offers, so the picked fonts never take more room than the
-// list that came.
+// Picks offered fonts only, so that they fit where the offered ones did.
 Strings pickFonts(const Strings& offered, const Strings& wanted) {
   Strings picked;
   std::copy_if(offered.begin(), offered.end(), std::back_inserter(picked),

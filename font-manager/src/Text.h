@@ -11,21 +11,20 @@ namespace tamberlink {
 
 using Strings = std::vector<std::string>;
 
-/// The parts of `text` between the separators. Empty parts are left out.
+/// Splits `text` at the separators and drops empty parts: "a;;b" gives "a" and "b".
 Strings split(std::string_view text, char separator);
 
-/// The text before the first separator and the text behind it, which is empty without a separator.
+/// Splits `text` at the first separator: "a=b=c" gives "a" and "b=c", "a" gives "a" and "".
 std::pair<std::string, std::string> splitOnce(std::string_view text, char separator);
 
-/// The strings as a list: one a line, without a line feed at the end.
+/// Joins the strings with line feeds.
 std::string join(const Strings& strings);
 
-/// The text in a caller's buffer of `capacity` bytes. It ends with the buffer if nothing ends it
-/// before.
+/// Reads the text in a caller's buffer of `capacity` bytes, up to the first NUL if there is one.
 std::string readBuffer(const char* buffer, uint64_t capacity);
 
-/// Puts the text and a terminator into a caller's buffer of `capacity` bytes. A text that doesn't
-/// fit leaves the buffer empty, rather than with a font's name cut in two, and gives false.
+/// Writes the text and a terminator to a caller's buffer of `capacity` bytes. If they don't fit,
+/// leaves the buffer empty, rather than cut a font's name in two, and returns false.
 bool writeBuffer(char* buffer, uint64_t capacity, std::string_view text);
 
 }  // namespace tamberlink

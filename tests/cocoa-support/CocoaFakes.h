@@ -7,28 +7,28 @@
 #include <utility>
 #include <vector>
 
-/// What tests decide about the functions that stand in for those of CoreFoundation and
-/// CoreServices, and what those were asked. One for the process. They are known by their names.
+/// Controls and records the calls of the functions that replace CoreFoundation and CoreServices, by
+/// their names. One for the process.
 struct CocoaFakes {
-  /// Functions that fail, as they say they do, without doing anything.
+  /// The functions that fail without doing anything.
   std::set<std::string> failing;
-  /// What was called, in order. A release is "CFRelease" and the function that made the object.
+  /// The functions called, in order. A release is "CFRelease" and the function that made the
+  /// object.
   std::vector<std::string> calls;
   /// The objects that aren't released yet, with the functions that made them.
   std::vector<std::pair<const void*, std::string>> owned;
-  /// What the clock says, in seconds since the beginning of 2001, or the real time.
+  /// The time, in seconds since the beginning of 2001. The real one by default.
   std::optional<double> now;
-  /// The fraction of a second that the conversion to a `UTCDateTime` gives, or the real one.
+  /// The fraction of a second of each `UTCDateTime`. The real one by default.
   std::optional<uint16_t> fraction;
-  /// The scopes of the runtime's autorelease pools that are open.
-  int openPools = 0;
-  /// All that were opened.
-  int pools = 0;
 
   std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
 };
 extern CocoaFakes cocoaFakes;
 
-/// Makes each weak reference to the object read as nil. Its class calls this when it is
-/// deallocated, as this runtime doesn't.
+/// Counts the objects in the current autorelease pool.
+unsigned int AutoreleasedObjects();
+
+/// Makes each weak reference to the object read as nil. For the object's `dealloc`, since this
+/// runtime doesn't.
 void ClearWeakReferences(const void* object);

@@ -20,7 +20,7 @@ constexpr CFTypeID kOtherType = 1;
 // Several threads may ask for the time at once.
 std::mutex mutex;
 
-// CoreFoundation leaves nothing behind for a pool of its caller's.
+// CoreFoundation leaves nothing to its caller's pool.
 struct OwnPool {
   ~OwnPool() { [pool release]; }
   NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
@@ -32,7 +32,7 @@ bool Fails(const char* function) {
   return cocoaFakes.failing.contains(function);
 }
 
-// The object, which its caller owns from now on.
+// Records and returns an object that the caller owns.
 void* Made(const char* function, id object) {
   const std::lock_guard lock(mutex);
   if (object) cocoaFakes.owned.emplace_back(object, function);
@@ -43,7 +43,7 @@ id Object(CFTypeRef object) {
   return static_cast<id>(const_cast<void*>(object));
 }
 
-// A framework without versions has its executable on top, where this platform doesn't look.
+// GNUstep doesn't look for the executable at the top of a framework without versions.
 const char* Executable(NSBundle* bundle) {
   NSString* name = [[bundle executablePath] lastPathComponent];
   return [[[bundle bundlePath] stringByAppendingPathComponent:name] fileSystemRepresentation];
@@ -57,7 +57,7 @@ void CFRelease(CFTypeRef object) {
     auto& owned = cocoaFakes.owned;
     const auto found = std::find_if(owned.rbegin(), owned.rend(),
                                     [&](const auto& entry) { return entry.first == object; });
-    // The real one ends the process just so for null and for what its caller doesn't own.
+    // As the real one does for null and for an object that its caller doesn't own.
     if (found == owned.rend()) std::abort();
     cocoaFakes.calls.push_back("CFRelease " + found->second);
     owned.erase(std::next(found).base());

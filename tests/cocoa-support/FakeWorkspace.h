@@ -12,13 +12,12 @@ struct FakeApplication {
   std::optional<std::string> executable;
 };
 
-/// The running applications as tests decide them, in the place of those that AppKit knows. One for
-/// the process.
+/// Replaces the running applications that AppKit knows. One for the process.
 struct FakeWorkspace {
   std::vector<FakeApplication> applications;
-  /// The process in front, 0 for none.
+  /// The front application's process, or 0 for none.
   int front = 0;
-  /// Activated processes with the options, in order.
+  /// The activated processes with the options, in order.
   std::vector<std::pair<int, unsigned long>> activated;
 };
 extern FakeWorkspace fakeWorkspace;

@@ -6,7 +6,7 @@
 
 FakeWorkspace fakeWorkspace;
 
-// An application as AppKit gives it, of the operations in use.
+// An application with AppKit's operations that are in use.
 @interface ListedApplication : NSObject {
   const FakeApplication* mApplication;
 }
@@ -77,7 +77,7 @@ Class ClassOf(const char* name) {
   return object_getClass(objc_getClass(name));
 }
 
-// From the load on: at its first message AppKit's own would start a daemon and write to the user's
+// Replaced at load: at its first message AppKit's own would start a daemon and write to the user's
 // home.
 const ReplacedMethod replaced[] = {
     {ClassOf("NSWorkspace"), @selector(initialize), Nothing},

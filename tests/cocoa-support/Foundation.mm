@@ -5,7 +5,7 @@
 
 #include "CocoaFakes.h"
 
-// The user's library lies elsewhere by GNUstep's layout; here it lies where macOS has it.
+// Puts the user's library where macOS has it. GNUstep has it elsewhere.
 extern "C" NSArray* NSSearchPathForDirectoriesInDomains(NSSearchPathDirectory directory,
                                                         NSSearchPathDomainMask domain,
                                                         BOOL expandTilde) {

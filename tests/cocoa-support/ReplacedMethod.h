@@ -3,8 +3,8 @@
 #import <Foundation/Foundation.h>
 #import <objc/runtime.h>
 
-/// Gives a method another implementation as long as the object lives. For a method of the class
-/// itself `kind` is the class's own class.
+/// Replaces a method's implementation as long as the object lives. For a class method, `kind` is
+/// the class's own class.
 class ReplacedMethod {
  public:
   template <class Result, class... Parameters>

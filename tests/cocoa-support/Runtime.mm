@@ -32,15 +32,8 @@ id objc_loadWeak(id* slot) {
   return [[*slot retain] autorelease];
 }
 
-extern "C" void* objc_autoreleasePoolPush() {
-  ++cocoaFakes.openPools;
-  ++cocoaFakes.pools;
-  return [[NSAutoreleasePool alloc] init];
-}
-
-extern "C" void objc_autoreleasePoolPop(void* pool) {
-  --cocoaFakes.openPools;
-  [static_cast<NSAutoreleasePool*>(pool) release];
+unsigned int AutoreleasedObjects() {
+  return [[NSAutoreleasePool currentPool] autoreleaseCount];
 }
 
 size_t strlcpy(char* out, const char* text, size_t size) {

@@ -42,6 +42,7 @@ TEST(TamberlinkFramework, ExportsWhatCallersLookUpAndNothingElse) {
     EXPECT_EQ(exportsOf("without-" + name + "/"), others);
   }
   EXPECT_EQ(variants, 15);
+  EXPECT_EQ(exportsOf("without-all/"), Names());
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ using CoreErrorCodes::kNotFound;
 using CoreErrorCodes::kSuccess;
 using GFile::kOpenFailed;
 
-/// The export of the built module, with the type that its header gives it.
+/// The built module's export, with the type from its header.
 #define EXPORT(name) loadExport<decltype(name)>(#name)
 
 namespace {
@@ -48,7 +48,7 @@ std::string read(const std::string& file) {
   return text.str();
 }
 
-/// What `HandleOpenExistingDocument` gives: the result, the list, the count and the size.
+/// The result, the list, the count and the size of `HandleOpenExistingDocument`.
 using Opened = std::tuple<uint32_t, std::string, int32_t, uint64_t>;
 
 Opened openDocument(const char* path, uint64_t capacity = 64) {
@@ -67,7 +67,7 @@ std::string idOf(const char* path) {
   return id.data();
 }
 
-/// Runs in a temporary folder as the session's.
+/// Runs in a temporary session folder.
 class TamberlinkTest : public testing::Test {
  protected:
   TamberlinkTest() {

@@ -4,6 +4,10 @@
 #include <cstring>
 #include <utility>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/asan_interface.h>
+#endif
+
 FakeTamberlink fake_tamberlink;
 
 namespace {
@@ -13,7 +17,17 @@ uint32_t Record(const std::string& call, uint32_t result = 0) {
   return result;
 }
 
-// An identifier or a text fills its buffer without a terminator where it is long enough.
+void Write(bool* out, std::optional<bool> value) {
+  if (value) *out = *value;
+}
+
+void ExpectEndOfBuffer([[maybe_unused]] const char* end) {
+#ifdef __SANITIZE_ADDRESS__
+  if (!__asan_address_is_poisoned(end)) Record("a buffer that is too long");
+#endif
+}
+
+// Writes no terminator if the text fills the buffer.
 void Fill(char* buffer, const std::string& text, size_t size) {
   std::memcpy(buffer, text.c_str(), std::min(text.size() + 1, size));
 }
@@ -75,15 +89,16 @@ TBKLoader* FakeTamberlink::Install() {
   loader->pfTerminateTamberlinkInterface = [] { return Record("TerminateTamberlinkInterface"); };
   loader->pfInvokeCommandDialog = [](const char* id, char* reply, bool* start) {
     std::memset(reply, 'r', 32767);
-    *start = fake_tamberlink.startRequested;
+    ExpectEndOfBuffer(reply + 32767);
+    Write(start, fake_tamberlink.startRequested);
     return Record("InvokeCommandDialog " + std::to_string(std::strlen(id)));
   };
   loader->pfPluginIsEnabled = [](bool showMessage, bool* isEnabled) {
-    if (fake_tamberlink.writesEnabled) *isEnabled = fake_tamberlink.enabled;
+    Write(isEnabled, fake_tamberlink.enabled);
     return Record(showMessage ? "PluginIsEnabled true" : "PluginIsEnabled");
   };
   loader->pfShouldShowLogin = [](bool* show) {
-    *show = fake_tamberlink.showLogin;
+    Write(show, fake_tamberlink.showLogin);
     return Record("ShouldShowLogin");
   };
   loader->pfShowNotLoggedInMessageBox = [] { return Record("ShowNotLoggedInMessageBox"); };

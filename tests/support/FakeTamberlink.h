@@ -2,14 +2,14 @@
 
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "TBKLoader.h"
 
-/// The framework's operations as a unit test sees them, in the place of those of the loaded module:
-/// every call is written down, and what a call leaves is set beforehand. One for the process,
-/// because the table holds plain functions.
+/// Replaces the loaded framework's operations: records each call and answers as set beforehand. One
+/// for the process, because the table holds plain functions.
 struct FakeTamberlink {
   struct OpenAnswer {
     uint32_t result = 0;
@@ -19,16 +19,16 @@ struct FakeTamberlink {
   };
 
   std::vector<std::string> calls;
-  bool enabled = true;
-  bool writesEnabled = true;
-  bool showLogin = false;
-  bool startRequested = false;
+  /// What the framework writes. Without a value it writes nothing.
+  std::optional<bool> enabled = true;
+  std::optional<bool> showLogin;
+  std::optional<bool> startRequested;
   /// Answers of `HandleOpenExistingDocument` in order; the last one stays.
   std::deque<OpenAnswer> open = {OpenAnswer()};
-  /// What `InvokeResolveDialog` leaves as the user's choice.
+  /// The user's choice in `InvokeResolveDialog`.
   std::string chosen;
 
-  /// Loads the framework and puts the recording operations into the table. Returns the instance.
+  /// Loads the framework and fills its table with the recording operations. Returns the instance.
   TBKLoader* Install();
   std::vector<std::string> TakeCalls();
 };

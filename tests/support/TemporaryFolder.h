@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-/// A fresh folder that goes with the object.
+/// Makes a folder and removes it with the object.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -21,7 +21,7 @@ class TemporaryFolder {
 
   const std::filesystem::path& path() const { return mPath; }
 
-  /// Writes a file, and the folders on the way to it, and returns its path.
+  /// Writes a file, makes its folders, and returns its path.
   std::filesystem::path Write(const std::string& name, std::string_view content) const {
     const auto file = mPath / name;
     std::filesystem::create_directories(file.parent_path());

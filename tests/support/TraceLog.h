@@ -5,7 +5,7 @@
 
 #include "DebugUtils.h"
 
-/// Keeps every trace from its construction on.
+/// Records traces while it lives.
 class TraceLog {
  public:
   TraceLog() {

@@ -320,8 +320,9 @@ void FontManager::readFramework(const YamlValue& root, const YamlValue* value,
     const auto fields = value->fields({"folder", "missing export"});
     if (const YamlValue* folder = Find(fields, "folder")) place = folder->path();
     if (const YamlValue* missing = Find(fields, "missing export")) {
-      FindOperation(*missing, missing->text());
-      variant = "without-" + missing->text();
+      const std::string name = missing->text();
+      if (name != "all") FindOperation(*missing, name);
+      variant = "without-" + name;
     }
   }
   const fs::path bundle = mFolder / variant / kFramework;

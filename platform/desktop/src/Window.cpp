@@ -11,7 +11,7 @@ std::map<std::string, const WindowClass*>& Classes() {
   return classes;
 }
 
-// Leaked: a plug-in's static slot may be stored to until the last static object is gone.
+// Never destroyed: a plug-in may store to a static slot while static objects are destroyed.
 std::map<Window**, Window*>& WeakReferences() {
   static auto* references = new std::map<Window**, Window*>;
   return *references;

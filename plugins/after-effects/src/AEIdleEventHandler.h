@@ -4,17 +4,17 @@
 #include "GlobalStateInterface.h"
 #include "TBKCallTracker.h"
 
-// What happens on an idle tick, once the state holds the tick's snapshot. `tracker` gets the flags
-// of the calls that were made. Host codes, 0 for success. A suite that the host lacks throws the
-// `int` 516. Main thread only.
+// The work of an idle tick, after the state took the tick's snapshot. Sets the flags of the calls
+// that it made in `tracker`. Returns host codes, 0 for success. Throws the `int` 516 if the host
+// lacks a suite. Main thread only.
 
-/// Runs the step of the font activation process that is due, or else reports the document events
-/// that the snapshot shows, as long as the framework reports the plug-in enabled; it is asked at
-/// most once in 10 seconds. Lets the modal override act, outside a process, while it is enabled,
-/// and not while it is disabled; then the user is told once, if the framework wants it. Returns the
-/// step's code.
+/// Asks the framework at most once in 10 seconds whether the plug-in is enabled.
+///
+/// Enabled: runs the activation's step that is due, or else lets the modal override act and reports
+/// the document events that the snapshot shows. Disabled: stops the modal override, and tells the
+/// user once if the framework wants it. Returns the step's code, or 0.
 A_Err runIdleEvents(GlobalStateInterface* state, TBKCallTracker* tracker);
 
-/// Does the step that is due at `state->ticksSinceActivationStart`, or nothing. Returns the host's
-/// code for the reopening of the project, 0 on every other tick.
+/// Runs the step of the font activation process that is due at `state->ticksSinceActivationStart`,
+/// if any. Returns the host's code for the reopening of the project, 0 on every other tick.
 A_Err runStepInFontActivationProcess(GlobalStateInterface* state, TBKCallTracker* tracker);

@@ -13,14 +13,16 @@ namespace {
 std::string createUTF8StringFromA_UTF16String(unsigned short* text) {
   if (!text) return {};
   unsigned short* end = text;
-  while (*end != 0) ++end;
+  unsigned int bits = 0;
+#pragma GCC unroll 8
+  while (*end != 0) bits |= *end++;
+  // Runs on every tick, and most paths are ASCII, where a unit is a byte.
+  if (bits < 0x80) return {text, end};
+  std::string bytes;
   constexpr size_t kMostBytesPerUnit = 3;
-  std::vector<char> bytes;
   bytes.reserve(kMostBytesPerUnit * static_cast<size_t>(end - text));
-  // Runs on every tick, and most paths are ASCII for a long way, where a unit is a byte.
-  while (text != end && *text < 0x80) bytes.push_back(static_cast<char>(*text++));
   utf8::utf16to8(text, end, std::back_inserter(bytes));
-  return {bytes.begin(), bytes.end()};
+  return bytes;
 }
 
 }  // namespace
@@ -36,7 +38,7 @@ std::string AEProjectPathUtils::getAfterEffectsProjectPathUTF8(
   try {
     path = createUTF8StringFromA_UTF16String(text);
   } catch (const utf8::invalid_utf16&) {
-    // No file can have such a path, so it counts as none.
+    // No file has such a path, so take it for none.
   }
   manager->unlockMemHandle(memH);
   manager->freeMemHandle(memH);

@@ -4,8 +4,8 @@
 
 #include "AEProjectPathUtilsInterface.h"
 
-/// Converts between the host's UTF-16 and the plug-in's UTF-8. A host path with an unpaired
-/// surrogate counts as empty.
+/// Converts between the host's UTF-16 and the plug-in's UTF-8. Takes a host path with an unpaired
+/// surrogate for an empty one.
 class AEProjectPathUtils final : public AEProjectPathUtilsInterface {
  public:
   std::string getAfterEffectsProjectPathUTF8(AE_APISuiteHandlerManagerInterface* manager) override;

@@ -24,22 +24,21 @@ void reportStartFailure(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin
     manager->suite_handler_ptr()->UtilitySuite3()->AEGP_ReportInfo(
         plugin_id, GetStringPtr(kStringStartFailed));
   } catch (int) {
-    // The host can't show it. What it gets back is the error that led here.
+    // The host can't show the report. It still gets the error.
   }
 }
 
-// Whether the framework asks for a start, once its dialog is done.
+// Returns whether to start an activation, once the user is done.
 bool invokeCommandDialog() {
   TamberlinkDocumentId id{};
   uint64_t length = id.size();
   CallTamberlink(&TBKLoader::pfGetIDForDocument, global_state.lastProjectPath.c_str(), id.data(),
                  &length);
-  // The framework may have filled the buffer to its end.
+  // The framework may have left no terminator.
   id.back() = '\0';
   std::array<char, kReplySize> reply{};
   bool start = false;
-  CallTamberlink(&TBKLoader::pfInvokeCommandDialog, static_cast<const char*>(id.data()),
-                 reply.data(), &start);
+  CallTamberlink(&TBKLoader::pfInvokeCommandDialog, id.data(), reply.data(), &start);
   return start;
 }
 
@@ -76,11 +75,14 @@ A_Err bootstrap(AE_APISuiteHandlerManager* manager, GlobalState* state) {
 
 A_Err registerForAEEventNotifications(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin_id) {
   if (!manager) return A_Err_NONE;
-  const AEGP_RegisterSuite5* suite = manager->suite_handler_ptr()->RegisterSuite5();
-  A_Err error = suite->AEGP_RegisterIdleHook(plugin_id, IdleHook, nullptr);
-  if (error == A_Err_NONE) error = suite->AEGP_RegisterDeathHook(plugin_id, DeathHook, nullptr);
+  AEGP_SuiteHandler* suites = manager->suite_handler_ptr();
+  A_Err error = suites->RegisterSuite5()->AEGP_RegisterIdleHook(plugin_id, IdleHook, nullptr);
   if (error == A_Err_NONE) {
-    error = suite->AEGP_RegisterUpdateMenuHook(plugin_id, UpdateMenuHook, nullptr);
+    error = suites->RegisterSuite5()->AEGP_RegisterDeathHook(plugin_id, DeathHook, nullptr);
+  }
+  if (error == A_Err_NONE) {
+    error =
+        suites->RegisterSuite5()->AEGP_RegisterUpdateMenuHook(plugin_id, UpdateMenuHook, nullptr);
   }
   return error;
 }
@@ -120,9 +122,9 @@ A_Err IdleHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_IdleRefcon /*refcon*/,
     TBKCallTracker tracker;
     error = runIdleEvents(&global_state, &tracker);
   } catch (int) {
-    // The host lacks a suite and would show an error at every tick.
+    // The host lacks a suite. It would show an error at every tick.
   }
-  // This tick's values are the next tick's old ones, whatever this tick did with them.
+  // The next tick compares with these, also after a tick that did nothing with them.
   global_state.lastProjectDirty = global_state.currentProjectDirty;
   global_state.lastProjectPath = global_state.currentProjectPath;
   return error;
@@ -135,10 +137,10 @@ A_Err MenuCommandHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_CommandRefcon /*
   if (invokeCommandDialog()) {
     try {
       global_state.startFontActivationProcess();
-      global_state.projectOpened();
     } catch (int) {
-      // No process starts; the command counts as handled all the same.
+      // The host lacks a suite. No activation starts, but the opening is over.
     }
+    global_state.projectOpened();
   }
   *handled = 1;
   return A_Err_NONE;

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The plug-in's strings by their row in the string table.
+/// The rows of the plug-in's string table.
 enum StringRow : int {
   kStringNone = 0,
   kStringMenuItem = 1,
@@ -8,5 +8,5 @@ enum StringRow : int {
   kStringStartFailed = 3,
 };
 
-/// The text of the row, UTF-8, static. `row` is a position from 0 to 3 and isn't checked.
+/// Returns the row's text, UTF-8 and static. Doesn't check `row`, which is a `StringRow`.
 const char* GetStringPtr(int row);

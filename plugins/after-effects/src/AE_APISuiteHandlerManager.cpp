@@ -38,8 +38,6 @@ _AEGP_Project** AE_APISuiteHandlerManager::getProjectByIndex(int index) {
 }
 
 _Up_OpaqueMem** AE_APISuiteHandlerManager::getProjectPathMemHandle(_AEGP_Project** project) {
-  // A handle that could never be given back must not be asked for.
-  mSuiteHandler.MemorySuite1();
   AEGP_MemHandle memH = nullptr;
   mSuiteHandler.ProjSuite6()->AEGP_GetProjectPath(project, &memH);
   return memH;
@@ -81,7 +79,7 @@ std::string AE_APISuiteHandlerManager::getDiskCacheEnabledSetting() {
   mSuiteHandler.PersistentDataSuite4()->AEGP_GetString(blob, kDiskCacheSection, kDiskCacheKey,
                                                        kDiskCacheEnabled, value.size(),
                                                        value.data(), &length);
-  // The host may have filled the buffer to its end.
+  // The host may have left no terminator.
   value.back() = '\0';
   return value.data();
 }

@@ -4,8 +4,7 @@
 
 #include "AE_APISuiteHandlerManagerInterface.h"
 
-/// Reaches the host by its suites. Keeps no state beyond the suite cache: the suites that an
-/// instance acquired are released with it.
+/// Calls the host's suites. Acquires each at its first use and releases all when it is destroyed.
 class AE_APISuiteHandlerManager final : public AE_APISuiteHandlerManagerInterface {
  public:
   using AE_APISuiteHandlerManagerInterface::AE_APISuiteHandlerManagerInterface;

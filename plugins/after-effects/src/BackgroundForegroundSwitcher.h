@@ -2,7 +2,7 @@
 
 #include "BackgroundForegroundSwitcherInterface.h"
 
-/// Makes the system's Dock the front application for an instant.
+/// Brings the Dock to the front and the host straight back.
 class BackgroundForegroundSwitcher final : public BackgroundForegroundSwitcherInterface {
  public:
   void backgroundForegroundApp(char* application_name) override;

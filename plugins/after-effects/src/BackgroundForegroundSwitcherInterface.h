@@ -1,10 +1,10 @@
 #pragma once
 
-/// Takes the host out of the foreground for an instant. Main thread only.
+/// Main thread only.
 class BackgroundForegroundSwitcherInterface {
  public:
-  /// Makes another application the front application and brings the host straight back. Does
-  /// nothing when the host isn't in front. `application_name` is not used and may be null.
+  /// Brings another application to the front and the host straight back. Does nothing if the host
+  /// isn't in front. Ignores `application_name`.
   virtual void backgroundForegroundApp(char* application_name) = 0;
 
  protected:

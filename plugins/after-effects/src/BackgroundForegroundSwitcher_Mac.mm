@@ -1,18 +1,18 @@
 #import <AppKit/AppKit.h>
 
-#include "AutoreleaseScope.h"
 #include "FrontApplication.h"
+#include "GScopedManagedMemory.h"
 
 namespace {
 
-// By number, because the name of the second one is deprecated in later versions of macOS.
+// Later versions of macOS deprecate the second option's name.
 constexpr auto kAllWindowsIgnoringOtherApplications =
     static_cast<NSApplicationActivationOptions>(3);
 
 }  // namespace
 
 int GetFrontProcessID(int& pid) {
-  const AutoreleaseScope scope;
+  const GScopedManagedMemory scope;
   NSRunningApplication* front = [[NSWorkspace sharedWorkspace] frontmostApplication];
   if (!front) return kNoFrontApplication;
   pid = [front processIdentifier];
@@ -20,7 +20,7 @@ int GetFrontProcessID(int& pid) {
 }
 
 int GetProcessID(const char* bundle_id, int& pid) {
-  const AutoreleaseScope scope;
+  const GScopedManagedMemory scope;
   NSString* identifier = [NSString stringWithUTF8String:bundle_id];
   NSRunningApplication* first =
       [[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] firstObject];

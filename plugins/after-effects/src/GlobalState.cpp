@@ -50,8 +50,7 @@ void GlobalState::projectOpened() {
 bool GlobalState::isPluginEnabled() {
   static bool plugin_is_enabled = true;
   static bool should_display_plugin_disabled_popup = false;
-  CallTamberlink(&TBKLoader::pfPluginIsEnabled, should_display_plugin_disabled_popup,
-                 &plugin_is_enabled);
+  AskWhetherPluginIsEnabled(should_display_plugin_disabled_popup, &plugin_is_enabled);
   return plugin_is_enabled;
 }
 

@@ -2,7 +2,7 @@
 
 #include "GlobalStateInterface.h"
 
-/// The state over the real host and framework.
+/// Works on the real host and framework.
 class GlobalState final : public GlobalStateInterface {
  public:
   void SetProjectIsReopening(bool reopening) override;
@@ -17,5 +17,5 @@ class GlobalState final : public GlobalStateInterface {
   void updateGlobalState() override;
 };
 
-/// The plug-in's single state, which the hooks and the modal override reach by name.
+/// The plug-in's only state.
 extern GlobalState global_state;

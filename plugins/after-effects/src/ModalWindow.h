@@ -3,43 +3,52 @@
 #include <cstdint>
 #include <string>
 
-// What the modal override's portable part and its platform halves give each other: the decisions
-// are portable and work on an opaque window, each platform gives the window's operations. Main
-// thread only. Texts are UTF-8.
+// Between the modal override's portable part, which decides, and the platforms' halves, which work
+// on windows. Texts are UTF-8. Main thread only.
 
-/// The platform's window, borrowed for the length of a call.
-struct ModalWindow;
+namespace modal_window {
 
-// Of the platform.
+/// A window of the platform, borrowed for the call.
+struct Window;
 
-/// Whether the window is of that class or of one derived from it; false also when no class has that
-/// name.
-bool isKindOfClass(ModalWindow* window, const char* className);
-/// The whole title.
-std::string titleOf(ModalWindow* window);
-/// Whether the window is on the screen.
-bool isVisible(ModalWindow* window);
+inline constexpr uint16_t kEscapeKeyCode = 0x35;
+inline constexpr char kEscapeCharacters[] = "\x1B";
+/// Begins the log line about an exception that the Escape key raised.
+inline constexpr char kEscapeFailed[] = "Exception when sendEscapeKeyToWindow:  exception=";
+
+// The platforms' halves.
+
+/// Tests whether the window is of that class or of one derived from it; false if there is no class
+/// of that name.
+bool isKindOfClass(Window* window, const char* className);
+/// Returns the window's whole title.
+std::string titleOf(Window* window);
+/// Tests whether the window is on the screen.
+bool isVisible(Window* window);
 /// Shows the window in front and makes it the one that gets key events.
-void makeKeyAndOrderFront(ModalWindow* window);
-/// Sends the Escape key to the window. Writes an exception that the platform raises to the system's
-/// log and goes on; others pass.
-void sendEscapeKeyToWindow(ModalWindow* window);
-/// Records the open project dialog of the project opening under way, or null for none. The record
-/// doesn't own the window.
-void setOpenProjectDialog(ModalWindow* window);
-/// The recorded dialog; null also once its window is gone. An address alone would prove nothing,
-/// since it is used again at once.
-ModalWindow* openProjectDialog();
+void makeKeyAndOrderFront(Window* window);
+/// Sends the Escape key to the window. Logs an exception of the platform's and returns; lets others
+/// pass.
+void sendEscapeKeyToWindow(Window* window);
+/// Records the open project dialog of the project opening under way, or null for none. Doesn't own
+/// the window.
+void setOpenProjectDialog(Window* window);
+/// Returns the recorded dialog, or null once its window is gone, also if another window has its
+/// address by then.
+Window* openProjectDialog();
 
-// Of the portable part, for the platform's override.
+// The portable part.
 
-/// Everything that the override does before it calls the platform's implementation.
-void considerModalWindow(ModalWindow* window);
-/// Whether the title is that of the host's open project dialog in one of its languages.
-bool isThisTheOpenProjectDialog(ModalWindow* window);
-/// Whether the title is that of the missing fonts dialog of a host of that version. Before 114 it
-/// is no telling title, and counts only once the recorded open project dialog is hidden or gone.
-bool isMissingFontsWindow(ModalWindow* window, int32_t aeMajorVersion);
-/// Dismisses the dialog, expects no other one for this project, and starts the font activation
-/// process; none when the host lacks a suite.
-void suppressWindowAndStartFontActivationProcess(ModalWindow* window, int32_t aeMajorVersion);
+/// Records an open project dialog and dismisses a missing fonts dialog after one. For each modal
+/// window, before the platform begins its session.
+void recordOrDismiss(Window* window);
+/// Tests for the title of the host's open project dialog, in any of its languages.
+bool isThisTheOpenProjectDialog(Window* window);
+/// Tests for the title of the missing fonts dialog of that version of the host. Before 114 the
+/// title is just "After Effects", and the recorded open project dialog has to be hidden or gone.
+bool isMissingFontsWindow(Window* window, int32_t aeMajorVersion);
+/// Dismisses the dialog with the Escape key, looks for no other one and starts the font activation
+/// process. No activation starts if the host lacks a suite.
+void suppressWindowAndStartFontActivationProcess(Window* window, int32_t aeMajorVersion);
+
+}  // namespace modal_window

@@ -1,11 +1,11 @@
 #pragma once
 
-// Keeps the host's missing fonts dialog from the user: every modal dialog of the process passes
-// through an override of the application's `beginModalSessionForWindow:`. Main thread only.
+// Keeps the host's missing fonts dialog from the user, by an override of the application's
+// `beginModalSessionForWindow:`. Main thread only.
 
-/// Exchanges the implementation, so that from now on each modal dialog passes through the override.
-/// To be called once; never undone.
+/// Exchanges the implementation, so that each modal dialog passes through the override first. A
+/// second call does nothing. Never undone.
 void SwizzleNSAppBeginModal();
 
-/// The project opening under way is over: no missing fonts dialog is expected any more.
+/// Ends the project opening under way: the next missing fonts dialog isn't dismissed.
 void projectWasOpened();

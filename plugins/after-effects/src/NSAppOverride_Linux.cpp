@@ -1,5 +1,7 @@
 #include "NSAppOverride.h"
 
+#include <string_view>
+
 #include "ModalWindow.h"
 #include "desktop/Application.h"
 #include "desktop/Exception.h"
@@ -8,67 +10,71 @@
 
 namespace {
 
-constexpr uint16_t kEscapeKeyCode = 0x35;
-
 desktop::Application::BeginModalSession sBeginModalSession = nullptr;
 desktop::Window* sOpenProjectDialog = nullptr;  // weak
 
-desktop::Window* Desktop(ModalWindow* window) {
+desktop::Window* Desktop(modal_window::Window* window) {
   return reinterpret_cast<desktop::Window*>(window);
 }
 
 desktop::ModalSession beginModalOverride(desktop::Application& application,
                                          desktop::Window& window) {
-  considerModalWindow(reinterpret_cast<ModalWindow*>(&window));
+  modal_window::recordOrDismiss(reinterpret_cast<modal_window::Window*>(&window));
   return sBeginModalSession(application, window);
 }
 
 desktop::KeyEvent escapeKeyEventForWindow(desktop::Window* window) {
+  const std::string_view escape = modal_window::kEscapeCharacters;
   desktop::KeyEvent event;
   event.type = desktop::EventType::keyDown;
   event.windowNumber = window->windowNumber();
-  event.characters = u"\x1B";
-  event.charactersIgnoringModifiers = u"\x1B";
-  event.keyCode = kEscapeKeyCode;
+  event.characters.assign(escape.begin(), escape.end());
+  event.charactersIgnoringModifiers = event.characters;
+  event.keyCode = modal_window::kEscapeKeyCode;
   return event;
 }
 
 }  // namespace
 
 void SwizzleNSAppBeginModal() {
+  // A second time would make the override its own successor.
+  if (sBeginModalSession) return;
   sBeginModalSession =
       desktop::Application::sharedApplication().exchangeBeginModalSession(beginModalOverride);
 }
 
-bool isKindOfClass(ModalWindow* window, const char* className) {
+namespace modal_window {
+
+bool isKindOfClass(Window* window, const char* className) {
   return Desktop(window)->isKindOfClass(desktop::ClassFromString(className));
 }
 
-std::string titleOf(ModalWindow* window) {
+std::string titleOf(Window* window) {
   return Desktop(window)->title();
 }
 
-bool isVisible(ModalWindow* window) {
+bool isVisible(Window* window) {
   return Desktop(window)->isVisible();
 }
 
-void makeKeyAndOrderFront(ModalWindow* window) {
+void makeKeyAndOrderFront(Window* window) {
   Desktop(window)->makeKeyAndOrderFront();
 }
 
-void sendEscapeKeyToWindow(ModalWindow* window) {
+void sendEscapeKeyToWindow(Window* window) {
   try {
     Desktop(window)->sendEvent(escapeKeyEventForWindow(Desktop(window)));
   } catch (const desktop::Exception& exception) {
-    desktop::Log("Exception when sendEscapeKeyToWindow:  exception=" +
-                 std::string(exception.what()));
+    desktop::Log(std::string(kEscapeFailed) + exception.what());
   }
 }
 
-void setOpenProjectDialog(ModalWindow* window) {
+void setOpenProjectDialog(Window* window) {
   desktop::StoreWeak(&sOpenProjectDialog, Desktop(window));
 }
 
-ModalWindow* openProjectDialog() {
-  return reinterpret_cast<ModalWindow*>(desktop::LoadWeak(&sOpenProjectDialog));
+Window* openProjectDialog() {
+  return reinterpret_cast<Window*>(desktop::LoadWeak(&sOpenProjectDialog));
 }
+
+}  // namespace modal_window

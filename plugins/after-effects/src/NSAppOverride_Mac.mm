@@ -1,12 +1,13 @@
 #import <AppKit/AppKit.h>
 #import <objc/runtime.h>
 
+#include <cstdlib>
+
 #include "CocoaException_Mac.h"
 #include "ModalWindow.h"
 #include "NSAppOverride.h"
 
-// What the plug-in adds to the application. The decisions are the portable part's; as methods they
-// can be asked for by whoever has only the application.
+// What the plug-in adds to the application.
 @interface NSApplication (Override)
 - (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
@@ -19,18 +20,47 @@
 
 namespace {
 
-// By number, because its name differs between versions of AppKit.
+// Its name differs between versions of AppKit.
 constexpr auto kKeyDown = static_cast<NSEventType>(10);
-constexpr unsigned short kEscapeKeyCode = 0x35;
+
+using BeginModalSession = NSModalSession (*)(id self, SEL selector, NSWindow* window);
+
+// What the override goes on to: the platform's implementation, or another plug-in's override of it.
+BeginModalSession sBeginModalSession = nullptr;
 
 id sOpenProjectDialog = nil;  // weak
 
-NSWindow* CocoaWindow(ModalWindow* window) {
+NSWindow* CocoaWindow(modal_window::Window* window) {
   return reinterpret_cast<NSWindow*>(window);
 }
 
-ModalWindow* PortableWindow(id window) {
-  return reinterpret_cast<ModalWindow*>(window);
+modal_window::Window* PortableWindow(id window) {
+  return reinterpret_cast<modal_window::Window*>(window);
+}
+
+// The `beginModalOverride:` of another copy or version of the plug-in, which the one here hides;
+// null without one. Earlier versions send that message to reach the platform's implementation.
+IMP HiddenOverride() {
+  const SEL name = @selector(beginModalOverride:);
+  const Class application = [NSApplication class];
+  const Method visible = class_getInstanceMethod(application, name);
+  IMP hidden = nullptr;
+  unsigned int count = 0;
+  Method* const methods = class_copyMethodList(application, &count);
+  for (unsigned int index = 0; index < count && !hidden; ++index) {
+    if (methods[index] == visible || !sel_isEqual(method_getName(methods[index]), name)) continue;
+    hidden = method_getImplementation(methods[index]);
+  }
+  std::free(methods);
+  return hidden;
+}
+
+// A function, because the method may be hidden by another copy's.
+NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
+  modal_window::recordOrDismiss(PortableWindow(window));
+  const auto next = sBeginModalSession ? sBeginModalSession
+                                       : reinterpret_cast<BeginModalSession>(HiddenOverride());
+  return next(self, @selector(beginModalSessionForWindow:), window);
 }
 
 }  // namespace
@@ -38,26 +68,24 @@ ModalWindow* PortableWindow(id window) {
 @implementation NSApplication (Override)
 
 - (NSModalSession)beginModalOverride:(NSWindow*)window {
-  considerModalWindow(PortableWindow(window));
-  // The implementations are exchanged: this is the platform's.
-  return [self beginModalOverride:window];
+  return BeginModalOverride(self, _cmd, window);
 }
 
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window {
-  return ::isThisTheOpenProjectDialog(PortableWindow(window));
+  return modal_window::isThisTheOpenProjectDialog(PortableWindow(window));
 }
 
 - (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version {
-  return ::isMissingFontsWindow(PortableWindow(window), version);
+  return modal_window::isMissingFontsWindow(PortableWindow(window), version);
 }
 
 - (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
                                    inAEMajorVersion:(int32_t)version {
-  ::suppressWindowAndStartFontActivationProcess(PortableWindow(window), version);
+  modal_window::suppressWindowAndStartFontActivationProcess(PortableWindow(window), version);
 }
 
 - (void)sendEscapeKeyToWindow:(NSWindow*)window {
-  // Its modal session begins all the same, also when it goes as it closes.
+  // Keep the window alive: its modal session still begins, even if Escape closes and releases it.
   [[window retain] autorelease];
   const id exception = CocoaExceptionRaisedBy(
       [](void* context) {
@@ -67,11 +95,11 @@ ModalWindow* PortableWindow(id window) {
       window);
   if (!exception) return;
   if (![exception isKindOfClass:[NSException class]]) @throw exception;
-  NSLog(@"Exception when sendEscapeKeyToWindow:  exception=%@", exception);
+  NSLog(@"%s%@", modal_window::kEscapeFailed, exception);
 }
 
 - (NSEvent*)escapeKeyEventForWindow:(NSWindow*)window {
-  NSString* escape = @"\x1B";
+  NSString* escape = [NSString stringWithUTF8String:modal_window::kEscapeCharacters];
   return [NSEvent keyEventWithType:kKeyDown
                           location:NSZeroPoint
                      modifierFlags:0
@@ -81,44 +109,55 @@ ModalWindow* PortableWindow(id window) {
                         characters:escape
        charactersIgnoringModifiers:escape
                          isARepeat:NO
-                           keyCode:kEscapeKeyCode];
+                           keyCode:modal_window::kEscapeKeyCode];
 }
 
 @end
 
 void SwizzleNSAppBeginModal() {
+  // A second exchange would undo the first.
+  if (sBeginModalSession) return;
   const Class application = [NSApplication class];
-  method_exchangeImplementations(
-      class_getInstanceMethod(application, @selector(beginModalSessionForWindow:)),
-      class_getInstanceMethod(application, @selector(beginModalOverride:)));
+  const Method begin = class_getInstanceMethod(application, @selector(beginModalSessionForWindow:));
+  const Method override = class_getInstanceMethod(application, @selector(beginModalOverride:));
+  const IMP hidden = HiddenOverride();
+  sBeginModalSession = reinterpret_cast<BeginModalSession>(method_getImplementation(begin));
+  // The method may be that of a copy that was loaded later.
+  method_setImplementation(override, reinterpret_cast<IMP>(BeginModalOverride));
+  method_exchangeImplementations(begin, override);
+  if (hidden) method_setImplementation(override, hidden);
 }
 
-bool isKindOfClass(ModalWindow* window, const char* className) {
+namespace modal_window {
+
+bool isKindOfClass(Window* window, const char* className) {
   const Class kind = NSClassFromString([NSString stringWithUTF8String:className]);
   return [CocoaWindow(window) isKindOfClass:kind];
 }
 
-std::string titleOf(ModalWindow* window) {
+std::string titleOf(Window* window) {
   const char* title = [[CocoaWindow(window) title] UTF8String];
   return title ? title : "";
 }
 
-bool isVisible(ModalWindow* window) {
+bool isVisible(Window* window) {
   return [CocoaWindow(window) isVisible];
 }
 
-void makeKeyAndOrderFront(ModalWindow* window) {
+void makeKeyAndOrderFront(Window* window) {
   [CocoaWindow(window) makeKeyAndOrderFront:NSApp];
 }
 
-void sendEscapeKeyToWindow(ModalWindow* window) {
+void sendEscapeKeyToWindow(Window* window) {
   [NSApp sendEscapeKeyToWindow:CocoaWindow(window)];
 }
 
-void setOpenProjectDialog(ModalWindow* window) {
+void setOpenProjectDialog(Window* window) {
   objc_storeWeak(&sOpenProjectDialog, CocoaWindow(window));
 }
 
-ModalWindow* openProjectDialog() {
+Window* openProjectDialog() {
   return PortableWindow(objc_loadWeak(&sOpenProjectDialog));
 }
+
+}  // namespace modal_window

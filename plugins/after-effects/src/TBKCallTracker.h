@@ -1,7 +1,7 @@
 #pragma once
 
-/// What one tick did, for whoever runs the tick and wants to know. A flag says that the call which
-/// it is named after was made. Flags are only ever set; the caller passes them in as false.
+/// Tells a tick's caller what the tick did: it sets the flag that is named after a call when it
+/// makes the call. It never clears one.
 struct TBKCallTracker {
   bool backgroundForegroundAppCalled = false;
   bool handleCreateNewDocumentCalled = false;

@@ -6,10 +6,9 @@
 
 #include "DebugUtils.h"
 #include "DllFrameworkUtils.h"
-#include "FrameworkTraces.h"
 #include "GetPathToRunningProcess.h"
 
-// The exports in table order. Only the first 24 are verified.
+// The exports in table order. `VerifyThatAllMembersAre` passes over the last two.
 #define TAMBERLINK_VERIFIED_EXPORTS(EXPORT) \
   EXPORT(ActivateChosenFonts)               \
   EXPORT(CreateMenusFromJSONBuffer)         \
@@ -47,20 +46,18 @@ namespace {
 
 constexpr char kFrameworkName[] = "Tamberlink.framework";
 
-// A framework is a directory, so what passes is a single file that takes its place.
+// False for a directory, so also for a framework.
 bool FileExists(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// The folder of the font manager's core process with its separator, or empty.
+// The folder of the font manager's core process, as in "/Apps/Core/". A configured path without a
+// separator comes back whole. Empty if there is neither a process nor a configured path.
 std::string CoreProcessFolder() {
   std::string location;
   if (GetPathToRunningProcessExe("Oxbrim", location) == CoreErrorCodes::kSuccess) return location;
-  if (GetConfiguredPath("Veldrane", "com.veldrane.Oxbrim-LaunchInfo.conf", "oxbrim.path",
-                        location) != CoreErrorCodes::kSuccess) {
-    return location;
-  }
+  GetConfiguredPath("Veldrane", "com.veldrane.Oxbrim-LaunchInfo.conf", "oxbrim.path", location);
   const size_t separator = location.find_last_of("/\\");
   if (separator != std::string::npos) location.erase(separator + 1);
   return location;
@@ -139,4 +136,13 @@ bool TBKLoader::VerifyThatAllMembersAre(bool nonNull) {
   TAMBERLINK_VERIFIED_EXPORTS(VERIFY)
 #undef VERIFY
   return allAre;
+}
+
+void AskWhetherPluginIsEnabled(bool showMessage, bool* enabled) {
+  const TBKLoader* loader = TBKLoader::GetSharedInstance();
+  if (loader && loader->pfPluginIsEnabled) {
+    loader->pfPluginIsEnabled(showMessage, enabled);
+  } else {
+    *enabled = false;
+  }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The bounded copy that this C library lacks.
+// Adds the bounded copy that this C library lacks.
 
 #include_next <string.h>
 

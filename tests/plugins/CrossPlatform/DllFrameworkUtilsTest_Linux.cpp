@@ -30,14 +30,14 @@ TEST_F(LoadFrameworkTest, LoadsWithoutAReadableList) {
   fs::remove(list);
   fs::create_directory(list);
   EXPECT_TRUE(Load(framework));
-  // A module by itself.
+  // A module without a framework.
   EXPECT_TRUE(Load(TAMBERLINK_FRAMEWORK "/Tamberlink"));
   EXPECT_STREQ(version.data(), "-------");
 }
 
 TEST_F(LoadFrameworkTest, TakesTheModuleFromWithinTheFrameworkOnly) {
   EXPECT_FALSE(Load(folder.path()));
-  // The latter is there, by its whole path.
+  // The second one exists, but outside the framework.
   for (const char* name : {"Other", "/lib/x86_64-linux-gnu/libm.so.6"}) {
     const std::string entry = "<key>CFBundleExecutable</key><string>" + std::string(name);
     EXPECT_FALSE(Load(Framework(entry + "</string>")));
@@ -48,7 +48,7 @@ TEST_F(LoadFrameworkTest, TakesARelativePathFromTheWorkingDirectoryAlone) {
   const fs::path framework = Framework("");
   fs::current_path(folder.path());
   EXPECT_TRUE(Load(framework.filename()));
-  // On the library path there is one of that name.
+  // There is such a file on the library path.
   EXPECT_FALSE(Load("libc.so.6"));
 }
 
@@ -61,6 +61,7 @@ TEST(GetStdString, IsEmptyForAllButText) {
   EXPECT_EQ(convert(plist_new_string("zwölf")), "zwölf");
   EXPECT_EQ(convert(plist_new_string("")), "");
   EXPECT_EQ(convert(plist_new_string("\xFF\xFE")), "");
+  EXPECT_EQ(convert(plist_new_uint(5)), "");
   EXPECT_EQ(GetStdString(nullptr), "");
 }
 

@@ -9,7 +9,7 @@
 
 class LoadFrameworkTest : public testing::Test {
  protected:
-  /// Writes a framework that declares `entries`, with its module under the framework's name.
+  /// Writes a framework with these entries in its list. Its module has the framework's name.
   std::filesystem::path Framework(const std::string& entries) {
     const std::string name = "F" + std::to_string(++mCount);
     const auto file =

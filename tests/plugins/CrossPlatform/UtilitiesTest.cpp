@@ -50,7 +50,7 @@ TEST_F(LoadFrameworkTest, FindsExportsByName) {
 TEST(GetFileModificationDate, IsInWholeSecondsAnd0OnFailure) {
   TemporaryFolder folder;
   const auto file = folder.Write("é.aep", "");
-  // A platform that counts in doubles can't tell later fractions from the next second.
+  // The fraction is the largest that a double can tell from the next second.
   for (const timespec date : {timespec{1'600'000'000, 999'999'000}, timespec{-5, 0}}) {
     const timespec both[] = {date, date};
     ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), both, 0), 0);

@@ -60,7 +60,7 @@ TEST_F(LoadFrameworkTest, WritesWhereItFoundNoBundle) {
   EXPECT_THAT(traces.lines, ElementsAre("CFBundleCreate() returned 0x00000000 on attempt to load "
                                         "plug-in interface from '" +
                                         (folder.path() / "nowhere").string() + "'"));
-  // Not a path in UTF-8.
+  // Not UTF-8.
   EXPECT_FALSE(Load("\xFF"));
 }
 
@@ -81,7 +81,7 @@ TEST_F(LoadFrameworkTest, WritesTheAddressesOfExports) {
   cocoaFakes.failing = {kString};
   EXPECT_EQ(GetFunctionPtr(bundle, "PluginIsEnabled"), nullptr);
   EXPECT_THAT(traces.lines, IsEmpty());
-  // The bundle alone.
+  // The bundle.
   EXPECT_EQ(cocoaFakes.owned.size(), 1u);
 }
 
@@ -103,7 +103,7 @@ TEST(GetStdString, IsEmptyForAllButText) {
 TEST(GetFileModificationDate, CutsTheFractionOffInTheEpochOfThePlatform) {
   TemporaryFolder folder;
   const auto file = folder.Write("a.aep", "");
-  // Half a second on either side of the beginning of 2001, from where the platform counts.
+  // Half a second before and after the platform's epoch, 2001.
   for (const time_t second : {978307199, 978307200}) {
     const timespec date = {second, 500'000'000};
     const timespec both[] = {date, date};

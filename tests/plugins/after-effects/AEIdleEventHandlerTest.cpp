@@ -16,7 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The names of the flags that are set.
+// Returns short names of the flags that are set.
 std::vector<std::string> Flags(const TBKCallTracker& tracker) {
   std::vector<std::string> flags;
   const auto add = [&](bool set, const char* name) {
@@ -85,6 +85,15 @@ TEST_F(IdleEventsTest, EventsFollowFromTwoSnapshots) {
       {"", true, "", false, 0, none},
       {"/A", false, "/a", false, 1, open},
   };
+  const std::string enter = "BackgroundForegroundSwitcher::backgroundForegroundApp";
+  const std::string leave = "Exiting " + enter;
+  const std::map<std::vector<std::string>, std::vector<std::string>> texts = {
+      {open, {"Handling Open", "Starting Font Activation Process for a newly opened project."}},
+      {close, {"Handling Close", enter, leave, enter, leave, enter, leave}},
+      {save, {"Handling Save"}},
+      {saveAs, {"Handling Save As"}},
+      {none, {}}};
+  TraceLog traces;
   for (const EventCase& row : cases) {
     SCOPED_TRACE(testing::Message() << row.lastPath << " to " << row.currentPath << " with date "
                                     << row.date << " dirty " << row.lastDirty);
@@ -95,24 +104,25 @@ TEST_F(IdleEventsTest, EventsFollowFromTwoSnapshots) {
     state.currentProjectDirty = row.currentDirty;
     state.currentProjectModificationDate = row.date;
     state.currentTime = now;
+    traces.lines.clear();
     EXPECT_EQ(Run(), row.flags);
+    std::vector<std::string> expected = texts.at(row.flags);
+    if (row.lastPath != state.currentProjectPath) {
+      expected.insert(expected.begin(),
+                      "Currently opened project has changed! New project path: '" +
+                          state.currentProjectPath + "'");
+    }
+    EXPECT_EQ(traces.lines, expected);
   }
 }
 
 TEST_F(IdleEventsTest, CloseReportsTheFormerPath) {
-  TraceLog traces;
   Run();
   fake_tamberlink.calls.clear();
-  traces.lines.clear();
   state.lastProjectPath = "/a.aep";
   state.currentProjectPath.clear();
   Run();
   EXPECT_THAT(fake_tamberlink.calls, ElementsAre("HandleCloseDocument '/a.aep' ''"));
-  const char* const enter = "BackgroundForegroundSwitcher::backgroundForegroundApp";
-  const char* const leave = "Exiting BackgroundForegroundSwitcher::backgroundForegroundApp";
-  EXPECT_THAT(traces.lines,
-              ElementsAre("Currently opened project has changed! New project path: ''",
-                          "Handling Close", enter, leave, enter, leave, enter, leave));
 }
 
 TEST_F(IdleEventsTest, SaveAsMakesADocumentGivesItThePathAndSaves) {
@@ -126,21 +136,19 @@ TEST_F(IdleEventsTest, SaveAsMakesADocumentGivesItThePathAndSaves) {
 }
 
 TEST_F(IdleEventsTest, OpenStartsAProcessWhateverTheHostSays) {
-  TraceLog traces;
   fake_host.path.clear();
   state.lastProjectPath = "/old.aep";
   state.currentProjectModificationDate = 1;
   EXPECT_THAT(Run(), ElementsAre("start"));
   EXPECT_FALSE(state.fontActivationInProgress);
-  EXPECT_THAT(
-      traces.lines,
-      ElementsAre("Currently opened project has changed! New project path: '/a.aep'",
-                  "Handling Open", "Starting Font Activation Process for a newly opened project."));
 }
 
 TEST_F(IdleEventsTest, EachTimeThatItIsDisabledTheUserGetsOneMessage) {
-  fake_tamberlink.showLogin = true;
   state.lastProjectPath = state.currentProjectPath;
+  fake_tamberlink.enabled = false;
+  Run();
+  EXPECT_THAT(fake_tamberlink.TakeCalls(), ElementsAre("PluginIsEnabled", "ShouldShowLogin"));
+  fake_tamberlink.showLogin = true;
   for (const bool enabled : {false, true, false}) {
     fake_tamberlink.enabled = enabled;
     virtual_time += 10;

@@ -6,6 +6,7 @@
 #include "CocoaFakes.h"
 #include "FakeWorkspace.h"
 #include "FrontApplication.h"
+#include "GScopedManagedMemory.h"
 
 namespace {
 
@@ -48,13 +49,12 @@ TEST(FrontApplication, WritesAnIdOnlyWhereThereIsOne) {
   fakeWorkspace.applications = {
       {kOther, "other", {}}, {kDock, "com.apple.dock", {}}, {4, "com.apple.dock", {}}};
   fakeWorkspace.front = kOther;
+  const GScopedManagedMemory scope;
   EXPECT_EQ(GetFrontProcessID(pid), 0);
   EXPECT_EQ(pid, kOther);
   EXPECT_EQ(GetProcessID("com.apple.dock", pid), 0);
   EXPECT_EQ(pid, kDock);
-  // One for each call that asks.
-  EXPECT_EQ(cocoaFakes.pools, 4);
-  EXPECT_EQ(cocoaFakes.openPools, 0);
+  EXPECT_EQ(AutoreleasedObjects(), 0u);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ class GlobalStateTest : public testing::Test {
   GlobalStateTest() { state.picaBasicSuite = fake_host.basicSuite(); }
   ~GlobalStateTest() override { EXPECT_EQ(Handles(), 0); }
 
-  // Those that were asked for and not given back.
+  // Counts the memory handles that weren't freed.
   static long Handles() {
     return std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_GetProjectPath") -
            std::count(fake_host.calls.begin(), fake_host.calls.end(), "AEGP_FreeMemHandle");
@@ -22,6 +22,19 @@ class GlobalStateTest : public testing::Test {
 
   GlobalState state;
 };
+
+TEST_F(GlobalStateTest, StartsWithNothing) {
+  const GlobalState s;
+  EXPECT_FALSE(s.pluginId || s.picaBasicSuite || s.hostMajorVersion || s.hostMinorVersion ||
+               s.menuCommand || s.tamberlinkInitialized || s.suppressModalWindows ||
+               s.lastProjectDirty || s.currentProjectDirty || s.currentProjectModificationDate ||
+               s.currentTime || s.fontActivationInProgress || s.ticksSinceActivationStart ||
+               s.projectIsReopening || s.suiteHandlerManager || s.projectPathUtils ||
+               s.backgroundForegroundSwitcher);
+  EXPECT_EQ(s.lastProjectPath + s.currentProjectPath + s.fontsToResolve + s.restrictedFonts +
+                s.activationProjectPath,
+            "");
+}
 
 TEST_F(GlobalStateTest, SnapshotHoldsTheProjectItsFileAndTheClock) {
   TemporaryFolder folder;
@@ -51,6 +64,7 @@ TEST_F(GlobalStateTest, SnapshotHoldsTheProjectItsFileAndTheClock) {
 TEST_F(GlobalStateTest, BuildsItsCollaboratorsOnce) {
   state.updateGlobalState();
   const auto switcher = state.backgroundForegroundSwitcher;
+  EXPECT_TRUE(switcher && state.suiteHandlerManager && state.projectPathUtils);
   fake_host.calls.clear();
   state.updateGlobalState();
   EXPECT_EQ(state.backgroundForegroundSwitcher, switcher);
@@ -100,14 +114,18 @@ TEST_F(GlobalStateTest, EndLeavesTheReopeningAndTheTextsAlone) {
 }
 
 TEST_F(GlobalStateTest, EnabledIsAskedEachTimeAndKeepsTheLatestAnswer) {
-  ASSERT_TRUE(fake_tamberlink.Install());
+  TBKLoader* loader = fake_tamberlink.Install();
+  ASSERT_TRUE(loader);
   EXPECT_TRUE(state.isPluginEnabled());
   fake_tamberlink.enabled = false;
   EXPECT_FALSE(state.isPluginEnabled());
-  fake_tamberlink.enabled = true;
-  fake_tamberlink.writesEnabled = false;
+  fake_tamberlink.enabled.reset();
   EXPECT_FALSE(state.isPluginEnabled());
   EXPECT_EQ(fake_tamberlink.calls.size(), 3u);
+  fake_tamberlink.enabled = true;
+  EXPECT_TRUE(state.isPluginEnabled());
+  loader->pfPluginIsEnabled = nullptr;
+  EXPECT_FALSE(state.isPluginEnabled());
 }
 
 }  // namespace

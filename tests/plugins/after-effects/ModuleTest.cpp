@@ -182,6 +182,15 @@ TEST_F(ModuleTest, StaysInertWithoutAFramework) {
   EXPECT_THAT(host.calls, IsEmpty());
 }
 
+// On macOS such a framework still gives a handle, so that the plug-in starts.
+TEST_F(ModuleTest, LeavesProjectsAloneWithAFrameworkThatCannotBeLoaded) {
+  std::filesystem::create_directory("Tamberlink.framework");
+  EXPECT_EQ(Start(), 0);
+  if (!host.hooks.contains("idle")) return;
+  host.path = folder.Write("a.aep", "").u16string();
+  EXPECT_EQ(Tick(), kSnapshot);
+}
+
 TEST_F(ModuleTest, ReturnsTheErrorOfAMissingSuite) {
   EXPECT_EQ(Start(nullptr), 516);
 }

@@ -1,10 +1,13 @@
 #include "NSAppOverrideTest.h"
 
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include <memory>
 #include <stdexcept>
 
+#include "AEIdleEventHandler.h"
+#include "AETypelark.h"
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
@@ -20,6 +23,19 @@ OverrideTest::OverrideTest() {
   global_state.suppressModalWindows = true;
   fake_host.path = u"/a.aep";
   SwizzleNSAppBeginModal();
+}
+
+AEGP_PluginInitFuncPrototype* OverrideTest::LoadCopy() {
+  std::filesystem::current_path(folder.path());
+  setenv("HOME", folder.path().c_str(), 1);
+  std::error_code exists;
+  std::filesystem::create_directory_symlink(TAMBERLINK_FRAMEWORK, "Tamberlink.framework", exists);
+  static int count = 0;
+  const auto file = folder.path() / ("Copy" + std::to_string(++count));
+  std::filesystem::copy_file(AE_TYPELARK, file);
+  void* module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!module) throw std::runtime_error(dlerror());
+  return reinterpret_cast<AEGP_PluginInitFuncPrototype*>(dlsym(module, "EntryPointFunc"));
 }
 
 bool OverrideTest::Show(const TestDialog& dialog) {
@@ -54,8 +70,8 @@ class OverrideStateTest : public OverrideTest {
     fake_tamberlink.calls.clear();
   }
 
-  // Leaves the quiet state. By what hosts before 114 do: their dialog isn't dismissed over a
-  // visible open project dialog, and then that one is forgotten.
+  // Returns the state and resets it to quiet. Shows missing fonts dialogs of a host before 114:
+  // over a visible open project dialog, only the second one is dismissed.
   State TakeState() {
     global_state.hostMajorVersion = 113;
     global_state.suppressModalWindows = true;
@@ -100,7 +116,7 @@ TEST_F(OverrideStateTest, MovesAsTheDialogsSay) {
     testing::internal::CaptureStdout();
     EXPECT_EQ(Show(Dialog(row.title)), row.dismissed);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), line);
-    // Only about a candidate is the framework asked.
+    // The framework is asked about candidates only.
     EXPECT_EQ(fake_tamberlink.calls.empty(), row.from == quiet || row.title == kOpen);
     EXPECT_EQ(global_state.fontActivationInProgress, row.dismissed);
     EXPECT_EQ(global_state.suppressModalWindows, !row.dismissed);
@@ -125,10 +141,30 @@ TEST_F(OverrideStateTest, StaysAsItIsForOtherWindowsAndWhileItMustNotSuppress) {
 }
 
 TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
-  for (const State state : kStates) {
-    Enter(state);
-    projectWasOpened();
-    EXPECT_EQ(TakeState(), State::kQuiet);
+  fake_tamberlink.startRequested = true;
+  const std::function<void()> openings[] = {
+      projectWasOpened,
+      // These fail to start an activation, which needs the refused suite.
+      [] {
+        A_Boolean handled = 0;
+        MenuCommandHook(nullptr, nullptr, global_state.menuCommand, 1, 0, &handled);
+        EXPECT_EQ(handled, 1);
+      },
+      [] {
+        global_state.currentProjectPath = "/b.aep";
+        global_state.currentProjectModificationDate = 1;
+        TBKCallTracker tracker;
+        EXPECT_THROW(runIdleEvents(&global_state, &tracker), int);
+      }};
+  for (const auto& open : openings) {
+    for (const State state : kStates) {
+      Enter(state);
+      fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
+      open();
+      fake_host.refusedSuites.clear();
+      EXPECT_FALSE(global_state.fontActivationInProgress);
+      EXPECT_EQ(TakeState(), State::kQuiet);
+    }
   }
 }
 
@@ -140,7 +176,7 @@ TEST_F(OverrideTest, KnowsTitlesOfOtherLanguages) {
 TEST_F(OverrideTest, SendsOneEscapeToTheWindowThatItBroughtToTheFront) {
   ShowTitled(kOpen);
   const TestDialog& dialog = Dialog(kFonts, kDerivedDialogClass);
-  onKey = [&] { EXPECT_TRUE(isVisible(dialog.window())); };
+  onKey = [&] { EXPECT_TRUE(modal_window::isVisible(dialog.window())); };
   EXPECT_TRUE(Show(dialog));
   ASSERT_EQ(receivedKeys.size(), 1u);
   const ReceivedKey& event = receivedKeys[0];
@@ -173,14 +209,14 @@ TEST_F(OverrideTest, AnOpenDialogThatIsGoneCountsAsHidden) {
   global_state.hostMajorVersion = 113;
   auto open = std::make_unique<TestDialog>(kOpen);
   Show(*open);
-  const ModalWindow* address = open->window();
+  const modal_window::Window* address = open->window();
   open.reset();
-  // A visible window isn't the open dialog, and where the allocator gives the address away again,
-  // one at the same address isn't either.
-  const ModalWindow* latest = nullptr;
+  // Visible windows don't count as the open dialog, not even one at its address, if the allocator
+  // uses that again.
+  const modal_window::Window* latest = nullptr;
   for (int count = 0; latest != address && count < 20; ++count) {
-    ModalWindow* other = Dialog(kOther).window();
-    makeKeyAndOrderFront(other);
+    modal_window::Window* other = Dialog(kOther).window();
+    modal_window::makeKeyAndOrderFront(other);
     latest = other;
   }
   EXPECT_TRUE(ShowTitled(kFontsBefore114));
@@ -212,11 +248,24 @@ TEST_F(OverrideTest, AMissingSuiteStartsNoProcessAndTheSessionBegins) {
   EXPECT_FALSE(global_state.fontActivationInProgress);
 }
 
+TEST_F(OverrideTest, CopiesOfThePluginEachSeeADialogOnce) {
+  auto* const second = LoadCopy();
+  auto* const third = LoadCopy();
+  EXPECT_EQ(second(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
+  EXPECT_EQ(third(fake_host.basicSuite(), 114, 0, 6, nullptr), 0);
+  // A second exchange by one copy.
+  SwizzleNSAppBeginModal();
+  const std::string line = "Saw a DVAMacDialog titled: " + std::string(kOpen) + "\n";
+  testing::internal::CaptureStdout();
+  Show(Dialog(kOpen));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), line + line + line);
+}
+
 TEST_F(OverrideTest, AWindowIsOfNoClassThatDoesNotExist) {
-  ModalWindow* window = Dialog(kOpen).window();
-  EXPECT_TRUE(isKindOfClass(window, kDialogClass));
-  EXPECT_FALSE(isKindOfClass(window, kDerivedDialogClass));
-  EXPECT_FALSE(isKindOfClass(window, "NoSuchClass"));
+  modal_window::Window* window = Dialog(kOpen).window();
+  EXPECT_TRUE(modal_window::isKindOfClass(window, kDialogClass));
+  EXPECT_FALSE(modal_window::isKindOfClass(window, kDerivedDialogClass));
+  EXPECT_FALSE(modal_window::isKindOfClass(window, "NoSuchClass"));
 }
 
 }  // namespace

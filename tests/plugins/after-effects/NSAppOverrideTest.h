@@ -1,6 +1,6 @@
 #pragma once
 
-// What the override's tests need of a platform: dialogs that tell what they got.
+// Dialogs of the platform for the override's tests.
 
 #include <gtest/gtest.h>
 
@@ -10,14 +10,16 @@
 #include <string>
 #include <vector>
 
+#include "AE_GeneralPlug.h"
 #include "ModalWindow.h"
+#include "TemporaryFolder.h"
 
 inline constexpr char kPanelClass[] = "NSPanel";
 inline constexpr char kDialogClass[] = "DVAMacDialog";
-/// Derived from the one before.
+/// Derived from `kDialogClass`.
 inline constexpr char kDerivedDialogClass[] = "DVAMacFontDialog";
 
-/// The key event as a window got it.
+/// A key event that a dialog received.
 struct ReceivedKey {
   uint64_t type;
   double x, y;
@@ -28,11 +30,11 @@ struct ReceivedKey {
   bool isARepeat;
   int keyCode;
 };
-/// What the dialogs got, in order, and what they do about it.
+/// The events in order, and what the dialogs do at each.
 inline std::vector<ReceivedKey> receivedKeys;
 inline std::function<void()> onKey = [] {};
 
-/// A window of the platform, hidden at first.
+/// A dialog of the platform, hidden at first.
 class TestDialog {
  public:
   explicit TestDialog(const char* title, const char* kind = kDialogClass);
@@ -40,32 +42,38 @@ class TestDialog {
   TestDialog(const TestDialog&) = delete;
   TestDialog& operator=(const TestDialog&) = delete;
 
-  ModalWindow* window() const { return mWindow; }
+  modal_window::Window* window() const { return mWindow; }
   int64_t number() const;
-  /// Begins and ends a modal session, which shows the window. Expects that the platform's own
-  /// implementation got it, and its caller the session.
+  /// Runs a modal session, which shows the dialog. Expects that the platform's own implementation
+  /// got the window, and the caller its session.
   void RunSession() const;
   void Hide() const;
 
  private:
-  ModalWindow* mWindow;
+  modal_window::Window* mWindow;
 };
 
-/// Raises an exception of the platform's kind that says "no key window".
+/// Raises the platform's kind of exception, with the text "no key window".
 void RaisePlatformException();
 
 class OverrideTest : public testing::Test {
  protected:
   OverrideTest();
 
-  /// A dialog that exists until the test ends.
+  /// Loads a copy of the plug-in from a file of its own. Returns its entry point.
+  AEGP_PluginInitFuncPrototype* LoadCopy();
+
+  /// Makes a dialog that exists until the test ends.
   TestDialog& Dialog(const char* title, const char* kind = kDialogClass) {
     return mDialogs.emplace_back(title, kind);
   }
-  /// Whether the dialog was dismissed.
+  /// Runs the dialog's modal session. Returns whether the dialog was dismissed.
   static bool Show(const TestDialog& dialog);
-  /// The same with a dialog that is hidden afterwards.
+  /// Does the same with a new dialog and hides it afterwards.
   bool ShowTitled(const char* title);
+
+  /// Holds the copies and a framework.
+  TemporaryFolder folder;
 
  private:
   std::deque<TestDialog> mDialogs;

@@ -26,14 +26,14 @@ class Dialog : public desktop::Window {
   }
 };
 
-Dialog* Desktop(ModalWindow* window) {
+Dialog* Desktop(modal_window::Window* window) {
   return static_cast<Dialog*>(reinterpret_cast<desktop::Window*>(window));
 }
 
 }  // namespace
 
 TestDialog::TestDialog(const char* title, const char* kind)
-    : mWindow(reinterpret_cast<ModalWindow*>(
+    : mWindow(reinterpret_cast<modal_window::Window*>(
           static_cast<desktop::Window*>(new Dialog(*desktop::ClassFromString(kind), title)))) {}
 
 TestDialog::~TestDialog() {

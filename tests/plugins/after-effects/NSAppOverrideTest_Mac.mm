@@ -4,10 +4,12 @@
 #include <gmock/gmock.h>
 
 #include "CocoaFakes.h"
+#include "FakeHost.h"
 #include "GlobalState.h"
 
-// As the plug-in adds them.
+// The plug-in's category.
 @interface NSApplication (Override)
+- (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
 - (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version;
 - (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
@@ -72,7 +74,7 @@ TestDialog::TestDialog(const char* title, const char* kind) {
                                                                 defer:NO];
   [window setReleasedWhenClosed:NO];
   [window setTitle:[NSString stringWithUTF8String:title]];
-  mWindow = reinterpret_cast<ModalWindow*>(window);
+  mWindow = reinterpret_cast<modal_window::Window*>(window);
 }
 
 TestDialog::~TestDialog() {
@@ -125,6 +127,24 @@ TEST_F(OverrideTest, TheApplicationAnswersTheSameByItsMethods) {
   EXPECT_EQ(receivedKeys.size(), 1u);
   EXPECT_THAT(frontSenders, testing::Contains(NSApp));
   EXPECT_TRUE(global_state.fontActivationInProgress);
+}
+
+// Earlier versions of the plug-in send this message to reach the platform's implementation.
+TEST_F(OverrideTest, AMessageToTheExchangedMethodReachesThePlatformPastLaterCopies) {
+  const TestDialog& dialog = Dialog("Open Project");
+  const auto send = [&] {
+    const Pool pool;
+    testing::internal::CaptureStdout();
+    const NSModalSession session = [NSApp beginModalOverride:Cocoa(dialog)];
+    EXPECT_EQ([NSApp modalWindow], Cocoa(dialog));
+    [NSApp endModalSession:session];
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  };
+  send();
+  auto* const copy = LoadCopy();
+  send();
+  EXPECT_EQ(copy(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
+  send();
 }
 
 }  // namespace

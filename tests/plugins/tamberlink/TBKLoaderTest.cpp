@@ -39,7 +39,7 @@ TEST(TBKLoader, CountsWhatAFrameworkLacks) {
   bool show = true;
   EXPECT_EQ(CallTamberlink(&TBKLoader::pfShouldShowLogin, &show), CoreErrorCodes::kNotImplemented);
   EXPECT_TRUE(show);
-  // The last two members aren't looked at.
+  // It passes over the last two members.
   EXPECT_TRUE(loader->VerifyThatAllMembersAre(true));
 }
 
@@ -85,7 +85,7 @@ TEST(TBKLoader, AFailedSearchIsMadeAgain) {
   EXPECT_EQ(traces.lines.size(), 3u + 26u + 1u);
 }
 
-// Where the search looks, read off the attempt to load.
+// Searches, and returns the path that it tried to load.
 std::string SearchedPath() {
   TraceLog traces;
   EXPECT_EQ(TBKLoader::GetSharedInstance(), nullptr);
@@ -98,9 +98,9 @@ TEST(TBKLoader, TheLaunchInfoFileNamesTheFolder) {
   TemporaryFolder folder;
   std::filesystem::current_path(folder.path());
   setenv("HOME", folder.path().c_str(), 1);
-  // A regular file that isn't a module takes the framework's place.
+  // A regular file in the framework's place is taken, and can't be loaded.
   const std::string core = folder.Write("Core/Tamberlink.framework", "text").parent_path().string();
-  // A directory doesn't, so that the search goes on beside it.
+  // A directory isn't.
   std::filesystem::create_directories(folder.path() / "Full/Tamberlink.framework");
   const std::string full = (folder.path() / "Full/").string();
   const std::string bare = "Tamberlink.framework";

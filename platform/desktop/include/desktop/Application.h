@@ -6,30 +6,29 @@
 #include "desktop/Export.h"
 #include "desktop/Window.h"
 
-// The layer that takes Cocoa's place where there is no Cocoa. Operations carry the names of
-// Cocoa's. A shared library: the host's process and each plug-in module see the same objects. Main
-// thread only. Text is UTF-8.
+// Replaces Cocoa on platforms without it, under Cocoa's names. A shared library, so that the host's
+// process and the plug-in modules see the same objects. Texts are UTF-8. Main thread only.
 
 namespace desktop {
 
-/// Stands for the session that a modal dialog runs in.
+/// The modal session of a dialog.
 using ModalSession = int64_t;
 
-/// The application object of the process.
+/// The process as an application.
 class DESKTOP_EXPORT Application {
  public:
   /// An implementation of `beginModalSessionForWindow`.
   using BeginModalSession = ModalSession (*)(Application& application, Window& window);
 
-  /// The one application of the process.
+  /// Returns the process's only application.
   static Application& sharedApplication();
 
-  /// Begins a modal session by the current implementation.
+  /// Begins a modal session, through the current implementation.
   ModalSession beginModalSessionForWindow(Window& window);
-  /// Makes `replacement` the implementation of `beginModalSessionForWindow` and returns the former.
+  /// Replaces the implementation of `beginModalSessionForWindow` and returns the former one.
   BeginModalSession exchangeBeginModalSession(BeginModalSession replacement);
-  /// What the platform's own implementation does with a window, which is nothing without a runner.
-  /// Set by the process's owner.
+  /// Sets what the platform's own implementation does with a window: nothing by default. For the
+  /// process's owner.
   void setModalRunner(std::function<ModalSession(Window& window)> runner);
 
  private:

@@ -6,7 +6,7 @@
 
 namespace desktop {
 
-/// What an operation of this layer, or a window's own event handling, raises.
+/// Raised by operations of this layer and by windows that handle an event.
 class DESKTOP_EXPORT Exception : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what this library shares between the host's process and its plug-in modules.
+/// Marks what the library exports.
 #define DESKTOP_EXPORT __attribute__((visibility("default")))

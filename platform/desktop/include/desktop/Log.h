@@ -7,9 +7,9 @@
 
 namespace desktop {
 
-/// Writes one line to the system's log: to the sink, or to standard error without one.
+/// Writes a line to the sink, or to standard error if there is none.
 DESKTOP_EXPORT void Log(const std::string& line);
-/// Replaces the sink. An empty function takes it away.
+/// Replaces the sink. An empty function removes it.
 DESKTOP_EXPORT void SetLogSink(std::function<void(const std::string& line)> sink);
 
 }  // namespace desktop

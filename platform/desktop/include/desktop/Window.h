@@ -7,16 +7,16 @@
 
 namespace desktop {
 
-/// A class of windows. Objects are namespace-scope statics and register under their name.
+/// A class of windows, as Cocoa's runtime has it. A namespace-scope static.
 class DESKTOP_EXPORT WindowClass {
  public:
-  /// `base` outlives the class. The latest class of a name is the one that is found by it.
+  /// Registers the class by its name, before earlier ones of that name. `base` outlives it.
   explicit WindowClass(std::string name, const WindowClass* base = nullptr);
   ~WindowClass();
   WindowClass(const WindowClass&) = delete;
   WindowClass& operator=(const WindowClass&) = delete;
 
-  /// The class that this one is derived from, or null.
+  /// Returns the base class, or null.
   const WindowClass* base() const { return mBase; }
 
  private:
@@ -24,20 +24,19 @@ class DESKTOP_EXPORT WindowClass {
   const WindowClass* mBase;
 };
 
-/// The registered class of that name, or null.
+/// Returns the class of that name, or null.
 DESKTOP_EXPORT const WindowClass* ClassFromString(const std::string& name);
 
-/// What an event tells of.
+/// The kinds of events.
 enum class EventType : int32_t { keyDown = 10 };
 
-/// A place on the screen, in points.
+/// A location on the screen, in points.
 struct Point {
   double x = 0;
   double y = 0;
 };
 
-/// A key event. `windowNumber` says for which window it is meant; it goes to the window that is
-/// asked to take it.
+/// A key event for the window of that number. Whoever sends it chooses the window that gets it.
 struct KeyEvent {
   EventType type = EventType::keyDown;
   Point location;
@@ -51,29 +50,29 @@ struct KeyEvent {
   uint16_t keyCode = 0;
 };
 
-/// A window, owned by whoever shows it. What it does with events is its owner's to say.
+/// A window. Its owner shows it and defines what it does with events.
 class DESKTOP_EXPORT Window {
  public:
-  /// Hidden at first. `windowClass` outlives the window.
+  /// Makes a hidden window. `windowClass` outlives it.
   Window(const WindowClass& windowClass, std::string title);
   /// Clears every weak reference to this window.
   virtual ~Window();
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
 
-  /// Whether the window is of that class or of one derived from it; false for null.
+  /// Tests whether the window is of that class or of one derived from it; false for null.
   bool isKindOfClass(const WindowClass* windowClass) const;
-  /// What the user sees as the window's name.
+  /// Returns the title that the user sees.
   const std::string& title() const { return mTitle; }
-  /// Whether the window is on the screen.
+  /// Tests whether the window is on the screen.
   bool isVisible() const { return mVisible; }
-  /// Above 0, and never used again for another window.
+  /// Returns the window's number, positive and never used again.
   int64_t windowNumber() const { return mWindowNumber; }
   /// Shows the window.
   void makeKeyAndOrderFront();
   /// Hides the window.
   void orderOut() { mVisible = false; }
-  /// Delivers the event at once. May raise `Exception`.
+  /// Handles the event at once. May raise `Exception`.
   virtual void sendEvent(const KeyEvent& event) = 0;
 
  private:
@@ -83,10 +82,10 @@ class DESKTOP_EXPORT Window {
   int64_t mWindowNumber;
 };
 
-/// Puts a reference to `window`, or null, into `slot`: it doesn't keep the window alive, and
-/// `LoadWeak` reads it as null once the window is gone. The slot has to outlive its last store of
-/// a window, or have null stored.
+/// Stores a weak reference to `window`, or null. The slot has to live until the window is gone or
+/// another store replaces it.
 DESKTOP_EXPORT void StoreWeak(Window** slot, Window* window);
+/// Loads a weak reference: null once the window is gone.
 DESKTOP_EXPORT Window* LoadWeak(Window** slot);
 
 }  // namespace desktop

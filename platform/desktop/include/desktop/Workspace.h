@@ -9,29 +9,30 @@
 
 namespace desktop {
 
-/// An application by its process id, which is above 0, and its bundle identifier.
+/// An application with its process id, which is positive, and its bundle identifier.
 struct RunningApplication {
   int32_t processIdentifier = 0;
   std::string bundleIdentifier;
 };
 
-/// The applications that run, as far as this desktop knows, and which of them is in front.
+/// The running applications, and which of them is in front. The process's owner adds them.
 class DESKTOP_EXPORT Workspace {
  public:
-  /// The one workspace of the process.
+  /// Returns the process's only workspace.
   static Workspace& sharedWorkspace();
 
-  /// Null when no application is in front. Valid until the list changes.
+  /// Returns the front application, or null. Valid until one is added.
   const RunningApplication* frontmostApplication() const;
-  /// In the order in which they were added.
+  /// Lists them in the order in which they were added.
   std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(
       const std::string& bundleIdentifier) const;
-  /// Brings the application to the front; nothing happens when there is none with that id.
+  /// Brings the application to the front. Does nothing if there is none with that id.
   void activate(int32_t processIdentifier);
 
-  /// What runs is the process's owner's to say.
+  /// Adds an application behind the front one.
   void addRunningApplication(RunningApplication application);
-  /// Called after each activation. Replaces the one before; an empty function takes it away.
+  /// Calls `observer` after each activation, instead of the one before. An empty function removes
+  /// it.
   void setActivationObserver(std::function<void(const RunningApplication& application)> observer);
 
  private:

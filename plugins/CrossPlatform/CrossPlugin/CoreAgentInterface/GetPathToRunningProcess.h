@@ -1,17 +1,34 @@
 #pragma once
 
 #include <cstdint>
+#include <istream>
 #include <string>
+#include <vector>
 
-// Where the font manager's core process lies. Texts are UTF-8. Results are
-// `CoreErrorCodes::kSuccess` or `CoreErrorCodes::kUnknownError`; an out-parameter is written only
-// on success. Nothing is logged but what path values log. No state: any thread.
+// Finds the font manager's core process. Texts are UTF-8. Keeps no state, so any thread may call.
 
-/// The folder, with a trailing "/", of the first running process whose executable has exactly the
-/// name `processName`.
+// The first two return `CoreErrorCodes::kSuccess` or `CoreErrorCodes::kUnknownError`, write their
+// out-parameter only on success, and log nothing beyond what path values log.
+
+/// Finds the first running process whose executable is named exactly `processName`. Writes its
+/// folder, as in "/Apps/Core/", to `folder`.
 uint32_t GetPathToRunningProcessExe(const std::string& processName, std::string& folder);
 
-/// The value of `key` in the file `folderName`/`fileName` of the user's library directory, by the
-/// rules of `ReadConfiguredValue`.
+/// Reads the value of `key` from `folderName`/`fileName` in the user's library directory.
 uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fileName,
                            const std::string& key, std::string& value);
+
+/// Reads the value of `key` from lines that end in LF. The first line that holds `key` anywhere and
+/// has a value decides: the value is what follows the first "=", up to the first CR or the line's
+/// end, as " a=b" in "# key.old = a=b". A CR before the "=" leaves no value. Returns false, with
+/// `value` untouched, without such a line.
+bool ReadConfiguredValue(std::istream& stream, const std::string& key, std::string& value);
+
+// What each platform gives the two above.
+
+/// Lists the executables of the running processes by their full paths, in the order of the search.
+/// Passes over processes that have none.
+std::vector<std::string> GetRunningExecutables();
+
+/// Writes the user's library directory to `directory`. Leaves it unchanged where there is none.
+void GetUsersAppDataDirectory(std::string& directory);

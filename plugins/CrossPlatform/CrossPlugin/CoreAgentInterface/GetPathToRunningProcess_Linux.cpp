@@ -1,19 +1,16 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
-#include <vector>
 
 #include "CoreErrorCodes.h"
 #include "GFileSystem.h"
 #include "GetPathToRunningProcess.h"
-#include "ProcessLocation.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// In ascending order of process id.
+// In ascending order.
 std::vector<int> RunningProcessIDs() {
   std::vector<int> pids;
   std::error_code error;
@@ -28,33 +25,20 @@ std::vector<int> RunningProcessIDs() {
   return pids;
 }
 
-// Leaves `directory` unchanged when the home directory can't be had.
-void GetUsersAppDataDirectory(std::string& directory) {
-  std::string library = "~/Library";
-  if (GFileSystem::OSExpandPath(library) == CoreErrorCodes::kSuccess) directory = library;
-}
-
 }  // namespace
 
-uint32_t GetPathToRunningProcessExe(const std::string& processName, std::string& folder) {
+std::vector<std::string> GetRunningExecutables() {
+  std::vector<std::string> executables;
   for (const int pid : RunningProcessIDs()) {
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/" + std::to_string(pid) + "/exe", error);
-    // Processes of other users can't be read, and the system's own have no executable.
-    if (error) continue;
-    if (GetFolderIfExecutableIs(processName, executable.c_str(), folder)) {
-      return CoreErrorCodes::kSuccess;
-    }
+    // Other users' processes can't be read, and those of the kernel have no executable.
+    if (!error) executables.push_back(executable);
   }
-  return CoreErrorCodes::kUnknownError;
+  return executables;
 }
 
-uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fileName,
-                           const std::string& key, std::string& value) {
-  std::string path;
-  GetUsersAppDataDirectory(path);
-  path += "/" + folderName + "/" + fileName;
-  std::ifstream stream(path, std::ios::binary);
-  return ReadConfiguredValue(stream, key, value) ? CoreErrorCodes::kSuccess
-                                                 : CoreErrorCodes::kUnknownError;
+void GetUsersAppDataDirectory(std::string& directory) {
+  std::string library = "~/Library";
+  if (GFileSystem::OSExpandPath(library) == CoreErrorCodes::kSuccess) directory = library;
 }

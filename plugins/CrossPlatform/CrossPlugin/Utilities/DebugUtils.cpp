@@ -16,7 +16,7 @@ std::function<void(std::string_view)> sTraceSink;
 
 int sIndent = 0;
 
-// A beginning is written at the old indent and an end at the new one, so that the two line up.
+// Writes a beginning at the old indent and an end at the new one, so that the two line up.
 void WriteToSink(int indentChange, const char* text) {
   if (indentChange < 0) sIndent += indentChange;
   const auto blanks = static_cast<size_t>(std::max(sIndent, 0)) * kBlanksPerIndent;

@@ -11,11 +11,11 @@
 #include <type_traits>
 
 #include "DllFrameworkUtils.h"
-#include "FrameworkTraces.h"
 #include "PlatformStringUtils.h"
 
-// A framework is a directory with an `Info.plist` and the module that its `CFBundleExecutable`
-// names. A regular file is a module by itself, without a version.
+// A framework is a directory that holds a module, which `CFBundleExecutable` in its `Info.plist`
+// names. Without that entry, or without the list, the module has the framework's name without its
+// extension. A regular file is a module by itself, and has no version.
 
 namespace {
 
@@ -23,10 +23,10 @@ namespace fs = std::filesystem;
 
 using PropertyList = std::unique_ptr<void, decltype(&plist_free)>;
 
-// Null when there is no file or no property list in it. Takes XML and binary ones.
+// Takes XML and binary lists. Null without a readable one.
 PropertyList ReadInfoDictionary(const fs::path& framework) {
   std::ifstream stream(framework / "Info.plist", std::ios::binary);
-  // By way of the stream, which takes a read error for the end.
+  // The stream takes a read error, as of a directory, for the end.
   std::ostringstream text;
   text << stream.rdbuf();
   const std::string bytes = text.str();
@@ -35,7 +35,7 @@ PropertyList ReadInfoDictionary(const fs::path& framework) {
   return {dictionary, plist_free};
 }
 
-// Null when there is no such text.
+// Null if there is no such entry, or if it isn't text.
 const __CFString* GetInfoValue(const PropertyList& dictionary, const char* key) {
   if (!dictionary || plist_get_node_type(dictionary.get()) != PLIST_DICT) return nullptr;
   const plist_t value = plist_dict_get_item(dictionary.get(), key);
@@ -43,17 +43,17 @@ const __CFString* GetInfoValue(const PropertyList& dictionary, const char* key) 
   return static_cast<const __CFString*>(value);
 }
 
-// "/a/Tamberlink.framework/" and "/a/Tamberlink.framework" have the same stem.
 fs::path ExecutableName(const fs::path& framework, const PropertyList& dictionary) {
   const fs::path declared = GetStdString(GetInfoValue(dictionary, "CFBundleExecutable"));
-  // A name, so that the module can't lie outside the framework.
+  // The file name alone, so that the module lies inside the framework.
   if (declared.has_filename()) return declared.filename();
+  // "/a/F.framework/" ends in an empty name.
   return (framework.has_filename() ? framework : framework.parent_path()).stem();
 }
 
 void* OpenModule(const fs::path& module) {
   std::error_code error;
-  // Made absolute, because the dynamic loader looks for a bare name on the library path.
+  // The dynamic loader would look for a bare name on the library path.
   const fs::path absolute = fs::absolute(module, error);
   return error ? nullptr : dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
 }

@@ -4,12 +4,11 @@
 
 #include "CFOwned_Mac.h"
 #include "DllFrameworkUtils.h"
-#include "FrameworkTraces.h"
 #include "PlatformStringUtils.h"
 
 namespace {
 
-// Never released by anybody, so that the framework stays loaded.
+// Nobody releases the bundle, so that the framework stays loaded.
 CFBundleRef OpenBundle(const char* path) {
   const CFOwned<CFStringRef> text(CFStringCreateWithCString(nullptr, path, kCFStringEncodingUTF8));
   if (!text) return nullptr;
@@ -28,7 +27,7 @@ void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versio
   if (!bundle) return nullptr;
   const CFTypeRef version =
       CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("CFBundleShortVersionString"));
-  // A property list holds whatever its author put there.
+  // The list's author may have put a number here.
   if (version && CFGetTypeID(version) == CFStringGetTypeID()) {
     const auto text = static_cast<CFStringRef>(version);
     strlcpy(versionOut, GetStdString(text).c_str(), versionOutSize);

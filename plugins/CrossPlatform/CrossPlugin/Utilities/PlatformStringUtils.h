@@ -2,9 +2,9 @@
 
 #include <string>
 
-/// The platform's immutable text object: a `CFString` on macOS, a string node of libplist on Linux.
+/// The platform's text object: a `CFString` on macOS, a string node of libplist on Linux.
 struct __CFString;
 
-/// The text as UTF-8. Empty for null, for empty text and for a failed conversion. Takes no
-/// ownership.
+/// Converts the text to UTF-8. Returns an empty text for null, for an object that isn't text and
+/// for a failed conversion. Doesn't take ownership.
 std::string GetStdString(const __CFString* text);

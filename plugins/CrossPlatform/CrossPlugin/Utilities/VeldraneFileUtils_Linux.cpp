@@ -7,7 +7,7 @@
 
 namespace {
 
-// Runs on every tick, and nearly every path is plain ASCII: the cheap test goes first.
+// Tests for ASCII first: this runs on every tick, and most paths are ASCII.
 bool IsUTF8(std::string_view text) {
   unsigned char bits = 0;
   for (const char byte : text) bits |= static_cast<unsigned char>(byte);
@@ -18,6 +18,6 @@ bool IsUTF8(std::string_view text) {
 
 int64_t VeldraneFileUtils::GetFileModificationDate(const char* path) {
   if (!IsUTF8(path)) return 0;
-  struct stat status {};
+  struct stat status;
   return stat(path, &status) == 0 ? status.st_mtime : 0;
 }

@@ -16,7 +16,7 @@ int64_t VeldraneFileUtils::GetFileModificationDate(const char* path) {
   CFURLCopyResourcePropertyForKey(url.get(), kCFURLContentModificationDateKey, &value, nullptr);
   const CFOwned<CFDateRef> date(value);
   if (!date) return 0;
-  // The fraction goes before the other epoch comes in, which would round it up for late dates.
+  // Cut the fraction off first: the sum of two doubles could round it up.
   return static_cast<int64_t>(std::trunc(CFDateGetAbsoluteTime(date.get())) +
                               kCFAbsoluteTimeIntervalSince1970);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the macOS halves call of CoreFoundation, for a build without it. Declarations as on macOS; C
-// as well, because Foundation includes this where it is there.
+// Declares what the macOS halves call of CoreFoundation, as macOS does. Also for C, since
+// Foundation includes this file if there is one.
 
 #include <stdint.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the macOS halves call of CoreServices, for a build without it. Declarations as on macOS.
+// Declares what the macOS halves call of CoreServices, as macOS does.
 
 #include <CoreFoundation/CoreFoundation.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// The weak references that GCC's runtime lacks.
+// Adds the weak references that GCC's runtime lacks.
 
 #include_next <objc/runtime.h>
 

@@ -8,15 +8,14 @@
 #include "AE_GeneralPlug.h"
 #include "SPBasic.h"
 
-/// Lazy cache of the host's suites: an accessor's first call acquires the suite, later calls are
-/// one test and one load, and the destructor gives back all that were acquired.
+/// Caches the host's suites. An accessor acquires its suite at the first call; later calls are one
+/// test and one load. The destructor releases what was acquired, so that no suite outlives it.
 ///
-/// A pointer from an accessor must not be kept past the handler. A suite that the host refuses
-/// throws the `int` 516 from its accessor, and the next call tries
-/// again. Belongs to the thread that uses it.
+/// An accessor throws the `int` 516 if the host refuses the suite, and tries again at the next call.
+/// For one thread.
 class AEGP_SuiteHandler {
  public:
-  /// `basic` isn't owned. Null throws the `int` 516.
+  /// Doesn't own `basic`. Throws the `int` 516 for null.
   explicit AEGP_SuiteHandler(const SPBasicSuite* basic);
   ~AEGP_SuiteHandler();
   AEGP_SuiteHandler(const AEGP_SuiteHandler&) = delete;
@@ -50,12 +49,12 @@ class AEGP_SuiteHandler {
     return Suite<AEGP_PersistentDataSuite4, AEGP_SuiteIndex("AEGP Persistent Data Suite", 4)>();
   }
 
-  /// Acquires a suite, past the cache. Throws the `int` 516 when the host refuses it.
+  /// Acquires a suite without the cache. Throws the `int` 516 if the host refuses it.
   void* LoadSuite(const char* name, int version) const;
-  /// Gives one acquisition back to the host.
+  /// Releases one acquisition.
   void ReleaseSuite(const char* name, int version);
-  /// Gives back every suite in the cache, in the order of the list. The cache isn't cleared: this
-  /// is the destructor's walk.
+  /// Releases every cached suite, in the order of the list. Only for the destructor, since the
+  /// cache keeps its pointers.
   void ReleaseAllSuites();
   /// Throws the `int` 516.
   [[noreturn]] void MissingSuiteError() const;

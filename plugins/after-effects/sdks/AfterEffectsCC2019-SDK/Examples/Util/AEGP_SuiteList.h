@@ -4,14 +4,13 @@
 #include <cstddef>
 #include <string_view>
 
-/// A suite by the name and version that are passed to the host.
+/// The name and version that the host knows a suite by.
 struct AEGP_SuiteEntry {
   const char* name;
   int version;
 };
 
-/// Every suite that the cache has a place for, in the order in which they are released. Few have an
-/// accessor; the others are there for accessors to come.
+/// Every suite that the cache has room for, in the order of release. Most have no accessor yet.
 inline constexpr std::array<AEGP_SuiteEntry, 131> kSuiteList = {{
     {"AEGP Marker Suite", 1},
     {"AEGP Marker Suite", 2},
@@ -146,7 +145,7 @@ inline constexpr std::array<AEGP_SuiteEntry, 131> kSuiteList = {{
     {"SP Suites Suite", 2},
 }};
 
-/// The place of a suite in the list. One that isn't there doesn't compile.
+/// Returns the suite's index in the list. Doesn't compile for one that isn't there.
 consteval size_t AEGP_SuiteIndex(std::string_view name, int version) {
   size_t index = 0;
   while (kSuiteList.at(index).name != name || kSuiteList.at(index).version != version) ++index;

@@ -1,26 +1,30 @@
+#include "GetPathToRunningProcess.h"
+
 #include <gtest/gtest.h>
 
 #include "CocoaFakes.h"
 #include "CoreErrorCodes.h"
 #include "FakeWorkspace.h"
-#include "GetPathToRunningProcess.h"
+#include "GScopedManagedMemory.h"
 #include "TemporaryFolder.h"
 
 namespace {
 
 TEST(RunningProcess, IsTheFirstWithThatExactExecutable) {
+  const GScopedManagedMemory scope;
   std::string folder = "untouched";
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", folder), CoreErrorCodes::kUnknownError);
   fakeWorkspace.applications = {{1, "none", {}}, {2, "none", {}}};
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", folder), CoreErrorCodes::kUnknownError);
   fakeWorkspace.applications.push_back({3, "lower", "/Apps/oxbrim"});
+  fakeWorkspace.applications.push_back({6, "longer", "/Oxbrim/Oxbrim2"});
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", folder), CoreErrorCodes::kUnknownError);
   EXPECT_EQ(folder, "untouched");
   fakeWorkspace.applications.push_back({5, "first", "/First Äpps/Oxbrim"});
   fakeWorkspace.applications.push_back({4, "second", "/Second/Oxbrim"});
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", folder), CoreErrorCodes::kSuccess);
   EXPECT_EQ(folder, "/First Äpps/");
-  EXPECT_EQ(cocoaFakes.openPools, 0);
+  EXPECT_EQ(AutoreleasedObjects(), 0u);
 }
 
 TEST(GetConfiguredPath, FailsWhereThePlatformNamesNoLibrary) {
@@ -28,10 +32,11 @@ TEST(GetConfiguredPath, FailsWhereThePlatformNamesNoLibrary) {
   setenv("HOME", home.path().c_str(), 1);
   home.Write("Library/Folder/file", "k=v");
   cocoaFakes.failing = {"NSSearchPathForDirectoriesInDomains"};
+  const GScopedManagedMemory scope;
   std::string value = "untouched";
   EXPECT_EQ(GetConfiguredPath("Folder", "file", "k", value), CoreErrorCodes::kUnknownError);
   EXPECT_EQ(value, "untouched");
-  EXPECT_EQ(cocoaFakes.openPools, 0);
+  EXPECT_EQ(AutoreleasedObjects(), 0u);
 }
 
 }  // namespace

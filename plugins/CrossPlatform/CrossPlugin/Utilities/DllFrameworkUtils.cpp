@@ -1,4 +1,4 @@
-#include "FrameworkTraces.h"
+#include "DllFrameworkUtils.h"
 
 #include <cstdint>
 

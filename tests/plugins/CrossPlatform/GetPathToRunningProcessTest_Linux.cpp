@@ -1,3 +1,5 @@
+#include "GetPathToRunningProcess.h"
+
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -5,15 +7,14 @@
 #include <stdexcept>
 
 #include "CoreErrorCodes.h"
-#include "GetPathToRunningProcess.h"
 #include "TemporaryFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// A copy of the font manager's process that runs as long as the object lives. It ends when its
-// standard input does, so also when this process ends in any way.
+// Runs a copy of the font manager's process as long as the object lives. The copy ends with its
+// standard input, so also when this process ends in any way.
 class RunningCopy {
  public:
   explicit RunningCopy(const fs::path& executable) {
@@ -32,7 +33,7 @@ class RunningCopy {
     close(input[0]);
     close(output[1]);
     mInput = input[1];
-    // The first byte means that it runs.
+    // The copy writes when it runs.
     char byte = 0;
     if (read(output[0], &byte, 1) != 1) throw std::runtime_error("it doesn't run");
     close(output[0]);

@@ -1,0 +1,138 @@
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "AEIdleEventHandler.h"
+#include "BackgroundForegroundSwitcher.h"
+#include "TBKLoader.h"
+
+namespace {
+
+constexpr uint64_t kFontBufferSize = 0x20000;
+
+constexpr int32_t kTickOfDocument = 1;
+constexpr int32_t kTickOfFontListUpdate = 3;
+constexpr int32_t kTickOfReopening = 10;
+constexpr int32_t kTickOfEnd = 25;
+
+// The text that the first step exchanges with the framework. Holds its size to that of the memory,
+// and the text to an end within it, whatever the framework writes.
+class FontBuffer {
+ public:
+  char* data() { return mText.get(); }
+  uint64_t* size() { return &mSize; }
+  std::string text() const { return mText.get(); }
+  bool empty() const { return mText[0] == '\0'; }
+
+  // Call this after the framework had the buffer.
+  void Contain() {
+    if (mSize == 0 || mSize > kFontBufferSize) mSize = kFontBufferSize;
+    mText[kFontBufferSize - 1] = '\0';
+  }
+
+  void Assign(const std::string& text) {
+    const size_t length = std::min<size_t>(text.size(), mSize - 1);
+    std::memcpy(mText.get(), text.data(), length);
+    mText[length] = '\0';
+  }
+
+ private:
+  std::unique_ptr<char[]> mText = std::make_unique<char[]>(kFontBufferSize);
+  uint64_t mSize = kFontBufferSize;
+};
+
+uint32_t openExistingDocument(GlobalStateInterface* state, FontBuffer& fontBuffer,
+                              int32_t* activatedOnOpen) {
+  const uint32_t result =
+      CallTamberlink(&TBKLoader::pfHandleOpenExistingDocument, state->activationProjectPath.c_str(),
+                     fontBuffer.data(), fontBuffer.size(), activatedOnOpen);
+  fontBuffer.Contain();
+  return result;
+}
+
+void resolveFonts(GlobalStateInterface* state, TBKCallTracker* tracker, FontBuffer& fontBuffer,
+                  int32_t* activatedByChoice) {
+  fontBuffer.Assign(state->fontsToResolve);
+  const uint32_t resolveResult =
+      CallTamberlink(&TBKLoader::pfInvokeResolveDialog, fontBuffer.data(), fontBuffer.size());
+  fontBuffer.Contain();
+  tracker->invokeResolveDialogCalled = true;
+  state->fontsToResolve.clear();
+  const bool chosen =
+      resolveResult == CoreErrorCodes::kSuccess || resolveResult == CoreErrorCodes::kItemNotHandled;
+  if (chosen && !fontBuffer.empty()) {
+    CallTamberlink(&TBKLoader::pfActivateChosenFonts, state->activationProjectPath.c_str(),
+                   fontBuffer.data(), activatedByChoice);
+  }
+}
+
+void showRestrictedFonts(GlobalStateInterface* state, TBKCallTracker* tracker,
+                         FontBuffer& fontBuffer) {
+  fontBuffer.Assign(state->restrictedFonts);
+  CallTamberlink(&TBKLoader::pfInvokeRestrictedFontsDialog, state->activationProjectPath.c_str(),
+                 fontBuffer.data());
+  tracker->invokeRestrictedFontsDialogCalled = true;
+  state->restrictedFonts.clear();
+}
+
+// The host finds a project's new fonts when it opens it. A project with unsaved changes stays open.
+void closeProjectUnlessDirty(GlobalStateInterface* state) {
+  _AEGP_Project** project = state->suiteHandlerManager->getProjectByIndex(0);
+  if (state->suiteHandlerManager->isProjectDirty(project)) return;
+  state->suiteHandlerManager->closeCurrentProject();
+  state->SetProjectIsReopening(true);
+}
+
+void activateFontsOfDocument(GlobalStateInterface* state, TBKCallTracker* tracker) {
+  FontBuffer fontBuffer;
+  int32_t activatedOnOpen = 0;
+  int32_t activatedByChoice = 0;
+  uint32_t result = openExistingDocument(state, fontBuffer, &activatedOnOpen);
+  if (result == CoreErrorCodes::kIndexOutOfRange) {
+    result = openExistingDocument(state, fontBuffer, &activatedOnOpen);
+  }
+  tracker->handleOpenExistingDocumentCalled = true;
+  if (result == CoreErrorCodes::kSuccess || result == CoreErrorCodes::kNotFound) {
+    if (!fontBuffer.empty()) state->fontsToResolve = fontBuffer.text();
+  } else if (result == CoreErrorCodes::kAlreadyInitialized) {
+    if (!fontBuffer.empty()) state->restrictedFonts = fontBuffer.text();
+  }
+  if (!state->fontsToResolve.empty()) {
+    resolveFonts(state, tracker, fontBuffer, &activatedByChoice);
+  }
+  if (!state->restrictedFonts.empty()) showRestrictedFonts(state, tracker, fontBuffer);
+  if (activatedOnOpen > 0 || activatedByChoice > 0) closeProjectUnlessDirty(state);
+}
+
+void updateFontList(GlobalStateInterface* state, TBKCallTracker* tracker) {
+  BackgroundForegroundSwitcher switcher;
+  switcher.backgroundForegroundApp(const_cast<char*>("AE_CApplication_13.5"));
+  tracker->backgroundForegroundAppCalled = true;
+  state->suiteHandlerManager->updateFontList();
+}
+
+A_Err reopenProject(GlobalStateInterface* state, TBKCallTracker* tracker) {
+  // The host has no current path: the first step closed the project.
+  const uint32_t error = state->projectPathUtils->openProject(state->suiteHandlerManager.get(),
+                                                              state->activationProjectPath);
+  tracker->openProjectCalled = true;
+  return static_cast<A_Err>(error);
+}
+
+}  // namespace
+
+A_Err runStepInFontActivationProcess(GlobalStateInterface* state, TBKCallTracker* tracker) {
+  const int32_t tick = state->ticksSinceActivationStart;
+  if (tick == kTickOfDocument) {
+    activateFontsOfDocument(state, tracker);
+  } else if (tick == kTickOfFontListUpdate) {
+    updateFontList(state, tracker);
+  } else if (tick == kTickOfReopening && state->ProjectIsReopening()) {
+    return reopenProject(state, tracker);
+  } else if (tick >= kTickOfEnd) {
+    state->SetProjectIsReopening(false);
+    state->endFontActivationProcess();
+  }
+  return A_Err_NONE;
+}
