@@ -62,7 +62,8 @@ ModalWindow* PortableWindow(id window) {
   const id exception = CocoaExceptionRaisedBy(
       [](void* context) {
         NSWindow* target = static_cast<NSWindow*>(context);
-        [target sendEvent:[NSApp escapeKeyEventForWindow:target]];
+        NSEvent* escape = [NSApp escapeKeyEventForWindow:target];
+        if (escape) [target sendEvent:escape];
       },
       window);
   if (!exception) return;
@@ -88,14 +89,15 @@ ModalWindow* PortableWindow(id window) {
 
 void SwizzleNSAppBeginModal() {
   const Class application = [NSApplication class];
-  method_exchangeImplementations(
-      class_getInstanceMethod(application, @selector(beginModalSessionForWindow:)),
-      class_getInstanceMethod(application, @selector(beginModalOverride:)));
+  const Method begin = class_getInstanceMethod(application, @selector(beginModalSessionForWindow:));
+  const Method override = class_getInstanceMethod(application, @selector(beginModalOverride:));
+  if (!begin || !override) return;
+  method_exchangeImplementations(begin, override);
 }
 
 bool isKindOfClass(ModalWindow* window, const char* className) {
-  const Class kind = NSClassFromString([NSString stringWithUTF8String:className]);
-  return [CocoaWindow(window) isKindOfClass:kind];
+  NSString* name = [NSString stringWithUTF8String:className];
+  return name && [CocoaWindow(window) isKindOfClass:NSClassFromString(name)];
 }
 
 std::string titleOf(ModalWindow* window) {

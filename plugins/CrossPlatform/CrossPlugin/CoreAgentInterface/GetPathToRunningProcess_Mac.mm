@@ -41,7 +41,9 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
   GetUsersAppDataDirectory(path);
   path += "/" + folderName + "/" + fileName;
   NSString* text = [NSString stringWithUTF8String:path.c_str()];
-  if (![[NSFileManager defaultManager] fileExistsAtPath:text]) return CoreErrorCodes::kUnknownError;
+  if (!text || ![[NSFileManager defaultManager] fileExistsAtPath:text]) {
+    return CoreErrorCodes::kUnknownError;
+  }
   std::ifstream stream(path, std::ios::binary);
   return ReadConfiguredValue(stream, key, value) ? CoreErrorCodes::kSuccess
                                                  : CoreErrorCodes::kUnknownError;
