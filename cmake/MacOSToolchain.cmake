@@ -2,17 +2,14 @@
 # platform/macos-sdk.
 
 set(llvm /usr/lib/llvm-14)
-file(GLOB libcxx_binaries /usr/lib/*/libc++.so.1)
-file(GLOB utf8cpp_DIR /usr/lib/*/cmake/utf8cpp)
 
-# The packages that are missing, before the build fails with less to say.
+# The packages that are missing, before CMake's own test of the compilers fails with less to say.
+set(packages clang lld llvm libc++-14-dev)
+set(files bin/clang bin/ld64.lld bin/llvm-lipo include/c++/v1/string)
 set(missing_packages "")
-foreach(needed
-    "clang:${llvm}/bin/clang" "lld:${llvm}/bin/ld64.lld" "llvm:${llvm}/bin/llvm-lipo"
-    "libc++-14-dev:${llvm}/include/c++/v1/string" "libc++abi-14-dev:${llvm}/include/c++/v1/cxxabi.h")
-  string(REGEX MATCH "^([^:]+):(.+)$" needed ${needed})
-  if(NOT EXISTS ${CMAKE_MATCH_2})
-    list(APPEND missing_packages ${CMAKE_MATCH_1})
+foreach(package file IN ZIP_LISTS packages files)
+  if(NOT EXISTS ${llvm}/${file})
+    list(APPEND missing_packages ${package})
   endif()
 endforeach()
 if(missing_packages)
@@ -38,13 +35,16 @@ foreach(language C CXX OBJC OBJCXX)
 endforeach()
 foreach(language CXX OBJCXX)
   set(CMAKE_${language}_COMPILER ${llvm}/bin/clang++)
-  string(APPEND CMAKE_${language}_FLAGS_INIT " -stdlib=libc++")
+  string(APPEND CMAKE_${language}_FLAGS_INIT " -stdlib=libc++ -isystem ${CMAKE_OSX_SYSROOT}/usr/include/c++/v1")
 endforeach()
-# CMake knows it of Apple's own Clang only.
+# CMake knows this option of Apple's own Clang only.
 set(CMAKE_OBJCXX_COMPILE_OPTIONS_VISIBILITY_INLINES_HIDDEN -fvisibility-inlines-hidden)
 set(CMAKE_INSTALL_NAME_TOOL ${llvm}/bin/llvm-install-name-tool)
 set(CMAKE_MODULE_LINKER_FLAGS_INIT -fuse-ld=lld)
 
-# Nothing built here can run, and the C library has the threads.
+# Debian's headers of utfcpp. They lie beside those of Debian's own architecture, where CMake doesn't look for macOS.
+file(GLOB utf8cpp_DIR /usr/lib/*/cmake/utf8cpp)
+
+# Nothing built here can run, and macOS has the threads in its C library.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 set(CMAKE_HAVE_LIBC_PTHREAD TRUE)

@@ -19,7 +19,6 @@ __BEGIN_DECLS
 int isalnum(int);
 int isalpha(int);
 int isascii(int);
-int isblank(int);
 int iscntrl(int);
 int isdigit(int);
 int isgraph(int);

@@ -1,11 +1,11 @@
 #pragma once
 
-#ifdef __cplusplus
-extern "C"
-#else
-extern
-#endif
+#include <sys/cdefs.h>
+
+__BEGIN_DECLS
 int* __error(void);
+__END_DECLS
+
 #define errno (*__error())
 
 #define EPERM 1

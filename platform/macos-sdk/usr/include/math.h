@@ -8,17 +8,17 @@
 #define signbit(x) __builtin_signbit(x)
 
 // Each function for double, float and long double.
-#define __MATH_1(name)        \
-  double name(double);        \
-  float name##f(float);       \
+#define __MATH_1(name)  \
+  double name(double);  \
+  float name##f(float); \
   long double name##l(long double)
-#define __MATH_2(name)           \
-  double name(double, double);   \
-  float name##f(float, float);   \
+#define __MATH_2(name)         \
+  double name(double, double); \
+  float name##f(float, float); \
   long double name##l(long double, long double)
-#define __MATH_WITH(type, name)     \
-  double name(double, type);        \
-  float name##f(float, type);       \
+#define __MATH_WITH(type, name) \
+  double name(double, type);    \
+  float name##f(float, type);   \
   long double name##l(long double, type)
 #define __MATH_TO(type, name) \
   type name(double);          \
@@ -50,8 +50,6 @@ __MATH_1(log1p);
 __MATH_1(log2);
 __MATH_1(logb);
 __MATH_1(nearbyint);
-__MATH_1(rint);
-__MATH_1(round);
 __MATH_1(sin);
 __MATH_1(sinh);
 __MATH_1(sqrt);
@@ -60,7 +58,6 @@ __MATH_1(tanh);
 __MATH_1(tgamma);
 __MATH_1(trunc);
 __MATH_2(atan2);
-__MATH_2(copysign);
 __MATH_2(fdim);
 __MATH_2(fmax);
 __MATH_2(fmin);
@@ -70,22 +67,13 @@ __MATH_2(nextafter);
 __MATH_2(pow);
 __MATH_2(remainder);
 __MATH_TO(int, ilogb);
-__MATH_TO(long, lrint);
-__MATH_TO(long, lround);
-__MATH_TO(long long, llrint);
-__MATH_TO(long long, llround);
 __MATH_WITH(int*, frexp);
 __MATH_WITH(int, ldexp);
 __MATH_WITH(int, scalbn);
 __MATH_WITH(long, scalbln);
 __MATH_WITH(long double, nexttoward);
-double fma(double, double, double);
-float fmaf(float, float, float);
-long double fmal(long double, long double, long double);
-double modf(double, double*);
 float modff(float, float*);
 long double modfl(long double, long double*);
-double remquo(double, double, int*);
 float remquof(float, float, int*);
 long double remquol(long double, long double, int*);
 __END_DECLS

@@ -19,10 +19,11 @@ __PTHREAD_TYPE(pthread_mutex_t, 56);
 __PTHREAD_TYPE(pthread_mutexattr_t, 8);
 __PTHREAD_TYPE(pthread_once_t, 8);
 
+// clang-format off
 #define PTHREAD_COND_INITIALIZER {0x3CB0B1BB, {0}}
 #define PTHREAD_MUTEX_INITIALIZER {0x32AAABA7, {0}}
 #define PTHREAD_ONCE_INIT {0x30B1BCBA, {0}}
-
+// clang-format on
 #define PTHREAD_MUTEX_RECURSIVE 2
 
 __BEGIN_DECLS

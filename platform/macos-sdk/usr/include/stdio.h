@@ -8,34 +8,22 @@
 #define SEEK_SET 0
 #define SEEK_CUR 1
 #define SEEK_END 2
-#define BUFSIZ 1024
 
 typedef struct __sFILE FILE;
-typedef off_t fpos_t;
 
 __BEGIN_DECLS
-extern FILE* __stdinp;
-extern FILE* __stdoutp;
-extern FILE* __stderrp;
-#define stdin __stdinp
-#define stdout __stdoutp
-#define stderr __stderrp
-
 int fclose(FILE*);
 int fflush(FILE*);
 FILE* fdopen(int, const char*);
 FILE* fopen(const char*, const char*);
-int fprintf(FILE*, const char*, ...) __attribute__((format(printf, 2, 3)));
 size_t fread(void*, size_t, size_t, FILE*);
-int fseeko(FILE*, off_t, int);
 int fseek(FILE*, long, int);
+int fseeko(FILE*, off_t, int);
 off_t ftello(FILE*);
 size_t fwrite(const void*, size_t, size_t, FILE*);
 int printf(const char*, ...) __attribute__((format(printf, 1, 2)));
 int remove(const char*);
 int snprintf(char*, size_t, const char*, ...) __attribute__((format(printf, 3, 4)));
 int sscanf(const char*, const char*, ...) __attribute__((format(scanf, 2, 3)));
-int ungetc(int, FILE*);
-int getc(FILE*);
 int vsnprintf(char*, size_t, const char*, va_list) __attribute__((format(printf, 3, 0)));
 __END_DECLS

@@ -14,8 +14,6 @@ struct tm {
 };
 
 __BEGIN_DECLS
-struct tm* gmtime(const time_t*);
 int nanosleep(const struct timespec*, struct timespec*);
-size_t strftime(char*, size_t, const char*, const struct tm*);
 time_t time(time_t*);
 __END_DECLS

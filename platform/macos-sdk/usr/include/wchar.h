@@ -1,6 +1,5 @@
 #pragma once
 
-#include <stdarg.h>
 #include <stddef.h>
 #include <sys/cdefs.h>
 
@@ -13,25 +12,13 @@ typedef __mbstate_t mbstate_t;
 
 #define WEOF ((wint_t)-1)
 
-struct tm;
-
 __BEGIN_DECLS
 wchar_t* wcschr(const wchar_t*, wchar_t);
-int wcscmp(const wchar_t*, const wchar_t*);
-size_t wcslen(const wchar_t*);
 wchar_t* wcspbrk(const wchar_t*, const wchar_t*);
 wchar_t* wcsrchr(const wchar_t*, wchar_t);
 wchar_t* wcsstr(const wchar_t*, const wchar_t*);
 wchar_t* wmemchr(const wchar_t*, wchar_t, size_t);
-int wmemcmp(const wchar_t*, const wchar_t*, size_t);
 wchar_t* wmemcpy(wchar_t*, const wchar_t*, size_t);
 wchar_t* wmemmove(wchar_t*, const wchar_t*, size_t);
 wchar_t* wmemset(wchar_t*, wchar_t, size_t);
-float wcstof(const wchar_t*, wchar_t**);
-double wcstod(const wchar_t*, wchar_t**);
-long double wcstold(const wchar_t*, wchar_t**);
-long wcstol(const wchar_t*, wchar_t**, int);
-long long wcstoll(const wchar_t*, wchar_t**, int);
-unsigned long wcstoul(const wchar_t*, wchar_t**, int);
-unsigned long long wcstoull(const wchar_t*, wchar_t**, int);
 __END_DECLS

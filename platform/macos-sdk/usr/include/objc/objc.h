@@ -14,7 +14,7 @@
 typedef struct objc_class* Class;
 typedef struct objc_object {
   Class _Nonnull isa;
-}* id;
+} * id;
 typedef struct objc_selector* SEL;
 typedef void (*IMP)(void);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Availability.h>
 #import <Foundation/Foundation.h>
 
 #define APPKIT_EXTERN OBJC_EXPORT
@@ -13,7 +14,8 @@ typedef struct _NSModalSession* NSModalSession;
 typedef NS_OPTIONS(NSUInteger, NSApplicationActivationOptions) {
   NSApplicationActivateAllWindows = 1 << 0,
   NSApplicationActivateIgnoringOtherApps API_DEPRECATED(
-      "ignoringOtherApps is deprecated in macOS 14 and will have no effect.", macos(10.6, 14.0)) = 1 << 1,
+      "ignoringOtherApps is deprecated in macOS 14 and will have no effect.",
+      macos(10.6, 14.0)) = 1 << 1,
 };
 typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) { NSEventModifierFlagShift = 1 << 17 };
 typedef NS_ENUM(NSUInteger, NSEventType) { NSEventTypeKeyDown = 10 };
@@ -49,18 +51,17 @@ APPKIT_EXTERN __kindof NSApplication* _Null_unspecified NSApp;
 @end
 
 @interface NSRunningApplication : NSObject
-@property(readonly) pid_t processIdentifier API_AVAILABLE(macos(10.6));
-@property(nullable, readonly, copy) NSURL* executableURL API_AVAILABLE(macos(10.6));
-+ (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier
-    API_AVAILABLE(macos(10.6));
-+ (nullable instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid API_AVAILABLE(macos(10.6));
-- (BOOL)activateWithOptions:(NSApplicationActivationOptions)options API_AVAILABLE(macos(10.6));
+@property(readonly) pid_t processIdentifier;
+@property(nullable, readonly, copy) NSURL* executableURL;
++ (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier;
++ (nullable instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid;
+- (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
 @end
 
 @interface NSWorkspace : NSObject
 @property(class, readonly, strong) NSWorkspace* sharedWorkspace;
-@property(readonly, copy) NSArray<NSRunningApplication*>* runningApplications API_AVAILABLE(macos(10.6));
-@property(nullable, readonly, strong) NSRunningApplication* frontmostApplication API_AVAILABLE(macos(10.7));
+@property(readonly, copy) NSArray<NSRunningApplication*>* runningApplications;
+@property(nullable, readonly, strong) NSRunningApplication* frontmostApplication;
 @end
 
 #pragma clang assume_nonnull end

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <Availability.h>
 #include <MacTypes.h>
 
 #ifdef __cplusplus
@@ -9,18 +8,20 @@
 #define CF_EXPORT extern
 #endif
 
-// The class of Objective-C that the reference is, too.
+// The Objective-C class of the same objects.
 #define CF_BRIDGED_TYPE(type) __attribute__((objc_bridge(type)))
 #define CF_BRIDGED_MUTABLE_TYPE(type) __attribute__((objc_bridge_mutable(type)))
 
+// clang-format off
 #define CF_ENUM(type, name) enum name : type name; enum name : type
 #ifdef __cplusplus
 #define CF_OPTIONS(type, name) type name; enum : type
 #else
 #define CF_OPTIONS CF_ENUM
 #endif
+// clang-format on
 
-// What is named after "Create" or "Copy" gives a reference that is the caller's to release.
+// Functions named "Create" or "Copy" give a reference that is the caller's to release.
 #pragma clang arc_cf_code_audited begin
 
 typedef long CFIndex;
@@ -46,27 +47,28 @@ typedef CF_ENUM(CFStringEncoding, CFStringBuiltInEncodings) {
 };
 typedef CF_ENUM(CFIndex, CFURLPathStyle) { kCFURLPOSIXPathStyle = 0 };
 
-// Both are null: the default allocator of the thread, and the system's.
 CF_EXPORT const CFAllocatorRef kCFAllocatorDefault;
 CF_EXPORT const CFAllocatorRef kCFAllocatorSystemDefault;
-CF_EXPORT const CFCalendarIdentifier kCFGregorianCalendar API_AVAILABLE(macos(10.4));
+CF_EXPORT const CFCalendarIdentifier kCFGregorianCalendar;
 CF_EXPORT const CFTimeInterval kCFAbsoluteTimeIntervalSince1970;
-CF_EXPORT const CFStringRef kCFURLContentModificationDateKey API_AVAILABLE(macos(10.6));
+CF_EXPORT const CFStringRef kCFURLContentModificationDateKey;
 
 CF_EXPORT CFTypeID CFGetTypeID(CFTypeRef object);
 CF_EXPORT void CFRelease(CFTypeRef object);
 
 #define CFSTR(text) ((CFStringRef)__builtin___CFStringMakeConstantString("" text ""))
 CF_EXPORT CFTypeID CFStringGetTypeID(void);
-CF_EXPORT CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding);
+CF_EXPORT CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text,
+                                                CFStringEncoding encoding);
 CF_EXPORT CFIndex CFStringGetLength(CFStringRef text);
 CF_EXPORT CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
-CF_EXPORT Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size, CFStringEncoding encoding);
+CF_EXPORT Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size,
+                                     CFStringEncoding encoding);
 
-CF_EXPORT CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef allocator, CFStringRef path, CFURLPathStyle style,
-                                                 Boolean isDirectory);
-CF_EXPORT Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* value, CFErrorRef* error)
-    API_AVAILABLE(macos(10.6));
+CF_EXPORT CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef allocator, CFStringRef path,
+                                                 CFURLPathStyle style, Boolean isDirectory);
+CF_EXPORT Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* value,
+                                                  CFErrorRef* error);
 
 CF_EXPORT CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef url);
 CF_EXPORT CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key);
@@ -74,11 +76,12 @@ CF_EXPORT void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRe
 
 CF_EXPORT CFAbsoluteTime CFAbsoluteTimeGetCurrent(void);
 CF_EXPORT CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date);
-CF_EXPORT CFTimeZoneRef CFTimeZoneCreateWithName(CFAllocatorRef allocator, CFStringRef name, Boolean tryAbbreviation);
-CF_EXPORT CFCalendarRef CFCalendarCreateWithIdentifier(CFAllocatorRef allocator, CFCalendarIdentifier identifier)
-    API_AVAILABLE(macos(10.4));
-CF_EXPORT void CFCalendarSetTimeZone(CFCalendarRef calendar, CFTimeZoneRef zone) API_AVAILABLE(macos(10.4));
-CF_EXPORT Boolean CFCalendarDecomposeAbsoluteTime(CFCalendarRef calendar, CFAbsoluteTime time, const char* components,
-                                                  ...) API_AVAILABLE(macos(10.4));
+CF_EXPORT CFTimeZoneRef CFTimeZoneCreateWithName(CFAllocatorRef allocator, CFStringRef name,
+                                                 Boolean tryAbbreviation);
+CF_EXPORT CFCalendarRef CFCalendarCreateWithIdentifier(CFAllocatorRef allocator,
+                                                       CFCalendarIdentifier identifier);
+CF_EXPORT void CFCalendarSetTimeZone(CFCalendarRef calendar, CFTimeZoneRef zone);
+CF_EXPORT Boolean CFCalendarDecomposeAbsoluteTime(CFCalendarRef calendar, CFAbsoluteTime time,
+                                                  const char* components, ...);
 
 #pragma clang arc_cf_code_audited end

@@ -11,5 +11,4 @@ typedef struct UTCDateTime {
 } UTCDateTime;
 #pragma pack(pop)
 
-CF_EXPORT OSStatus UCConvertCFAbsoluteTimeToUTCDateTime(CFAbsoluteTime time, UTCDateTime* dateTime)
-    API_AVAILABLE(macos(10.2));
+CF_EXPORT OSStatus UCConvertCFAbsoluteTimeToUTCDateTime(CFAbsoluteTime time, UTCDateTime* dateTime);

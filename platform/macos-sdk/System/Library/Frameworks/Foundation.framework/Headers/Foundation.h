@@ -60,8 +60,7 @@ FOUNDATION_EXPORT const NSPoint NSZeroPoint;
 
 FOUNDATION_EXPORT Class _Nullable NSClassFromString(NSString* name);
 FOUNDATION_EXPORT void NSLog(NSString* format, ...) NS_FORMAT_FUNCTION(1, 2);
-FOUNDATION_EXPORT NSArray<NSString*>* NSSearchPathForDirectoriesInDomains(NSSearchPathDirectory directory,
-                                                                          NSSearchPathDomainMask domains,
-                                                                          BOOL expandTilde);
+FOUNDATION_EXPORT NSArray<NSString*>* NSSearchPathForDirectoriesInDomains(
+    NSSearchPathDirectory directory, NSSearchPathDomainMask domains, BOOL expandTilde);
 
 #pragma clang assume_nonnull end
