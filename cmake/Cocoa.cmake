@@ -4,8 +4,14 @@
 add_library(cocoa INTERFACE)
 
 if(APPLE)
-  enable_language(OBJC)
-  enable_language(OBJCXX)
+  # CMake knows Clang's standards, and its own choice would come behind an option of a target.
+  set(CMAKE_OBJC_STANDARD 11)
+  set(CMAKE_OBJCXX_STANDARD ${CMAKE_CXX_STANDARD})
+  foreach(language OBJC OBJCXX)
+    set(CMAKE_${language}_STANDARD_REQUIRED ON)
+    set(CMAKE_${language}_EXTENSIONS OFF)
+    enable_language(${language})
+  endforeach()
   target_compile_options(cocoa INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fno-objc-arc>)
   target_link_libraries(cocoa INTERFACE "-framework Cocoa" "-framework CoreServices")
 else()
@@ -57,7 +63,9 @@ else()
   endfunction()
   gnustep_flags(objc-flags "^-(D|f|pthread)" compile_flags)
   gnustep_flags(gui-libs "^-l" libraries)
-  target_compile_options(cocoa INTERFACE "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${compile_flags}>")
+  # CMake doesn't know GCC's standards of these languages.
+  target_compile_options(cocoa INTERFACE "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${compile_flags}>"
+    $<$<COMPILE_LANGUAGE:OBJC>:-std=c11> $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++${CMAKE_CXX_STANDARD}>)
   target_include_directories(cocoa SYSTEM INTERFACE
     ${PROJECT_SOURCE_DIR}/tests/cocoa-support/include ${GNUSTEP_HEADERS})
   # The plug-in itself leaves what CoreFoundation is to give undefined, as it comes with the process on macOS.
@@ -69,6 +77,3 @@ endif()
 foreach(language OBJC OBJCXX)
   set(CMAKE_${language}_VISIBILITY_PRESET hidden)
 endforeach()
-# CMake doesn't know GCC's standards of these languages.
-target_compile_options(cocoa INTERFACE
-  $<$<COMPILE_LANGUAGE:OBJC>:-std=c11> $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++${CMAKE_CXX_STANDARD}>)

@@ -1,11 +1,25 @@
 # The bundle as After Effects on macOS loads it: a module with an Info.plist and a resource that names the entry point.
 
-set(AE_SDK_PATH "" CACHE PATH "The After Effects SDK: the folder that holds Examples")
-
 # typelark_plugin_bundle(TARGET RESOURCES)
 #
 # Makes the module TARGET the bundle TARGET.plugin. RESOURCES is the folder of Info.plist.in and TARGET.r.
 function(typelark_plugin_bundle target resources)
+  set_target_properties(${target} PROPERTIES
+    BUNDLE ON
+    BUNDLE_EXTENSION plugin
+    MACOSX_BUNDLE_INFO_PLIST ${resources}/Info.plist.in)
+  # The version in Info.plist is the project's.
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
+    ${resources}/Info.plist.in ${PROJECT_SOURCE_DIR}/CMakeLists.txt)
+  if(CMAKE_HOST_APPLE)
+    typelark_plugin_resource_and_signature(${target} ${resources})
+  else()
+    target_link_libraries(${target} PRIVATE macos-sdk)
+    message(NOTICE "${target}.plugin is built without its resource and without a signature: Rez and codesign are macOS's.")
+  endif()
+endfunction()
+
+function(typelark_plugin_resource_and_signature target resources)
   set(resource_types "${AE_SDK_PATH}/Examples/Resources")
   if(NOT EXISTS "${resource_types}/AE_General.r")
     message(FATAL_ERROR "${target}.plugin needs the types of the host's resources, which come with the After Effects SDK. "
@@ -15,19 +29,13 @@ function(typelark_plugin_bundle target resources)
   find_program(REZ Rez REQUIRED)
   find_program(CODESIGN codesign REQUIRED)
 
-  set_target_properties(${target} PROPERTIES
-    BUNDLE ON
-    BUNDLE_EXTENSION plugin
-    MACOSX_BUNDLE_INFO_PLIST ${resources}/Info.plist.in)
   set(bundle $<TARGET_BUNDLE_DIR:${target}>)
   add_custom_command(TARGET ${target} POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E make_directory ${bundle}/Contents/Resources
     COMMAND ${REZ} -useDF -d __MACH__ -i ${resource_types} -i ${AE_SDK_PATH}/Examples/Headers
       -o ${bundle}/Contents/Resources/${target}.rsrc ${resources}/${target}.r
     # Signed anew, now that the bundle is whole: processors of one of the two architectures run nothing unsigned.
-    COMMAND ${CODESIGN} --force --sign - ${bundle}
+    COMMAND ${CODESIGN} --force --options runtime --sign - ${bundle}
     VERBATIM)
-  # The version in Info.plist is the project's.
-  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
-    ${resources}/${target}.r ${resources}/Info.plist.in ${PROJECT_SOURCE_DIR}/CMakeLists.txt)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${resources}/${target}.r)
 endfunction()

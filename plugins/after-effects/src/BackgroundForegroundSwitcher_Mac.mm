@@ -22,6 +22,7 @@ int GetFrontProcessID(int& pid) {
 int GetProcessID(const char* bundle_id, int& pid) {
   const GScopedManagedMemory scope;
   NSString* identifier = [NSString stringWithUTF8String:bundle_id];
+  if (!identifier) return kNoSuchApplication;
   NSRunningApplication* first =
       [[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] firstObject];
   if (!first) return kNoSuchApplication;

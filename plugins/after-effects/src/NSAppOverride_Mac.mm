@@ -47,7 +47,7 @@ IMP HiddenOverride() {
   IMP hidden = nullptr;
   unsigned int count = 0;
   Method* const methods = class_copyMethodList(application, &count);
-  for (unsigned int index = 0; index < count && !hidden; ++index) {
+  for (unsigned int index = 0; methods && index < count && !hidden; ++index) {
     if (methods[index] == visible || !sel_isEqual(method_getName(methods[index]), name)) continue;
     hidden = method_getImplementation(methods[index]);
   }
@@ -90,7 +90,8 @@ NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
   const id exception = CocoaExceptionRaisedBy(
       [](void* context) {
         NSWindow* target = static_cast<NSWindow*>(context);
-        [target sendEvent:[NSApp escapeKeyEventForWindow:target]];
+        NSEvent* escape = [NSApp escapeKeyEventForWindow:target];
+        if (escape) [target sendEvent:escape];
       },
       window);
   if (!exception) return;
@@ -100,6 +101,7 @@ NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
 
 - (NSEvent*)escapeKeyEventForWindow:(NSWindow*)window {
   NSString* escape = [NSString stringWithUTF8String:modal_window::kEscapeCharacters];
+  if (!escape) return nil;
   return [NSEvent keyEventWithType:kKeyDown
                           location:NSZeroPoint
                      modifierFlags:0
@@ -120,6 +122,7 @@ void SwizzleNSAppBeginModal() {
   const Class application = [NSApplication class];
   const Method begin = class_getInstanceMethod(application, @selector(beginModalSessionForWindow:));
   const Method override = class_getInstanceMethod(application, @selector(beginModalOverride:));
+  if (!begin || !override) return;
   const IMP hidden = HiddenOverride();
   sBeginModalSession = reinterpret_cast<BeginModalSession>(method_getImplementation(begin));
   // The method may be that of a copy that was loaded later.
@@ -131,8 +134,8 @@ void SwizzleNSAppBeginModal() {
 namespace modal_window {
 
 bool isKindOfClass(Window* window, const char* className) {
-  const Class kind = NSClassFromString([NSString stringWithUTF8String:className]);
-  return [CocoaWindow(window) isKindOfClass:kind];
+  NSString* name = [NSString stringWithUTF8String:className];
+  return name && [CocoaWindow(window) isKindOfClass:NSClassFromString(name)];
 }
 
 std::string titleOf(Window* window) {

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <objc/objc.h>
+
+@class NSString;
+
+@protocol NSObject
+- (BOOL)isKindOfClass:(Class)kind;
+- (instancetype)retain;
+- (oneway void)release;
+- (instancetype)autorelease;
+@property(readonly, copy) NSString* description;
+@end
+
+__attribute__((objc_root_class))
+@interface NSObject<NSObject> {
+  Class isa;
+}
++ (instancetype)alloc;
++ (Class)class;
+- (instancetype)init;
+@end
