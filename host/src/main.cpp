@@ -254,8 +254,9 @@ void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
       ->check(CLI::Range(1, 86400));
   command.add_flag("--keep", options.keep, "Keeps the session folders and says where they are");
   command.add_flag("--strict", options.strict, "Lets warnings fail a session");
-  std::vector<std::string> names;
-  for (const host::FindingKind& kind : host::kFindingKinds) names.emplace_back(kind.name);
+  std::vector<std::string> names(host::kFindingKinds.size());
+  std::transform(host::kFindingKinds.begin(), host::kFindingKinds.end(), names.begin(),
+                 [](const host::FindingKind& kind) { return std::string(kind.name); });
   command.add_option("--allow", allowed, "Leaves out a finding, by its name")
       ->allow_extra_args(false)
       ->check(CLI::IsMember(names).description(""));

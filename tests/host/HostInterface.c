@@ -8,4 +8,3 @@
 _Static_assert(sizeof(A_UTF16Char) == 2 && sizeof(A_FpLong) == 8, "base types");
 _Static_assert(sizeof(AEGP_MenuID) == 1 && sizeof(AEGP_WindowType) == 1, "enumerations of old");
 _Static_assert((AEGP_HookPriority)-1 > 0, "priorities are unsigned");
-_Static_assert(AEGP_MENU_INSERT_AT_BOTTOM == -1 && AEGP_MENU_INSERT_AT_TOP == 0, "menu places");

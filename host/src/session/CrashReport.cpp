@@ -15,7 +15,7 @@ namespace host {
 namespace {
 
 constexpr int kMostFrames = 64;
-constexpr size_t kStackSize = 64 * 1024;
+constexpr size_t kStackSize = size_t{64} * 1024;
 
 int reportDescriptor = -1;
 // For a crash that was an overflow of the stack.

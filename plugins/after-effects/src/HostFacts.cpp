@@ -64,11 +64,17 @@ HOST_FACT(AEGP_PersistentDataSuite4, AEGP_GetString, 8, Blob, Text, Text, Text, 
 
 #undef HOST_FACT
 
-static_assert(AEGP_Menu_WINDOW == 7);
-static_assert(AEGP_MENU_INSERT_SORTED == -2);
-static_assert(AEGP_HP_BeforeAE == 1);
-static_assert(AEGP_Command_ALL == 0);
-static_assert(A_Err_NONE == 0);
+// Macros or enumerators.
+constexpr int kWindowMenu = AEGP_Menu_WINDOW;
+constexpr int kSorted = AEGP_MENU_INSERT_SORTED;
+constexpr int kBeforeHost = AEGP_HP_BeforeAE;
+constexpr int kAllCommands = AEGP_Command_ALL;
+constexpr int kNoError = A_Err_NONE;
+static_assert(kWindowMenu == 7);
+static_assert(kSorted == -2);
+static_assert(kBeforeHost == 1);
+static_assert(kAllCommands == 0);
+static_assert(kNoError == 0);
 static_assert(std::is_same_v<A_Err, int32_t>);
 
 }  // namespace

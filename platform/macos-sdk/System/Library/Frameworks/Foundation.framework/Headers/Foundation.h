@@ -40,11 +40,6 @@ FOUNDATION_EXPORT const NSPoint NSZeroPoint;
 @interface NSException : NSObject
 @end
 
-@interface NSFileManager : NSObject
-@property(class, readonly, strong) NSFileManager* defaultManager;
-- (BOOL)fileExistsAtPath:(NSString*)path;
-@end
-
 @interface NSString : NSObject
 + (nullable instancetype)stringWithUTF8String:(const char*)text;
 - (nullable instancetype)initWithUTF8String:(const char*)text;
