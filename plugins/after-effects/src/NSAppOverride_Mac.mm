@@ -117,7 +117,7 @@ NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
 @end
 
 void SwizzleNSAppBeginModal() {
-  // A second exchange would undo the first.
+  // A second time would make the override its own successor.
   if (sBeginModalSession) return;
   const Class application = [NSApplication class];
   const Method begin = class_getInstanceMethod(application, @selector(beginModalSessionForWindow:));
