@@ -155,8 +155,9 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   if (!mAppenders.empty()) {
     static std::vector<char> sStringBuffer(256);  // guarded by mAppendersLock, never shrinks
     FormatMessage(sStringBuffer, format, arguments);
-    const std::string line =
-        "[" + GDateTime().GetAsISO8601String(true) + "]\t" + sStringBuffer.data() + "\n";
+    std::string line = "[";
+    line.append(GDateTime().GetAsISO8601String(true)).append("]\t");
+    line.append(sStringBuffer.data()).append("\n");
     for (const auto& [key, appender] : mAppenders) appender->Append(line);
   }
 

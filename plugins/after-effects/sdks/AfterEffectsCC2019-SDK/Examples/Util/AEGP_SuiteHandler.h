@@ -11,8 +11,8 @@
 /// Caches the host's suites. An accessor acquires its suite at the first call; later calls are one
 /// test and one load. The destructor releases what was acquired, so that no suite outlives it.
 ///
-/// An accessor throws the `int` 516 if the host refuses the suite, and tries again at the next call.
-/// For one thread.
+/// An accessor throws the `int` 516 if the host refuses the suite, and tries again at the next
+/// call. For one thread.
 class AEGP_SuiteHandler {
  public:
   /// Doesn't own `basic`. Throws the `int` 516 for null.
