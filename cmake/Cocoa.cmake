@@ -1,5 +1,5 @@
-# Cocoa for the macOS halves: the real one on macOS. Elsewhere GNUstep, an independent implementation of Foundation and
-# AppKit; what CoreFoundation adds to it lies below tests, and the halves see its headers under the names of macOS.
+# Gives the macOS halves Cocoa. On macOS it is the real one. Elsewhere it is GNUstep, an independent implementation of
+# Foundation and AppKit. `tests/cocoa-support` adds CoreFoundation, with headers under their names of macOS.
 
 add_library(cocoa INTERFACE)
 
@@ -15,7 +15,7 @@ if(APPLE)
   target_compile_options(cocoa INTERFACE $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fno-objc-arc>)
   target_link_libraries(cocoa INTERFACE "-framework Cocoa" "-framework CoreServices")
 else()
-  # The packages that are missing, before CMake's own test of the compilers fails with less to say.
+  # Name the missing packages before CMake tests the compilers: its own errors say less.
   set(missing_packages "")
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-prog-name=cc1objplus
     OUTPUT_VARIABLE objcxx OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -53,7 +53,7 @@ else()
   enable_language(OBJC)
   enable_language(OBJCXX)
 
-  # Its own choice of warnings and optimisation stays out, and so do folders of headers that aren't there.
+  # Leave out GNUstep's choice of warnings and optimization, and its folders of headers that don't exist.
   function(gnustep_flags kind pattern variable)
     execute_process(COMMAND ${GNUSTEP_CONFIG} --${kind} OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE
       COMMAND_ERROR_IS_FATAL ANY)
@@ -68,8 +68,8 @@ else()
     $<$<COMPILE_LANGUAGE:OBJC>:-std=c11> $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++${CMAKE_CXX_STANDARD}>)
   target_include_directories(cocoa SYSTEM INTERFACE
     ${PROJECT_SOURCE_DIR}/tests/cocoa-support/include ${GNUSTEP_HEADERS})
-  # The plug-in itself leaves what CoreFoundation is to give undefined, as it comes with the process on macOS.
-  # In front of GNUstep, where it has something else than macOS.
+  # The plug-in's module leaves CoreFoundation's symbols undefined: the process gives them to it, as on macOS.
+  # `cocoa-support` precedes GNUstep's libraries, so that it replaces functions of theirs that differ from macOS.
   target_link_libraries(cocoa INTERFACE
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:cocoa-support> ${libraries})
 endif()

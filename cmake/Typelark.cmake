@@ -1,5 +1,4 @@
-# What every target of this tree shares: warnings, sanitizers, and the two kinds of target that
-# the tree is made of.
+# Defines what every target shares: warnings, sanitizers, the linker, and the kind of library that the tree consists of.
 
 set(TYPELARK_SANITIZE "" CACHE STRING "Value for -fsanitize=, empty for none")
 option(TYPELARK_FUZZ "Build the fuzz targets with libFuzzer (needs Clang)" OFF)
@@ -7,7 +6,7 @@ option(TYPELARK_FUZZ "Build the fuzz targets with libFuzzer (needs Clang)" OFF)
 if(APPLE)
   set(TYPELARK_PLATFORM Mac)
 else()
-  set(TYPELARK_PLATFORM Linux CACHE STRING "Whose halves are built: Linux, or Mac against GNUstep")
+  set(TYPELARK_PLATFORM Linux CACHE STRING "The platform whose halves to build: Linux, or Mac against GNUstep")
 endif()
 
 add_library(typelark-options INTERFACE)
@@ -19,7 +18,7 @@ if(TYPELARK_SANITIZE)
   target_link_options(typelark-options INTERFACE -fsanitize=${TYPELARK_SANITIZE})
 endif()
 
-# lld links several times faster than the compilers' default. It can't read GCC's objects for optimization across units.
+# lld links several times faster than the default linker. It can't optimize GCC's objects across units.
 find_program(TYPELARK_LLD ld.lld)
 if(TYPELARK_LLD AND NOT APPLE)
   set(across_units $<AND:$<CONFIG:Release>,$<BOOL:$<TARGET_PROPERTY:INTERPROCEDURAL_OPTIMIZATION_RELEASE>>>)
@@ -28,8 +27,8 @@ endif()
 
 # typelark_object_library(NAME SOURCES ... INCLUDES ... LIBRARIES ...)
 #
-# The libraries are object libraries: from an archive the linker drops the static objects that
-# nothing refers to, and they have to be built at load.
+# Adds an object library. From an archive the linker would drop the static objects that nothing refers to, and they have to
+# be built at load.
 function(typelark_object_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;INCLUDES;LIBRARIES" ${ARGN})
   add_library(${name} OBJECT ${ARG_SOURCES})

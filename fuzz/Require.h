@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the process with a message when a property of the code under test doesn't hold.
+/// Aborts with a message if a property of the code under test doesn't hold.
 inline void Require(bool holds, const char* property) {
   if (holds) return;
   std::fprintf(stderr, "Violated: %s\n", property);

@@ -5,8 +5,8 @@
 #include "GDateTime.h"
 #include "Require.h"
 
-// Input: a text. What is refused changes nothing; what is read is within the bounds, and is written
-// as a text that reads back.
+// Input: a text. A refused text leaves the value unchanged. The fields of an accepted one are
+// within their bounds, and the value writes a text that reads back.
 
 namespace {
 
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   GDateTime value = GDateTime::kMaxDateTime;
   if (value.SetFromISO8601String(text) != 0) {
     Require(value.GetSDateTime() == GDateTime::kMaxDateTime.GetSDateTime(),
-            "a refused text leaves the value alone");
+            "a refused text leaves the value unchanged");
     return 0;
   }
 
@@ -36,8 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Require(text.empty() ? value.IsEmpty() : IsWithinBounds(fields), "fields are within the bounds");
 
   const std::string written = value.GetAsISO8601String(true);
-  Require(written.size() == (text.empty() ? 0 : 24), "what is written has one width");
-  Require(written.substr(0, 10) == value.GetAsISO8601String(false), "both forms have one date");
-  Require(GDateTime(written).GetSDateTime() == fields, "what is written reads back");
+  Require(written.size() == (text.empty() ? 0 : 24), "a written text has 24 characters, or none");
+  Require(written.substr(0, 10) == value.GetAsISO8601String(false),
+          "both forms begin with the same date");
+  Require(GDateTime(written).GetSDateTime() == fields, "a written text reads back");
   return 0;
 }

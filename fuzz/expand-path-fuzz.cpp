@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string read = path.substr(0, path.find('\0'));
 
   std::string expanded = path;
-  Require(GFileSystem::OSExpandPath(expanded) == 0, "every path can be expanded");
-  Require(expanded.find('\0') == std::string::npos, "nothing behind a NUL is read");
+  Require(GFileSystem::OSExpandPath(expanded) == 0, "every path expands");
+  Require(expanded.find('\0') == std::string::npos, "the path ends at its first NUL");
   Require(utf8::is_valid(expanded), "an expanded path is UTF-8");
   if (!read.starts_with("~") && utf8::is_valid(read)) {
     Require(expanded == read, "UTF-8 without a tilde stays as it is");
@@ -28,6 +28,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   std::string again = expanded;
   Require(GFileSystem::OSExpandPath(again) == 0 && again == expanded,
-          "an expanded path has nothing left to expand");
+          "expanding a second time changes nothing");
   return 0;
 }

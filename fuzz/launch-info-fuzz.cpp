@@ -6,13 +6,13 @@
 #include "GetPathToRunningProcess.h"
 #include "Require.h"
 
-// Input: the text of a launch-info file. The model cuts the text apart instead of reading a stream.
+// Input: the text of a launch-info file. The model splits the text instead of reading a stream.
 
 namespace {
 
 const std::string kKey = "oxbrim.path";
 
-// A line ends for its value at the first NUL; its key may lie behind it.
+// The value ends at the line's first NUL. The key may follow the NUL.
 bool ModelOfLine(const std::string& line, std::string& value) {
   if (line.find(kKey) == std::string::npos) return false;
   const std::string text = line.substr(0, line.find('\0'));

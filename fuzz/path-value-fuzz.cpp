@@ -9,8 +9,9 @@
 #include "GFileSystemSpec.h"
 #include "Require.h"
 
-// Input: lines. The first is the path that a value is made of. Each further line changes the value:
-// "a" and a component, "s" and a path, or anything else to go one level up.
+// Input: lines. The first is the path of a new value. Each further line changes the value: "a"
+// appends the component that follows, "s" sets the path that follows, and anything else removes the
+// last component.
 
 namespace {
 
@@ -19,7 +20,7 @@ constexpr size_t kLongestPath = 4096;
 void RequireInvariant(const GFileSystemSpec& value) {
   const std::string path = value.GetFullPath();
   Require(path.empty() || path == "/" || (path.starts_with("/") && !path.ends_with("/")),
-          "a path is empty, the root or full without a trailing separator");
+          "a path is empty, the root, or absolute without a trailing separator");
   Require(utf8::is_valid(path) && path.find('\0') == std::string::npos,
           "a path is UTF-8 without a NUL");
   Require(value.GetLastPathComponent().find('/') == std::string::npos,
@@ -29,9 +30,9 @@ void RequireInvariant(const GFileSystemSpec& value) {
 void Append(GFileSystemSpec& value, const std::string& component) {
   const std::string before = value.GetFullPath();
   value.AppendPathComponent(component);
-  // Bytes that aren't UTF-8 make the whole path be read in another encoding.
+  // Bytes that aren't UTF-8 change how the value reads its whole path.
   if (utf8::is_valid(component)) {
-    Require(value.GetFullPath().starts_with(before), "appending keeps what was there");
+    Require(value.GetFullPath().starts_with(before), "appending keeps the path before it");
   }
 }
 
@@ -41,7 +42,7 @@ void RemoveLast(GFileSystemSpec& value) {
   value.RemoveLastPathComponent();
   const std::string after = value.GetFullPath();
   Require(before.starts_with(after) && (before.empty() || after.size() < before.size()),
-          "one level up is a shorter path");
+          "removing a component shortens the path");
   if (!last.empty() && before.find("//") == std::string::npos) {
     GFileSystemSpec restored = value;
     Require(restored.AppendPathComponent(last).GetFullPath() == before,
@@ -59,7 +60,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   GFileSystemSpec value(line.c_str());
   RequireInvariant(value);
 
-  // Each line with bytes that aren't UTF-8 can double the path: it is read in another encoding.
+  // A line with bytes that aren't UTF-8 can make the path several times longer, and so can each
+  // line after it.
   while (value.GetFullPath().size() <= kLongestPath && std::getline(lines, line)) {
     const std::string before = value.GetFullPath();
     if (line.starts_with("a")) {

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <vector>
 
-// Runs a fuzz target on the files of the folders that are given, in builds without libFuzzer.
+// Runs a fuzz target on every file of the given folders, in builds without libFuzzer.
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 

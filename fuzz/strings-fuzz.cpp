@@ -7,8 +7,8 @@
 #include "GStringUtils.h"
 #include "Require.h"
 
-// Input: one byte that says how long the part is, the part, and the text. The part is delimiter,
-// prefix and suffix. The models go byte by byte.
+// Input: one byte with the length of the part, the part, and the text. The part serves as
+// delimiter, prefix and suffix. The models compare byte by byte.
 
 namespace {
 
@@ -65,17 +65,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string part = input.substr(0, length);
   const std::string text = input.substr(length);
 
-  Require(GStringUtils::Split(text, part) == Split(text, part), "Split is as its model");
+  Require(GStringUtils::Split(text, part) == Split(text, part), "Split equals its model");
   Require(GStringUtils::StripPrecedingString(text, part) == StripPreceding(text, part),
-          "StripPrecedingString is as its model");
+          "StripPrecedingString equals its model");
   Require(GStringUtils::StripTrailingString(text, part) == StripTrailing(text, part),
-          "StripTrailingString is as its model");
+          "StripTrailingString equals its model");
   Require(GStringUtils::BeginsWith(text, part) == HasAt(text, 0, part),
-          "BeginsWith is as its model");
+          "BeginsWith equals its model");
   Require(GStringUtils::EndsWith(text, part) ==
               (part.size() <= text.size() && HasAt(text, text.size() - part.size(), part)),
-          "EndsWith is as its model");
+          "EndsWith equals its model");
   Require(GStringUtils::OSToLowerCase(text) == LowerCase(text),
-          "OSToLowerCase is as its model in the POSIX locale");
+          "OSToLowerCase equals its model in the POSIX locale");
   return 0;
 }

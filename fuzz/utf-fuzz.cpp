@@ -8,7 +8,7 @@
 #include "FakeHost.h"
 #include "Require.h"
 
-// Input: bytes, taken once as the UTF-16 of the host's path and once as the UTF-8 of a path to
+// Input: bytes. They serve once as the host's path in UTF-16, and once as the UTF-8 of a path to
 // open.
 
 namespace {
@@ -50,13 +50,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Require(path.empty(), "a path with an unpaired surrogate counts as empty");
   } else {
     utils.openProject(&manager, path);
-    Require(fake_host.openedPath == hostPath, "what the host gave comes back to it");
+    Require(fake_host.openedPath == hostPath, "the host gets its own path back");
   }
 
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   utils.openProject(&manager, bytes);
   fake_host.path = fake_host.openedPath;
   const std::string opened = utils.getAfterEffectsProjectPathUTF8(&manager);
-  Require(bytes.compare(0, opened.size(), opened) == 0, "the path is cut and nowhere changed");
+  Require(bytes.compare(0, opened.size(), opened) == 0,
+          "opening can cut the path, and changes nothing else");
   return 0;
 }
