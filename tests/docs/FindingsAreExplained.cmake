@@ -1,0 +1,10 @@
+execute_process(COMMAND ${AEGP_HOST} findings OUTPUT_VARIABLE findings COMMAND_ERROR_IS_FATAL ANY)
+file(READ ${PAGE} page)
+
+string(REGEX MATCHALL "(^|\n)[a-z-]+" names "${findings}")
+string(REGEX MATCHALL "\n\\| `[a-z-]+` \\| [^|\n]+ \\| [^|\n]+ \\|" rows "${page}")
+list(TRANSFORM names STRIP)
+list(TRANSFORM rows REPLACE "^[^`]*`([a-z-]+)`.*" "\\1")
+if(NOT names OR NOT names STREQUAL rows)
+  message(FATAL_ERROR "findings:\n  ${names}\nexplained in ${PAGE}:\n  ${rows}")
+endif()
