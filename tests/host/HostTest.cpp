@@ -84,6 +84,7 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"crash at load", "crash: the process crashed in the static constructor: Aborted\n"},
       {"throw in a thread", "uncaught exception: std::runtime_error"},
       {"hang", "timeout: the plug-in doesn't return within 1 s in the idle hook\n    tick 1, "},
+      {"hang at load", "timeout: the plug-in doesn't return within 1 s in the static constructor"},
       {"hang with a child", "timeout: the plug-in doesn't return within 1 s in the idle hook"},
       {"exit", "process-ended: the process ended in the idle hook with code 0\n    tick 1, "},
       {"exit", ", 2 of 3 steps left"},
@@ -279,6 +280,7 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
       {"steps: [\n", "story.yaml:2: "},
       {"[]", "story.yaml:1: session: has to be a map"},
       {"steps:\n  - save as: /a.aep\n", "story.yaml:2: save as: has to stay in the session folder"},
+      {"steps: [expect: {findings: [crash]}]", "there is no finding 'crash' that a session can"},
       {"vault: {}\nsteps: []", "story.yaml:1: vault: needs the option --font-manager"},
   };
   for (const auto& [session, message] : cases) {

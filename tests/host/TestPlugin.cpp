@@ -100,6 +100,7 @@ struct HeldToTheEnd {
     std::string behaviour;
     std::getline(std::ifstream("behaviour") >> std::ws, behaviour);
     if (behaviour == "crash at load") std::abort();
+    while (behaviour == "hang at load") pause();
   }
   ~HeldToTheEnd() {
     if (crashes) std::abort();

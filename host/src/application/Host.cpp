@@ -154,7 +154,7 @@ void* Host::loadModule() {
     module = dlopen(mModule.path.c_str(), RTLD_NOW | RTLD_LOCAL);
     return A_Err{A_Err_NONE};
   });
-  if (!module) giveUp(Finding::setup, fmt::format("the plug-in can't be loaded: {}", dlerror()));
+  if (!module) failToLoad(fmt::format("can't be loaded: {}", dlerror()));
   return module;
 }
 
@@ -165,7 +165,7 @@ void Host::start() {
   auto* const entry = reinterpret_cast<AEGP_PluginInitFuncPrototype*>(
       dlsym(loadModule(), mModule.entryPoint.c_str()));
   if (!entry) {
-    giveUp(Finding::setup, fmt::format("the plug-in exports no {}", mModule.entryPoint));
+    failToLoad(fmt::format("exports no {}", mModule.entryPoint));
   }
   mStarting = true;
   callPlugin("entry point", [&] {
@@ -196,8 +196,8 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   } catch (const SessionEnded&) {
     throw;
   } catch (...) {
-    giveUp(Finding::exception, fmt::format("an exception leaves the plug-in's {}: {}{}", hook,
-                                           DescribeException(), where()));
+    giveUp(Finding::exception,
+           fmt::format("an exception leaves the plug-in's {}: {}", hook, DescribeException()));
   }
   if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
     reportMisuse(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
@@ -401,8 +401,13 @@ void Host::reportFromOtherThread(std::string_view function) const {
   report(Finding::wrongThread, fmt::format("{}: called from another thread", function));
 }
 
-void Host::giveUp(Finding finding, std::string_view text) const {
-  report(finding, text);
+void Host::giveUp(Finding finding, const std::string& text) const {
+  report(finding, text + where());
+  throw SessionEnded{};
+}
+
+void Host::failToLoad(const std::string& why) const {
+  mReporter.send(ReportKind::unloadable, fmt::format("{} {}", mModule.path, why));
   throw SessionEnded{};
 }
 

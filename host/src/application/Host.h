@@ -149,8 +149,8 @@ class Host {
   void reportFromOtherThread(std::string_view function) const;
   /// Takes back the misuses reported since the last call: the session expects them.
   void expectMisuses() const { mReporter.send(ReportKind::expected, ""); }
-  /// Reports a finding and ends the session.
-  [[noreturn]] void giveUp(Finding finding, std::string_view text) const;
+  /// Reports a finding, with where it happened, and ends the session.
+  [[noreturn]] void giveUp(Finding finding, const std::string& text) const;
   /// Says for a finding where the session is: the hook, the tick, the host call and the step.
   std::string where() const;
   /// Adds the line to the timeline, once.
@@ -188,6 +188,7 @@ class Host {
   void showMissingFontsDialog();
   int64_t runModal(desktop::Window& window);
   void* loadModule();
+  [[noreturn]] void failToLoad(const std::string& why) const;
   /// Calls the plug-in. `hook` is static text. Shows an error to the user. Ends the session after
   /// an exception.
   void callPlugin(const char* hook, const std::function<A_Err()>& call);

@@ -126,6 +126,30 @@ constexpr std::optional<Finding> FindingNamed(std::string_view name) {
   return {};
 }
 
+/// Returns whether a session can expect the finding: it is a misuse that the host notices at once.
+constexpr bool CanBeExpected(Finding finding) {
+  switch (finding) {
+    case Finding::nullArgument:
+    case Finding::badArgument:
+    case Finding::unknownHandle:
+    case Finding::staleProject:
+    case Finding::wrongPluginId:
+    case Finding::unknownCommand:
+    case Finding::unknownMenu:
+    case Finding::enabledOutsideHook:
+    case Finding::lateHook:
+    case Finding::releasedSuite:
+    case Finding::suiteReleasedTooOften:
+    case Finding::lockedHandleFreed:
+    case Finding::unlockedTooOften:
+    case Finding::unknownBlock:
+    case Finding::unbalancedUndoGroup:
+      return true;
+    default:
+      return false;
+  }
+}
+
 namespace detail {
 constexpr bool FindingsAreInOrder() {
   for (size_t i = 0; i < kFindingKinds.size(); ++i) {

@@ -15,8 +15,9 @@ enum class ReportKind : char {
   finding = 'F',   ///< the finding's name, a line feed, and its text, which may have several lines
   misuse = 'M',    ///< the same, for a misuse of the host that the session may still expect
   expected = 'X',  ///< the session expects every misuse since the last such report
-  played = 'P',    ///< all steps were played
-  end = 'E',       ///< all static objects are destroyed, and the host has checked for leaks
+  unloadable = 'U',  ///< the plug-in's module can't be loaded, and why
+  played = 'P',      ///< all steps were played
+  end = 'E',         ///< all static objects are destroyed, and the host has checked for leaks
 };
 
 struct Report {

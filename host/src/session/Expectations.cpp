@@ -6,6 +6,7 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <utility>
 
@@ -96,7 +97,10 @@ Check CompareNoted(const YamlValue& value) {
 
 Check ReadFindings(const YamlValue& value) {
   for (const YamlValue& name : value.list()) {
-    if (!FindingNamed(name.text())) name.fail(fmt::format("there is no finding '{}'", name.text()));
+    const std::optional<Finding> finding = FindingNamed(name.text());
+    if (!finding || !CanBeExpected(*finding)) {
+      name.fail(fmt::format("there is no finding '{}' that a session can expect", name.text()));
+    }
   }
   return CompareList(value, [](Host& host) {
     host.expectMisuses();

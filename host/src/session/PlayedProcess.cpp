@@ -147,6 +147,8 @@ void PlayedProcess::takeReport(const Report& report) {
     case ReportKind::expected:
       mMisuses.clear();
       break;
+    case ReportKind::unloadable:
+      throw std::runtime_error(report.text);
     case ReportKind::played:
       mPlayed = true;
       break;

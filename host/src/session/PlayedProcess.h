@@ -29,7 +29,7 @@ class PlayedProcess {
   /// The descriptor that becomes readable when there is something to take in.
   int pipe() const { return mPipe; }
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Returns false when
-  /// the process has ended.
+  /// the process has ended. Throws `std::runtime_error` if the plug-in's module can't be loaded.
   bool update();
   /// Returns the lines of the timeline since the last call.
   std::vector<std::string> takeLines();

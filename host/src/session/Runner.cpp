@@ -1,15 +1,9 @@
 #include "Runner.h"
 
-#include <dlfcn.h>
-#include <fcntl.h>
-#include <fmt/format.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <iterator>
 #include <memory>
@@ -84,34 +78,6 @@ bool Tell(Job& job, const RunListener& listener) {
 }
 
 }  // namespace
-
-void CheckModule(const PluginModule& module) {
-  constexpr int kFound = 0;
-  std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("can't make a pipe");
-  const pid_t process = fork();
-  if (process < 0) throw std::runtime_error("can't make a process");
-  if (process == 0) {
-    std::string fault;
-    void* const loaded = dlopen(module.path.c_str(), RTLD_LAZY | RTLD_LOCAL);
-    if (!loaded) {
-      fault = fmt::format("{} can't be loaded: {}", module.path, dlerror());
-    } else if (!dlsym(loaded, module.entryPoint.c_str())) {
-      fault = fmt::format("{} exports no {}", module.path, module.entryPoint);
-    }
-    if (write(ends[1], fault.data(), fault.size()) < 0) _exit(1);
-    _exit(kFound);
-  }
-  close(ends[1]);
-  std::string fault;
-  std::array<char, 1024> buffer;
-  for (ssize_t size = 0; (size = read(ends[0], buffer.data(), buffer.size())) > 0;) {
-    fault.append(buffer.data(), static_cast<size_t>(size));
-  }
-  close(ends[0]);
-  waitpid(process, nullptr, 0);
-  if (!fault.empty()) throw std::runtime_error(fault);
-}
 
 int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
                  const RunListener& listener) {

@@ -28,10 +28,6 @@ struct FoundInSession {
   std::string text;  ///< may have several lines
 };
 
-/// Loads the module in a process of its own. Throws `std::runtime_error` if it can't be loaded or
-/// lacks the entry point. A crash in there is left to the sessions.
-void CheckModule(const PluginModule& module);
-
 /// What came of a session.
 struct Played {
   std::vector<FoundInSession> findings;  ///< without those that are allowed
@@ -50,7 +46,7 @@ struct RunListener {
 
 /// Plays each session in a process of its own. The listener hears of them in their order, of one
 /// after the other. Returns the signal that ended it, or 0. Throws `std::runtime_error` if a
-/// session can't be set up.
+/// session can't be set up or the plug-in's module can't be loaded.
 int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
                  const RunListener& listener);
 
