@@ -1,5 +1,5 @@
-// A plug-in that does what a session's file "behaviour" says, at its first idle tick, and little
-// else.
+// Shows, at its first idle tick, the behaviour that the session's file "behaviour" or the variable
+// BEHAVIOUR names.
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -92,7 +92,7 @@ void KeepAPreference() {
   }
 }
 
-// Suites that stay acquired until process exit, like those of an object with static storage.
+// Keeps a suite until the process exits, or crashes there.
 struct HeldToTheEnd {
   bool holds = false;
   bool crashes = false;
@@ -128,7 +128,7 @@ void Hang() {
   while (true) pause();
 }
 
-// It holds every descriptor of the process open.
+// The child keeps every descriptor of the process open.
 void LeaveChildBehind() {
   if (fork() == 0) Hang();
 }

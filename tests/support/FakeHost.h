@@ -8,13 +8,14 @@
 
 #include "AE_GeneralPlug.h"
 
-/// The host's suites as a unit test sees them: every call is written down, and any can be made to
-/// fail. One for the process, because suite functions are plain functions.
+/// Supplies the host's suites to unit tests: records every call, and makes any function fail. One
+/// for the process, because suite functions are plain functions.
 struct FakeHost {
-  /// Calls in order: suite functions with what matters of their arguments, suites as "+NAME
-  /// VERSION" when they are acquired and "-NAME VERSION" when they are released.
+  /// The calls in order: a suite function with some of its arguments, as
+  /// "AEGP_EnableCommand(900)"; an acquisition as "+AEGP Proj Suite 9"; a release as "-AEGP Proj
+  /// Suite 9".
   std::vector<std::string> calls;
-  /// The error that a function reports, without doing anything, by its name.
+  /// The error of each function that fails, by its name. The function does nothing else.
   std::map<std::string, A_Err> failures;
   std::set<std::pair<std::string, int>> refusedSuites;
 
@@ -29,9 +30,9 @@ struct FakeHost {
   AEGP_UpdateMenuHook updateMenuHook = nullptr;
   AEGP_DeathHook deathHook = nullptr;
 
-  /// Writes the call down and returns the error that it is to report.
+  /// Records the call. Returns the error of the function, or 0.
   A_Err Call(const std::string& function, const std::string& arguments = "");
-  /// The calls since the last time, without the suites.
+  /// Returns and removes the recorded calls, without those about suites.
   std::vector<std::string> TakeCalls();
   SPBasicSuite* basicSuite();
 };
