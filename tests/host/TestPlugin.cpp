@@ -135,7 +135,6 @@ void LeaveChildBehind() {
 
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
-int* fault = nullptr;
 // Its date is printed at the next tick.
 std::string writtenFile;
 
@@ -174,7 +173,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        Memory()->AEGP_UnlockMemHandle(handle);
        Memory()->AEGP_FreeMemHandle(handle);
      }},
-    {"crash", [] { *reinterpret_cast<volatile int*>(fault) = 0; }},
+    {"crash", [] { raise(SIGSEGV); }},
     {"crash after printing",
      [] {
        std::printf("last words\x1b");

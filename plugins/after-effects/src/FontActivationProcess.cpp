@@ -26,12 +26,12 @@ class FontBuffer {
   bool empty() const { return mText[0] == '\0'; }
 
   // Call this after the framework had the buffer.
-  void Contain() {
+  void contain() {
     if (mSize == 0 || mSize > kFontBufferSize) mSize = kFontBufferSize;
     mText[kFontBufferSize - 1] = '\0';
   }
 
-  void Assign(const std::string& text) {
+  void assign(const std::string& text) {
     const size_t length = std::min<size_t>(text.size(), mSize - 1);
     std::memcpy(mText.get(), text.data(), length);
     mText[length] = '\0';
@@ -47,16 +47,16 @@ uint32_t openExistingDocument(GlobalStateInterface* state, FontBuffer& fontBuffe
   const uint32_t result =
       CallTamberlink(&TBKLoader::pfHandleOpenExistingDocument, state->activationProjectPath.c_str(),
                      fontBuffer.data(), fontBuffer.size(), activatedOnOpen);
-  fontBuffer.Contain();
+  fontBuffer.contain();
   return result;
 }
 
 void resolveFonts(GlobalStateInterface* state, TBKCallTracker* tracker, FontBuffer& fontBuffer,
                   int32_t* activatedByChoice) {
-  fontBuffer.Assign(state->fontsToResolve);
+  fontBuffer.assign(state->fontsToResolve);
   const uint32_t resolveResult =
       CallTamberlink(&TBKLoader::pfInvokeResolveDialog, fontBuffer.data(), fontBuffer.size());
-  fontBuffer.Contain();
+  fontBuffer.contain();
   tracker->invokeResolveDialogCalled = true;
   state->fontsToResolve.clear();
   const bool chosen =
@@ -69,7 +69,7 @@ void resolveFonts(GlobalStateInterface* state, TBKCallTracker* tracker, FontBuff
 
 void showRestrictedFonts(GlobalStateInterface* state, TBKCallTracker* tracker,
                          FontBuffer& fontBuffer) {
-  fontBuffer.Assign(state->restrictedFonts);
+  fontBuffer.assign(state->restrictedFonts);
   CallTamberlink(&TBKLoader::pfInvokeRestrictedFontsDialog, state->activationProjectPath.c_str(),
                  fontBuffer.data());
   tracker->invokeRestrictedFontsDialogCalled = true;

@@ -13,7 +13,7 @@ namespace {
 desktop::Application::BeginModalSession sBeginModalSession = nullptr;
 desktop::Window* sOpenProjectDialog = nullptr;  // weak
 
-desktop::Window* Desktop(modal_window::Window* window) {
+desktop::Window* desktopWindow(modal_window::Window* window) {
   return reinterpret_cast<desktop::Window*>(window);
 }
 
@@ -46,31 +46,31 @@ void SwizzleNSAppBeginModal() {
 namespace modal_window {
 
 bool isKindOfClass(Window* window, const char* className) {
-  return Desktop(window)->isKindOfClass(desktop::ClassFromString(className));
+  return desktopWindow(window)->isKindOfClass(desktop::ClassFromString(className));
 }
 
 std::string titleOf(Window* window) {
-  return Desktop(window)->title();
+  return desktopWindow(window)->title();
 }
 
 bool isVisible(Window* window) {
-  return Desktop(window)->isVisible();
+  return desktopWindow(window)->isVisible();
 }
 
 void makeKeyAndOrderFront(Window* window) {
-  Desktop(window)->makeKeyAndOrderFront();
+  desktopWindow(window)->makeKeyAndOrderFront();
 }
 
 void sendEscapeKeyToWindow(Window* window) {
   try {
-    Desktop(window)->sendEvent(escapeKeyEventForWindow(Desktop(window)));
+    desktopWindow(window)->sendEvent(escapeKeyEventForWindow(desktopWindow(window)));
   } catch (const desktop::Exception& exception) {
     desktop::Log(std::string(kEscapeFailed) + exception.what());
   }
 }
 
 void setOpenProjectDialog(Window* window) {
-  desktop::StoreWeak(&sOpenProjectDialog, Desktop(window));
+  desktop::StoreWeak(&sOpenProjectDialog, desktopWindow(window));
 }
 
 Window* openProjectDialog() {

@@ -27,79 +27,45 @@ using BeginModalSession = NSModalSession (*)(id self, SEL selector, NSWindow* wi
 
 // What the override goes on to: the platform's implementation, or another plug-in's override of it.
 BeginModalSession sBeginModalSession = nullptr;
+// The category's `beginModalOverride:`, which that of a copy loaded later hides.
+Method sOwnMethod = nullptr;
 
 id sOpenProjectDialog = nil;  // weak
 
-NSWindow* CocoaWindow(modal_window::Window* window) {
+NSWindow* cocoaWindow(modal_window::Window* window) {
   return reinterpret_cast<NSWindow*>(window);
 }
 
-modal_window::Window* PortableWindow(id window) {
+modal_window::Window* portableWindow(id window) {
   return reinterpret_cast<modal_window::Window*>(window);
 }
 
-// The `beginModalOverride:` of another copy or version of the plug-in, which the one here hides;
-// null without one. Earlier versions send that message to reach the platform's implementation.
-IMP HiddenOverride() {
+// The `beginModalOverride:` of another copy or version of the plug-in that the one here hides; null
+// without one. Earlier versions send that message to reach the platform's implementation.
+BeginModalSession hiddenOverride() {
   const SEL name = @selector(beginModalOverride:);
-  const Class application = [NSApplication class];
-  const Method visible = class_getInstanceMethod(application, name);
   IMP hidden = nullptr;
+  bool past = false;
   unsigned int count = 0;
-  Method* const methods = class_copyMethodList(application, &count);
+  Method* const methods = class_copyMethodList([NSApplication class], &count);
   for (unsigned int index = 0; methods && index < count && !hidden; ++index) {
-    if (methods[index] == visible || !sel_isEqual(method_getName(methods[index]), name)) continue;
-    hidden = method_getImplementation(methods[index]);
+    if (past && sel_isEqual(method_getName(methods[index]), name)) {
+      hidden = method_getImplementation(methods[index]);
+    }
+    past = past || methods[index] == sOwnMethod;
   }
   std::free(methods);
-  return hidden;
+  return reinterpret_cast<BeginModalSession>(hidden);
 }
 
-// A function, because the method may be hidden by another copy's.
-NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
-  modal_window::recordOrDismiss(PortableWindow(window));
-  const auto next = sBeginModalSession ? sBeginModalSession
-                                       : reinterpret_cast<BeginModalSession>(HiddenOverride());
-  return next(self, @selector(beginModalSessionForWindow:), window);
+// Functions, because a copy loaded later hides the category's methods.
+
+NSModalSession beginModalOverride(id self, SEL selector, NSWindow* window) {
+  modal_window::recordOrDismiss(portableWindow(window));
+  return sBeginModalSession(self, selector, window);
 }
 
-}  // namespace
-
-@implementation NSApplication (Override)
-
-- (NSModalSession)beginModalOverride:(NSWindow*)window {
-  return BeginModalOverride(self, _cmd, window);
-}
-
-- (bool)isThisTheOpenProjectDialog:(NSWindow*)window {
-  return modal_window::isThisTheOpenProjectDialog(PortableWindow(window));
-}
-
-- (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version {
-  return modal_window::isMissingFontsWindow(PortableWindow(window), version);
-}
-
-- (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
-                                   inAEMajorVersion:(int32_t)version {
-  modal_window::suppressWindowAndStartFontActivationProcess(PortableWindow(window), version);
-}
-
-- (void)sendEscapeKeyToWindow:(NSWindow*)window {
-  // Keep the window alive: its modal session still begins, even if Escape closes and releases it.
-  [[window retain] autorelease];
-  const id exception = CocoaExceptionRaisedBy(
-      [](void* context) {
-        NSWindow* target = static_cast<NSWindow*>(context);
-        NSEvent* escape = [NSApp escapeKeyEventForWindow:target];
-        if (escape) [target sendEvent:escape];
-      },
-      window);
-  if (!exception) return;
-  if (![exception isKindOfClass:[NSException class]]) @throw exception;
-  NSLog(@"%s%@", modal_window::kEscapeFailed, exception);
-}
-
-- (NSEvent*)escapeKeyEventForWindow:(NSWindow*)window {
+NSEvent* escapeKeyEvent(NSWindow* window) {
   NSString* escape = [NSString stringWithUTF8String:modal_window::kEscapeCharacters];
   if (!escape) return nil;
   return [NSEvent keyEventWithType:kKeyDown
@@ -114,53 +80,101 @@ NSModalSession BeginModalOverride(id self, SEL, NSWindow* window) {
                            keyCode:modal_window::kEscapeKeyCode];
 }
 
+void sendEscapeKey(NSWindow* window) {
+  // Keep the window alive: its modal session still begins, even if Escape closes and releases it.
+  [[window retain] autorelease];
+  const id exception = CocoaExceptionRaisedBy(
+      [](void* context) {
+        NSWindow* target = static_cast<NSWindow*>(context);
+        NSEvent* escape = escapeKeyEvent(target);
+        if (escape) [target sendEvent:escape];
+      },
+      window);
+  if (!exception) return;
+  if (![exception isKindOfClass:[NSException class]]) @throw exception;
+  NSLog(@"%s%@", modal_window::kEscapeFailed, exception);
+}
+
+}  // namespace
+
+@implementation NSApplication (Override)
+
++ (void)load {
+  // Sends no message: it would set the application class up before the host does.
+  sOwnMethod =
+      class_getInstanceMethod(objc_getClass("NSApplication"), @selector(beginModalOverride:));
+}
+
+// Begins the session without the override, as an exchange of the two methods would have it.
+- (NSModalSession)beginModalOverride:(NSWindow*)window {
+  BeginModalSession next = hiddenOverride();
+  if (!next) next = sBeginModalSession;
+  return next ? next(self, @selector(beginModalSessionForWindow:), window) : nullptr;
+}
+
+- (bool)isThisTheOpenProjectDialog:(NSWindow*)window {
+  return modal_window::isThisTheOpenProjectDialog(portableWindow(window));
+}
+
+- (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version {
+  return modal_window::isMissingFontsWindow(portableWindow(window), version);
+}
+
+- (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
+                                   inAEMajorVersion:(int32_t)version {
+  modal_window::suppressWindowAndStartFontActivationProcess(portableWindow(window), version);
+}
+
+- (void)sendEscapeKeyToWindow:(NSWindow*)window {
+  sendEscapeKey(window);
+}
+
+- (NSEvent*)escapeKeyEventForWindow:(NSWindow*)window {
+  return escapeKeyEvent(window);
+}
+
 @end
 
 void SwizzleNSAppBeginModal() {
   // A second time would make the override its own successor.
   if (sBeginModalSession) return;
-  const Class application = [NSApplication class];
-  const Method begin = class_getInstanceMethod(application, @selector(beginModalSessionForWindow:));
-  const Method override = class_getInstanceMethod(application, @selector(beginModalOverride:));
-  if (!begin || !override) return;
-  const IMP hidden = HiddenOverride();
-  sBeginModalSession = reinterpret_cast<BeginModalSession>(method_getImplementation(begin));
-  // The method may be that of a copy that was loaded later.
-  method_setImplementation(override, reinterpret_cast<IMP>(BeginModalOverride));
-  method_exchangeImplementations(begin, override);
-  if (hidden) method_setImplementation(override, hidden);
+  const Method begin =
+      class_getInstanceMethod([NSApplication class], @selector(beginModalSessionForWindow:));
+  if (!begin) return;
+  sBeginModalSession = reinterpret_cast<BeginModalSession>(
+      method_setImplementation(begin, reinterpret_cast<IMP>(beginModalOverride)));
 }
 
 namespace modal_window {
 
 bool isKindOfClass(Window* window, const char* className) {
   NSString* name = [NSString stringWithUTF8String:className];
-  return name && [CocoaWindow(window) isKindOfClass:NSClassFromString(name)];
+  return name && [cocoaWindow(window) isKindOfClass:NSClassFromString(name)];
 }
 
 std::string titleOf(Window* window) {
-  const char* title = [[CocoaWindow(window) title] UTF8String];
+  const char* title = [[cocoaWindow(window) title] UTF8String];
   return title ? title : "";
 }
 
 bool isVisible(Window* window) {
-  return [CocoaWindow(window) isVisible];
+  return [cocoaWindow(window) isVisible];
 }
 
 void makeKeyAndOrderFront(Window* window) {
-  [CocoaWindow(window) makeKeyAndOrderFront:NSApp];
+  [cocoaWindow(window) makeKeyAndOrderFront:NSApp];
 }
 
 void sendEscapeKeyToWindow(Window* window) {
-  [NSApp sendEscapeKeyToWindow:CocoaWindow(window)];
+  sendEscapeKey(cocoaWindow(window));
 }
 
 void setOpenProjectDialog(Window* window) {
-  objc_storeWeak(&sOpenProjectDialog, CocoaWindow(window));
+  objc_storeWeak(&sOpenProjectDialog, cocoaWindow(window));
 }
 
 Window* openProjectDialog() {
-  return PortableWindow(objc_loadWeak(&sOpenProjectDialog));
+  return portableWindow(objc_loadWeak(&sOpenProjectDialog));
 }
 
 }  // namespace modal_window

@@ -1,6 +1,7 @@
 #include "NSAppOverrideTest.h"
 
 #import <AppKit/AppKit.h>
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include "CocoaFakes.h"
@@ -146,5 +147,35 @@ TEST_F(OverrideTest, AMessageToTheExchangedMethodReachesThePlatformPastLaterCopi
   EXPECT_EQ(copy(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
   send();
 }
+
+// Each row: what is loaded after the neighbour or before it, and what is started first.
+class NeighbourTest : public OverrideTest,
+                      public testing::WithParamInterface<std::tuple<bool, bool>> {};
+
+TEST_P(NeighbourTest, EachOverrideSeesADialogOnce) {
+  const auto [neighbourLoadsFirst, neighbourStartsFirst] = GetParam();
+  using Exchange = void (*)();
+  const auto loadNeighbour = [] {
+    return reinterpret_cast<Exchange>(dlsym(dlopen(NEIGHBOUR, RTLD_NOW | RTLD_LOCAL), "Exchange"));
+  };
+  Exchange exchange = neighbourLoadsFirst ? loadNeighbour() : nullptr;
+  auto* const copy = LoadCopy();
+  if (!exchange) exchange = loadNeighbour();
+  if (neighbourStartsFirst) exchange();
+  EXPECT_EQ(copy(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
+  if (!neighbourStartsFirst) exchange();
+  testing::internal::CaptureStdout();
+  Show(Dialog("Open Project"));
+  const std::string output = testing::internal::GetCapturedStdout();
+  const auto count = [&](const std::string& line) {
+    int found = 0;
+    for (size_t at = 0; (at = output.find(line, at)) != std::string::npos; ++at) ++found;
+    return found;
+  };
+  EXPECT_EQ(count("Saw a DVAMacDialog titled: Open Project\n"), 2) << output;
+  EXPECT_EQ(count("The neighbour saw Open Project\n"), 1) << output;
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, NeighbourTest, testing::Combine(testing::Bool(), testing::Bool()));
 
 }  // namespace
