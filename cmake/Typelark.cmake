@@ -2,6 +2,7 @@
 
 set(TYPELARK_SANITIZE "" CACHE STRING "Value for -fsanitize=, empty for none")
 option(TYPELARK_FUZZ "Build the fuzz targets with libFuzzer (needs Clang)" OFF)
+option(TYPELARK_UNITY_BUILD "Compile units that don't ship together, several at a time" ON)
 
 if(APPLE)
   set(TYPELARK_PLATFORM Mac)

@@ -38,6 +38,7 @@ function(typelark_test name)
   target_link_libraries(${name} PRIVATE typelark-options ${ARG_LIBRARIES}
     GTest::gtest GTest::gmock GTest::gtest_main)
   target_precompile_headers(${name} REUSE_FROM test-headers)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
   set(objective_sources ${ARG_SOURCES})
   list(FILTER objective_sources INCLUDE REGEX "\\.mm$")
   set_source_files_properties(${objective_sources} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
