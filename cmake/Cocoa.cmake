@@ -4,7 +4,7 @@
 add_library(cocoa INTERFACE)
 
 if(APPLE)
-  # CMake knows Clang's standards, and its own choice would come behind an option of a target.
+  # CMake sets Clang's standard itself. An option of ours would lose to it.
   set(CMAKE_OBJC_STANDARD 11)
   set(CMAKE_OBJCXX_STANDARD ${CMAKE_CXX_STANDARD})
   foreach(language OBJC OBJCXX)

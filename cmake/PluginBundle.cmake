@@ -34,7 +34,7 @@ function(typelark_plugin_resource_and_signature target resources)
     COMMAND ${CMAKE_COMMAND} -E make_directory ${bundle}/Contents/Resources
     COMMAND ${REZ} -useDF -d __MACH__ -i ${resource_types} -i ${AE_SDK_PATH}/Examples/Headers
       -o ${bundle}/Contents/Resources/${target}.rsrc ${resources}/${target}.r
-    # Signed anew, now that the bundle is whole: processors of one of the two architectures run nothing unsigned.
+    # Sign last: the signature covers the resource, and arm64 runs nothing unsigned.
     COMMAND ${CODESIGN} --force --options runtime --sign - ${bundle}
     VERBATIM)
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${resources}/${target}.r)

@@ -57,7 +57,7 @@ uint32_t PluginIsEnabled(bool showMessage, bool* enabled) noexcept;
 /// Sets the path of the document of that identifier. Returns `kNotFound` if it is unknown.
 uint32_t SetPathForDocument(const char* path, const char* id) noexcept;
 
-/// Takes leave of a client, after its other calls.
+/// Ends a client's connection. The last call.
 uint32_t TerminateTamberlinkInterface() noexcept;
 
 /// Tells the user to log in.

@@ -32,6 +32,7 @@ std::string Expanded(std::string path) {
 }
 
 TEST(GSystem, IsNeitherMacOSXNorWindows) {
+  EXPECT_EQ(GSystem::OSGetSystem(), 3);
   EXPECT_FALSE(GSystem::IsMacOSX());
   EXPECT_FALSE(GSystem::IsWindows());
 }

@@ -5,7 +5,7 @@
 /// Receives finished log lines. Owned by the `GLogger` that it is registered with.
 class GLogAppender {
  public:
-  /// Must not log when the logger deletes all its appenders, since it holds its lock then.
+  /// Must not log: `RemoveAllAppenders` deletes appenders under the logger's lock.
   virtual ~GLogAppender() = default;
 
   /// Receives one finished line, which ends in a line feed. Called on the thread that logs, for one

@@ -30,7 +30,8 @@ A_Err MenuCommandHook(AEGP_GlobalRefcon global_refcon, AEGP_CommandRefcon refcon
 /// Enables the menu item. Returns the host's code, 0 if a suite is missing.
 A_Err UpdateMenuHook(AEGP_GlobalRefcon global_refcon, AEGP_UpdateMenuRefcon refcon,
                      AEGP_WindowType active_window);
-/// Takes leave of the framework when the host shuts down. Returns 0.
+/// Reports the close of the document and ends the connection to the framework. For the host's
+/// shutdown. Returns 0.
 A_Err DeathHook(AEGP_GlobalRefcon global_refcon, AEGP_DeathRefcon refcon);
 
 /// Registers the hooks, adds the menu item, installs the modal override and initializes the

@@ -8,7 +8,7 @@
 ///
 /// Operations that return an `A_Err` return the host's code, 0 for success. The others drop the
 /// host's code and return null, false or an empty text for a failure. Memory handles belong to the
-/// caller: lock, read, unlock, free. Throws the `int` 516 at the first use of a suite that the host
+/// caller: lock, read, unlock, free. Throws the `int` 516 at each use of a suite that the host
 /// refuses.
 class AE_APISuiteHandlerManagerInterface {
  public:

@@ -17,5 +17,5 @@ class GlobalState final : public GlobalStateInterface {
   void updateGlobalState() override;
 };
 
-/// The plug-in's only state.
+/// The one instance.
 extern GlobalState global_state;

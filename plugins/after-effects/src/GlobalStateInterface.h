@@ -9,7 +9,7 @@
 #include "AE_GeneralPlug.h"
 #include "BackgroundForegroundSwitcherInterface.h"
 
-/// Holds all mutable state of the plug-in. Paths are UTF-8. Operations that ask the host throw the
+/// Holds the state that the hooks share. Paths are UTF-8. Operations that ask the host throw the
 /// `int` 516 if it lacks a suite. Main thread only.
 ///
 /// Each tick updates the current path and dirty flag first. It copies them to the last path and
@@ -42,7 +42,7 @@ class GlobalStateInterface {
   std::string restrictedFonts;
   /// The path of the project whose fonts are activated.
   std::string activationProjectPath;
-  /// From the activation's close of the project to its end.
+  /// True from the activation's close of the project until the activation ends.
   bool projectIsReopening = false;
   /// Null until the first tick, unless set earlier.
   std::shared_ptr<AE_APISuiteHandlerManagerInterface> suiteHandlerManager;

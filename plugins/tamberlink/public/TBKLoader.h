@@ -60,7 +60,7 @@ class TBKLoader {
   void (*pfRegisterPlugPlug)();
   /// Gives the document of that `id` its path.
   uint32_t (*pfSetPathForDocument)(const char* path, const char* id);
-  /// Takes leave. Comes after all other calls.
+  /// Ends the connection. The last call.
   uint32_t (*pfTerminateTamberlinkInterface)();
   void (*pfUpdateDocumentFontUsage)();
   void (*pfSetRebuildWorkgroupsMenuCallback)();
@@ -80,8 +80,9 @@ class TBKLoader {
   TBKLoader(const TBKLoader&) = delete;
   TBKLoader& operator=(const TBKLoader&) = delete;
 
-  /// Returns the instance, or null if the framework can't be opened. Searches for the framework and
-  /// loads it at the first call and after each failure.
+  /// Returns the instance, or null if the framework can't be opened. On macOS one that can't be
+  /// loaded gives an instance without operations. Searches for the framework and loads it at the
+  /// first call, and again at each call after a failure.
   static TBKLoader* GetSharedInstance() {
     return sSharedInstance ? sSharedInstance : FindAndLoadSharedInstance();
   }

@@ -10,7 +10,7 @@ namespace desktop {
 /// A class of windows, as Cocoa's runtime has it. A namespace-scope static.
 class DESKTOP_EXPORT WindowClass {
  public:
-  /// Registers the class by its name, before earlier ones of that name. `base` outlives it.
+  /// Registers the class by its name, in place of an earlier one. `base` outlives it.
   explicit WindowClass(std::string name, const WindowClass* base = nullptr);
   ~WindowClass();
   WindowClass(const WindowClass&) = delete;

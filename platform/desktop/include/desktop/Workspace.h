@@ -29,7 +29,7 @@ class DESKTOP_EXPORT Workspace {
   /// Brings the application to the front. Does nothing if there is none with that id.
   void activate(int32_t processIdentifier);
 
-  /// Adds an application behind the front one.
+  /// Adds a running application without activating it.
   void addRunningApplication(RunningApplication application);
   /// Calls `observer` after each activation, instead of the one before. An empty function removes
   /// it.

@@ -7,8 +7,8 @@
 
 // Finds the font manager's core process. Texts are UTF-8. Keeps no state, so any thread may call.
 
-// The first two return `CoreErrorCodes::kSuccess` or `CoreErrorCodes::kUnknownError`, write their
-// out-parameter only on success, and log nothing beyond what path values log.
+// The two searches return `CoreErrorCodes::kSuccess` or `CoreErrorCodes::kUnknownError`, write
+// their out-parameter only on success, and log nothing beyond what path values log.
 
 /// Finds the first running process whose executable is named exactly `processName`. Writes its
 /// folder, as in "/Apps/Core/", to `folder`.
@@ -24,7 +24,7 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
 /// `value` untouched, without such a line.
 bool ReadConfiguredValue(std::istream& stream, const std::string& key, std::string& value);
 
-// What each platform gives the two above.
+// What each platform gives the two searches.
 
 /// Lists the executables of the running processes by their full paths, in the order of the search.
 /// Passes over processes that have none.

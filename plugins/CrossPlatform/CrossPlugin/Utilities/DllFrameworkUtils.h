@@ -1,7 +1,8 @@
 #pragma once
 
 /// Opens the framework at the UTF-8 `path`, relative to the working directory if it isn't absolute.
-/// Returns its handle, or null where there is none. The framework stays loaded until the process
+/// Returns its handle, or null where there is none. On macOS a framework that can't be loaded has a
+/// handle too, and no exports. The framework stays loaded until the process
 /// ends. Writes the version that it declares to `versionOut`, cut to `versionOutSize` bytes with
 /// the terminating NUL; leaves `versionOut` untouched if it declares none.
 void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versionOutSize);

@@ -1,8 +1,8 @@
 #include <dlfcn.h>
 #include <plist/plist.h>
 
-#include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -58,13 +58,6 @@ void* OpenModule(const fs::path& module) {
   return error ? nullptr : dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
-void CopyText(const std::string& text, char* out, unsigned int outSize) {
-  if (outSize == 0) return;
-  const auto length = std::min<size_t>(text.size(), outSize - 1);
-  std::copy_n(text.begin(), length, out);
-  out[length] = '\0';
-}
-
 }  // namespace
 
 void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versionOutSize) {
@@ -76,7 +69,9 @@ void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versio
   void* bundle = OpenModule(isModule ? location : location / ExecutableName(location, dictionary));
   TraceFrameworkOpened(bundle, path);
   const __CFString* version = GetInfoValue(dictionary, "CFBundleShortVersionString");
-  if (bundle && version) CopyText(GetStdString(version), versionOut, versionOutSize);
+  if (bundle && version) {
+    std::snprintf(versionOut, versionOutSize, "%s", GetStdString(version).c_str());
+  }
   return bundle;
 }
 

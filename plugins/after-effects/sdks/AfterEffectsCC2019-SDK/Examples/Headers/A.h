@@ -16,7 +16,7 @@ typedef A_char A_LegacyEnumType;    /* as on macOS */
 typedef A_long A_Err;
 enum { A_Err_NONE = 0, A_Err_GENERIC = 1 };
 
-/* A function of the host whose arguments nobody here knows. It keeps its place in the table, and no
-   call of it compiles: the type of its argument is never defined. */
+/* A function of the host that nothing here calls. It keeps its place in the table. No call of it
+   compiles: the type of its argument is never defined. */
 struct A_UnknownArguments;
 typedef A_Err (*A_UnknownFunction)(struct A_UnknownArguments);

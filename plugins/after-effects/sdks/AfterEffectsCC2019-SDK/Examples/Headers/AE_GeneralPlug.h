@@ -49,8 +49,7 @@ typedef A_Err (*AEGP_IdleHook)(AEGP_GlobalRefcon plugin_refconP, AEGP_IdleRefcon
 typedef A_Err (*AEGP_CommandHook)(AEGP_GlobalRefcon plugin_refconP, AEGP_CommandRefcon refconP,
                                   AEGP_Command command, AEGP_HookPriority hook_priority,
                                   A_Boolean already_handledB, A_Boolean* handledPB);
-/* Called each time a menu is about to be drawn. Items stay disabled unless they are enabled here.
- */
+/* Called each time a menu is about to be drawn. Items stay disabled unless enabled here. */
 typedef A_Err (*AEGP_UpdateMenuHook)(AEGP_GlobalRefcon plugin_refconP,
                                      AEGP_UpdateMenuRefcon refconP, AEGP_WindowType active_window);
 /* Called once, when the host shuts down. */
