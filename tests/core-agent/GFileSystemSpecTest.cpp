@@ -15,7 +15,7 @@ TEST(GFileSystemSpec, SetFullPathTakesFullPathsOnly) {
   for (const auto& [path, left] : rows) {
     GFileSystemSpec value("/old");
     EXPECT_EQ(value.SetFullPath(path), 0u) << path;
-    EXPECT_EQ(value.GetFullPath(), left);
+    EXPECT_EQ(value.GetFullPath(), left) << path;
   }
   GFileSystemSpec value("/old");
   LogLines log;
@@ -52,7 +52,8 @@ TEST(GFileSystemSpec, AppendsComponents) {
   for (const auto& row : rows) {
     GFileSystemSpec value;
     value.SetFullPath(row.path);
-    EXPECT_EQ(value.AppendPathComponent(row.component).GetFullPath(), row.left) << row.path;
+    EXPECT_EQ(value.AppendPathComponent(row.component).GetFullPath(), row.left)
+        << row.path << " + " << row.component;
   }
 }
 

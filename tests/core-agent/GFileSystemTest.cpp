@@ -29,6 +29,7 @@ TEST(GFileSystem, ExpandPathTakesBytesThatAreNotUtf8ForMacOSRoman) {
                                                       {std::string("/a\0b", 4), "/a"},
                                                       {"/a\xA5", "/a\xE2\x80\xA2"}};
   for (const auto& [path, expanded] : rows) {
+    SCOPED_TRACE(path);
     std::string result = path;
     EXPECT_EQ(GFileSystem::OSExpandPath(result), 0u);
     EXPECT_EQ(result, expanded);

@@ -59,6 +59,7 @@ TEST(GFileSystemTilde, StandsForHome) {
   const std::pair<std::string, std::string> rows[] = {
       {"~", kHome}, {"~/x", kHome + "/x"}, {"~/caf\x8E", kHome + "/caf\xC3\xA9"}, {"a/~", "a/~"}};
   for (const auto& [path, expanded] : rows) {
+    SCOPED_TRACE(path);
     std::string result = path;
     EXPECT_EQ(GFileSystem::OSExpandPath(result), 0u);
     EXPECT_EQ(result, expanded);

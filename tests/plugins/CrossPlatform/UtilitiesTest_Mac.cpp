@@ -45,6 +45,7 @@ TEST_F(LoadFrameworkTest, ReleasesWhatItMadeWhereThePlatformFails) {
                {kURL, {kString, kURL, Released(kString)}, 0},
                {kBundle, {kString, kURL, kBundle, Released(kURL), Released(kString)}, 1}};
   for (const auto& row : cases) {
+    SCOPED_TRACE(row.failing);
     TraceLog traces;
     cocoaFakes.failing = {row.failing};
     EXPECT_FALSE(Load(framework));
@@ -123,6 +124,7 @@ TEST(GetFileModificationDate, ReleasesWhatItMadeInReverseOrder) {
                {kURL, {kString, kURL, Released(kString)}},
                {kDate, {kString, kURL, kDate, Released(kURL), Released(kString)}}};
   for (const auto& row : cases) {
+    SCOPED_TRACE(row.failing);
     cocoaFakes.failing = {row.failing};
     EXPECT_EQ(VeldraneFileUtils::GetFileModificationDate(file.c_str()), 0);
     EXPECT_EQ(cocoaFakes.TakeCalls(), row.calls);

@@ -29,6 +29,7 @@ TEST_F(PathUtilsTest, PathsComeOutAsUTF8) {
                      {std::u16string{u'/', 0xDC00}, ""},
                      {std::u16string{u'/', 0xD834}, ""}};
   for (const auto& row : cases) {
+    SCOPED_TRACE(testing::PrintToString(row.host));
     fake_host.path = row.host;
     EXPECT_EQ(Path(), row.path);
     EXPECT_THAT(fake_host.TakeCalls(),
@@ -47,6 +48,7 @@ TEST_F(PathUtilsTest, OpenGivesTheHostUTF16UpToTheFirstInvalidByte) {
                      {"", u""},
                      {"/\xED\xA0\x80", u"/"}};
   for (const auto& row : cases) {
+    SCOPED_TRACE(row.path);
     EXPECT_EQ(utils.openProject(&manager, row.path), 0u);
     EXPECT_EQ(fake_host.openedPath, row.host);
   }

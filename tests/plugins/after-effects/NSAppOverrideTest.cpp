@@ -158,6 +158,8 @@ TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
       }};
   for (const auto& open : openings) {
     for (const State state : kStates) {
+      SCOPED_TRACE(&open - openings);
+      SCOPED_TRACE(static_cast<int>(state));
       Enter(state);
       fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
       open();
