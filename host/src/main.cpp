@@ -1,4 +1,3 @@
-#include <dlfcn.h>
 #include <fmt/format.h>
 #include <unistd.h>
 
@@ -7,7 +6,10 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <iostream>
 #include <iterator>
+#include <map>
 #include <regex>
 #include <string>
 #include <thread>
@@ -59,6 +61,13 @@ void ShowProgress(const std::string& text) {
   if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
 }
 
+// A plug-in's text must not act on the terminal. Line feeds are the findings' own.
+std::string Escaped(const std::string& text) {
+  std::vector<std::string> lines = host::Split(text, '\n');
+  std::transform(lines.begin(), lines.end(), lines.begin(), host::EscapeControls);
+  return host::Join(lines, "\n");
+}
+
 void PrintFindings(const Played& played, Level level, const char* title) {
   bool first = true;
   for (const host::FoundInSession& found : played.findings) {
@@ -66,7 +75,7 @@ void PrintFindings(const Played& played, Level level, const char* title) {
     if (kind.level != level) continue;
     if (first) fmt::print("\n{}:\n", title);
     first = false;
-    fmt::print("  {}: {}\n", kind.name, found.text);
+    fmt::print("  {}: {}\n", kind.name, Escaped(found.text));
   }
 }
 
@@ -103,6 +112,7 @@ class Printer {
     for (const std::string& line : mLines) fmt::print("{}\n", line);
     PrintFindings(played, Level::error, "failed");
     PrintFindings(played, Level::warning, "warnings");
+    if (!played.complete) fmt::print("not every step was played\n");
     if (!played.folder.empty()) fmt::print("kept: {}\n", played.folder.string());
     fmt::print("result: {}\n", failed ? "failed" : "ok");
   }
@@ -149,6 +159,14 @@ void TellNamesApart(std::vector<std::pair<std::string, std::vector<Session>>>& f
   }
 }
 
+std::regex MakeFilter(const std::string& text) {
+  try {
+    return std::regex(text);
+  } catch (const std::regex_error& error) {
+    throw host::SessionFileError(fmt::format("--filter: {}: {}", text, error.what()));
+  }
+}
+
 // Throws one `SessionFileError` with all faults of all files.
 std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart& part) {
   std::vector<std::pair<std::string, std::vector<Session>>> files;
@@ -162,7 +180,7 @@ std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart
   }
   if (!faults.empty()) throw host::SessionFileError(host::Join(faults, "\n"));
   TellNamesApart(files);
-  const std::regex filter(selection.filter);
+  const std::regex filter = MakeFilter(selection.filter);
   std::vector<Session> sessions;
   for (auto& [file, loaded] : files) {
     std::copy_if(std::make_move_iterator(loaded.begin()), std::make_move_iterator(loaded.end()),
@@ -198,7 +216,7 @@ int Validate(RunOptions options) {
     const char* const word = fails ? "FAIL" : played.findings.empty() ? "ok" : "warn";
     fmt::print("{:<5} {}\n", word, session.name);
     for (const host::FoundInSession& found : played.findings) {
-      fmt::print("      {}: {}\n", host::KindOf(found.finding).name, found.text);
+      fmt::print("      {}: {}\n", host::KindOf(found.finding).name, Escaped(found.text));
     }
     if (!played.folder.empty()) fmt::print("      kept: {}\n", played.folder.string());
   };
@@ -291,7 +309,9 @@ int RunCommandLine(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kOk : kUsage;
+    const int code = app.exit(error) == 0 ? kOk : kUsage;
+    if (!std::cout.flush()) throw std::runtime_error("can't write the output");
+    return code;
   }
   if (findings->parsed()) return ListFindings();
   if (!fontManager.empty()) options.fontManager = std::filesystem::absolute(fontManager);
@@ -306,6 +326,8 @@ int RunCommandLine(int argc, char** argv) {
 int main(int argc, char** argv) {
   // A reader of the output that goes away is a failed write.
   std::signal(SIGPIPE, SIG_IGN);
+  // A caller that ignores it would keep this process from hearing how the sessions ended.
+  std::signal(SIGCHLD, SIG_DFL);
   std::setvbuf(stdout, nullptr, _IOLBF, 0);
   try {
     const int code = RunCommandLine(argc, argv);

@@ -24,10 +24,14 @@ A_Err InsertMenuCommand(AEGP_Command command, const A_char* name, AEGP_MenuID me
   call.needs(name, "nameZ");
   // Which menus there are isn't known here, only that they are numbered from 1.
   if (menu < 1) call.misused(Finding::unknownMenu, fmt::format("there is no menu {}", int{menu}));
-  if (const A_Err error = call.error()) return error;
+  if (const A_Err error = call.error()) {
+    TheHost().menus.noteRefused(command);
+    return error;
+  }
   const bool inserted = TheHost().menus.insert(command, name, menu, place);
   TheHost().timeline.add(Actor::plugIn, fmt::format("inserts \"{}\" into menu {}, place {}{}", name,
                                                     int{menu}, place, inserted ? "" : ": refused"));
+  if (!inserted) TheHost().menus.noteRefused(command);
   return inserted ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
 }
 

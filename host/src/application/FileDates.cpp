@@ -19,7 +19,7 @@ FileDates::~FileDates() {
 void FileDates::watch(const fs::path& folder) {
   if (mEvents < 0) mEvents = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
   const int watched =
-      inotify_add_watch(mEvents, folder.c_str(), IN_CREATE | IN_MODIFY | IN_ONLYDIR);
+      inotify_add_watch(mEvents, folder.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO | IN_ONLYDIR);
   if (watched < 0) return;
   mFolders[watched] = folder;
   std::error_code ignored;

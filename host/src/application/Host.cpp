@@ -32,6 +32,7 @@ Host theHost;
 // Describes the exception that is being handled.
 std::string DescribeException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
+  if (!type) return "one that isn't of C++";
   int status = 0;
   char* demangled = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
   std::string name = demangled ? demangled : type->name();
@@ -39,7 +40,7 @@ std::string DescribeException() {
   try {
     throw;
   } catch (const std::exception& exception) {
-    return fmt::format("{}: {}", name, exception.what());
+    return fmt::format("{}: {}", name, EscapeControls(exception.what()));
   } catch (int value) {
     return fmt::format("{} {}", name, value);
   } catch (...) {
@@ -85,9 +86,28 @@ void Hooks::addCommandHook(const CommandHook& hook) {
 Host::~Host() {
   if (!mReporter.attached()) return;
   timeline.drainRest();
+  reportUnexpected();
   reportLeaks();
-  mFlight->callBegan = 0;
   mReporter.send(ReportKind::end, "");
+}
+
+void Host::reportUnexpected() {
+  const Record& record = timeline.record;
+  for (const auto& [error, where] : record.errors) {
+    report(Finding::hookError,
+           fmt::format("the user saw an error that no step expects: {}{}", error, where));
+  }
+  for (const auto& [text, where] : record.reports) {
+    report(Finding::userReport,
+           fmt::format("the user saw a report that no step expects: {}{}", text, where));
+  }
+  for (const auto& [function, where] : record.notSupplied) {
+    report(Finding::notSupplied,
+           fmt::format("{} was called, which this host doesn't supply{}", function, where));
+  }
+  if (undoGroups > 0) {
+    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended" + where());
+  }
 }
 
 void Host::reportLeaks() {
@@ -111,11 +131,12 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
   mModule = module;
   mFlight = &flight;
   mMainThread = pthread_self();
+  mFolder = std::filesystem::current_path();
   preferences.reset(settings.preferences);
   timeline.begin(mReporter, flight);
-  fileDates.watch(std::filesystem::current_path());
+  fileDates.watch(mFolder);
   setUpDesktop();
-  for (const std::string& font : ReadLines("active-fonts")) mKnownFonts.insert(font);
+  for (const std::string& font : ReadLines(inFolder("active-fonts"))) mKnownFonts.insert(font);
 }
 
 void Host::setUpDesktop() {
@@ -193,12 +214,16 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   enterPlugin(hook);
   try {
     result = call();
-  } catch (const SessionEnded&) {
+  } catch (const abi::__forced_unwind&) {
+    report(Finding::exception, fmt::format("the plug-in's {} ends its thread{}", hook, where()));
     throw;
   } catch (...) {
-    giveUp(Finding::exception,
-           fmt::format("an exception leaves the plug-in's {}: {}", hook, DescribeException()));
+    report(Finding::exception, fmt::format("an exception leaves the plug-in's {}: {}{}", hook,
+                                           DescribeException(), where()));
+    mEnding = true;
   }
+  // Not through the plug-in's frames: it might catch it.
+  if (mEnding && *outerHook == '\0') throw SessionEnded{};
   if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
     reportMisuse(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
@@ -235,7 +260,9 @@ void Host::drawMenus() {
 bool Host::runCommand(AEGP_Command command) {
   A_Boolean handled = 0;
   const auto offer = [&](AEGP_Command offered) {
-    for (const CommandHook& hook : hooks.command) {
+    // A copy, because a hook may register further ones.
+    const std::vector<CommandHook> offeredTo = hooks.command;
+    for (const CommandHook& hook : offeredTo) {
       if (hook.command != AEGP_Command_ALL && hook.command != offered) continue;
       callPlugin("command hook", [&] {
         return hook.function(mGlobalRefcon, hook.refcon, offered, hook.priority, handled, &handled);
@@ -262,7 +289,8 @@ void Host::newProject() {
 }
 
 A_Err Host::openProject(const std::string& path) {
-  if (!std::filesystem::is_regular_file(path)) {
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(path, ignored)) {
     timeline.add(Actor::host, fmt::format("finds no project {}", path));
     return A_Err_GENERIC;
   }
@@ -343,7 +371,7 @@ int64_t Host::runModal(desktop::Window& window) {
 }
 
 void Host::updateFontList() {
-  for (const std::string& font : ReadLines("active-fonts")) mKnownFonts.insert(font);
+  for (const std::string& font : ReadLines(inFolder("active-fonts"))) mKnownFonts.insert(font);
   ++timeline.record.fontUpdates;
   timeline.add(Actor::plugIn, "has the host scan the fonts again");
 }
@@ -375,13 +403,23 @@ void Host::beginStep(std::string_view place) {
   Note(mFlight->step, place);
 }
 
-void Host::endSteps() {
+void Host::endSteps() const {
   mReporter.send(ReportKind::played, "");
+}
+
+void Host::beginDestructors() {
+  mReporter.send(ReportKind::destroying, "");
+  mFlight->callBegan = 0;
   enterPlugin("static destructor");
 }
 
+std::string Host::inFolder(const std::string& path) const {
+  return (mFolder / path).string();
+}
+
 std::string Host::where() const {
-  return fmt::format("\n    in the {}, tick {}, host call {}, step {}", mHook, timeline.tick,
+  return fmt::format("\n    in the {}, tick {}, host call {}, step {}",
+                     *mHook ? mHook : "host itself", timeline.tick,
                      mFlight->hostCall[0] ? mFlight->hostCall.data() : "none",
                      mFlight->step.data());
 }
@@ -398,7 +436,7 @@ void Host::reportMisuse(Finding finding, std::string_view text) {
 }
 
 void Host::reportFromOtherThread(std::string_view function) const {
-  report(Finding::wrongThread, fmt::format("{}: called from another thread", function));
+  report(Finding::wrongThread, fmt::format("{}: called from another thread{}", function, where()));
 }
 
 void Host::giveUp(Finding finding, const std::string& text) const {

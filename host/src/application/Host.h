@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -138,9 +139,11 @@ class Host {
   void beginStep(std::string_view place);
   /// Notes that a step has been played.
   void endStep() { ++mFlight->stepsPlayed; }
-  /// Tells the process that waits that all steps were played. From now on the static objects of the
-  /// plug-in are destroyed.
-  void endSteps();
+  /// Tells the process that waits that all steps were played.
+  void endSteps() const;
+  /// Tells the process that waits that the session is over, played or not. From now on the static
+  /// objects of the plug-in are destroyed.
+  void beginDestructors();
   /// Reports a finding. The session goes on.
   void report(Finding finding, std::string_view text) const;
   /// Reports a misuse of the host, with where it happened. The session may still expect it.
@@ -162,6 +165,11 @@ class Host {
   /// Returns whether the handle is that of a project that was closed.
   bool wasProject(AEGP_ProjectH project) const { return mClosedProjects.contains(project); }
   std::string frontApplication() const;
+  /// Returns the absolute path of a file in the session folder. The plug-in may have changed the
+  /// working directory.
+  std::string inFolder(const std::string& path) const;
+  /// Returns the session folder.
+  const std::filesystem::path& folder() const { return mFolder; }
   const HostSettings& settings() const { return mSettings; }
   FlightRecord& flight() { return *mFlight; }
   bool isMainThread() const { return pthread_equal(pthread_self(), mMainThread) != 0; }
@@ -195,6 +203,7 @@ class Host {
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
   void replaceProject(std::unique_ptr<Project> project);
+  void reportUnexpected();
   void reportLeaks();
 
   Reporter mReporter;
@@ -203,6 +212,8 @@ class Host {
   FlightRecord* mFlight = nullptr;
   pthread_t mMainThread{};
   const char* mHook = "";  ///< that is running; empty in the host itself
+  std::filesystem::path mFolder;
+  bool mEnding = false;  ///< an exception has left the plug-in
   bool mStarting = false;
   bool mUpdatingMenus = false;
   std::unique_ptr<Project> mProject = std::make_unique<Project>();

@@ -97,7 +97,7 @@ bool HostCall::needsPreferences(AEGP_PersistentBlobH blob) {
 bool HostCall::needsMenuItem(AEGP_Command command) {
   if (!mOnMainThread || TheHost().menus.has(command)) return true;
   // The host refused the item. The plug-in may not have noticed.
-  if (TheHost().menus.wasMade(command)) {
+  if (TheHost().menus.wasRefused(command)) {
     mError = A_Err_GENERIC;
     return false;
   }

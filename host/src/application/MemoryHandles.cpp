@@ -15,6 +15,8 @@ std::string Origin::text() const {
 
 AEGP_MemHandle MemoryHandles::make(size_t size, const Origin& origin) {
   auto block = std::make_unique<Block>();
+  // So that one of size 0 has an address too.
+  block->bytes.reserve(std::max<size_t>(size, 1));
   block->bytes.resize(size);
   block->start = reinterpret_cast<_Up_OpaqueMem*>(block->bytes.data());
   block->origin = origin;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,9 @@ class Menus {
   bool insert(AEGP_Command command, std::string_view text, AEGP_MenuID menu, A_long place);
   /// Returns whether an item has the command.
   bool has(AEGP_Command command) const;
+  /// Notes that the host refused to insert an item with the command.
+  void noteRefused(AEGP_Command command) { mRefused.insert(command); }
+  bool wasRefused(AEGP_Command command) const { return mRefused.contains(command); }
 
   // There has to be an item with the command.
 
@@ -52,6 +56,7 @@ class Menus {
   static constexpr AEGP_Command kLastHostCommand = 10'000;
   AEGP_Command mLastCommand = kLastHostCommand;
   std::vector<Item> mItems;
+  std::set<AEGP_Command> mRefused;
 };
 
 }  // namespace host

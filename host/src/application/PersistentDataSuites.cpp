@@ -97,7 +97,10 @@ A_Err GetNumber(HostCall& call, AEGP_PersistentBlobH blob, const A_char* section
   if (const A_Err error = call.error()) return error;
   *value = fallback;
   if (const std::string* text = TheHost().preferences.find(section, key)) {
-    std::from_chars(text->data(), text->data() + text->size(), *value);
+    Number read{};
+    const char* const end = text->data() + text->size();
+    const auto [stop, failure] = std::from_chars(text->data(), end, read);
+    if (failure == std::errc() && stop == end) *value = read;
   }
   return A_Err_NONE;
 }

@@ -5,13 +5,14 @@
 #include "Host.h"
 #include "HostCall.h"
 #include "SuiteTables.h"
+#include "TextFile.h"
 
 namespace host {
 namespace {
 
 void Report(const std::string& text) {
   TheHost().timeline.add(Actor::plugIn, fmt::format("reports to the user: {}", text));
-  TheHost().timeline.record.reports.push_back({text, TheHost().where()});
+  TheHost().timeline.record.reports.push_back({EscapeControls(text), TheHost().where()});
 }
 
 template <SuiteId suite>

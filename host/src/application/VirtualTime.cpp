@@ -26,12 +26,15 @@ EXPORTED time_t time(time_t* result) noexcept {
 }
 
 EXPORTED int gettimeofday(timeval* __restrict result, void* __restrict /*zone*/) noexcept {
-  *result = {now, 0};
+  // The C library declares it as never null, but answers 0 for null.
+  timeval* volatile place = result;
+  if (place) *place = {now, 0};
   return 0;
 }
 
 EXPORTED int clock_gettime(clockid_t clock, timespec* result) noexcept {
-  if (clock != CLOCK_REALTIME && clock != CLOCK_REALTIME_COARSE) {
+  if (clock != CLOCK_REALTIME && clock != CLOCK_REALTIME_COARSE && clock != CLOCK_REALTIME_ALARM &&
+      clock != CLOCK_TAI) {
     return static_cast<int>(syscall(SYS_clock_gettime, clock, result));
   }
   *result = {now, 0};

@@ -21,6 +21,7 @@ enum class Finding {
   timeout,
   processEnded,
   dialogNeverBegan,
+  hostCommandHandled,
   notSupplied,
   nullArgument,
   badArgument,
@@ -71,6 +72,8 @@ inline constexpr std::array kFindingKinds{
     FindingKind{
         Finding::dialogNeverBegan, "dialog-never-began", Level::error,
         "A modal session of the host doesn't begin, because the plug-in doesn't pass it on."},
+    FindingKind{Finding::hostCommandHandled, "host-command-handled", Level::warning,
+                "The plug-in handles a command of the host's own, such as save or quit."},
     FindingKind{Finding::notSupplied, "not-supplied", Level::error,
                 "The plug-in calls a function that aegp-host doesn't supply."},
     FindingKind{Finding::nullArgument, "null-argument", Level::error,

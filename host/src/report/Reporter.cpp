@@ -2,18 +2,25 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 
 namespace host {
 
+void Reporter::attach(int pipe) {
+  mPipe = pipe;
+  mProcess = getpid();
+}
+
 void Reporter::send(ReportKind kind, std::string_view text) const {
-  if (!attached()) return;
+  if (!attached() || mProcess != getpid()) return;
   const uint64_t size = text.size();
   std::string bytes(1, static_cast<char>(kind));
   bytes.append(reinterpret_cast<const char*>(&size), sizeof size).append(text);
   for (size_t sent = 0; sent < bytes.size();) {
     const ssize_t written = write(mPipe, bytes.data() + sent, bytes.size() - sent);
+    if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return;
     sent += static_cast<size_t>(written);
   }

@@ -17,6 +17,7 @@ enum class ReportKind : char {
   expected = 'X',  ///< the session expects every misuse since the last such report
   unloadable = 'U',  ///< the plug-in's module can't be loaded, and why
   played = 'P',      ///< all steps were played
+  destroying = 'D',  ///< the session is over, played or not
   end = 'E',         ///< all static objects are destroyed, and the host has checked for leaks
 };
 
@@ -25,15 +26,17 @@ struct Report {
   std::string text;
 };
 
-/// Writes reports to a pipe, which it doesn't own. Drops them until `attach` names the pipe.
+/// Writes reports to a pipe, which it doesn't own. Drops them until `attach` names the pipe, and in
+/// a process that the plug-in has forked.
 class Reporter {
  public:
-  void attach(int pipe) { mPipe = pipe; }
+  void attach(int pipe);
   bool attached() const { return mPipe >= 0; }
   void send(ReportKind kind, std::string_view text) const;
 
  private:
   int mPipe = -1;
+  int mProcess = 0;
 };
 
 /// Reads the report at `place` and moves `place` past it. Returns false if it isn't whole.

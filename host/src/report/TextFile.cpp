@@ -13,6 +13,8 @@
 namespace host {
 namespace {
 
+constexpr int64_t kMostBytesAtOnce = 16 * 1024 * 1024;
+
 [[noreturn]] void ThrowFileError(const char* what, const std::filesystem::path& file) {
   throw std::filesystem::filesystem_error(what, file,
                                           std::error_code(errno, std::generic_category()));
@@ -105,7 +107,11 @@ bool TrySetModificationDate(const std::filesystem::path& file, int64_t date) {
 std::vector<std::string> GrowingFile::newLines() {
   std::vector<std::string> lines;
   std::array<char, 4096> buffer;
-  for (ssize_t size = 0; (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
+  // Not more than what is there now: somebody may write faster than this reads.
+  int64_t most = kMostBytesAtOnce;
+  for (ssize_t size = 0;
+       most > 0 && (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
+    most -= size;
     mOffset += size;
     mRest.append(buffer.data(), static_cast<size_t>(size));
   }

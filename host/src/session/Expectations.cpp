@@ -56,15 +56,15 @@ Texts Shorten(const Host& host, Texts texts) {
 }
 
 // `${session}` in an expectation stands for the session folder.
-std::string Resolve(std::string text) {
-  ReplaceAll(text, "${session}", std::filesystem::current_path().string());
+std::string Resolve(const Host& host, std::string text) {
+  ReplaceAll(text, "${session}", host.folder().string());
   return text;
 }
 
 Check CompareText(std::string expected, std::string (*find)(Host&)) {
   return [expected = std::move(expected), find](Host& host) {
     const std::string found = Shorten(host, find(host));
-    const std::string wanted = Shorten(host, Resolve(expected));
+    const std::string wanted = Shorten(host, Resolve(host, expected));
     return found == wanted ? "" : Mismatch(wanted, found);
   };
 }
@@ -72,7 +72,7 @@ Check CompareText(std::string expected, std::string (*find)(Host&)) {
 Check CompareList(const YamlValue& value, Texts (*find)(Host&)) {
   return [expected = value.texts(), find](Host& host) {
     Texts wanted = expected;
-    std::transform(wanted.begin(), wanted.end(), wanted.begin(), Resolve);
+    for (std::string& text : wanted) text = Resolve(host, text);
     return CompareLists(Shorten(host, std::move(wanted)), Shorten(host, find(host)));
   };
 }
@@ -161,9 +161,10 @@ Check ReadPreferences(const YamlValue& value) {
     Texts found;
     for (const auto& [section, key, text] : entries) {
       const std::string* preference = host.preferences.find(section, key);
-      const std::string present = preference ? *preference : "none";
-      if (present == text) continue;
-      expected.push_back(fmt::format("{} / {} = {}", section, key, text));
+      const std::string present = preference ? Shorten(host, *preference) : "none";
+      const std::string wanted = Shorten(host, Resolve(host, text));
+      if (present == wanted) continue;
+      expected.push_back(fmt::format("{} / {} = {}", section, key, wanted));
       found.push_back(fmt::format("{} / {} = {}", section, key, present));
     }
     return CompareLists(expected, found);
@@ -181,9 +182,9 @@ Check ReadFiles(const YamlValue& value) {
     Texts found;
     for (const auto& [path, text] : files) {
       std::ostringstream present;
-      const std::ifstream stream(path, std::ios::binary);
+      const std::ifstream stream(host.inFolder(path), std::ios::binary);
       if (stream) present << stream.rdbuf();
-      expected.push_back(path + ": " + Shorten(host, Resolve(text)));
+      expected.push_back(path + ": " + Shorten(host, Resolve(host, text)));
       found.push_back(path + ": " + (stream ? Shorten(host, present.str()) : "none"));
     }
     return CompareLists(expected, found);

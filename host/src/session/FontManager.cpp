@@ -201,10 +201,12 @@ std::string CompareCalls(const std::vector<ExpectedCall>& expected,
 }
 
 // Flattens lists within the list: a variable can stand for several calls, or for none.
-void ReadExpectedCalls(const YamlValue& value, std::vector<ExpectedCall>& calls) {
+void ReadExpectedCalls(const YamlValue& value, std::vector<ExpectedCall>& calls, int depth = 0) {
+  constexpr int kMostLists = 8;
+  if (depth > kMostLists) value.fail("has too many lists within lists");
   for (const YamlValue& call : value.list()) {
     if (call.isList()) {
-      ReadExpectedCalls(call, calls);
+      ReadExpectedCalls(call, calls, depth + 1);
     } else {
       calls.push_back(ReadExpectedCall(call));
     }
@@ -235,7 +237,7 @@ Action ReadAnswers(const YamlValue& value) {
   return [answers](Host& host) {
     host.timeline.drain();
     for (const auto& [operation, line] : answers) {
-      AppendLine("framework-answers", line);
+      AppendLine(host.inFolder("framework-answers"), line);
       ++frameworkLog.answersLeft[operation];
     }
   };
@@ -248,7 +250,7 @@ Action ReadState(const YamlValue& value) {
   }
   return [lines](Host& host) {
     host.timeline.add(Actor::session, fmt::format("font manager: {}", Join(lines, ", ")));
-    WriteLines("framework-state", lines);
+    WriteLines(host.inFolder("framework-state"), lines);
   };
 }
 

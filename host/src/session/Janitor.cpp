@@ -14,10 +14,11 @@
 namespace host {
 namespace {
 
-// Keeps account of the folders until the pipe ends with the process that writes to it.
+// Notes what there is to clean up until the process that writes to the pipe dies, then does it.
 [[noreturn]] void CleanUpAfter(int pipe) {
   setpgid(0, 0);
   std::set<std::string> folders;
+  std::set<std::string> groups;
   std::FILE* const stream = fdopen(pipe, "r");
   std::string line;
   for (int letter = 0; (letter = std::fgetc(stream)) != EOF;) {
@@ -27,8 +28,11 @@ namespace {
     }
     if (line.front() == '+') folders.insert(line.substr(1));
     if (line.front() == '-') folders.erase(line.substr(1));
+    if (line.front() == 'g') groups.insert(line.substr(1));
+    if (line.front() == 'e') groups.erase(line.substr(1));
     line.clear();
   }
+  for (const std::string& group : groups) kill(-std::stoi(group), SIGKILL);
   for (const std::string& folder : folders) {
     std::error_code ignored;
     std::filesystem::remove_all(folder, ignored);
@@ -61,8 +65,8 @@ void Janitor::leave() const {
   close(mPipe);
 }
 
-void Janitor::tell(char what, const std::filesystem::path& folder) const {
-  const std::string line = what + folder.string();
+void Janitor::tell(char what, const std::string& text) const {
+  const std::string line = what + text;
   // With its NUL. The janitor is a second line of defence, so that a failure changes nothing now.
   if (write(mPipe, line.c_str(), line.size() + 1) < 0) return;
 }

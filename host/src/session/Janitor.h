@@ -3,11 +3,12 @@
 #include <sys/types.h>
 
 #include <filesystem>
+#include <string>
 
 namespace host {
 
-/// Removes the folders that it watches when this process dies, however that happens. Does so in a
-/// process of its own.
+/// Removes folders and kills process groups when this process dies, however that happens. Does so
+/// in a process of its own.
 class Janitor {
  public:
   /// Starts the process. Throws `std::runtime_error` if it can't.
@@ -17,13 +18,16 @@ class Janitor {
   Janitor(const Janitor&) = delete;
   Janitor& operator=(const Janitor&) = delete;
 
-  void watch(const std::filesystem::path& folder) const { tell('+', folder); }
-  void forget(const std::filesystem::path& folder) const { tell('-', folder); }
+  void watch(const std::filesystem::path& folder) const { tell('+', folder.string()); }
+  void forget(const std::filesystem::path& folder) const { tell('-', folder.string()); }
+  /// Does the same for a process group, which it kills.
+  void watchGroup(pid_t group) const { tell('g', std::to_string(group)); }
+  void forgetGroup(pid_t group) const { tell('e', std::to_string(group)); }
   /// To be called in each child process, which would keep the janitor from noticing the death.
   void leave() const;
 
  private:
-  void tell(char what, const std::filesystem::path& folder) const;
+  void tell(char what, const std::string& text) const;
 
   pid_t mProcess = -1;
   int mPipe = -1;

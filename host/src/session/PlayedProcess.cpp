@@ -24,14 +24,21 @@ namespace host {
 namespace {
 
 constexpr int64_t kNanoseconds = 1'000'000'000;
+// Of a session. A plug-in that makes one makes it again and again.
+constexpr size_t kMostMisuses = 100;
+// Of the output that a process leaves behind, in bytes.
+constexpr size_t kMostOutput = 65536;
 // How long a process that hangs may take to write its backtrace.
 constexpr int64_t kTimeToEnd = kNanoseconds;
 
 std::vector<std::string> ReadLinesFrom(const std::filesystem::path& file, off_t place) {
   std::ifstream stream(file, std::ios::binary);
   stream.seekg(place);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  std::string text(kMostOutput, '\0');
+  stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+  text.resize(static_cast<size_t>(stream.gcount()));
+  std::vector<std::string> lines = Split(text, '\n');
+  if (lines.back().empty()) lines.pop_back();
   return lines;
 }
 
@@ -60,28 +67,33 @@ std::vector<std::string> Frames(const std::string& report) {
 }  // namespace
 
 bool Played::failed(bool strict) const {
-  return std::any_of(findings.begin(), findings.end(), [&](const FoundInSession& found) {
-    return strict || KindOf(found.finding).level == Level::error;
-  });
+  return !complete ||
+         std::any_of(findings.begin(), findings.end(), [&](const FoundInSession& found) {
+           return strict || KindOf(found.finding).level == Level::error;
+         });
 }
 
 PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
                              const Janitor& janitor)
-    : mSession(session), mOptions(options), mFolder(session.setUp, janitor, options.keep) {
-  start(janitor);
+    : mSession(session),
+      mOptions(options),
+      mJanitor(janitor),
+      mFolder(session.setUp, janitor, options.keep) {
+  start();
 }
 
 PlayedProcess::~PlayedProcess() {
   if (mProcess > 0) {
     kill(-mProcess, SIGKILL);
     kill(mProcess, SIGKILL);
+    mJanitor.forgetGroup(mProcess);
     waitpid(mProcess, nullptr, 0);
   }
   close(mPipe);
   close(mCrashReport);
 }
 
-void PlayedProcess::start(const Janitor& janitor) {
+void PlayedProcess::start() {
   std::array<int, 2> ends{};
   mCrashReport = memfd_create("crash report", MFD_CLOEXEC);
   if (mCrashReport < 0 || pipe2(ends.data(), O_CLOEXEC) != 0) {
@@ -91,12 +103,13 @@ void PlayedProcess::start(const Janitor& janitor) {
   mProcess = fork();
   if (mProcess < 0) throw std::runtime_error("can't make a process");
   if (mProcess == 0) {
-    janitor.leave();
+    mJanitor.leave();
     close(ends[0]);
     PlayAndExit(mSession, {mOptions.module, mFolder.path(), ends[1], mCrashReport}, *mFlight);
   }
   // In both processes, because either may be the first to need it.
   setpgid(mProcess, mProcess);
+  mJanitor.watchGroup(mProcess);
   close(ends[1]);
   mPipe = ends[0];
   fcntl(mPipe, F_SETFL, O_NONBLOCK);
@@ -105,13 +118,16 @@ void PlayedProcess::start(const Janitor& janitor) {
 bool PlayedProcess::update() {
   readReports();
   int status = 0;
-  if (waitpid(mProcess, &status, WNOHANG) == 0) {
+  const pid_t ended = waitpid(mProcess, &status, WNOHANG);
+  if (ended < 0) throw std::runtime_error("can't wait for a process");
+  if (ended == 0) {
     endIfHanging();
     return true;
   }
   // What it wrote before it ended. Others may hold the pipe open.
   readReports();
   kill(-mProcess, SIGKILL);
+  mJanitor.forgetGroup(mProcess);
   mProcess = -1;
   addRestOfOutput();
   addHowItEnded(status);
@@ -131,8 +147,9 @@ void PlayedProcess::readReports() {
 void PlayedProcess::takeReport(const Report& report) {
   const auto found = [&] {
     const size_t end = report.text.find('\n');
-    return FoundInSession{*FindingNamed(std::string_view(report.text).substr(0, end)),
-                          report.text.substr(end + 1)};
+    return FoundInSession{
+        FindingNamed(std::string_view(report.text).substr(0, end)).value_or(Finding::processEnded),
+        report.text.substr(end + 1)};
   };
   switch (report.kind) {
     case ReportKind::line:
@@ -142,7 +159,7 @@ void PlayedProcess::takeReport(const Report& report) {
       mFindings.push_back(found());
       break;
     case ReportKind::misuse:
-      mMisuses.push_back(found());
+      if (mMisuses.size() < kMostMisuses) mMisuses.push_back(found());
       break;
     case ReportKind::expected:
       mMisuses.clear();
@@ -151,6 +168,9 @@ void PlayedProcess::takeReport(const Report& report) {
       throw std::runtime_error(report.text);
     case ReportKind::played:
       mPlayed = true;
+      break;
+    case ReportKind::destroying:
+      mOver = true;
       break;
     case ReportKind::end:
       mEnded = true;
@@ -163,7 +183,8 @@ void PlayedProcess::endIfHanging() {
   const int64_t now = MonotonicNow();
   if (mAskedToEnd != 0) {
     if (now - mAskedToEnd > kTimeToEnd) kill(mProcess, SIGKILL);
-  } else if (began != 0 && now - began > mOptions.timeout.count() * kNanoseconds) {
+  } else if (began != 0 &&
+             now - std::max(began, mTimeRunsSince) > mOptions.timeout.count() * kNanoseconds) {
     mAskedToEnd = now;
     kill(mProcess, kHangSignal);
   }
@@ -187,7 +208,7 @@ void PlayedProcess::addHowItEnded(int status) {
   } else if (WIFSIGNALED(status)) {
     add(Finding::crash,
         fmt::format("the process crashed {}: {}", place, strsignal(WTERMSIG(status))));
-  } else if (!mPlayed || !mEnded || WEXITSTATUS(status) != 0) {
+  } else if (!mOver || !mEnded || WEXITSTATUS(status) != 0) {
     add(Finding::processEnded,
         fmt::format("the process ended {} with code {}", place, WEXITSTATUS(status)));
   }
@@ -200,7 +221,8 @@ void PlayedProcess::add(Finding finding, const std::string& text) {
 }
 
 std::string PlayedProcess::where() const {
-  const size_t left = mSession.steps.size() - static_cast<size_t>(mFlight->stepsPlayed);
+  const size_t played = std::min(static_cast<size_t>(mFlight->stepsPlayed), mSession.steps.size());
+  const size_t left = mSession.steps.size() - played;
   return fmt::format("\n    tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
                      mFlight->hostCall[0] ? mFlight->hostCall.data() : "none", mFlight->step.data(),
                      left, mSession.steps.size());
@@ -217,6 +239,7 @@ Played PlayedProcess::result() {
   std::erase_if(played.findings, [&](const FoundInSession& found) {
     return mOptions.allowed.contains(found.finding);
   });
+  played.complete = mPlayed;
   if (mOptions.keep) played.folder = mFolder.path();
   return played;
 }

@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,7 +19,7 @@ class PlayedProcess {
   /// Sets the session up and begins to play it. All arguments outlive this object. Throws
   /// `std::runtime_error` if that can't be done.
   PlayedProcess(const Session& session, const RunOptions& options, const Janitor& janitor);
-  /// Ends the process, and all processes that the plug-in left behind.
+  /// Ends the process, and those that the plug-in left behind in its group.
   ~PlayedProcess();
   PlayedProcess(const PlayedProcess&) = delete;
   PlayedProcess& operator=(const PlayedProcess&) = delete;
@@ -31,13 +30,16 @@ class PlayedProcess {
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Returns false when
   /// the process has ended. Throws `std::runtime_error` if the plug-in's module can't be loaded.
   bool update();
+  /// Begins the time limit of the call that is under way again. For when nobody took in what the
+  /// process reports, so that it had to wait.
+  void restartTimeLimit() { mTimeRunsSince = MonotonicNow(); }
   /// Returns the lines of the timeline since the last call.
   std::vector<std::string> takeLines();
   /// What came of the session, once `update` has returned false.
   Played result();
 
  private:
-  void start(const Janitor& janitor);
+  void start();
   void readReports();
   void takeReport(const Report& report);
   void endIfHanging();
@@ -48,6 +50,7 @@ class PlayedProcess {
 
   const Session& mSession;
   const RunOptions& mOptions;
+  const Janitor& mJanitor;
   SessionFolder mFolder;
   SharedFlightRecord mFlight;
   pid_t mProcess = -1;
@@ -58,8 +61,10 @@ class PlayedProcess {
   std::vector<FoundInSession> mFindings;
   std::vector<FoundInSession> mMisuses;  ///< that the session may still expect
   bool mPlayed = false;
+  bool mOver = false;  ///< the session ended, played or not
   bool mEnded = false;
-  int64_t mAskedToEnd = 0;  ///< when a hang was noticed; 0 if none was
+  int64_t mTimeRunsSince = 0;  ///< at the earliest, for a call of the plug-in
+  int64_t mAskedToEnd = 0;     ///< when a hang was noticed; 0 if none was
 };
 
 }  // namespace host

@@ -15,11 +15,16 @@
 namespace host {
 namespace {
 
+constexpr int64_t kLongTime = 100'000'000;  // nanoseconds
+
 volatile sig_atomic_t caughtSignal = 0;
 
 void CatchSignals() {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    ::signal(signal, [](int caught) { caughtSignal = caught; });
+    // `nohup` and the like have it ignored.
+    if (::signal(signal, [](int caught) { caughtSignal = caught; }) == SIG_IGN) {
+      ::signal(signal, SIG_IGN);
+    }
   }
 }
 
@@ -55,7 +60,7 @@ void WaitForReports(const Jobs& jobs) {
   for (const auto& job : jobs) {
     if (!job->result) pipes.push_back({job->process.pipe(), POLLIN, 0});
   }
-  poll(pipes.data(), pipes.size(), kMilliseconds);
+  if (!pipes.empty()) poll(pipes.data(), pipes.size(), kMilliseconds);
 }
 
 void Update(Job& job) {
@@ -93,7 +98,13 @@ int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options
     if (jobs.empty()) break;
     WaitForReports(jobs);
     for (const auto& job : jobs) Update(*job);
-    while (!jobs.empty() && Tell(*jobs.front(), listener)) {
+    // A listener that waits for its reader keeps the processes waiting.
+    const int64_t before = MonotonicNow();
+    const bool isOver = !jobs.empty() && Tell(*jobs.front(), listener);
+    if (MonotonicNow() - before > kLongTime) {
+      for (const auto& job : jobs) job->process.restartTimeLimit();
+    }
+    if (isOver) {
       stops = stops || (options.failFast && jobs.front()->result->failed(options.strict));
       jobs.pop_front();
       if (stops) jobs.clear();

@@ -31,6 +31,7 @@ struct FoundInSession {
 /// What came of a session.
 struct Played {
   std::vector<FoundInSession> findings;  ///< without those that are allowed
+  bool complete = false;                 ///< every step was played
   std::filesystem::path folder;          ///< where it was kept; empty otherwise
 
   bool failed(bool strict) const;

@@ -124,6 +124,8 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
 
   std::vector<Session> sessions;
   const YamlValue variants(node["variants"], "variants", &file, &kNoVariables);
+  std::set<std::string> names;
+  if (variants.list().empty()) variants.fail("has to have a variant");
   for (const YamlValue& variant : variants.list()) {
     Variables variables;
     std::string variantName;
@@ -132,6 +134,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
       if (key == "name") variantName = value.text();
     }
     if (variantName.empty()) variant.fail("a variant needs a name");
+    if (!names.insert(variantName).second) variant.fail("two variants have one name");
     sessions.push_back(ReadSession(YamlValue(node, "session", &file, &variables),
                                    fmt::format("{} ({})", name, variantName), part));
   }

@@ -33,11 +33,6 @@ std::string ReadProject(const YamlValue& value, const Draft& draft) {
   return path;
 }
 
-// Called while a step is played, when the working directory is the session folder.
-std::string Absolute(const std::string& path) {
-  return std::filesystem::absolute(path).string();
-}
-
 Action ReadStart(const YamlValue& value, Draft& draft) {
   RequireNothing(value);
   if (draft.started) value.fail("the host has started already");
@@ -46,12 +41,14 @@ Action ReadStart(const YamlValue& value, Draft& draft) {
 }
 
 Action ReadOpen(const YamlValue& value, Draft& draft) {
-  return [path = ReadProject(value, draft)](Host& host) { OpenByDialog(host, Absolute(path)); };
+  return
+      [path = ReadProject(value, draft)](Host& host) { OpenByDialog(host, host.inFolder(path)); };
 }
 
 Action ReadOpenByDoubleClick(const YamlValue& value, Draft& draft) {
-  return
-      [path = ReadProject(value, draft)](Host& host) { OpenByDoubleClick(host, Absolute(path)); };
+  return [path = ReadProject(value, draft)](Host& host) {
+    OpenByDoubleClick(host, host.inFolder(path));
+  };
 }
 
 Action ReadEdit(const YamlValue& value, Draft& /*draft*/) {
@@ -67,7 +64,7 @@ Action ReadSave(const YamlValue& value, Draft& /*draft*/) {
 Action ReadSaveAs(const YamlValue& value, Draft& draft) {
   const std::string path = value.path();
   draft.projects.insert(path);
-  return [path](Host& host) { SaveAs(host, Absolute(path)); };
+  return [path](Host& host) { SaveAs(host, host.inFolder(path)); };
 }
 
 Action ReadClose(const YamlValue& value, Draft& /*draft*/) {
@@ -101,7 +98,7 @@ Action ReadRemove(const YamlValue& value, Draft& draft) {
   draft.projects.erase(path);
   return [path](Host& host) {
     host.timeline.add(Actor::user, fmt::format("removes {} from the disk", path));
-    std::filesystem::remove(path);
+    std::filesystem::remove(host.inFolder(path));
   };
 }
 

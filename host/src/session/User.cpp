@@ -8,7 +8,11 @@ namespace {
 // Returns false if a plug-in has handled the command.
 bool HostMayHandle(Host& host, HostCommand command) {
   host.drawMenus();
-  return !host.runCommand(command);
+  if (!host.runCommand(command)) return true;
+  host.timeline.add(Actor::plugIn, fmt::format("handles the host's command {}", command));
+  host.report(Finding::hostCommandHandled,
+              fmt::format("the host's command {} had no effect{}", command, host.where()));
+  return false;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <filesystem>
 #include <optional>
@@ -117,6 +118,13 @@ std::string YamlValue::checkedPath(const std::string& text) const {
   const std::filesystem::path path(text);
   const bool leaves = std::find(path.begin(), path.end(), "..") != path.end();
   if (path.empty() || path.is_absolute() || leaves) fail("has to stay in the session folder");
+  static constexpr std::array<std::string_view, 8> kReserved{
+      "active-fonts", "framework-answers", "framework-state", "journal",
+      "vault",        ".stdout",           ".stderr",         "Tamberlink.framework"};
+  if (std::find(kReserved.begin(), kReserved.end(), path.begin()->string()) != kReserved.end()) {
+    fail(fmt::format("'{}' is a name of the session folder's own", text));
+  }
+  if (!path.has_filename() || path == ".") fail("has to name a file");
   return text;
 }
 
