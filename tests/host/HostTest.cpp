@@ -81,6 +81,10 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"crash after printing", "plug-in    prints: last words\\x1b"},
       {"crash after printing", "plug-in    writes to standard error: and more"},
       {"crash at exit", "crash: the process crashed in the static destructor: Aborted\n"},
+      {"report at exit", "user-report: the user saw a report that no step expects: at exit"},
+      {"go on in a fork", "process-ended: the process ended in the idle hook with code 0"},
+      {"throw in a command", "exception: an exception leaves the plug-in's command hook: std::"},
+      {"enable a removed item", "unknown-command: AEGP_EnableCommand: no menu item has"},
       {"crash at load", "crash: the process crashed in the static constructor: Aborted\n"},
       {"throw in a thread", "uncaught exception: std::runtime_error"},
       {"hang", "timeout: the plug-in doesn't return within 1 s in the idle hook\n    tick 1, "},
@@ -113,6 +117,9 @@ TEST(Host, LetsTheSessionOrTheUserAcceptAFinding) {
   EXPECT_EQ(Play(Behaviour("pass null", "[tick, expect: {findings: [null-argument]}]")).code, 0);
   EXPECT_EQ(Play(Behaviour("pass null"), "--allow null-argument").code, 0);
   EXPECT_EQ(Play(Behaviour("pass null"), "--allow crash").code, 1);
+  const Played cut = Play(Behaviour("throw"), "--allow exception");
+  EXPECT_EQ(cut.code, 1);
+  EXPECT_THAT(cut.output, HasSubstr("\nnot every step was played\n"));
   const Played warned = Play(Behaviour("enable outside a hook"));
   EXPECT_EQ(warned.code, 0);
   EXPECT_THAT(warned.output, HasSubstr("\nwarnings:\n  enabled-outside-hook: "));
@@ -385,6 +392,15 @@ TEST(Host, ComparesWhatAPluginWrote) {
       files: {written: "in ${session}", missing: none}
       stdout: ["${session}/written, 1700000005"]
       stderr: [to the error stream]
+)"));
+  EXPECT_EQ(played.code, 0) << played.output;
+}
+
+TEST(Host, StaysInItsFolderWhereverThePluginGoes) {
+  const Played played = Play(Behaviour("leave the folder", R"(
+  - tick
+  - save as: projects/a.aep
+  - expect: {files: {projects/a.aep: ""}, project: projects/a.aep}
 )"));
   EXPECT_EQ(played.code, 0) << played.output;
 }

@@ -96,6 +96,7 @@ void KeepAPreference() {
 struct HeldToTheEnd {
   bool holds = false;
   bool crashes = false;
+  bool reports = false;
   HeldToTheEnd() {
     std::string behaviour;
     std::getline(std::ifstream("behaviour") >> std::ws, behaviour);
@@ -104,6 +105,7 @@ struct HeldToTheEnd {
   }
   ~HeldToTheEnd() {
     if (crashes) std::abort();
+    if (reports) Utility()->AEGP_ReportInfo(pluginId, "at exit");
     if (holds) basic->ReleaseSuite("AEGP Memory Suite", 1);
   }
 } heldToTheEnd;
@@ -135,6 +137,7 @@ void LeaveChildBehind() {
 
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
+bool throwsInCommand = false;
 // Its date is printed at the next tick.
 std::string writtenFile;
 
@@ -181,6 +184,22 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        std::abort();
      }},
     {"crash at exit", [] { heldToTheEnd.crashes = true; }},
+    {"report at exit", [] { heldToTheEnd.reports = true; }},
+    {"go on in a fork",
+     [] {
+       if (fork() > 0) _exit(0);
+     }},
+    {"leave the folder", [] { std::filesystem::current_path("/"); }},
+    {"throw in a command",
+     [] {
+       throwsInCommand = true;
+       Commands()->AEGP_DoCommand(command);
+     }},
+    {"enable a removed item",
+     [] {
+       Commands()->AEGP_RemoveMenuCommand(command);
+       Commands()->AEGP_EnableCommand(command);
+     }},
     {"throw in a thread",
      [] { std::thread([] { throw std::runtime_error("from a thread"); }).join(); }},
     {"hang", Hang},
@@ -292,6 +311,7 @@ A_Err UpdateMenu(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) {
 
 A_Err Command(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command picked, AEGP_HookPriority,
               A_Boolean, A_Boolean* handled) {
+  if (throwsInCommand) throw std::runtime_error("nested");
   std::printf("command %s\n", picked == command ? "of mine" : std::to_string(picked).c_str());
   if (picked == command) *handled = 1;
   return A_Err_NONE;

@@ -1,5 +1,6 @@
 #include "FlightRecord.h"
 
+#include <pthread.h>
 #include <sys/mman.h>
 
 #include <ctime>
@@ -17,6 +18,16 @@ SharedFlightRecord::SharedFlightRecord() {
 
 SharedFlightRecord::~SharedFlightRecord() {
   munmap(mRecord, sizeof(FlightRecord));
+}
+
+void KeepFromForks(FlightRecord& record) {
+  static FlightRecord* kept = nullptr;
+  kept = &record;
+  pthread_atfork(nullptr, nullptr, [] {
+    // In the place of the shared memory.
+    mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
+         MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  });
 }
 
 int64_t MonotonicNow() {

@@ -41,6 +41,9 @@ class SharedFlightRecord {
   FlightRecord* mRecord;
 };
 
+/// Gives processes that this one forks from now on a record of their own, which nobody reads.
+void KeepFromForks(FlightRecord& record);
+
 /// Copies `text` into one of the record's arrays, cut to its size.
 template <size_t size>
 void Note(std::array<char, size>& field, std::string_view text) {

@@ -65,6 +65,7 @@ void PlayAndExit(const Session& session, const PlayerSetup& setup, FlightRecord&
   if (chdir(setup.folder.c_str()) != 0) _exit(1);
   setenv("HOME", setup.folder.c_str(), 1);
   InstallCrashReport(setup.crashReport);
+  KeepFromForks(flight);
   PlaySteps(session, setup, flight, TheHost());
   std::exit(0);
 }
