@@ -143,7 +143,12 @@ std::string writtenFile;
 
 const std::map<std::string, std::function<void()>> kBehaviours{
     {"leak a suite", Acquire},
-    {"release a suite twice", [] { basic->ReleaseSuite("AEGP Memory Suite", 1); }},
+    {"release a suite twice",
+     [] {
+       Acquire();
+       basic->ReleaseSuite("AEGP Memory Suite", 1);
+       basic->ReleaseSuite("AEGP Memory Suite", 1);
+     }},
     {"hold a suite to the end",
      [] {
        Acquire();
@@ -161,6 +166,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] {
        const AEGP_MemHandle handle = PathHandle();
        Memory()->AEGP_FreeMemHandle(handle);
+       PathHandle();
        Memory()->AEGP_FreeMemHandle(handle);
      }},
     {"unlock a handle",
@@ -220,6 +226,13 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        const AEGP_CommandSuite1* suite = nullptr;
        suite = Commands().operator->();
        suite->AEGP_GetUniqueCommand(&unused);
+     }},
+    {"call an unsupplied function of a released suite",
+     [] {
+       const AEGP_UtilitySuite3* suite = nullptr;
+       suite = Utility().operator->();
+       const auto function = reinterpret_cast<void (*)()>(suite->AEGP_CauseIdleRoutinesToBeCalled);
+       reinterpret_cast<A_Err (*)()>(function)();
      }},
     {"leak a block", [] { Allocate(); }},
     {"free a block twice",

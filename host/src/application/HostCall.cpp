@@ -83,7 +83,9 @@ bool HostCall::needsProject(AEGP_ProjectH project) {
 bool HostCall::needsMemory(AEGP_MemHandle handle) {
   if (!needs(handle, "memH")) return false;
   if (!mOnMainThread || TheHost().memory.holds(handle)) return true;
-  misused(Finding::unknownHandle, "the handle doesn't exist, or was freed before");
+  const Origin* const freed = TheHost().memory.freed(handle);
+  misused(Finding::unknownHandle, freed ? "the handle was freed before; it is from " + freed->text()
+                                        : "there is no such handle");
   return false;
 }
 

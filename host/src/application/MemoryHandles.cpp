@@ -8,6 +8,11 @@
 #include <utility>
 
 namespace host {
+namespace {
+
+constexpr size_t kMostFreed = 256;
+
+}  // namespace
 
 std::string Origin::text() const {
   return fmt::format("{} in the {} at tick {}", function, hook, tick);
@@ -30,6 +35,21 @@ AEGP_MemHandle MemoryHandles::make(const std::u16string& text, const Origin& ori
   const AEGP_MemHandle handle = make(size, origin);
   std::memcpy(*handle, text.c_str(), size);
   return handle;
+}
+
+const Origin* MemoryHandles::freed(AEGP_MemHandle handle) const {
+  const auto found = std::find_if(mFreed.begin(), mFreed.end(),
+                                  [&](const auto& block) { return &block->start == handle; });
+  return found == mFreed.end() ? nullptr : &(*found)->origin;
+}
+
+void MemoryHandles::free(AEGP_MemHandle handle) {
+  std::unique_ptr<Block> block = std::move(mBlocks.at(handle));
+  mBlocks.erase(handle);
+  block->bytes = std::vector<char>();
+  block->start = nullptr;
+  mFreed.push_back(std::move(block));
+  if (mFreed.size() > kMostFreed) mFreed.pop_front();
 }
 
 void* MemoryHandles::lock(AEGP_MemHandle handle) {

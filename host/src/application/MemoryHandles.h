@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -12,7 +13,7 @@
 namespace host {
 
 /// The host's memory handles. A freed handle's memory is really freed, so that a sanitizer sees a
-/// later use.
+/// later use. Its address isn't given to another handle at once: a second free would hit that one.
 class MemoryHandles {
  public:
   /// Makes a handle that holds `size` zero bytes.
@@ -20,11 +21,13 @@ class MemoryHandles {
   /// Makes a handle that holds `text` and a terminating 0.
   AEGP_MemHandle make(const std::u16string& text, const Origin& origin);
   bool holds(AEGP_MemHandle handle) const { return mBlocks.contains(handle); }
+  /// Returns where the handle came from if it was freed lately, or else null.
+  const Origin* freed(AEGP_MemHandle handle) const;
 
   // The handle has to exist.
 
   /// Frees the handle, locked or not.
-  void free(AEGP_MemHandle handle) { mBlocks.erase(handle); }
+  void free(AEGP_MemHandle handle);
   void* lock(AEGP_MemHandle handle);
   /// Notes a lock that the session made fail: an unlock for it is no misuse.
   void noteFailedLock(AEGP_MemHandle handle) { ++mBlocks.at(handle)->failedLocks; }
@@ -49,6 +52,7 @@ class MemoryHandles {
   };
 
   std::unordered_map<AEGP_MemHandle, std::unique_ptr<Block>> mBlocks;
+  std::deque<std::unique_ptr<Block>> mFreed;  ///< without their bytes, the latest last
 };
 
 }  // namespace host

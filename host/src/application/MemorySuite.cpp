@@ -92,7 +92,7 @@ const AEGP_MemorySuite1 kMemorySuite1{
     .AEGP_UnlockMemHandle = UnlockMemHandle,
     .AEGP_GetMemHandleSize = GetMemHandleSize,
     .AEGP_ResizeMemHandle = ResizeMemHandle,
-    NOT_SUPPLIED(AEGP_SetMemReportingOn),
+    NOT_SUPPLIED(memory1, AEGP_SetMemReportingOn),
     .AEGP_GetMemStats = GetMemStats,
 };
 

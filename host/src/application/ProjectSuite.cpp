@@ -94,16 +94,16 @@ const AEGP_ProjSuite6 kProjSuite6{
     .AEGP_GetProjectByIndex = GetProjectByIndex,
     .AEGP_GetProjectName = GetProjectName,
     .AEGP_GetProjectPath = GetProjectPath,
-    NOT_SUPPLIED(AEGP_GetProjectRootFolder),
-    NOT_SUPPLIED(AEGP_SaveProjectToPath),
-    NOT_SUPPLIED(AEGP_GetProjectTimeDisplay),
-    NOT_SUPPLIED(AEGP_SetProjectTimeDisplay),
+    NOT_SUPPLIED(proj6, AEGP_GetProjectRootFolder),
+    NOT_SUPPLIED(proj6, AEGP_SaveProjectToPath),
+    NOT_SUPPLIED(proj6, AEGP_GetProjectTimeDisplay),
+    NOT_SUPPLIED(proj6, AEGP_SetProjectTimeDisplay),
     .AEGP_ProjectIsDirty = ProjectIsDirty,
-    NOT_SUPPLIED(AEGP_SaveProjectAs),
+    NOT_SUPPLIED(proj6, AEGP_SaveProjectAs),
     .AEGP_NewProject = NewProject,
     .AEGP_OpenProjectFromPath = OpenProjectFromPath,
-    NOT_SUPPLIED(AEGP_GetProjectBitDepth),
-    NOT_SUPPLIED(AEGP_SetProjectBitDepth),
+    NOT_SUPPLIED(proj6, AEGP_GetProjectBitDepth),
+    NOT_SUPPLIED(proj6, AEGP_SetProjectBitDepth),
 };
 
 }  // namespace host

@@ -61,15 +61,15 @@ const AEGP_RegisterSuite5 kRegisterSuite5{
     .AEGP_RegisterCommandHook = RegisterCommandHook,
     .AEGP_RegisterUpdateMenuHook = RegisterUpdateMenuHook,
     .AEGP_RegisterDeathHook = RegisterDeathHook,
-    NOT_SUPPLIED(AEGP_RegisterVersionHook),
-    NOT_SUPPLIED(AEGP_RegisterAboutStringHook),
-    NOT_SUPPLIED(AEGP_RegisterAboutHook),
-    NOT_SUPPLIED(AEGP_RegisterArtisan),
-    NOT_SUPPLIED(AEGP_RegisterIO),
+    NOT_SUPPLIED(register5, AEGP_RegisterVersionHook),
+    NOT_SUPPLIED(register5, AEGP_RegisterAboutStringHook),
+    NOT_SUPPLIED(register5, AEGP_RegisterAboutHook),
+    NOT_SUPPLIED(register5, AEGP_RegisterArtisan),
+    NOT_SUPPLIED(register5, AEGP_RegisterIO),
     .AEGP_RegisterIdleHook = RegisterIdleHook,
-    NOT_SUPPLIED(AEGP_RegisterTracker),
-    NOT_SUPPLIED(AEGP_RegisterInteractiveArtisan),
-    NOT_SUPPLIED(AEGP_RegisterPresetLocalizationString),
+    NOT_SUPPLIED(register5, AEGP_RegisterTracker),
+    NOT_SUPPLIED(register5, AEGP_RegisterInteractiveArtisan),
+    NOT_SUPPLIED(register5, AEGP_RegisterPresetLocalizationString),
 };
 
 }  // namespace host

@@ -5,6 +5,7 @@
 
 #include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
+#include "Suites.h"
 
 // The tables that plug-ins get, and what their functions share. All of them act on `TheHost()`.
 
@@ -20,9 +21,9 @@ extern const PF_AdvAppSuite2 kAdvAppSuite2;
 extern const AEGP_PersistentDataSuite3 kPersistentDataSuite3;
 extern const AEGP_PersistentDataSuite4 kPersistentDataSuite4;
 
-/// Adds a call of `function`, which this host doesn't supply, to the timeline. Returns the error
-/// for it.
-A_Err NoteNotSupplied(const char* function);
+/// Adds a call of the suite's `function`, which this host doesn't supply, to the timeline. Returns
+/// the error for it.
+A_Err NoteNotSupplied(SuiteId suite, const char* function);
 
 template <size_t size>
 struct FunctionName {
@@ -30,23 +31,24 @@ struct FunctionName {
   char text[size];
 };
 
-template <FunctionName name>
+template <SuiteId suite, FunctionName name>
 A_Err AnswerNotSupplied() {
-  return NoteNotSupplied(name.text);
+  return NoteNotSupplied(suite, name.text);
 }
 
 /// A function that this host doesn't supply, for a table's member of any type. It ignores its
 /// arguments, which is safe: by the platforms' calling conventions the caller removes them.
-template <FunctionName name>
+template <SuiteId suite, FunctionName name>
 struct NotSupplied {
   template <typename Function>
   operator Function*() const {
     // Cast twice, because compilers take `void (*)()` for a function of any type.
-    return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(&AnswerNotSupplied<name>));
+    return reinterpret_cast<Function*>(
+        reinterpret_cast<void (*)()>(&AnswerNotSupplied<suite, name>));
   }
 };
 
-/// Initializes the member `function` with it.
-#define NOT_SUPPLIED(function) .function = NotSupplied<#function>()
+/// Initializes the member `function` of the suite's table with it.
+#define NOT_SUPPLIED(suite, function) .function = NotSupplied<SuiteId::suite, #function>()
 
 }  // namespace host

@@ -60,8 +60,12 @@ SPErr ReleaseSuite(const char* name, int32 version) {
   HostCall call(SuiteId::basic, "ReleaseSuite", name, int64_t{version});
   if (!call.needs(name, "name") || call.misuse() != A_Err_NONE) return call.misuse();
   if (!TheHost().suites.release(name, version)) {
+    const Origin* const released = TheHost().suites.released(name, version);
     call.misused(Finding::suiteReleasedTooOften,
-                 fmt::format("{} {} isn't acquired", name, version));
+                 fmt::format("{} {} isn't acquired{}", name, version,
+                             released ? fmt::format("; the one from {} was released before",
+                                                    released->text())
+                                      : ""));
   }
   return call.error();
 }
@@ -112,18 +116,22 @@ SPBasicSuite basicSuite{
     .AllocateBlock = AllocateBlock,
     .FreeBlock = FreeBlock,
     .ReallocateBlock = ReallocateBlock,
-    NOT_SUPPLIED(Undefined),
+    NOT_SUPPLIED(basic, Undefined),
 };
 
 }  // namespace
 
-A_Err NoteNotSupplied(const char* function) {
+A_Err NoteNotSupplied(SuiteId suite, const char* function) {
   Host& host = TheHost();
   if (!host.isMainThread()) {
     host.reportFromOtherThread(function);
     return PF_Err_BAD_CALLBACK_PARAM;
   }
   Note(host.flight().hostCall, function);
+  if (!host.suites.isAcquired(suite)) {
+    host.reportMisuse(Finding::releasedSuite,
+                      fmt::format("{}: its suite isn't acquired", function));
+  }
   host.timeline.record.notSupplied.push_back({function, host.where()});
   host.noteOnce(fmt::format("{} is not supplied by this host", function));
   return PF_Err_BAD_CALLBACK_PARAM;
@@ -149,8 +157,14 @@ const void* SuiteLedger::acquire(std::string_view name, int32 version, const Ori
 bool SuiteLedger::release(std::string_view name, int32 version) {
   const size_t index = IndexOf(name, version);
   if (index == kSuiteCount || mHeld[index].empty()) return false;
+  mReleased[index] = mHeld[index].back();
   mHeld[index].pop_back();
   return true;
+}
+
+const Origin* SuiteLedger::released(std::string_view name, int32 version) const {
+  const size_t index = IndexOf(name, version);
+  return index < kSuiteCount && mReleased[index] ? &*mReleased[index] : nullptr;
 }
 
 std::vector<std::string> SuiteLedger::leaks() const {

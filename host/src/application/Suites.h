@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -36,8 +37,10 @@ class SuiteLedger {
  public:
   /// Notes an acquisition and returns the suite's table. Returns null if this host lacks the suite.
   const void* acquire(std::string_view name, int32 version, const Origin& origin);
-  /// Returns false if the suite isn't acquired.
+  /// Returns false if the suite isn't acquired, or there is none.
   bool release(std::string_view name, int32 version);
+  /// Returns the acquisition that was released last, or null.
+  const Origin* released(std::string_view name, int32 version) const;
   bool isAcquired(SuiteId suite) const {
     return suite == SuiteId::basic || !mHeld[static_cast<size_t>(suite)].empty();
   }
@@ -50,6 +53,7 @@ class SuiteLedger {
   static constexpr auto kSuiteCount = static_cast<size_t>(SuiteId::basic);
 
   std::array<std::vector<Origin>, kSuiteCount> mHeld;
+  std::array<std::optional<Origin>, kSuiteCount> mReleased;
   int64_t mAcquisitions = 0;
 };
 

@@ -2,7 +2,9 @@
 
 #include <pthread.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <ctime>
 #include <new>
 #include <stdexcept>
@@ -25,8 +27,9 @@ void KeepFromForks(FlightRecord& record) {
   kept = &record;
   pthread_atfork(nullptr, nullptr, [] {
     // In the place of the shared memory.
-    mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
-         MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    const void* const own = mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
+                                 MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (own == MAP_FAILED) _exit(EXIT_FAILURE);
   });
 }
 

@@ -13,7 +13,7 @@
 namespace host {
 namespace {
 
-constexpr int64_t kMostBytesAtOnce = 16 * 1024 * 1024;
+constexpr int64_t kMostBytesAtOnce = int64_t{16} * 1024 * 1024;
 
 [[noreturn]] void ThrowFileError(const char* what, const std::filesystem::path& file) {
   throw std::filesystem::filesystem_error(what, file,

@@ -12,6 +12,9 @@
 #include <typeinfo>
 
 namespace host {
+
+const int kHangSignal = SIGQUIT;
+
 namespace {
 
 constexpr int kMostFrames = 64;
@@ -27,6 +30,7 @@ void Write(const char* text) {
 }
 
 void WriteBacktrace(int signal) {
+  if (signal != kHangSignal && gettid() != getpid()) Write("in another thread than the main one\n");
   std::array<void*, kMostFrames> frames;
   const int count = backtrace(frames.data(), kMostFrames);
   // Without this function and the trampoline of the signal.
@@ -38,12 +42,25 @@ void WriteBacktrace(int signal) {
   raise(signal);
 }
 
+// Writes the text of the exception under way, if it has one.
+void WriteWhat() {
+  try {
+    throw;
+  } catch (const std::exception& exception) {
+    Write(": ");
+    Write(exception.what());
+  } catch (...) {
+    return;
+  }
+}
+
 [[noreturn]] void Terminate() {
   Write("uncaught exception: ");
   if (const std::type_info* type = abi::__cxa_current_exception_type()) {
     int status = 0;
     const char* name = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
     Write(name ? name : type->name());
+    WriteWhat();
   } else {
     Write("none");
   }
@@ -52,8 +69,6 @@ void WriteBacktrace(int signal) {
 }
 
 }  // namespace
-
-const int kHangSignal = SIGQUIT;
 
 void InstallCrashReport(int descriptor) {
   reportDescriptor = descriptor;

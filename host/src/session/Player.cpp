@@ -14,7 +14,7 @@
 namespace host {
 namespace {
 
-constexpr rlim_t kMostBytesOfAFile = 256 * 1024 * 1024;
+constexpr rlim_t kMostBytesOfAFile = rlim_t{256} * 1024 * 1024;
 
 // The session must have used all that it set up.
 void CheckNothingIsLeft(Host& host, const Session& session) {
