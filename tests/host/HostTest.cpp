@@ -70,7 +70,10 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"free a handle twice", "handle-leaked: a memory handle is left"},
       {"unlock a handle", "unlocked-too-often: AEGP_UnlockMemHandle: the handle isn't locked"},
       {"leak a block", "block-leaked: a block is left, from AllocateBlock in the idle hook"},
-      {"free a block twice", "unknown-block: FreeBlock: the block doesn't exist"},
+      {"free a block twice",
+       "unknown-block: FreeBlock: the block was freed before; it is from AllocateBlock in the idle "
+       "hook at tick 1"},
+      {"free a block twice", "block-leaked: a block is left"},
       {"pass null", "null-argument: AEGP_ReportInfo: info_stringZ is null"},
       {"pass another id", "wrong-plugin-id: AEGP_ReportInfo: the plug-in's id is 1, not 77"},
       {"use a closed project", "stale-project: AEGP_GetProjectPath: the project was closed"},
@@ -398,7 +401,7 @@ TEST(Host, ComparesWhatAPluginWrote) {
   - tick: 2
   - expect:
       files: {written: "in ${session}", missing: none}
-      stdout: ["${session}/written, 1700000005"]
+      stdout: ["${session}/written, 1700000005", "${session}/new/folder/written, 1700000005"]
       stderr: [to the error stream]
 )"));
   EXPECT_EQ(played.code, 0) << played.output;

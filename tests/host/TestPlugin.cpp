@@ -15,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "AE_GeneralPlug.h"
 #include "desktop/Application.h"
@@ -138,8 +139,8 @@ void LeaveChildBehind() {
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
 bool throwsInCommand = false;
-// Its date is printed at the next tick.
-std::string writtenFile;
+// Their dates are printed at the next tick.
+std::vector<std::string> writtenFiles;
 
 const std::map<std::string, std::function<void()>> kBehaviours{
     {"leak a suite", Acquire},
@@ -239,6 +240,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] {
        void* const block = Allocate();
        basic->FreeBlock(block);
+       Allocate();
        basic->FreeBlock(block);
      }},
     {"pass null", [] { Utility()->AEGP_ReportInfo(pluginId, nullptr); }},
@@ -280,7 +282,9 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        const std::string folder = std::filesystem::current_path().string();
        std::ofstream("written") << "in " << folder;
        std::fputs("to the error stream\n", stderr);
-       writtenFile = folder + "/written";
+       std::filesystem::create_directories("new/folder");
+       std::ofstream("new/folder/written") << "deep";
+       writtenFiles = {folder + "/written", folder + "/new/folder/written"};
      }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
@@ -308,8 +312,10 @@ A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
   static const std::string behaviour = TakeBehaviour();
   static bool isDone = behaviour.empty();
   if (behaviour == "fail") return 42;
-  if (struct stat status{}; stat(writtenFile.c_str(), &status) == 0) {
-    std::printf("%s, %lld\n", writtenFile.c_str(), static_cast<long long>(status.st_mtime));
+  for (const std::string& file : writtenFiles) {
+    struct stat status {};
+    stat(file.c_str(), &status);
+    std::printf("%s, %lld\n", file.c_str(), static_cast<long long>(status.st_mtime));
   }
   if (!isDone) {
     isDone = true;

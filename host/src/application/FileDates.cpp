@@ -12,6 +12,21 @@ namespace host {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// A folder's files that were written before it was watched.
+void SetDatesBelow(const fs::path& folder) {
+  std::error_code ignored;
+  for (fs::recursive_directory_iterator entry(folder, ignored), end; entry != end;
+       entry.increment(ignored)) {
+    if (entry->is_regular_file(ignored) && !entry->is_symlink(ignored)) {
+      TrySetModificationDate(entry->path(), VirtualNow());
+    }
+  }
+}
+
+}  // namespace
+
 FileDates::~FileDates() {
   if (mEvents >= 0) close(mEvents);
 }
@@ -40,6 +55,7 @@ void FileDates::update() {
       const fs::path path = folder->second / event->name;
       if (event->mask & IN_ISDIR) {
         watch(path);
+        if (event->mask & IN_CREATE) SetDatesBelow(path);
       } else {
         TrySetModificationDate(path, VirtualNow());
       }

@@ -1,6 +1,8 @@
 #include "Suites.h"
 
+#include <dlfcn.h>
 #include <fmt/format.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -89,7 +91,10 @@ SPErr AllocateBlock(size_t size, void** block) {
 bool NeedsBlock(HostCall& call, void* block) {
   if (call.misuse() != A_Err_NONE || !call.needs(block, "block")) return false;
   if (TheHost().blocks.holds(block)) return true;
-  call.misused(Finding::unknownBlock, "the block doesn't exist, or was freed before");
+  const Origin* const freed = TheHost().blocks.freed(block);
+  call.misused(
+      Finding::unknownBlock,
+      freed ? "the block was freed before; it is from " + freed->text() : "there is no such block");
   return false;
 }
 
@@ -118,6 +123,16 @@ SPBasicSuite basicSuite{
     .ReallocateBlock = ReallocateBlock,
     NOT_SUPPLIED(basic, Undefined),
 };
+
+constexpr size_t kMostFreed = 256;
+
+// The sanitizer is the plug-in's, so its function is known at run time alone.
+void Poison(void* block) {
+  using Function = void (*)(const volatile void*, size_t);
+  static const auto poison =
+      reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, "__asan_poison_memory_region"));
+  if (poison) poison(block, malloc_usable_size(block));
+}
 
 }  // namespace
 
@@ -180,6 +195,7 @@ std::vector<std::string> SuiteLedger::leaks() const {
 
 Blocks::~Blocks() {
   for (const auto& [block, origin] : mOrigins) std::free(block);
+  for (const auto& [block, origin] : mFreed) std::free(block);
 }
 
 void* Blocks::allocate(size_t size, const Origin& origin) {
@@ -188,9 +204,19 @@ void* Blocks::allocate(size_t size, const Origin& origin) {
   return block;
 }
 
+const Origin* Blocks::freed(void* block) const {
+  const auto found = std::find_if(mFreed.begin(), mFreed.end(),
+                                  [&](const auto& freed) { return freed.first == block; });
+  return found == mFreed.end() ? nullptr : &found->second;
+}
+
 void Blocks::free(void* block) {
+  Poison(block);
+  mFreed.emplace_back(block, mOrigins.at(block));
   mOrigins.erase(block);
-  std::free(block);
+  if (mFreed.size() <= kMostFreed) return;
+  std::free(mFreed.front().first);
+  mFreed.pop_front();
 }
 
 void* Blocks::reallocate(void* block, size_t size) {

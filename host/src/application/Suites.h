@@ -1,10 +1,12 @@
 #pragma once
 
 #include <array>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "Origin.h"
@@ -57,7 +59,9 @@ class SuiteLedger {
   int64_t mAcquisitions = 0;
 };
 
-/// The blocks of memory that plug-ins get from the basic suite.
+/// The blocks of memory that plug-ins get from the basic suite. A freed block's address isn't given
+/// to another block at once: a second free would hit that one. AddressSanitizer, if the process has
+/// it, reports a use of a freed block.
 class Blocks {
  public:
   ~Blocks();
@@ -68,6 +72,8 @@ class Blocks {
   /// Returns null if there is no memory.
   void* allocate(size_t size, const Origin& origin);
   bool holds(void* block) const { return mOrigins.contains(block); }
+  /// Returns where the block came from if it was freed lately, or else null.
+  const Origin* freed(void* block) const;
   /// The block has to exist.
   void free(void* block);
   /// The block has to exist. Returns null, and leaves the block alone, if there is no memory.
@@ -77,6 +83,7 @@ class Blocks {
 
  private:
   std::unordered_map<void*, Origin> mOrigins;
+  std::deque<std::pair<void*, Origin>> mFreed;  ///< the latest last
 };
 
 }  // namespace host
