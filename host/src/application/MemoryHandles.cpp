@@ -10,7 +10,7 @@
 namespace host {
 namespace {
 
-constexpr size_t kMostFreed = 256;
+constexpr size_t kMostFreedHandles = 256;
 
 }  // namespace
 
@@ -49,7 +49,7 @@ void MemoryHandles::free(AEGP_MemHandle handle) {
   block->bytes = std::vector<char>();
   block->start = nullptr;
   mFreed.push_back(std::move(block));
-  if (mFreed.size() > kMostFreed) mFreed.pop_front();
+  if (mFreed.size() > kMostFreedHandles) mFreed.pop_front();
 }
 
 void* MemoryHandles::lock(AEGP_MemHandle handle) {

@@ -124,7 +124,7 @@ SPBasicSuite basicSuite{
     NOT_SUPPLIED(basic, Undefined),
 };
 
-constexpr size_t kMostFreed = 256;
+constexpr size_t kMostFreedBlocks = 256;
 
 // The sanitizer is the plug-in's, so its function is known at run time alone.
 void Poison(void* block) {
@@ -214,7 +214,7 @@ void Blocks::free(void* block) {
   Poison(block);
   mFreed.emplace_back(block, mOrigins.at(block));
   mOrigins.erase(block);
-  if (mFreed.size() <= kMostFreed) return;
+  if (mFreed.size() <= kMostFreedBlocks) return;
   std::free(mFreed.front().first);
   mFreed.pop_front();
 }
