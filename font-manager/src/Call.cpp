@@ -12,20 +12,32 @@
 namespace tamberlink {
 namespace {
 
-// Returns the fields of the operation's next answer. The file only grows, so that the number of
-// answers taken tells which one is next.
+// Returns the fields of the answers to this call: the operation's next one, and the one that names
+// this call by its number, which goes first. The file only grows, so that the number of answers
+// taken tells which one is next.
 std::map<std::string, std::string> takeAnswer(const std::string& operation) {
   static std::map<std::string, size_t> taken;
+  static std::map<std::string, size_t> calls;
+  const std::string call = std::to_string(++calls[operation]);
   size_t number = 0;
+  bool isTaken = false;
+  std::map<std::string, std::string> next;
+  std::map<std::string, std::string> fields;
   for (const std::string& line : readSessionLines("framework-answers")) {
     const auto [name, rest] = splitOnce(line, '\t');
-    if (name != operation || number++ < taken[operation]) continue;
-    ++taken[operation];
-    std::map<std::string, std::string> fields;
-    for (const std::string& field : split(rest, '\t')) fields.insert(splitOnce(field, '='));
-    return fields;
+    if (name != operation) continue;
+    std::map<std::string, std::string> answer;
+    for (const std::string& field : split(rest, '\t')) answer.insert(splitOnce(field, '='));
+    if (const auto named = answer.find("call"); named != answer.end()) {
+      if (named->second == call) fields = answer;
+    } else if (number++ == taken[operation] && !isTaken) {
+      isTaken = true;
+      next = answer;
+    }
   }
-  return {};
+  if (isTaken) ++taken[operation];
+  fields.merge(next);
+  return fields;
 }
 
 std::string escape(std::string_view text) {

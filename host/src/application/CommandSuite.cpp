@@ -31,8 +31,10 @@ A_Err InsertMenuCommand(AEGP_Command command, const A_char* name, AEGP_MenuID me
   const bool inserted = TheHost().menus.insert(command, name, menu, place);
   TheHost().timeline.add(Actor::plugIn, fmt::format("inserts \"{}\" into menu {}, place {}{}", name,
                                                     int{menu}, place, inserted ? "" : ": refused"));
-  if (!inserted) TheHost().menus.noteRefused(command);
-  return inserted ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
+  if (inserted) return A_Err_NONE;
+  TheHost().menus.noteRefused(command);
+  TheHost().noteAnswer(A_Err_GENERIC);
+  return A_Err_GENERIC;
 }
 
 A_Err RemoveMenuCommand(AEGP_Command command) {

@@ -6,9 +6,28 @@ void Faults::fail(const std::string& function, A_Err result, int64_t times) {
   mFailures[function] = {result, times, false};
 }
 
+void Faults::failCall(const std::string& function, A_Err result, int64_t call) {
+  mFailingCalls[function] = {result, call};
+}
+
 A_Err Faults::take(FailingFunction function) {
+  const A_Err ofCall = takeCall(function.name);
+  const A_Err result = takeAlways(function.name);
+  return result != A_Err_NONE ? result : ofCall;
+}
+
+A_Err Faults::takeCall(std::string_view function) {
+  if (mFailingCalls.empty()) return A_Err_NONE;
+  const auto entry = mFailingCalls.find(function);
+  if (entry == mFailingCalls.end() || --entry->second.callsLeft > 0) return A_Err_NONE;
+  const A_Err result = entry->second.result;
+  mFailingCalls.erase(entry);
+  return result;
+}
+
+A_Err Faults::takeAlways(std::string_view function) {
   if (mFailures.empty()) return A_Err_NONE;
-  const auto entry = mFailures.find(function.name);
+  const auto entry = mFailures.find(function);
   if (entry == mFailures.end()) return A_Err_NONE;
   Failure& failure = entry->second;
   const A_Err result = failure.result;
@@ -26,6 +45,7 @@ std::vector<std::string> Faults::unmet() const {
   for (const auto& [function, failure] : mFailures) {
     if (!failure.met || failure.times != kAlways) functions.push_back(function);
   }
+  for (const auto& [function, call] : mFailingCalls) functions.push_back(function);
   return functions;
 }
 

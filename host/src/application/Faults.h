@@ -96,6 +96,9 @@ class Faults {
 
   /// Makes the next `times` calls of `function` return `result`. Replaces an earlier request.
   void fail(const std::string& function, A_Err result, int64_t times);
+  /// Makes the `call`-th call of `function` from now return `result`, and no other. `call` counts
+  /// from 1. Replaces an earlier request of this kind, not one of the other kind.
+  void failCall(const std::string& function, A_Err result, int64_t call);
   /// Makes the host refuse the suite.
   void refuse(const std::string& suite, int32 version) { mRefused.emplace(suite, version); }
 
@@ -112,7 +115,16 @@ class Faults {
     int64_t times = 0;
     bool met = false;  ///< by at least one call
   };
+  struct FailingCall {
+    A_Err result = A_Err_NONE;
+    int64_t callsLeft = 0;  ///< until and with the one that fails
+  };
+
+  A_Err takeAlways(std::string_view function);
+  A_Err takeCall(std::string_view function);
+
   std::map<std::string, Failure, std::less<>> mFailures;
+  std::map<std::string, FailingCall, std::less<>> mFailingCalls;
   std::set<std::pair<std::string, int32>> mRefused;
 };
 

@@ -197,6 +197,11 @@ void Host::start() {
 }
 
 void Host::enterPlugin(const char* hook) {
+  if (*mHook == '\0') {
+    mAnswered.clear();
+    census.enter();
+    if (mBeforeEntry) mBeforeEntry();
+  }
   if (mFlight->callBegan == 0) mFlight->callBegan = MonotonicNow();
   mHook = hook;
   Note(mFlight->hook, hook);
@@ -227,15 +232,21 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
     reportMisuse(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
-  if (result != A_Err_NONE) {
-    timeline.record.errors.push_back({fmt::format("{} {}", hook, result), where()});
-  }
+  // Before it leaves the hook, for `where`.
+  if (result != A_Err_NONE) noteError(hook, result);
   leavePlugin(outerHook);
   timeline.drain();
   fileDates.update();
   if (result == A_Err_NONE) return;
   timeline.add(Actor::host,
                fmt::format("shows the plug-in's error: the {} returned {}", hook, result));
+}
+
+void Host::noteError(const char* hook, A_Err result) {
+  ++mErrorsShown;
+  const bool wasAnswered = std::find(mAnswered.begin(), mAnswered.end(), result) != mAnswered.end();
+  if (mSettings.tolerant && wasAnswered) return;
+  timeline.record.errors.push_back({fmt::format("{} {}", hook, result), where()});
 }
 
 void Host::idle() {
@@ -278,9 +289,17 @@ bool Host::runCommand(AEGP_Command command) {
 }
 
 void Host::replaceProject(std::unique_ptr<Project> project) {
+  const bool byPlugin = *mHook != '\0';
+  if (byPlugin && mProject->dirty) {
+    reportMisuse(Finding::unsavedWorkLost,
+                 fmt::format("the plug-in closes {}, which has unsaved changes",
+                             mProject->path.empty() ? "a project without a path" : mProject->path));
+  }
+  const ProjectChange change{mProject->path, project->path, byPlugin};
   std::unique_ptr<_AEGP_Project*> closed = mProject->takeHandle();
   mClosedProjects.emplace(closed.get(), std::move(closed));
   mProject = std::move(project);
+  for (const auto& listener : mProjectListeners) listener(change);
 }
 
 void Host::newProject() {
@@ -342,7 +361,10 @@ void Host::showDialog(const std::string& title, const std::string& className) {
                 ? "Escape"
                 : fmt::format("key {} for window {}", event.keyCode, event.windowNumber);
         timeline.add(Actor::plugIn, fmt::format("sends {} to {}", key, Quoted(target.title())));
-        if (faults.take(kSendEvent)) throw desktop::Exception("the window takes no events");
+        census.count(kSendEvent);
+        if (!faults.take(kSendEvent)) return;
+        noteFailure(kSendEvent);
+        throw desktop::Exception("the window takes no events");
       });
   timeline.add(Actor::host, fmt::format("begins the dialog {}", Quoted(title)));
   window.makeKeyAndOrderFront();
@@ -424,22 +446,72 @@ std::string Host::where() const {
                      mFlight->step.data());
 }
 
-void Host::report(Finding finding, std::string_view text) const {
-  mReporter.send(ReportKind::finding, fmt::format("{}\n{}", KindOf(finding).name, text));
+const Acceptance* Host::acceptanceOf(Finding finding, std::string_view text) const {
+  const auto accepts = [&](const Acceptance& each) {
+    return each.finding == finding && text.find(each.text) != std::string_view::npos &&
+           (each.after.empty() ||
+            std::any_of(each.after.begin(), each.after.end(),
+                        [&](const std::string& function) { return mFailed.contains(function); }));
+  };
+  const auto found = std::find_if(mSettings.accepted.begin(), mSettings.accepted.end(), accepts);
+  return found == mSettings.accepted.end() ? nullptr : &*found;
+}
+
+void Host::noteAccepted(const Acceptance& acceptance) {
+  timeline.add(Actor::session,
+               fmt::format("accepts {}: {}", KindOf(acceptance.finding).name, acceptance.reason));
+}
+
+void Host::noteFailure(std::string_view function) {
+  mFailed.emplace(function);
+  ++mFailures;
+}
+
+void Host::noteAnswer(A_Err error) {
+  mAnswered.push_back(error);
+}
+
+void Host::report(Finding finding, std::string_view text) {
+  if (const Acceptance* acceptance = acceptanceOf(finding, text)) {
+    return noteAccepted(*acceptance);
+  }
+  send(finding, text);
+}
+
+void Host::send(Finding finding, std::string_view text) const {
+  std::string shown(text);
+  timeline.shortenPaths(shown);
+  mReporter.send(ReportKind::finding, fmt::format("{}\n{}", KindOf(finding).name, shown));
 }
 
 void Host::reportMisuse(Finding finding, std::string_view text) {
   const std::string_view name = KindOf(finding).name;
+  if (const Acceptance* acceptance = acceptanceOf(finding, text)) {
+    return noteAccepted(*acceptance);
+  }
   timeline.record.findings.emplace_back(name);
-  mReporter.send(ReportKind::misuse, fmt::format("{}\n{}{}", name, text, where()));
+  std::string shown = fmt::format("{}\n{}{}", name, text, where());
+  timeline.shortenPaths(shown);
+  mReporter.send(ReportKind::misuse, shown);
   timeline.add(Actor::host, fmt::format("finds {}: {}", name, text));
 }
 
 void Host::reportFromOtherThread(std::string_view function) const {
-  report(Finding::wrongThread, fmt::format("{}: called from another thread{}", function, where()));
+  send(Finding::wrongThread, fmt::format("{}: called from another thread{}", function, where()));
 }
 
-void Host::giveUp(Finding finding, const std::string& text) const {
+void Host::moveTo(int reportPipe, FlightRecord& flight) {
+  mReporter.attach(reportPipe);
+  flight.tick = mFlight->tick;
+  flight.stepsPlayed = mFlight->stepsPlayed;
+  flight.step = mFlight->step;
+  flight.stdoutTaken = mFlight->stdoutTaken;
+  flight.stderrTaken = mFlight->stderrTaken;
+  mFlight = &flight;
+  timeline.moveTo(flight);
+}
+
+void Host::giveUp(Finding finding, const std::string& text) {
   report(finding, text + where());
   throw SessionEnded{};
 }

@@ -16,6 +16,7 @@
 
 #include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
+#include "Census.h"
 #include "Faults.h"
 #include "FileDates.h"
 #include "Findings.h"
@@ -34,6 +35,14 @@ inline constexpr char kHostApplication[] = "host";
 /// The id of the plug-in.
 inline constexpr AEGP_PluginID kPluginId = 1;
 
+/// A finding that a session names as right, because the plug-in is meant to act so.
+struct Acceptance {
+  Finding finding = Finding::expectation;
+  std::string text;                ///< a part of the finding's text
+  std::vector<std::string> after;  ///< one of these calls has to have failed before; empty for none
+  std::string reason;
+};
+
 struct HostSettings {
   int32_t majorVersion = 114;
   int32_t minorVersion = 0;
@@ -43,6 +52,10 @@ struct HostSettings {
   std::vector<std::pair<std::string, std::string>> windowClasses;  ///< name and base
   std::vector<std::string> applications{"com.apple.dock"};  ///< bundle ids of the others that run
   Preferences::Sections preferences;
+  std::vector<Acceptance> accepted;
+  /// The session goes on where a step can't be played, and it is right that the plug-in shows an
+  /// error that a function of the host has answered.
+  bool tolerant = false;
 };
 
 /// Returns whether the host has the window class.
@@ -56,6 +69,11 @@ struct PluginModule {
 
 /// Thrown if a session can't go on, after the finding has been reported.
 struct SessionEnded {};
+
+/// Thrown if a step can't be played at this point.
+struct StepImpossible {
+  std::string why;
+};
 
 /// The host's current project. There always is one. One that was never saved has no path.
 struct Project {
@@ -71,6 +89,13 @@ struct Project {
 
  private:
   std::unique_ptr<_AEGP_Project*> mOpaque = std::make_unique<_AEGP_Project*>();
+};
+
+/// A project takes the place of another.
+struct ProjectChange {
+  std::string closed;  ///< the path of the project before; empty if it was never saved
+  std::string opened;  ///< the path of the new one
+  bool byPlugin = false;
 };
 
 /// The host's own commands.
@@ -145,15 +170,34 @@ class Host {
   /// objects of the plug-in are destroyed.
   void beginDestructors();
   /// Reports a finding. The session goes on.
-  void report(Finding finding, std::string_view text) const;
+  void report(Finding finding, std::string_view text);
   /// Reports a misuse of the host, with where it happened. The session may still expect it.
   void reportMisuse(Finding finding, std::string_view text);
   /// Reports a host call from another thread than the main one. For any thread.
   void reportFromOtherThread(std::string_view function) const;
   /// Takes back the misuses reported since the last call: the session expects them.
   void expectMisuses() const { mReporter.send(ReportKind::expected, ""); }
+  /// Notes that a call has failed, for the acceptances that ask for it.
+  void noteFailure(std::string_view function);
+  /// How many calls have failed.
+  int64_t failures() const { return mFailures; }
+  /// Notes that a function of the host answers an error to the plug-in.
+  void noteAnswer(A_Err error);
+  /// Returns whether an error has been answered to the plug-in since the host called it.
+  bool hasAnsweredError() const { return !mAnswered.empty(); }
+  /// How many errors the user saw.
+  int64_t errorsShown() const { return mErrorsShown; }
+  /// Has `listener` hear of each change of the project.
+  void watchProjects(std::function<void(const ProjectChange&)> listener) {
+    mProjectListeners.push_back(std::move(listener));
+  }
+  /// Calls `action` each time before the host calls the plug-in, except from within such a call.
+  void beforeEntries(std::function<void()> action) { mBeforeEntry = std::move(action); }
+  /// Reports from now on to another process that waits, in a fork of the one that has played so
+  /// far. The record outlives the host.
+  void moveTo(int reportPipe, FlightRecord& flight);
   /// Reports a finding, with where it happened, and ends the session.
-  [[noreturn]] void giveUp(Finding finding, const std::string& text) const;
+  [[noreturn]] void giveUp(Finding finding, const std::string& text);
   /// Says for a finding where the session is: the hook, the tick, the host call and the step.
   std::string where() const;
   /// Adds the line to the timeline, once.
@@ -180,6 +224,7 @@ class Host {
 
   Timeline timeline;
   Faults faults;
+  Census census;
   MemoryHandles memory;
   SuiteLedger suites;
   Blocks blocks;
@@ -203,8 +248,13 @@ class Host {
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
   void replaceProject(std::unique_ptr<Project> project);
+  void noteError(const char* hook, A_Err result);
   void reportUnexpected();
   void reportLeaks();
+  /// Returns the acceptance that the finding falls under, or null.
+  const Acceptance* acceptanceOf(Finding finding, std::string_view text) const;
+  void noteAccepted(const Acceptance& acceptance);
+  void send(Finding finding, std::string_view text) const;
 
   Reporter mReporter;
   HostSettings mSettings;
@@ -220,6 +270,12 @@ class Host {
   std::map<AEGP_ProjectH, std::unique_ptr<_AEGP_Project*>> mClosedProjects;
   std::set<std::string> mKnownFonts;
   std::set<std::string> mNotes;
+  std::set<std::string, std::less<>> mFailed;
+  int64_t mFailures = 0;
+  std::vector<A_Err> mAnswered;  ///< since the host called the plug-in
+  int64_t mErrorsShown = 0;
+  std::vector<std::function<void(const ProjectChange&)>> mProjectListeners;
+  std::function<void()> mBeforeEntry;
   std::deque<desktop::WindowClass> mWindowClasses;
   std::map<std::string, int32_t> mApplications;  ///< process ids by bundle id
   bool mUserSwitches = false;

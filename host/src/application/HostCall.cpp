@@ -113,13 +113,18 @@ void HostCall::misused(Finding finding, std::string_view what) {
 }
 
 A_Err HostCall::error() {
-  return mError == A_Err_NONE ? fault() : mError;
+  if (mError == A_Err_NONE) return fault();
+  if (mOnMainThread) TheHost().noteAnswer(mError);
+  return mError;
 }
 
 A_Err HostCall::fault() {
   if (!mOnMainThread) return A_Err_NONE;
+  TheHost().census.count(mFunction.name);
   const A_Err result = TheHost().faults.take(mFunction);
   if (result != A_Err_NONE) {
+    TheHost().noteFailure(mFunction.name);
+    TheHost().noteAnswer(result);
     TheHost().timeline.add(Actor::host, fmt::format("{} fails with {}", mFunction.name, result));
   }
   return result;

@@ -82,7 +82,10 @@ A_Err OpenProjectFromPath(const A_UTF16Char* path, AEGP_ProjectH* project) {
     return A_Err_GENERIC;
   }
   TheHost().timeline.add(Actor::plugIn, fmt::format("asks for the project {}", *opened));
-  if (const A_Err result = TheHost().openProject(*opened)) return result;
+  if (const A_Err result = TheHost().openProject(*opened)) {
+    TheHost().noteAnswer(result);
+    return result;
+  }
   *project = TheHost().project().handle();
   return A_Err_NONE;
 }

@@ -46,16 +46,19 @@ SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   HostCall call(SuiteId::basic, "AcquireSuite", name, int64_t{version});
   call.needs(name, "name");
   call.needs(suite, "suite");
+  if (suite) *suite = nullptr;
   if (const A_Err error = call.error()) return error;
-  *suite = nullptr;
   if (TheHost().faults.refuses(name, version)) {
+    TheHost().noteFailure("AcquireSuite");
     TheHost().noteOnce(fmt::format("refuses {} {}", name, version));
   } else {
     *suite = TheHost().suites.acquire(name, version, TheHost().origin("AcquireSuite"));
     if (!*suite)
       TheHost().noteOnce(fmt::format("{} {} is not supplied by this host", name, version));
   }
-  return *suite ? A_Err{A_Err_NONE} : A_Err{PF_Err_BAD_CALLBACK_PARAM};
+  if (*suite) return A_Err_NONE;
+  TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
+  return PF_Err_BAD_CALLBACK_PARAM;
 }
 
 SPErr ReleaseSuite(const char* name, int32 version) {

@@ -42,6 +42,10 @@ enum class Finding {
   unknownBlock,
   blockLeaked,
   unbalancedUndoGroup,
+  unsavedWorkLost,
+  projectLeftClosed,
+  fontStillMissing,
+  activationNeverEnds,
 };
 
 struct FindingKind {
@@ -115,6 +119,14 @@ inline constexpr std::array kFindingKinds{
     FindingKind{
         Finding::unbalancedUndoGroup, "unbalanced-undo-group", Level::error,
         "An undo group is ended that wasn't started, or isn't ended when the hook returns."},
+    FindingKind{Finding::unsavedWorkLost, "unsaved-work-lost", Level::error,
+                "The plug-in closes or replaces a project that has unsaved changes."},
+    FindingKind{Finding::projectLeftClosed, "project-left-closed", Level::error,
+                "The plug-in closes a project, doesn't open it again, and the user sees no error."},
+    FindingKind{Finding::fontStillMissing, "font-still-missing", Level::error,
+                "A font that the font manager activated for the open project is still missing."},
+    FindingKind{Finding::activationNeverEnds, "activation-never-ends", Level::error,
+                "The plug-in still leaves the host's dialogs alone long after an activation."},
 };
 
 constexpr const FindingKind& KindOf(Finding finding) {
@@ -147,6 +159,7 @@ constexpr bool CanBeExpected(Finding finding) {
     case Finding::unlockedTooOften:
     case Finding::unknownBlock:
     case Finding::unbalancedUndoGroup:
+    case Finding::unsavedWorkLost:
       return true;
     default:
       return false;
@@ -158,7 +171,7 @@ constexpr bool FindingsAreInOrder() {
   for (size_t i = 0; i < kFindingKinds.size(); ++i) {
     if (static_cast<size_t>(kFindingKinds[i].finding) != i) return false;
   }
-  return static_cast<size_t>(Finding::unbalancedUndoGroup) + 1 == kFindingKinds.size();
+  return static_cast<size_t>(Finding::activationNeverEnds) + 1 == kFindingKinds.size();
 }
 static_assert(FindingsAreInOrder());
 }  // namespace detail

@@ -56,6 +56,8 @@ class Timeline {
   void begin(const Reporter& reporter, FlightRecord& flight);
   /// Has `source` add its own entries each time the timeline takes in what was written.
   void addSource(std::function<void()> source) { mSources.push_back(std::move(source)); }
+  /// Tells another record from now on.
+  void moveTo(FlightRecord& flight) { mFlight = &flight; }
   void add(Actor actor, std::string_view text);
   /// Takes in what was written. Cheap if there is nothing new.
   void drain();

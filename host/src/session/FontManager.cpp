@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <limits>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
+#include "ActivationRules.h"
 #include "TextFile.h"
 
 namespace host {
@@ -68,11 +71,47 @@ struct FrameworkCall {
   std::string text;                           // operation and fields for a reader
 };
 
+// The answers that no call has used.
+class AnswersLeft {
+ public:
+  // `call` is the number of the call that the answer is for, or 0 for the next one. A fault is an
+  // answer that isn't a user's.
+  void add(const std::string& operation, int64_t call, bool isFault) {
+    if (call > 0) {
+      mOfCalls.insert({operation, call});
+    } else {
+      mNext[operation].push_back(isFault);
+    }
+  }
+  // Returns whether the call gets a fault.
+  bool take(const std::string& operation, int64_t call) {
+    bool isFault = mOfCalls.erase({operation, call}) > 0;
+    if (std::deque<bool>& next = mNext[operation]; !next.empty()) {
+      isFault = isFault || next.front();
+      next.pop_front();
+    }
+    return isFault;
+  }
+  // How many there are by operation.
+  std::map<std::string, size_t> counts() const {
+    std::map<std::string, size_t> counts;
+    for (const auto& [operation, next] : mNext) counts[operation] += next.size();
+    for (const auto& [operation, call] : mOfCalls) ++counts[operation];
+    return counts;
+  }
+
+ private:
+  std::map<std::string, std::deque<bool>> mNext;
+  std::set<std::pair<std::string, int64_t>> mOfCalls;
+};
+
 // What the framework has written in the session that this process plays.
 struct FrameworkLog {
   GrowingFile journal;
-  std::vector<FrameworkCall> calls;            // since an expectation last took them
-  std::map<std::string, int64_t> answersLeft;  // by operation, those that no call has used
+  std::vector<FrameworkCall> calls;          // since an expectation last took them
+  std::map<std::string, int64_t> callCount;  // by operation
+  AnswersLeft answersLeft;
+  ActivationRules rules;
 } frameworkLog;
 
 std::string Unescape(std::string_view escaped) {
@@ -101,13 +140,16 @@ FrameworkCall ParseJournalLine(const std::string& line) {
   return call;
 }
 
-void TakeJournal(Timeline& timeline) {
+void TakeJournal(Host& host) {
   for (std::string& line : frameworkLog.journal.newLines()) {
-    timeline.shortenPaths(line);
+    host.timeline.shortenPaths(line);
     FrameworkCall call = ParseJournalLine(line);
-    call.tick = timeline.tick;
-    if (int64_t& left = frameworkLog.answersLeft[call.operation]; left > 0) --left;
-    timeline.show(Actor::framework, call.text);
+    call.tick = host.timeline.tick;
+    host.census.count(call.operation);
+    const int64_t number = ++frameworkLog.callCount[call.operation];
+    if (frameworkLog.answersLeft.take(call.operation, number)) host.noteFailure(call.operation);
+    host.timeline.show(Actor::framework, call.text);
+    frameworkLog.rules.take(call.operation, call.fields);
     frameworkLog.calls.push_back(std::move(call));
   }
 }
@@ -116,11 +158,12 @@ void FollowJournal(Host& host) {
   const int journal = open("journal", O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
   if (journal < 0) throw std::runtime_error("can't open journal");
   frameworkLog.journal.follow(journal);
-  host.timeline.addSource([&timeline = host.timeline] { TakeJournal(timeline); });
+  host.timeline.addSource([&host] { TakeJournal(host); });
+  frameworkLog.rules.begin(host);
 }
 
 void CheckAnswersLeft(Host& host) {
-  for (const auto& [operation, count] : frameworkLog.answersLeft) {
+  for (const auto& [operation, count] : frameworkLog.answersLeft.counts()) {
     if (count == 0) continue;
     host.report(Finding::setup,
                 fmt::format("{} answer(s) of {} were never asked for", count, operation));
@@ -221,24 +264,37 @@ std::string ReadAnswerField(const YamlValue& field) {
                                          std::numeric_limits<int64_t>::max()));
 }
 
+struct Answer {
+  std::string operation;
+  std::string line;  // of the session folder's file
+  int64_t call = 0;  // the number of the call that it is for, or 0 for the next one
+  bool isFault = false;
+};
+
+Answer ReadAnswer(const std::string& operation, const YamlValue& fields) {
+  FindOperation(fields, operation);
+  Answer answer{operation, operation};
+  for (const auto& [key, field] :
+       fields.fields({"call", "choose", "start", "result", "text", "count", "size"})) {
+    answer.line += fmt::format("\t{}={}", key, ReadAnswerField(field));
+    if (key == "call") answer.call = field.integer(1, std::numeric_limits<int32_t>::max());
+    answer.isFault = answer.isFault || (key != "call" && key != "choose" && key != "start");
+  }
+  return answer;
+}
+
 Action ReadAnswers(const YamlValue& value) {
-  std::vector<std::pair<std::string, std::string>> answers;
+  std::vector<Answer> answers;
   for (const YamlValue& answer : value.list()) {
     for (const auto& [operation, fields] : answer.fields()) {
-      FindOperation(fields, operation);
-      std::string line = operation;
-      for (const auto& [key, field] :
-           fields.fields({"choose", "start", "result", "text", "count", "size"})) {
-        line += fmt::format("\t{}={}", key, ReadAnswerField(field));
-      }
-      answers.emplace_back(operation, line);
+      answers.push_back(ReadAnswer(operation, fields));
     }
   }
   return [answers](Host& host) {
     host.timeline.drain();
-    for (const auto& [operation, line] : answers) {
-      AppendLine(host.inFolder("framework-answers"), line);
-      ++frameworkLog.answersLeft[operation];
+    for (const Answer& answer : answers) {
+      AppendLine(host.inFolder("framework-answers"), answer.line);
+      frameworkLog.answersLeft.add(answer.operation, answer.call, answer.isFault);
     }
   };
 }
@@ -266,6 +322,13 @@ std::string ReadVault(const YamlValue& vault) {
   }
   return lines;
 }
+
+// The results that the plug-in tells apart, and one that it doesn't.
+constexpr std::array kResults{"0",          "0x07000000", "0x0A000000",
+                              "0x0C000000", "0x12000000", "0x15000000"};
+// Nothing, no more than an end, the buffers' own sizes and one more, and the largest.
+constexpr std::array kSizes{"0", "1", "256", "257", "131072", "131073", "9223372036854775807"};
+constexpr std::array kCounts{"-2147483648", "-1", "0", "1", "2147483647"};
 
 }  // namespace
 
@@ -306,6 +369,7 @@ void FontManager::readKeys(const YamlValue& root, const std::map<std::string, Ya
     }
   }
   session.preparations.emplace_back(FollowJournal);
+  session.settling.emplace_back([](Host&) { frameworkLog.rules.settle(); });
   session.finalChecks.emplace_back(CheckAnswersLeft);
 }
 
@@ -334,6 +398,36 @@ void FontManager::readFramework(const YamlValue& root, const YamlValue* value,
                           (variant / kFramework).lexically_normal().string(), mFolder.string()));
   }
   setup.links.emplace_back((place / kFramework).lexically_normal().string(), bundle);
+}
+
+std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
+  const auto operation =
+      std::find_if(kOperations.begin(), kOperations.end(),
+                   [&](const Operation& each) { return each.name == call.function; });
+  if (operation == kOperations.end()) return {};
+  const auto has = [&](std::string_view name) {
+    const auto& arguments = operation->arguments;
+    return std::find(arguments.begin(), arguments.end(), name) != arguments.end();
+  };
+  std::vector<std::string> answers;
+  for (const char* result : kResults) answers.push_back(fmt::format("result: {}", result));
+  if (has("list") && has("size")) {
+    for (const char* result : kResults) {
+      answers.push_back(fmt::format("result: {}, text: [Garamond]", result));
+    }
+  }
+  if (has("size")) {
+    for (const char* size : kSizes) answers.push_back(fmt::format("size: {}", size));
+  }
+  if (has("count")) {
+    for (const char* count : kCounts) answers.push_back(fmt::format("count: {}", count));
+  }
+  std::vector<std::string> steps;
+  for (const std::string& answer : answers) {
+    steps.push_back(fmt::format("framework answers: [{}: {{call: {}, {}}}]", call.function,
+                                call.number, answer));
+  }
+  return steps;
 }
 
 Action FontManager::readStep(std::string_view name, const YamlValue& value) const {

@@ -21,6 +21,7 @@ class FontManager final : public SessionPart {
                 Session& session) const override;
   Action readStep(std::string_view name, const YamlValue& value) const override;
   Check readExpectation(std::string_view name, const YamlValue& value) const override;
+  std::vector<std::string> faultsOf(const CountedCall& call) const override;
 
  private:
   void needsFolder(const YamlValue& value) const;

@@ -19,6 +19,7 @@ constexpr rlim_t kMostBytesOfAFile = rlim_t{256} * 1024 * 1024;
 // The session must have used all that it set up.
 void CheckNothingIsLeft(Host& host, const Session& session) {
   host.timeline.drain();
+  if (host.settings().tolerant) return;
   for (const std::string& function : host.faults.unmet()) {
     host.report(Finding::setup,
                 fmt::format("{} wasn't called as often as it was to fail", function));
@@ -26,17 +27,34 @@ void CheckNothingIsLeft(Host& host, const Session& session) {
   for (const auto& check : session.finalChecks) check(host);
 }
 
+// A step of a tolerant session that can't be played is passed over.
+void PlayStep(const Step& step, Host& host) {
+  host.beginStep(step.place);
+  try {
+    step.play(host);
+  } catch (const StepImpossible& impossible) {
+    if (!host.settings().tolerant) host.giveUp(Finding::setup, impossible.why);
+    host.timeline.add(Actor::session, fmt::format("passes over the step: {}", impossible.why));
+  }
+  host.endStep();
+}
+
+void PlaySession(const Session& session, Host& host) {
+  for (const auto& preparation : session.preparations) preparation(host);
+  for (const Step& step : session.steps) {
+    if (step.quits && host.settings().tolerant) {
+      for (const auto& settle : session.settling) settle(host);
+    }
+    PlayStep(step, host);
+  }
+  CheckNothingIsLeft(host, session);
+  host.endSteps();
+}
+
 void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {
   try {
     host.prepare(session.host, setup.module, setup.reportPipe, flight);
-    for (const auto& preparation : session.preparations) preparation(host);
-    for (const Step& step : session.steps) {
-      host.beginStep(step.place);
-      step.play(host);
-      host.endStep();
-    }
-    CheckNothingIsLeft(host, session);
-    host.endSteps();
+    PlaySession(session, host);
   } catch (const SessionEnded&) {
     // The finding was reported before it was thrown.
   } catch (const std::exception& error) {

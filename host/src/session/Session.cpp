@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
+#include <optional>
 #include <set>
 #include <sstream>
 
@@ -70,6 +71,19 @@ HostSettings ReadHost(const YamlValue& value) {
   return host;
 }
 
+Acceptance ReadAcceptance(const YamlValue& value) {
+  const Fields fields = value.fields({"finding", "text", "after", "reason"});
+  const YamlValue* name = Find(fields, "finding");
+  const YamlValue* reason = Find(fields, "reason");
+  if (!name || !reason) value.fail("needs the keys 'finding' and 'reason'");
+  const std::optional<Finding> finding = FindingNamed(name->text());
+  if (!finding) name->fail(fmt::format("there is no finding '{}'", name->text()));
+  Acceptance acceptance{*finding, "", {}, reason->text()};
+  if (const YamlValue* text = Find(fields, "text")) acceptance.text = text->text();
+  if (const YamlValue* after = Find(fields, "after")) acceptance.after = after->texts();
+  return acceptance;
+}
+
 FolderSetup ReadFolder(const Fields& fields) {
   FolderSetup setup;
   if (const YamlValue* projects = Find(fields, "projects")) {
@@ -87,8 +101,8 @@ FolderSetup ReadFolder(const Fields& fields) {
 }
 
 Session ReadSession(const YamlValue& root, std::string name, const SessionPart& part) {
-  std::vector<std::string_view> keys{"about",        "variants", "host", "projects",
-                                     "active fonts", "files",    "steps"};
+  std::vector<std::string_view> keys{"about", "variants", "host",     "projects", "active fonts",
+                                     "files", "accepted", "tolerant", "steps"};
   const std::vector<std::string_view> more = part.keys();
   keys.insert(keys.end(), more.begin(), more.end());
   const Fields fields = root.fields(keys);
@@ -96,6 +110,14 @@ Session ReadSession(const YamlValue& root, std::string name, const SessionPart& 
   session.name = std::move(name);
   if (const YamlValue* about = Find(fields, "about")) session.about = about->text();
   if (const YamlValue* host = Find(fields, "host")) session.host = ReadHost(*host);
+  if (const YamlValue* accepted = Find(fields, "accepted")) {
+    for (const YamlValue& each : accepted->list()) {
+      session.host.accepted.push_back(ReadAcceptance(each));
+    }
+  }
+  if (const YamlValue* tolerant = Find(fields, "tolerant")) {
+    session.host.tolerant = tolerant->boolean();
+  }
   session.setUp = ReadFolder(fields);
   part.readKeys(root, fields, session);
   const YamlValue* steps = Find(fields, "steps");

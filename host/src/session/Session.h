@@ -25,6 +25,7 @@ using Action = std::function<void(Host&)>;
 struct Step {
   std::string place;  ///< in the session file
   Action play;
+  bool quits = false;  ///< ends the host
 };
 
 struct Session {
@@ -34,6 +35,7 @@ struct Session {
   FolderSetup setUp;
   std::vector<Action> preparations;  ///< before the first step
   std::vector<Step> steps;           ///< with the first start and the last quit
+  std::vector<Action> settling;      ///< of a tolerant session, before the host quits
   std::vector<Action> finalChecks;   ///< after the last step
 };
 

@@ -30,6 +30,10 @@ class SessionPart {
                         Session& session) const = 0;
   virtual Action readStep(std::string_view name, const YamlValue& value) const = 0;
   virtual Check readExpectation(std::string_view name, const YamlValue& value) const = 0;
+
+  /// Returns the steps, as YAML, of which each makes this call alone go wrong in one way. They come
+  /// at the beginning of a session. Returns none for a call that isn't one of this part.
+  virtual std::vector<std::string> faultsOf(const CountedCall& call) const = 0;
 };
 
 }  // namespace host

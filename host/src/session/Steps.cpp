@@ -111,18 +111,24 @@ Action ReadQuit(const YamlValue& value, Draft& draft) {
 Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
   int64_t count = 1;
   int64_t seconds = 0;
+  int64_t ticks = 1;  // in this many seconds
   if (value.isMap()) {
-    const auto fields = value.fields({"count", "seconds per tick"});
-    if (const YamlValue* ticks = Find(fields, "count")) count = ticks->integer(1, kMostTicks);
-    if (const YamlValue* each = Find(fields, "seconds per tick")) {
-      seconds = each->integer(0, kMostTicks);
+    const auto fields = value.fields({"count", "seconds per tick", "ticks per second"});
+    if (const YamlValue* all = Find(fields, "count")) count = all->integer(1, kMostTicks);
+    const YamlValue* slow = Find(fields, "seconds per tick");
+    const YamlValue* fast = Find(fields, "ticks per second");
+    if (slow && fast) value.fail("takes one of 'seconds per tick' and 'ticks per second'");
+    if (slow) seconds = slow->integer(0, kMostTicks);
+    if (fast) {
+      ticks = fast->integer(1, kMostTicks);
+      seconds = 1;
     }
   } else if (!value.isNothing()) {
     count = value.integer(1, kMostTicks);
   }
-  return [count, seconds](Host& host) {
+  return [count, seconds, ticks](Host& host) {
     for (int64_t i = 0; i < count; ++i) {
-      AdvanceVirtualTime(seconds);
+      if (i % ticks == 0) AdvanceVirtualTime(seconds);
       host.idle();
     }
   };
@@ -152,19 +158,27 @@ Action ReadDialog(const YamlValue& value, Draft& draft) {
 }
 
 Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
-  const auto fields = value.fields({"function", "result", "times"});
+  const auto fields = value.fields({"function", "result", "times", "call"});
   const YamlValue* name = Find(fields, "function");
   if (!name) value.fail("the key 'function' is missing");
   const std::string function = name->text();
   if (!CanFail(function)) name->fail(fmt::format("the host has no '{}' that could fail", function));
   const YamlValue* code = Find(fields, "result");
   const YamlValue* count = Find(fields, "times");
+  const YamlValue* call = Find(fields, "call");
+  if (count && call) value.fail("takes one of 'times' and 'call'");
   const int64_t result =
       code ? code->integer(1, std::numeric_limits<A_Err>::max()) : int64_t{A_Err_GENERIC};
   const int64_t times = count ? count->integer(1, kMostTicks) : Faults::kAlways;
+  const int64_t number = call ? call->integer(1, kMostTicks) : 0;
   return [=](Host& host) {
-    host.timeline.add(Actor::session, fmt::format("has {} fail from now on", function));
-    host.faults.fail(function, static_cast<A_Err>(result), times);
+    if (number > 0) {
+      host.timeline.add(Actor::session, fmt::format("has call {} of {} fail", number, function));
+      host.faults.failCall(function, static_cast<A_Err>(result), number);
+    } else {
+      host.timeline.add(Actor::session, fmt::format("has {} fail from now on", function));
+      host.faults.fail(function, static_cast<A_Err>(result), times);
+    }
   };
 }
 
@@ -204,6 +218,8 @@ Action ReadExpect(const YamlValue& value, Draft& draft) {
   return ReadExpectations(value, draft.part);
 }
 
+Action ReadRepeat(const YamlValue& value, Draft& draft);
+
 struct StepKind {
   std::string_view name;
   Action (*read)(const YamlValue&, Draft&);
@@ -231,6 +247,7 @@ constexpr std::array kStepKinds{
     StepKind{"refuse", ReadRefuse, false},
     StepKind{"project path", ReadProjectPath, true},
     StepKind{"expect", ReadExpect, false},
+    StepKind{"repeat", ReadRepeat, true},
 };
 
 // Reads a step: its name alone, or a map from the name to a value.
@@ -259,7 +276,27 @@ Step ReadStep(const YamlValue& step, Draft& draft) {
   if (draft.quit && name != "expect") value.fail("comes after the host has quit");
   if (isOfPart) return {step.place(), draft.part.readStep(name, value)};
   if (kind->needsHost && !draft.started) value.fail("comes before the host has started");
-  return {step.place(), kind->read(value, draft)};
+  return {step.place(), kind->read(value, draft), name == "quit"};
+}
+
+Action ReadRepeat(const YamlValue& value, Draft& draft) {
+  const auto fields = value.fields({"times", "steps"});
+  const YamlValue* count = Find(fields, "times");
+  const YamlValue* list = Find(fields, "steps");
+  if (!count || !list) value.fail("needs the keys 'times' and 'steps'");
+  std::vector<Step> steps;
+  for (const YamlValue& step : list->list()) {
+    steps.push_back(ReadStep(step, draft));
+    if (steps.back().quits) step.fail("can't be repeated");
+  }
+  return [steps, times = count->integer(1, kMostTicks)](Host& host) {
+    for (int64_t i = 0; i < times; ++i) {
+      for (const Step& step : steps) {
+        host.beginStep(step.place);
+        step.play(host);
+      }
+    }
+  };
 }
 
 }  // namespace
@@ -275,7 +312,7 @@ std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {
     steps.push_back({value.place(), [](Host& host) { host.start(); }});
   }
   for (const YamlValue& step : list) steps.push_back(ReadStep(step, draft));
-  if (!draft.quit) steps.push_back({value.place(), Quit});
+  if (!draft.quit) steps.push_back({value.place(), Quit, true});
   return steps;
 }
 

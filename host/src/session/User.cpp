@@ -37,7 +37,7 @@ void Edit(Host& host) {
 void Save(Host& host) {
   host.timeline.add(Actor::user, "saves the project");
   if (host.project().path.empty())
-    host.giveUp(Finding::setup, "a project without a path can't be saved in place");
+    throw StepImpossible{"a project without a path can't be saved in place"};
   if (HostMayHandle(host, kSave)) host.saveProject(host.project().path);
 }
 
@@ -55,9 +55,9 @@ void Pick(Host& host, const std::string& text) {
   host.timeline.add(Actor::user, fmt::format("picks \"{}\"", text));
   host.drawMenus();
   const AEGP_Command command = host.menus.commandOf(text);
-  if (command == 0) host.giveUp(Finding::setup, fmt::format("no menu has an item \"{}\"", text));
+  if (command == 0) throw StepImpossible{fmt::format("no menu has an item \"{}\"", text)};
   if (!host.menus.isEnabled(command)) {
-    host.giveUp(Finding::setup, fmt::format("the menu item \"{}\" is disabled", text));
+    throw StepImpossible{fmt::format("the menu item \"{}\" is disabled", text)};
   }
   host.commandWasHandled = host.runCommand(command);
   if (!host.commandWasHandled) host.timeline.add(Actor::host, "finds the command unhandled");

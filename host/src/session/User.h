@@ -13,12 +13,12 @@ void OpenByDialog(Host& host, const std::string& path);
 /// Opens a project from the desktop, without a dialog.
 void OpenByDoubleClick(Host& host, const std::string& path);
 void Edit(Host& host);
-/// Gives the session up if the project has no path.
+/// Throws `StepImpossible` if the project has no path.
 void Save(Host& host);
 void SaveAs(Host& host, const std::string& path);
 /// Closes the project without saving it.
 void Close(Host& host);
-/// Picks a plug-in's menu command by its text. Gives the session up if there is no such item, or
+/// Picks a plug-in's menu command by its text. Throws `StepImpossible` if there is no such item, or
 /// it is disabled.
 void Pick(Host& host, const std::string& text);
 /// Picks each menu item of plug-ins that is enabled.

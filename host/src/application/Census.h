@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// A call that could have failed.
+struct CountedCall {
+  std::string function;  ///< of the host, or an operation of a framework
+  int64_t number = 0;    ///< among the calls of the function, from 1
+  int64_t entry = 0;     ///< the call of the plug-in by the host during which it came, from 1
+};
+
+/// Counts the calls of each function that could fail. Does nothing until somebody listens.
+class Census {
+ public:
+  void listen(std::function<void(const CountedCall&)> listener) { mListener = std::move(listener); }
+  void stop() { mListener = nullptr; }
+  /// Notes that the host calls the plug-in.
+  void enter() { ++mEntry; }
+  int64_t entry() const { return mEntry; }
+  void count(std::string_view function) {
+    if (mListener) tell(function);
+  }
+
+ private:
+  void tell(std::string_view function);
+
+  std::function<void(const CountedCall&)> mListener;
+  int64_t mEntry = 0;
+  std::map<std::string, int64_t, std::less<>> mNumbers;
+};
+
+}  // namespace host

@@ -1,0 +1,109 @@
+#include "ActivationRules.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "Dialogs.h"
+#include "TextFile.h"
+#include "VirtualTime.h"
+
+namespace host {
+namespace {
+
+// The framework is asked again after this many seconds.
+constexpr int64_t kSecondsToAskAgain = 10;
+// Enough for a process that begins with the first one.
+constexpr int kTicksToSettle = 60;
+constexpr char kProbe[] = "Is the activation over?";
+
+std::string FieldOf(const std::map<std::string, std::string>& fields, const std::string& name) {
+  const auto found = fields.find(name);
+  return found == fields.end() ? "" : found->second;
+}
+
+}  // namespace
+
+void ActivationRules::begin(Host& host) {
+  mHost = &host;
+  host.watchProjects([this](const ProjectChange& change) { takeChange(change); });
+}
+
+void ActivationRules::takeChange(const ProjectChange& change) {
+  mClosed.reset();
+  if (!change.byPlugin) {
+    mLatest.reset();
+  } else if (change.opened.empty() && !change.closed.empty()) {
+    mClosed = Closed{change.closed, mHost->errorsShown()};
+  }
+}
+
+void ActivationRules::take(const std::string& operation,
+                           const std::map<std::string, std::string>& fields) {
+  if (operation == "InitializeTamberlinkInterface") {
+    mInitialized = true;
+  } else if (operation == "PluginIsEnabled") {
+    mEnabled = FieldOf(fields, "enabled") == "true";
+    // As a call that fails: what the plug-in had to do then isn't made up for.
+    if (!mEnabled) mHost->noteFailure(operation);
+  } else if (operation == "HandleOpenExistingDocument" || operation == "ActivateChosenFonts") {
+    takeActivation(fields);
+  }
+}
+
+void ActivationRules::takeActivation(const std::map<std::string, std::string>& fields) {
+  const Project& project = mHost->project();
+  std::string path = project.path;
+  mHost->timeline.shortenPaths(path);
+  if (FieldOf(fields, "path") != path || project.dirty) return mLatest.reset();
+  const std::vector<std::string> active = ReadLines(mHost->inFolder("active-fonts"));
+  mLatest = Activated{project.path, {}, mHost->failures()};
+  for (const std::string& font : project.fonts) {
+    if (std::find(active.begin(), active.end(), font) != active.end()) mLatest->fonts.insert(font);
+  }
+}
+
+void ActivationRules::settle() {
+  // The calls that come now are no part of the session.
+  mHost->census.stop();
+  WriteLines(mHost->inFolder("framework-state"), {});
+  mHost->timeline.add(Actor::session, "the font manager is enabled, and time goes by");
+  AdvanceVirtualTime(kSecondsToAskAgain);
+  for (int i = 0; i < kTicksToSettle; ++i) mHost->idle();
+  checkProjectIsOpen();
+  checkFonts();
+  checkProcessHasEnded();
+}
+
+void ActivationRules::checkProjectIsOpen() {
+  if (!mClosed || mHost->errorsShown() > mClosed->errorsShown) return;
+  mHost->report(Finding::projectLeftClosed,
+                fmt::format("the plug-in closed {}{}", mClosed->path, mHost->where()));
+}
+
+void ActivationRules::checkFonts() {
+  // A call that failed since may be the reason.
+  if (!mLatest || mHost->failures() > mLatest->failures) return;
+  if (mHost->project().path != mLatest->path) return;
+  for (const std::string& font : mHost->project().missingFonts) {
+    if (!mLatest->fonts.contains(font)) continue;
+    mHost->report(Finding::fontStillMissing, fmt::format("{} is active, and {} lacks it{}", font,
+                                                         mLatest->path, mHost->where()));
+  }
+}
+
+// While a process runs, the plug-in doesn't look at the host's dialogs. Otherwise it names each one
+// on its standard output.
+void ActivationRules::checkProcessHasEnded() {
+  if (!mInitialized || !mEnabled) return;
+  mHost->showDialog(kProbe, kDialogClass);
+  mHost->timeline.drain();
+  const std::vector<std::string>& lines = mHost->timeline.record.stdoutLines;
+  const bool isSeen = std::any_of(lines.begin(), lines.end(),
+                                  [](const std::string& line) { return line.ends_with(kProbe); });
+  if (isSeen) return;
+  mHost->report(Finding::activationNeverEnds,
+                fmt::format("{} ticks after the last step{}", kTicksToSettle, mHost->where()));
+}
+
+}  // namespace host

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "Host.h"
+
+namespace host {
+
+/// What has to hold after a font activation process of the plug-in, whatever the user, the host and
+/// the font manager did. Sees the process from outside: by the calls of the framework and by what
+/// happens to the project.
+class ActivationRules {
+ public:
+  /// Begins to watch the host's project. The host outlives this object.
+  void begin(Host& host);
+  /// Takes note of a call of the framework, with its arguments and results by name.
+  void take(const std::string& operation, const std::map<std::string, std::string>& fields);
+  /// Gives an activation the time to end, and reports what doesn't hold.
+  void settle();
+
+ private:
+  struct Closed {
+    std::string path;
+    int64_t errorsShown = 0;  ///< when the plug-in closed it
+  };
+  struct Activated {
+    std::string path;
+    std::set<std::string> fonts;  ///< of the project, those that were active afterwards
+    int64_t failures = 0;         ///< when the font manager activated them
+  };
+
+  void takeChange(const ProjectChange& change);
+  void takeActivation(const std::map<std::string, std::string>& fields);
+  void checkProjectIsOpen();
+  void checkFonts();
+  void checkProcessHasEnded();
+
+  Host* mHost = nullptr;
+  bool mInitialized = false;         ///< the plug-in has started
+  bool mEnabled = false;             ///< what the framework said last
+  std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again
+  std::optional<Activated> mLatest;  ///< for an open clean project, and nothing came between
+};
+
+}  // namespace host
