@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
 
 #include "Host.h"
 #include "HostCall.h"
@@ -183,6 +184,13 @@ bool SuiteLedger::release(std::string_view name, int32 version) {
 const Origin* SuiteLedger::released(std::string_view name, int32 version) const {
   const size_t index = IndexOf(name, version);
   return index < kSuiteCount && mReleased[index] ? &*mReleased[index] : nullptr;
+}
+
+int64_t SuiteLedger::held() const {
+  return std::accumulate(mHeld.begin(), mHeld.end(), int64_t{0},
+                         [](int64_t sum, const std::vector<Origin>& origins) {
+                           return sum + static_cast<int64_t>(origins.size());
+                         });
 }
 
 std::vector<std::string> SuiteLedger::leaks() const {

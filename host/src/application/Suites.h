@@ -48,6 +48,8 @@ class SuiteLedger {
   }
 
   int64_t acquisitions() const { return mAcquisitions; }
+  /// How many acquisitions aren't released.
+  int64_t held() const;
   /// Describes each acquisition that is left.
   std::vector<std::string> leaks() const;
 
@@ -72,6 +74,7 @@ class Blocks {
   /// Returns null if there is no memory.
   void* allocate(size_t size, const Origin& origin);
   bool holds(void* block) const { return mOrigins.contains(block); }
+  size_t count() const { return mOrigins.size(); }
   /// Returns where the block came from if it was freed lately, or else null.
   const Origin* freed(void* block) const;
   /// The block has to exist.

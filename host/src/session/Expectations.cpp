@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "TextFile.h"
+#include "Usage.h"
 
 namespace host {
 namespace {
@@ -171,6 +172,15 @@ Check ReadPreferences(const YamlValue& value) {
   };
 }
 
+// Compares with the first time.
+Check ReadGrowth(const YamlValue& value) {
+  if (value.text() != "none") value.fail("has to be none");
+  return [](Host& host) {
+    static const Usage before = MeasureUsage(host);
+    return DescribeGrowth(before, MeasureUsage(host));
+  };
+}
+
 // Texts by file, or "none" for a file that must not be there.
 Check ReadFiles(const YamlValue& value) {
   std::vector<std::pair<std::string, std::string>> files;
@@ -213,6 +223,7 @@ constexpr std::array kKinds{
     Kind{"command handled", ReadCommandHandled},
     Kind{"preferences", ReadPreferences},
     Kind{"files", ReadFiles},
+    Kind{"growth", ReadGrowth},
     Kind{"stdout", CompareRecorded<&Record::stdoutLines>},
     Kind{"stderr", CompareRecorded<&Record::stderrLines>},
 };

@@ -22,6 +22,9 @@ class FontManager final : public SessionPart {
   Action readStep(std::string_view name, const YamlValue& value) const override;
   Check readExpectation(std::string_view name, const YamlValue& value) const override;
   std::vector<std::string> faultsOf(const CountedCall& call) const override;
+  void addRandomKeys(Random& random, YAML::Node& session) const override;
+  std::string randomStep(Random& random) const override;
+  std::string randomFault(Random& random) const override;
 
  private:
   void needsFolder(const YamlValue& value) const;

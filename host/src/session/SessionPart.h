@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Random.h"
 #include "Session.h"
 #include "YamlValue.h"
 
@@ -34,6 +35,13 @@ class SessionPart {
   /// Returns the steps, as YAML, of which each makes this call alone go wrong in one way. They come
   /// at the beginning of a session. Returns none for a call that isn't one of this part.
   virtual std::vector<std::string> faultsOf(const CountedCall& call) const = 0;
+
+  /// Adds keys of this part to a session that is made up.
+  virtual void addRandomKeys(Random& random, YAML::Node& session) const = 0;
+  /// Returns a step of this part as YAML, as it can come at any place. Empty if there is none.
+  virtual std::string randomStep(Random& random) const = 0;
+  /// Returns a step that makes something of this part go wrong.
+  virtual std::string randomFault(Random& random) const = 0;
 };
 
 }  // namespace host

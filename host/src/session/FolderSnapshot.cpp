@@ -1,0 +1,72 @@
+#include "FolderSnapshot.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <vector>
+
+#include "TextFile.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::optional<std::string> ReadBytes(const fs::path& file) {
+  const std::ifstream stream(file, std::ios::binary);
+  if (!stream) return {};
+  std::ostringstream bytes;
+  bytes << stream.rdbuf();
+  return bytes.str();
+}
+
+timespec DateOf(const fs::path& file) {
+  struct stat status {};
+  stat(file.c_str(), &status);
+  return status.st_mtim;
+}
+
+bool IsSame(const timespec& one, const timespec& other) {
+  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+}
+
+}  // namespace
+
+FolderSnapshot::FolderSnapshot(const fs::path& folder) : mFolder(folder) {
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_symlink()) continue;
+    if (entry.is_directory()) mFolders.insert(entry.path());
+    if (!entry.is_regular_file()) continue;
+    mFiles[entry.path()] = {ReadBytes(entry.path()).value_or(""), DateOf(entry.path())};
+  }
+}
+
+void FolderSnapshot::removeOthers() const {
+  std::vector<fs::path> others;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(mFolder)) {
+    const bool isKnown =
+        entry.is_symlink() || mFolders.contains(entry.path()) || mFiles.contains(entry.path());
+    if (!isKnown) others.push_back(entry.path());
+  }
+  for (const fs::path& path : others) fs::remove_all(path);
+}
+
+void FolderSnapshot::restore() const {
+  removeOthers();
+  for (const fs::path& folder : mFolders) fs::create_directories(folder);
+  for (const auto& [path, file] : mFiles) {
+    if (ReadBytes(path) != file.bytes) WriteText(path, file.bytes);
+    if (IsSame(DateOf(path), file.date)) continue;
+    const std::array<timespec, 2> dates{file.date, file.date};
+    if (utimensat(AT_FDCWD, path.c_str(), dates.data(), 0) != 0) {
+      throw fs::filesystem_error("can't set the date of", path,
+                                 std::error_code(errno, std::generic_category()));
+    }
+  }
+}
+
+}  // namespace host

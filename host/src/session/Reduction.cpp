@@ -1,0 +1,116 @@
+#include "Reduction.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace host {
+namespace {
+
+constexpr int kMostTrials = 400;
+
+// Tries smaller sessions, and keeps each one that still fails.
+class Reducer {
+ public:
+  Reducer(const YAML::Node& session, const StillFails& stillFails)
+      : mSession(YAML::Clone(session)), mStillFails(stillFails) {}
+
+  YAML::Node reduce() {
+    bool isSmaller = true;
+    while (isSmaller && mTrials < kMostTrials) {
+      isSmaller = false;
+      while (shortenList({"steps"})) isSmaller = true;
+      isSmaller = dropKeys({}) || isSmaller;
+      for (const char* key : {"host", "projects", "vault", "files", "framework"}) {
+        if (mSession[key] && mSession[key].IsMap()) isSmaller = dropKeys({key}) || isSmaller;
+      }
+      isSmaller = shortenNumbers() || isSmaller;
+    }
+    return mSession;
+  }
+
+ private:
+  using Path = std::vector<std::string>;
+
+  static YAML::Node at(const YAML::Node& root, const Path& path) {
+    YAML::Node node = root;
+    for (const std::string& key : path) node.reset(node[key]);
+    return node;
+  }
+
+  bool keepIfFailing(const YAML::Node& candidate) {
+    if (++mTrials > kMostTrials || !mStillFails(candidate)) return false;
+    mSession = candidate;
+    return true;
+  }
+
+  // Leaves out as many elements at once as it can: half of them, then a quarter, down to one.
+  bool shortenList(const Path& path) {
+    const size_t count = at(mSession, path).size();
+    for (size_t chunk = (count + 1) / 2; chunk > 0; chunk /= 2) {
+      for (size_t begin = 0; begin < count; begin += chunk) {
+        YAML::Node candidate = YAML::Clone(mSession);
+        YAML::Node list = at(candidate, path);
+        YAML::Node rest(YAML::NodeType::Sequence);
+        for (size_t i = 0; i < count; ++i) {
+          if (i < begin || i >= begin + chunk) rest.push_back(list[i]);
+        }
+        list = rest;
+        if (keepIfFailing(candidate)) return true;
+      }
+    }
+    return false;
+  }
+
+  bool dropKeys(const Path& path) {
+    std::vector<std::string> keys;
+    for (const auto& entry : at(mSession, path)) keys.push_back(entry.first.Scalar());
+    bool isSmaller = false;
+    for (const std::string& key : keys) {
+      YAML::Node candidate = YAML::Clone(mSession);
+      at(candidate, path).remove(key);
+      isSmaller = keepIfFailing(candidate) || isSmaller;
+    }
+    return isSmaller;
+  }
+
+  // Makes the numbers of steps such as `tick: 30` smaller.
+  bool shortenNumbers() {
+    bool isSmaller = false;
+    for (size_t i = 0; i < mSession["steps"].size(); ++i) {
+      while (shortenNumber(i)) isSmaller = true;
+    }
+    return isSmaller;
+  }
+
+  bool shortenNumber(size_t step) {
+    const YAML::Node node = mSession["steps"][step];
+    if (!node.IsMap() || !node.begin()->second.IsScalar()) return false;
+    const std::string key = node.begin()->first.Scalar();
+    const std::string text = node.begin()->second.Scalar();
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size()) return false;
+    for (const int smaller : {1, number / 2, number - 1}) {
+      if (smaller < 1 || smaller >= number) continue;
+      YAML::Node candidate = YAML::Clone(mSession);
+      candidate["steps"][step][key] = smaller;
+      if (keepIfFailing(candidate)) return true;
+    }
+    return false;
+  }
+
+  YAML::Node mSession;
+  const StillFails& mStillFails;
+  int mTrials = 0;
+};
+
+}  // namespace
+
+YAML::Node Reduce(const YAML::Node& session, const StillFails& stillFails) {
+  return Reducer(session, stillFails).reduce();
+}
+
+}  // namespace host

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <yaml-cpp/yaml.h>
+
+#include <string>
+#include <vector>
+
+#include "YamlValue.h"
+
+// Session files as YAML, for those who write them.
+
+namespace host {
+
+/// Returns a copy without variants, with each `${name}` of `variables` replaced.
+YAML::Node ResolveVariables(const YAML::Node& session, const Variables& variables);
+
+/// Returns the text of a session file. `comment` comes first, line by line.
+std::string WriteSession(const YAML::Node& session, const std::string& comment);
+
+/// Returns a copy with a step, as YAML, put before all others.
+YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step);
+
+}  // namespace host

@@ -1,0 +1,45 @@
+#include "Usage.h"
+
+#include <fmt/format.h>
+#include <malloc.h>
+
+#include <filesystem>
+#include <iterator>
+
+namespace host {
+namespace {
+
+constexpr int64_t kLittleMemory = 4096;
+
+template <typename Iterator>
+int64_t CountEntries(const std::filesystem::path& folder) {
+  return std::distance(Iterator(folder), Iterator());
+}
+
+void Compare(std::string& lines, const char* what, int64_t before, int64_t now, int64_t allowed) {
+  if (now <= before + allowed) return;
+  lines += fmt::format("{}    {}: {} before, {} now", lines.empty() ? "" : "\n", what, before, now);
+}
+
+}  // namespace
+
+Usage MeasureUsage(Host& host) {
+  using std::filesystem::directory_iterator;
+  using std::filesystem::recursive_directory_iterator;
+  return {static_cast<int64_t>(mallinfo2().uordblks),
+          CountEntries<directory_iterator>("/proc/self/fd"),
+          CountEntries<recursive_directory_iterator>(host.folder()),
+          static_cast<int64_t>(host.memory.count() + host.blocks.count()), host.suites.held()};
+}
+
+std::string DescribeGrowth(const Usage& before, const Usage& now) {
+  std::string lines;
+  Compare(lines, "bytes of memory", before.memory, now.memory, kLittleMemory);
+  Compare(lines, "open descriptors", before.descriptors, now.descriptors, 0);
+  Compare(lines, "files", before.files, now.files, 0);
+  Compare(lines, "memory handles and blocks", before.handles, now.handles, 0);
+  Compare(lines, "acquired suites", before.suites, now.suites, 0);
+  return lines;
+}
+
+}  // namespace host
