@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Host.h"
+#include "RunListener.h"
 
 namespace host {
 
@@ -27,9 +28,7 @@ struct Step {
   Action play;
 };
 
-struct Session {
-  std::string name;
-  std::string about;
+struct Session : SessionInfo {
   HostSettings host;
   FolderSetup setUp;
   std::vector<Action> preparations;  ///< before the first step
