@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 
@@ -64,8 +65,8 @@ const Operation& FindOperation(const YamlValue& value, const std::string& name) 
 struct FrameworkCall {
   int64_t tick = 0;
   std::string operation;
-  std::map<std::string, std::string> fields;  // arguments, out-arguments and `result`
-  std::string text;                           // operation and fields for a reader
+  std::vector<Argument> fields;  // arguments, out-arguments and `result`, in the journal's order
+  std::string text;              // operation and fields for a reader
 };
 
 // What the framework has written in the session that this process plays.
@@ -73,7 +74,12 @@ struct FrameworkLog {
   GrowingFile journal;
   std::vector<FrameworkCall> calls;            // since an expectation last took them
   std::map<std::string, int64_t> answersLeft;  // by operation, those that no call has used
+  std::optional<int64_t> activationBegan;      // tick of the activation's step 1, while it runs
+  bool enabled = true;                         // what the framework last said
 } frameworkLog;
+
+constexpr char kActivation[] = "activation";
+constexpr int64_t kTicksOfActivation = 24;
 
 std::string Unescape(std::string_view escaped) {
   std::string text;
@@ -95,10 +101,51 @@ FrameworkCall ParseJournalLine(const std::string& line) {
   for (size_t i = 1; i < parts.size(); ++i) {
     const size_t equals = parts[i].find('=');
     if (equals == std::string::npos) continue;
-    call.fields[parts[i].substr(0, equals)] = Unescape(parts[i].substr(equals + 1));
+    call.fields.push_back({parts[i].substr(0, equals), Unescape(parts[i].substr(equals + 1))});
     call.text += "  " + parts[i];
   }
   return call;
+}
+
+// An in-out argument comes twice. Its later value counts.
+const std::string* FindLast(const std::vector<Argument>& fields, std::string_view name) {
+  const auto found = std::find_if(fields.rbegin(), fields.rend(),
+                                  [&](const Argument& field) { return field.name == name; });
+  return found == fields.rend() ? nullptr : &found->value;
+}
+
+// Follows the plug-in's font activation by its calls, because its steps are seen from outside
+// alone: step 1 tells the framework of the document, step 3 has the host scan the fonts, and step
+// 10 opens the project again. A document told of twice on one tick is one activation.
+void FollowActivation(Timeline& timeline, const Event& entry) {
+  std::optional<int64_t>& began = frameworkLog.activationBegan;
+  if (entry.actor == Actor::framework && entry.call.function == "HandleOpenExistingDocument") {
+    if (began == entry.tick) return;
+    began = entry.tick;
+    // In case that step 1 of another activation was the last.
+    timeline.setState(kActivation, "0");
+    timeline.setState(kActivation, "1");
+  } else if (began && entry.call.function == "AEGP_UpdateFontList") {
+    timeline.setState(kActivation, "3");
+  } else if (began && entry.call.function == "AEGP_OpenProjectFromPath") {
+    timeline.setState(kActivation, "10");
+  }
+}
+
+void FollowEnabled(Timeline& timeline, const Event& entry) {
+  if (entry.actor != Actor::framework || entry.call.function != "PluginIsEnabled") return;
+  const std::string* const enabled = FindLast(entry.call.arguments, "enabled");
+  if (!enabled) return;
+  frameworkLog.enabled = *enabled == "true";
+  timeline.setState("enabled", *enabled);
+}
+
+// A plug-in that is disabled takes no step, and so doesn't end an activation.
+void EndActivation(Timeline& timeline) {
+  std::optional<int64_t>& began = frameworkLog.activationBegan;
+  if (!began || timeline.tick < *began + kTicksOfActivation || !frameworkLog.enabled) return;
+  began.reset();
+  timeline.setState(kActivation, "0");
 }
 
 void TakeJournal(Timeline& timeline) {
@@ -107,7 +154,7 @@ void TakeJournal(Timeline& timeline) {
     FrameworkCall call = ParseJournalLine(line);
     call.tick = timeline.tick;
     if (int64_t& left = frameworkLog.answersLeft[call.operation]; left > 0) --left;
-    timeline.show(Actor::framework, call.text);
+    timeline.show(Actor::framework, call.text, {call.operation, call.fields});
     frameworkLog.calls.push_back(std::move(call));
   }
 }
@@ -116,7 +163,16 @@ void FollowJournal(Host& host) {
   const int journal = open("journal", O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
   if (journal < 0) throw std::runtime_error("can't open journal");
   frameworkLog.journal.follow(journal);
-  host.timeline.addSource([&timeline = host.timeline] { TakeJournal(timeline); });
+  Timeline& timeline = host.timeline;
+  timeline.addSource([&timeline] {
+    TakeJournal(timeline);
+    EndActivation(timeline);
+  });
+  timeline.addObserver([&timeline](const Event& entry) {
+    FollowActivation(timeline, entry);
+    FollowEnabled(timeline, entry);
+  });
+  timeline.setState(kActivation, "0");
 }
 
 void CheckAnswersLeft(Host& host) {
@@ -177,8 +233,8 @@ bool SameValue(const std::string& one, const std::string& other) {
 bool Matches(const ExpectedCall& expected, const FrameworkCall& call) {
   return expected.tick == call.tick && expected.operation == call.operation &&
          std::all_of(expected.fields.begin(), expected.fields.end(), [&](const auto& field) {
-           const auto found = call.fields.find(field.first);
-           return found != call.fields.end() && SameValue(field.second, found->second);
+           const std::string* const found = FindLast(call.fields, field.first);
+           return found && SameValue(field.second, *found);
          });
 }
 
