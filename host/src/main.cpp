@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -19,13 +18,13 @@
 #include "FontManager.h"
 #include "Runner.h"
 #include "Session.h"
+#include "SessionPrinter.h"
 #include "TextFile.h"
 #include "Validation.h"
 
 namespace {
 
 using host::Level;
-using host::Played;
 using host::RunOptions;
 using host::Session;
 
@@ -52,98 +51,6 @@ struct Selection {
   std::vector<std::string> files;
   std::string filter;
   bool quiet = false;
-};
-
-// Shows the progress on a terminal, and removes it for an empty text. Writes to standard error, so
-// that redirected output stays the same.
-void ShowProgress(const std::string& text) {
-  static const bool isShown = isatty(STDERR_FILENO) != 0;
-  if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
-}
-
-// A plug-in's text must not act on the terminal. Line feeds are the findings' own.
-std::string Escaped(const std::string& text) {
-  std::vector<std::string> lines = host::Split(text, '\n');
-  std::transform(lines.begin(), lines.end(), lines.begin(), host::EscapeControls);
-  return host::Join(lines, "\n");
-}
-
-void PrintFindings(const Played& played, Level level, const char* title) {
-  bool first = true;
-  for (const host::FoundInSession& found : played.findings) {
-    const host::FindingKind& kind = host::KindOf(found.finding);
-    if (kind.level != level) continue;
-    if (first) fmt::print("\n{}:\n", title);
-    first = false;
-    fmt::print("  {}: {}\n", kind.name, Escaped(found.text));
-  }
-}
-
-// Prints what happens in the sessions, and keeps account of those that failed.
-class Printer {
- public:
-  Printer(const RunOptions& options, bool quiet, size_t count)
-      : mOptions(options), mQuiet(quiet), mCount(count) {}
-
-  void begin(const Session& session) {
-    ++mNumber;
-    mLines.clear();
-    if (mQuiet) {
-      ShowProgress(fmt::format("{}/{} {}", mNumber, mCount, session.name));
-    } else {
-      printHead(session);
-    }
-  }
-
-  void line(const std::string& line) {
-    if (mQuiet) {
-      mLines.push_back(line);
-    } else {
-      fmt::print("{}\n", line);
-    }
-  }
-
-  void end(const Session& session, const Played& played) {
-    const bool failed = played.failed(mOptions.strict);
-    if (failed) mFailed.push_back(session.name);
-    if (mQuiet) ShowProgress("");
-    if (mQuiet && !failed) return;
-    if (mQuiet) printHead(session);
-    for (const std::string& line : mLines) fmt::print("{}\n", line);
-    PrintFindings(played, Level::error, "failed");
-    PrintFindings(played, Level::warning, "warnings");
-    if (!played.complete) fmt::print("not every step was played\n");
-    if (!played.folder.empty()) fmt::print("kept: {}\n", played.folder.string());
-    fmt::print("result: {}\n", failed ? "failed" : "ok");
-  }
-
-  // Ends the run. Returns the exit code.
-  int finish() const {
-    if (mCount > 1) {
-      fmt::print("{}{} sessions, {} failed\n", mQuiet && mFailed.empty() ? "" : "\n", mNumber,
-                 mFailed.size());
-      for (const std::string& name : mFailed) fmt::print("  {}\n", name);
-      fmt::print("result: {}\n", mFailed.empty() ? "ok" : "failed");
-    }
-    return mFailed.empty() ? kOk : kFailed;
-  }
-
- private:
-  void printHead(const Session& session) {
-    if (mPrinted) fmt::print("\n");
-    mPrinted = true;
-    fmt::print("session: {}\n", session.name);
-    if (!session.about.empty()) fmt::print("{}\n", session.about);
-    fmt::print("\n  tick  who        what\n");
-  }
-
-  const RunOptions& mOptions;
-  bool mQuiet;
-  size_t mCount;
-  size_t mNumber = 0;
-  bool mPrinted = false;
-  std::vector<std::string> mLines;
-  std::vector<std::string> mFailed;
 };
 
 // Puts the folder in front of each name that two files have.
@@ -194,38 +101,21 @@ std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart
 int Run(const Selection& selection, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
   const std::vector<Session> sessions = LoadAll(selection, fontManager);
-  Printer printer(options, selection.quiet, sessions.size());
-  const int signal = host::PlaySessions(
-      sessions, options,
-      {[&](const Session& session) { printer.begin(session); },
-       [&](const std::string& line) { printer.line(line); },
-       [&](const Session& session, const Played& played) { printer.end(session, played); }});
+  host::SessionPrinter printer(selection.quiet, sessions.size());
+  const int signal = host::PlaySessions(sessions, options, {&printer});
   if (signal != 0) return kSignalled + signal;
-  return printer.finish();
+  return printer.finish() ? kOk : kFailed;
 }
 
-// Prints one line for each session, and below it what was found. Nobody expects the plug-in's
-// reports to the user here, so that they count only if warnings do.
+// Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
 int Validate(RunOptions options) {
   if (!options.strict) options.allowed.insert(host::Finding::userReport);
   const host::FontManager fontManager(options.fontManager);
-  bool failed = false;
-  const auto ended = [&](const Session& session, const Played& played) {
-    const bool fails = played.failed(options.strict);
-    failed = failed || fails;
-    const char* const word = fails ? "FAIL" : played.findings.empty() ? "ok" : "warn";
-    fmt::print("{:<5} {}\n", word, session.name);
-    for (const host::FoundInSession& found : played.findings) {
-      fmt::print("      {}: {}\n", host::KindOf(found.finding).name, Escaped(found.text));
-    }
-    if (!played.folder.empty()) fmt::print("      kept: {}\n", played.folder.string());
-  };
   const std::vector<Session> sessions = host::ValidationSessions(fontManager);
-  const int signal = host::PlaySessions(sessions, options,
-                                        {[](const Session&) {}, [](const std::string&) {}, ended});
+  host::VerdictPrinter printer;
+  const int signal = host::PlaySessions(sessions, options, {&printer});
   if (signal != 0) return kSignalled + signal;
-  fmt::print("result: {}\n", failed ? "failed" : "ok");
-  return failed ? kFailed : kOk;
+  return printer.finish() ? kOk : kFailed;
 }
 
 int List(const Selection& selection, const RunOptions& options) {

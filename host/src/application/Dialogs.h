@@ -28,16 +28,20 @@ class DialogWindow : public desktop::Window {
   /// Whether the event is an Escape key addressed to this window.
   bool isEscape(const desktop::KeyEvent& event) const;
 
-  /// Whether an Escape key event addressed to this window has come.
-  bool isDismissed() const { return mDismissed; }
-  /// Whether the dialog's modal session has begun.
+  /// Begins the dialog's modal session. The user sees the dialog unless an Escape key event
+  /// addressed to it came before.
+  void begin() {
+    mBegun = true;
+    mShown = !mDismissed;
+  }
   bool hasBegun() const { return mBegun; }
-  void begin() { mBegun = true; }
+  bool wasShown() const { return mShown; }
 
  private:
   std::function<void(const DialogWindow&, const desktop::KeyEvent&)> mOnKey;
   bool mDismissed = false;
   bool mBegun = false;
+  bool mShown = false;
 };
 
 }  // namespace host

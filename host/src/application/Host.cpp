@@ -86,6 +86,7 @@ void Hooks::addCommandHook(const CommandHook& hook) {
 Host::~Host() {
   if (!mReporter.attached()) return;
   timeline.drainRest();
+  timeline.endAll();
   reportUnexpected();
   reportLeaks();
   mReporter.send(ReportKind::end, "");
@@ -130,6 +131,7 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
   mSettings = settings;
   mModule = module;
   mFlight = &flight;
+  mFlight->time = timeline.time = VirtualNow();
   mMainThread = pthread_self();
   mFolder = std::filesystem::current_path();
   preferences.reset(settings.preferences);
@@ -137,6 +139,8 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
   fileDates.watch(mFolder);
   setUpDesktop();
   for (const std::string& font : ReadLines(inFolder("active-fonts"))) mKnownFonts.insert(font);
+  noteProject();
+  timeline.setState("front", frontApplication());
 }
 
 void Host::setUpDesktop() {
@@ -155,6 +159,7 @@ void Host::setUpDesktop() {
   workspace.activate(getpid());
   workspace.setActivationObserver([this](const desktop::RunningApplication&) {
     timeline.add(Actor::desktop, fmt::format("{} comes to the front", frontApplication()));
+    timeline.setState("front", frontApplication());
     if (!mUserSwitches) timeline.record.activated.push_back(frontApplication());
   });
 }
@@ -205,6 +210,7 @@ void Host::enterPlugin(const char* hook) {
   if (mFlight->callBegan == 0) mFlight->callBegan = MonotonicNow();
   mHook = hook;
   Note(mFlight->hook, hook);
+  timeline.beginHook(hook);
 }
 
 void Host::leavePlugin(const char* outerHook) {
@@ -236,6 +242,7 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   if (result != A_Err_NONE) noteError(hook, result);
   leavePlugin(outerHook);
   timeline.drain();
+  timeline.endLast();
   fileDates.update();
   if (result == A_Err_NONE) return;
   timeline.add(Actor::host,
@@ -255,6 +262,11 @@ void Host::idle() {
     A_long maxSleep = 0;
     callPlugin("idle hook", [&] { return hook.function(mGlobalRefcon, hook.refcon, &maxSleep); });
   }
+}
+
+void Host::advanceTime(int64_t seconds) {
+  AdvanceVirtualTime(seconds);
+  mFlight->time = timeline.time = VirtualNow();
 }
 
 void Host::drawMenus() {
@@ -302,9 +314,21 @@ void Host::replaceProject(std::unique_ptr<Project> project) {
   for (const auto& listener : mProjectListeners) listener(change);
 }
 
+void Host::noteProject() {
+  timeline.setState("project", mProject->path.empty() ? "none" : mProject->path);
+  timeline.setState("dirty", mProject->dirty ? "true" : "false");
+}
+
 void Host::newProject() {
   replaceProject(std::make_unique<Project>());
   timeline.add(Actor::host, "has a new project without a path");
+  noteProject();
+}
+
+void Host::editProject() {
+  timeline.add(Actor::user, "edits the project");
+  mProject->dirty = true;
+  noteProject();
 }
 
 A_Err Host::openProject(const std::string& path) {
@@ -322,10 +346,12 @@ A_Err Host::openProject(const std::string& path) {
   replaceProject(std::move(opened));
   if (mProject->missingFonts.empty()) {
     timeline.add(Actor::host, fmt::format("opens {} with all its fonts", path));
+    noteProject();
     return A_Err_NONE;
   }
   timeline.add(Actor::host,
                fmt::format("opens {}, which lacks {}", path, Join(mProject->missingFonts, ", ")));
+  noteProject();
   showMissingFontsDialog();
   return A_Err_NONE;
 }
@@ -337,6 +363,7 @@ void Host::saveProject(const std::string& path) {
   mProject->reportedPath = std::filesystem::path(path).u16string();
   mProject->dirty = false;
   timeline.add(Actor::host, fmt::format("has written {}", path));
+  noteProject();
 }
 
 void Host::showOpenProjectDialog() {
@@ -367,12 +394,14 @@ void Host::showDialog(const std::string& title, const std::string& className) {
         throw desktop::Exception("the window takes no events");
       });
   timeline.add(Actor::host, fmt::format("begins the dialog {}", Quoted(title)));
+  timeline.beginDialog(title);
   window.makeKeyAndOrderFront();
   callPlugin("modal session", [&] {
     desktop::Application::sharedApplication().beginModalSessionForWindow(window);
     return A_Err{A_Err_NONE};
   });
   window.orderOut();
+  timeline.endLast(window.wasShown() ? Shown::yes : Shown::no);
   if (window.hasBegun()) return;
   report(Finding::dialogNeverBegan,
          fmt::format("the dialog {} never began{}", Quoted(title), where()));
@@ -382,7 +411,7 @@ int64_t Host::runModal(desktop::Window& window) {
   static int64_t lastSession = 0;
   auto& dialog = dynamic_cast<DialogWindow&>(window);
   dialog.begin();
-  if (dialog.isDismissed()) {
+  if (!dialog.wasShown()) {
     timeline.add(Actor::desktop,
                  fmt::format("{} is gone before the user sees it", Quoted(dialog.title())));
   } else {
@@ -423,6 +452,7 @@ void Host::quit() {
 
 void Host::beginStep(std::string_view place) {
   Note(mFlight->step, place);
+  timeline.beginStep(place);
 }
 
 void Host::endSteps() const {
@@ -432,6 +462,8 @@ void Host::endSteps() const {
 void Host::beginDestructors() {
   mReporter.send(ReportKind::destroying, "");
   mFlight->callBegan = 0;
+  timeline.drain();
+  timeline.endAll();
   enterPlugin("static destructor");
 }
 

@@ -140,11 +140,15 @@ class Host {
   /// Loads the plug-in's module and calls its entry point. Never unloads it.
   void start();
   void idle();
+  /// Moves the virtual time on.
+  void advanceTime(int64_t seconds);
   /// Disables all menu items of plug-ins, then calls the update-menu hooks.
   void drawMenus();
   /// Offers a command to the command hooks. Returns whether one of them has handled it.
   bool runCommand(AEGP_Command command);
   void newProject();
+  /// Changes the project for the user, which makes it dirty.
+  void editProject();
   /// Opens the project in place of the current one. Fails, and changes nothing, without such a
   /// file.
   A_Err openProject(const std::string& path);
@@ -205,7 +209,9 @@ class Host {
   /// Returns the place of a call that gives the plug-in something. `function` is static text.
   Origin origin(const char* function) const { return {function, mHook, timeline.tick}; }
 
-  Project& project() { return *mProject; }
+  const Project& project() const { return *mProject; }
+  /// Has plug-ins get another path of the project.
+  void reportPath(std::u16string path) { mProject->reportedPath = std::move(path); }
   /// Returns whether the handle is that of a project that was closed.
   bool wasProject(AEGP_ProjectH project) const { return mClosedProjects.contains(project); }
   std::string frontApplication() const;
@@ -249,6 +255,8 @@ class Host {
   void leavePlugin(const char* outerHook);
   void replaceProject(std::unique_ptr<Project> project);
   void noteError(const char* hook, A_Err result);
+  /// Tells the timeline the project's state.
+  void noteProject();
   void reportUnexpected();
   void reportLeaks();
   /// Returns the acceptance that the finding falls under, or null.

@@ -3,22 +3,21 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "Host.h"
 
 namespace host {
 
-void HostCall::begin(SuiteId suite) {
+HostCall::~HostCall() {
+  if (mOnMainThread) TheHost().timeline.call = mOuter;
+}
+
+void HostCall::begin() {
   mOnMainThread = TheHost().isMainThread();
+  if (mOnMainThread) mOuter = std::exchange(TheHost().timeline.call, &mRunning);
   append(mFunction.name);
   append("(");
-  if (!mOnMainThread) {
-    TheHost().reportFromOtherThread(mFunction.name);
-    mError = PF_Err_BAD_CALLBACK_PARAM;
-  } else if (!TheHost().suites.isAcquired(suite)) {
-    misused(Finding::releasedSuite, "its suite isn't acquired");
-    mError = PF_Err_BAD_CALLBACK_PARAM;
-  }
 }
 
 // Leaves room for the end.
@@ -50,12 +49,19 @@ void HostCall::write(const void* pointer) {
   append(pointer ? "pointer, " : "null, ");
 }
 
-void HostCall::finish() {
-  if (!mOnMainThread) return;
+void HostCall::finish(SuiteId suite) {
+  if (!mOnMainThread) {
+    TheHost().reportFromOtherThread(mFunction.name);
+    mError = PF_Err_BAD_CALLBACK_PARAM;
+    return;
+  }
   auto& field = TheHost().flight().hostCall;
   if (field[mWritten - 1] == ' ') mWritten -= 2;
   field[mWritten] = ')';
   field[mWritten + 1] = '\0';
+  if (TheHost().suites.isAcquired(suite)) return;
+  misused(Finding::releasedSuite, "its suite isn't acquired");
+  mError = PF_Err_BAD_CALLBACK_PARAM;
 }
 
 bool HostCall::needs(const void* argument, const char* name) {

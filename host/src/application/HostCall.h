@@ -7,21 +7,28 @@
 #include "Faults.h"
 #include "Findings.h"
 #include "Suites.h"
+#include "Timeline.h"
 
 namespace host {
 
 /// A call of a host function by the plug-in. Every function of the host begins with one: it writes
-/// the call into the flight record, and checks the thread and that the suite is acquired. The
-/// function then checks its arguments with it, and asks for `error` before it does its work.
+/// the call into the flight record, has the timeline ascribe entries to it, and checks the thread
+/// and that the suite is acquired. The function then checks its arguments with it, and asks for
+/// `error` before it does its work.
 class HostCall {
  public:
-  /// `arguments` are for the flight record: integers, texts and pointers.
+  /// `arguments` are for the flight record and the timeline: integers, texts and pointers. They
+  /// stay as they are for as long as this object lives.
   template <typename... Arguments>
-  HostCall(SuiteId suite, FailingFunction function, Arguments... arguments) : mFunction(function) {
-    begin(suite);
+  HostCall(SuiteId suite, FailingFunction function, Arguments... arguments)
+      : mFunction(function), mRunning{function.name, {arguments...}, sizeof...(arguments)} {
+    begin();
     (write(arguments), ...);
-    finish();
+    finish(suite);
   }
+  ~HostCall();
+  HostCall(const HostCall&) = delete;
+  HostCall& operator=(const HostCall&) = delete;
 
   /// Each check returns whether the argument is right. A wrong one is a finding, and `error` is
   /// then set. `name` is the argument's name.
@@ -42,15 +49,17 @@ class HostCall {
   A_Err fault();
 
  private:
-  void begin(SuiteId suite);
+  void begin();
   void write(int64_t number);
   void write(double number);
   void write(const char* text);
   void write(const void* pointer);
-  void finish();
+  void finish(SuiteId suite);
   void append(std::string_view text);
 
   FailingFunction mFunction;
+  RunningCall mRunning;
+  const RunningCall* mOuter = nullptr;
   A_Err mError = A_Err_NONE;
   bool mOnMainThread = true;
   size_t mWritten = 0;

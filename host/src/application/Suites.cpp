@@ -147,12 +147,15 @@ A_Err NoteNotSupplied(SuiteId suite, const char* function) {
     return PF_Err_BAD_CALLBACK_PARAM;
   }
   Note(host.flight().hostCall, function);
+  const RunningCall running{function};
+  const RunningCall* const outer = std::exchange(host.timeline.call, &running);
   if (!host.suites.isAcquired(suite)) {
     host.reportMisuse(Finding::releasedSuite,
                       fmt::format("{}: its suite isn't acquired", function));
   }
   host.timeline.record.notSupplied.push_back({function, host.where()});
   host.noteOnce(fmt::format("{} is not supplied by this host", function));
+  host.timeline.call = outer;
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 

@@ -20,6 +20,7 @@ struct FlightRecord {
   std::array<char, 512> hostCall{};  ///< the latest host call, with its arguments
   std::array<char, 512> step{};      ///< the step's place in the session file
   int64_t tick = 0;
+  int64_t time = 0;  ///< virtual, in seconds since 1970
   int64_t stepsPlayed = 0;
   off_t stdoutTaken = 0;  ///< bytes of the plug-in's output that are on the timeline
   off_t stderrTaken = 0;

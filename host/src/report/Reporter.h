@@ -11,7 +11,7 @@
 namespace host {
 
 enum class ReportKind : char {
-  line = 'L',      ///< a line of the timeline
+  event = 'V',     ///< an event, as a JSON object
   finding = 'F',   ///< the finding's name, a line feed, and its text, which may have several lines
   misuse = 'M',    ///< the same, for a misuse of the host that the session may still expect
   expected = 'X',  ///< the session expects every misuse since the last such report
@@ -22,7 +22,7 @@ enum class ReportKind : char {
 };
 
 struct Report {
-  ReportKind kind = ReportKind::line;
+  ReportKind kind = ReportKind::event;
   std::string text;
 };
 

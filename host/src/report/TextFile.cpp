@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fstream>
@@ -73,6 +74,12 @@ std::string EscapeControls(std::string_view text) {
     }
   }
   return escaped;
+}
+
+std::string EscapeLines(std::string_view text) {
+  std::vector<std::string> lines = Split(text, '\n');
+  std::transform(lines.begin(), lines.end(), lines.begin(), EscapeControls);
+  return Join(lines, "\n");
 }
 
 std::vector<std::string> ReadLines(const std::filesystem::path& file) {

@@ -17,6 +17,8 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to);
 std::vector<std::string> Split(std::string_view text, char separator);
 /// Writes control characters as escapes: a line feed as "\n", an escape as "\x1b".
 std::string EscapeControls(std::string_view text);
+/// Does the same, but keeps line feeds.
+std::string EscapeLines(std::string_view text);
 
 /// Reads the lines of a file. A missing file has none.
 std::vector<std::string> ReadLines(const std::filesystem::path& file);

@@ -4,20 +4,15 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
 
+#include "EventJson.h"
+
 namespace host {
 namespace {
-
-std::string_view NameOf(Actor actor) {
-  static constexpr std::array<std::string_view, 6> kNames{"user",      "host",    "plug-in",
-                                                          "framework", "desktop", "session"};
-  return kNames[static_cast<size_t>(actor)];
-}
 
 // Makes `stream`, whose descriptor is `descriptor`, write to `file` at once: what stands in a
 // buffer is lost in a crash. Returns a descriptor to read from.
@@ -30,11 +25,20 @@ int Redirect(const char* file, std::FILE* stream, int descriptor) {
   return output;
 }
 
-}  // namespace
-
-std::string TimelineLine(std::string_view tick, Actor actor, std::string_view text) {
-  return fmt::format("{:>6}  {:<9}  {}", tick, NameOf(actor), EscapeControls(text));
+// On whose part of the timeline it runs.
+Actor ActorOf(SpanKind kind) {
+  return kind == SpanKind::hook ? Actor::plugIn : Actor::host;
 }
+
+// Shows pointers without their value, which is another in every run.
+struct ShowValue {
+  std::string operator()(int64_t number) const { return fmt::format("{}", number); }
+  std::string operator()(double number) const { return fmt::format("{}", number); }
+  std::string operator()(const char* text) const { return text ? text : "null"; }
+  std::string operator()(const void* pointer) const { return pointer ? "pointer" : "null"; }
+};
+
+}  // namespace
 
 std::string StdoutText(std::string_view line) {
   return fmt::format("prints: {}", line);
@@ -55,7 +59,17 @@ void Timeline::begin(const Reporter& reporter, FlightRecord& flight) {
 
 void Timeline::add(Actor actor, std::string_view text) {
   drain();
-  show(actor, std::string(text));
+  show(actor, text, call ? describe(*call) : Call());
+}
+
+void Timeline::addExpectation(std::string_view key, std::string_view difference) {
+  sendBegins();
+  Event added = event(EventKind::expectation, Actor::session);
+  added.name = key;
+  added.met = difference.empty();
+  added.text = fmt::format("{}: {}", added.met ? "as expected" : "NOT as expected", key);
+  added.difference = difference;
+  send(added);
 }
 
 void Timeline::drain() {
@@ -75,11 +89,96 @@ void Timeline::drainRest() {
   mFlight->stderrTaken = mStderr.taken();
 }
 
-void Timeline::show(Actor actor, std::string text) {
-  shortenPaths(text);
-  const bool isNewTick = std::exchange(mLastShownTick, tick) != tick;
-  mReporter->send(ReportKind::line,
-                  TimelineLine(isNewTick ? std::to_string(tick) : "", actor, text));
+void Timeline::show(Actor actor, std::string_view text, Call comesFrom) {
+  sendBegins();
+  Event entry = event(EventKind::entry, actor);
+  entry.text = text;
+  shortenPaths(entry.text);
+  entry.call = std::move(comesFrom);
+  send(entry);
+  for (const auto& observer : mObservers) observer(entry);
+}
+
+void Timeline::setState(const std::string& name, std::string value) {
+  shortenPaths(value);
+  if (const auto known = mStates.find(name); known != mStates.end() && known->second == value) {
+    return;
+  }
+  mStates[name] = value;
+  sendBegins();
+  Event state = event(EventKind::state, Actor::host);
+  state.name = name;
+  state.value = std::move(value);
+  send(state);
+}
+
+void Timeline::beginStep(std::string_view place) {
+  ++mStep;
+  mPlace = place;
+}
+
+void Timeline::beginHook(std::string_view name) {
+  mSpans.push_back({SpanKind::hook, std::string(name), false, std::exchange(call, nullptr)});
+}
+
+void Timeline::beginDialog(std::string_view title) {
+  mSpans.push_back({SpanKind::dialog, std::string(title), false, call});
+  sendBegins();
+}
+
+void Timeline::endLast(Shown shown) {
+  const Span span = std::move(mSpans.back());
+  mSpans.pop_back();
+  call = span.outerCall;
+  if (!span.sent) return;
+  Event end = event(EventKind::end, ActorOf(span.kind));
+  end.span = span.kind;
+  end.name = span.name;
+  end.shown = shown;
+  send(end);
+}
+
+void Timeline::endAll() {
+  while (!mSpans.empty()) endLast();
+}
+
+Event Timeline::event(EventKind kind, Actor actor, size_t spans) const {
+  Event event;
+  event.kind = kind;
+  event.step = mStep;
+  event.place = mPlace;
+  event.tick = tick;
+  event.time = time;
+  event.actor = actor;
+  for (size_t i = 0; i < spans; ++i) {
+    if (mSpans[i].kind == SpanKind::hook) event.hook = mSpans[i].name;
+  }
+  return event;
+}
+
+Call Timeline::describe(const RunningCall& running) const {
+  Call described{std::string(running.function), {}};
+  for (size_t i = 0; i < running.count; ++i) {
+    std::string value = std::visit(ShowValue(), running.arguments[i]);
+    shortenPaths(value);
+    described.arguments.push_back({std::to_string(i + 1), std::move(value)});
+  }
+  return described;
+}
+
+void Timeline::sendBegins() {
+  for (size_t i = 0; i < mSpans.size(); ++i) {
+    Span& span = mSpans[i];
+    if (std::exchange(span.sent, true)) continue;
+    Event begin = event(EventKind::begin, ActorOf(span.kind), i);
+    begin.span = span.kind;
+    begin.name = span.name;
+    send(begin);
+  }
+}
+
+void Timeline::send(const Event& event) const {
+  mReporter->send(ReportKind::event, Dump(ToJson(event)));
 }
 
 void Timeline::takeStdoutLine(const std::string& line) {

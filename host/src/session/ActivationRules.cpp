@@ -6,7 +6,6 @@
 
 #include "Dialogs.h"
 #include "TextFile.h"
-#include "VirtualTime.h"
 
 namespace host {
 namespace {
@@ -17,9 +16,9 @@ constexpr int64_t kSecondsToAskAgain = 10;
 constexpr int kTicksToSettle = 60;
 constexpr char kProbe[] = "Is the activation over?";
 
-std::string FieldOf(const std::map<std::string, std::string>& fields, const std::string& name) {
-  const auto found = fields.find(name);
-  return found == fields.end() ? "" : found->second;
+std::string FieldOf(const std::vector<Argument>& fields, std::string_view name) {
+  const std::string* const value = FindLast(fields, name);
+  return value ? *value : "";
 }
 
 }  // namespace
@@ -38,8 +37,7 @@ void ActivationRules::takeChange(const ProjectChange& change) {
   }
 }
 
-void ActivationRules::take(const std::string& operation,
-                           const std::map<std::string, std::string>& fields) {
+void ActivationRules::take(const std::string& operation, const std::vector<Argument>& fields) {
   if (operation == "InitializeTamberlinkInterface") {
     mInitialized = true;
   } else if (operation == "PluginIsEnabled") {
@@ -51,7 +49,7 @@ void ActivationRules::take(const std::string& operation,
   }
 }
 
-void ActivationRules::takeActivation(const std::map<std::string, std::string>& fields) {
+void ActivationRules::takeActivation(const std::vector<Argument>& fields) {
   const Project& project = mHost->project();
   std::string path = project.path;
   mHost->timeline.shortenPaths(path);
@@ -68,7 +66,7 @@ void ActivationRules::settle() {
   mHost->census.stop();
   WriteLines(mHost->inFolder("framework-state"), {});
   mHost->timeline.add(Actor::session, "the font manager is enabled, and time goes by");
-  AdvanceVirtualTime(kSecondsToAskAgain);
+  mHost->advanceTime(kSecondsToAskAgain);
   for (int i = 0; i < kTicksToSettle; ++i) mHost->idle();
   checkProjectIsOpen();
   checkFonts();

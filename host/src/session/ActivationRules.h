@@ -1,11 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
+#include "Event.h"
 #include "Host.h"
 
 namespace host {
@@ -18,7 +19,7 @@ class ActivationRules {
   /// Begins to watch the host's project. The host outlives this object.
   void begin(Host& host);
   /// Takes note of a call of the framework, with its arguments and results by name.
-  void take(const std::string& operation, const std::map<std::string, std::string>& fields);
+  void take(const std::string& operation, const std::vector<Argument>& fields);
   /// Gives an activation the time to end, and reports what doesn't hold.
   void settle();
 
@@ -34,7 +35,7 @@ class ActivationRules {
   };
 
   void takeChange(const ProjectChange& change);
-  void takeActivation(const std::map<std::string, std::string>& fields);
+  void takeActivation(const std::vector<Argument>& fields);
   void checkProjectIsOpen();
   void checkFonts();
   void checkProcessHasEnded();

@@ -260,19 +260,12 @@ Action ReadExpectations(const YamlValue& value, const SessionPart& part) {
   return [expectations](Host& host) {
     if (host.settings().tolerant) return;
     host.timeline.drain();
-    Texts met;
     for (const Expectation& expectation : expectations) {
       const std::string mismatch = expectation.check(host);
-      if (mismatch.empty()) {
-        met.push_back(expectation.key);
-        continue;
-      }
-      host.timeline.add(Actor::session, fmt::format("NOT as expected: {}", expectation.key));
+      host.timeline.addExpectation(expectation.key, mismatch);
+      if (mismatch.empty()) continue;
       host.report(Finding::expectation,
                   fmt::format("{}: {}\n{}", expectation.place, expectation.key, mismatch));
-    }
-    if (!met.empty()) {
-      host.timeline.add(Actor::session, fmt::format("as expected: {}", Join(met, ", ")));
     }
   };
 }

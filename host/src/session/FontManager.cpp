@@ -7,6 +7,7 @@
 #include <array>
 #include <deque>
 #include <limits>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -69,8 +70,8 @@ const Operation& FindOperation(const YamlValue& value, const std::string& name) 
 struct FrameworkCall {
   int64_t tick = 0;
   std::string operation;
-  std::map<std::string, std::string> fields;  // arguments, out-arguments and `result`
-  std::string text;                           // operation and fields for a reader
+  std::vector<Argument> fields;  // arguments, out-arguments and `result`, in the journal's order
+  std::string text;              // operation and fields for a reader
 };
 
 // The answers that no call has used.
@@ -114,7 +115,12 @@ struct FrameworkLog {
   std::map<std::string, int64_t> callCount;  // by operation
   AnswersLeft answersLeft;
   ActivationRules rules;
+  std::optional<int64_t> activationBegan;  // tick of the activation's step 1, while it runs
+  bool enabled = true;                     // what the framework last said
 } frameworkLog;
+
+constexpr char kActivation[] = "activation";
+constexpr int64_t kTicksOfActivation = 24;
 
 std::string Unescape(std::string_view escaped) {
   std::string text;
@@ -136,10 +142,44 @@ FrameworkCall ParseJournalLine(const std::string& line) {
   for (size_t i = 1; i < parts.size(); ++i) {
     const size_t equals = parts[i].find('=');
     if (equals == std::string::npos) continue;
-    call.fields[parts[i].substr(0, equals)] = Unescape(parts[i].substr(equals + 1));
+    call.fields.push_back({parts[i].substr(0, equals), Unescape(parts[i].substr(equals + 1))});
     call.text += "  " + parts[i];
   }
   return call;
+}
+
+// Follows the plug-in's font activation by its calls, because its steps are seen from outside
+// alone: step 1 tells the framework of the document, step 3 has the host scan the fonts, and step
+// 10 opens the project again. A document told of twice on one tick is one activation.
+void FollowActivation(Timeline& timeline, const Event& entry) {
+  std::optional<int64_t>& began = frameworkLog.activationBegan;
+  if (entry.actor == Actor::framework && entry.call.function == "HandleOpenExistingDocument") {
+    if (began == entry.tick) return;
+    began = entry.tick;
+    // In case that step 1 of another activation was the last.
+    timeline.setState(kActivation, "0");
+    timeline.setState(kActivation, "1");
+  } else if (began && entry.call.function == "AEGP_UpdateFontList") {
+    timeline.setState(kActivation, "3");
+  } else if (began && entry.call.function == "AEGP_OpenProjectFromPath") {
+    timeline.setState(kActivation, "10");
+  }
+}
+
+void FollowEnabled(Timeline& timeline, const Event& entry) {
+  if (entry.actor != Actor::framework || entry.call.function != "PluginIsEnabled") return;
+  const std::string* const enabled = FindLast(entry.call.arguments, "enabled");
+  if (!enabled) return;
+  frameworkLog.enabled = *enabled == "true";
+  timeline.setState("enabled", *enabled);
+}
+
+// A plug-in that is disabled takes no step, and so doesn't end an activation.
+void EndActivation(Timeline& timeline) {
+  std::optional<int64_t>& began = frameworkLog.activationBegan;
+  if (!began || timeline.tick < *began + kTicksOfActivation || !frameworkLog.enabled) return;
+  began.reset();
+  timeline.setState(kActivation, "0");
 }
 
 void TakeJournal(Host& host) {
@@ -150,7 +190,7 @@ void TakeJournal(Host& host) {
     host.census.count(call.operation);
     const int64_t number = ++frameworkLog.callCount[call.operation];
     if (frameworkLog.answersLeft.take(call.operation, number)) host.noteFailure(call.operation);
-    host.timeline.show(Actor::framework, call.text);
+    host.timeline.show(Actor::framework, call.text, {call.operation, call.fields});
     frameworkLog.rules.take(call.operation, call.fields);
     frameworkLog.calls.push_back(std::move(call));
   }
@@ -160,7 +200,15 @@ void FollowJournal(Host& host) {
   const int journal = open("journal", O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
   if (journal < 0) throw std::runtime_error("can't open journal");
   frameworkLog.journal.follow(journal);
-  host.timeline.addSource([&host] { TakeJournal(host); });
+  host.timeline.addSource([&host] {
+    TakeJournal(host);
+    EndActivation(host.timeline);
+  });
+  host.timeline.addObserver([&timeline = host.timeline](const Event& entry) {
+    FollowActivation(timeline, entry);
+    FollowEnabled(timeline, entry);
+  });
+  host.timeline.setState(kActivation, "0");
   frameworkLog.rules.begin(host);
 }
 
@@ -222,8 +270,8 @@ bool SameValue(const std::string& one, const std::string& other) {
 bool Matches(const ExpectedCall& expected, const FrameworkCall& call) {
   return expected.tick == call.tick && expected.operation == call.operation &&
          std::all_of(expected.fields.begin(), expected.fields.end(), [&](const auto& field) {
-           const auto found = call.fields.find(field.first);
-           return found != call.fields.end() && SameValue(field.second, found->second);
+           const std::string* const found = FindLast(call.fields, field.first);
+           return found && SameValue(field.second, *found);
          });
 }
 

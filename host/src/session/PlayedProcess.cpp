@@ -17,8 +17,10 @@
 #include <utility>
 
 #include "CrashReport.h"
+#include "EventJson.h"
 #include "Player.h"
 #include "TextFile.h"
+#include "Timeline.h"
 
 namespace host {
 namespace {
@@ -65,13 +67,6 @@ std::vector<std::string> Frames(const std::string& report) {
 }
 
 }  // namespace
-
-bool Played::failed(bool strict) const {
-  return !complete ||
-         std::any_of(findings.begin(), findings.end(), [&](const FoundInSession& found) {
-           return strict || KindOf(found.finding).level == Level::error;
-         });
-}
 
 PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
                              const Janitor& janitor)
@@ -130,6 +125,7 @@ bool PlayedProcess::update() {
   mJanitor.forgetGroup(mProcess);
   mProcess = -1;
   addRestOfOutput();
+  endRunning();
   addHowItEnded(status);
   return false;
 }
@@ -152,8 +148,8 @@ void PlayedProcess::takeReport(const Report& report) {
         report.text.substr(end + 1)};
   };
   switch (report.kind) {
-    case ReportKind::line:
-      mLines.push_back(report.text);
+    case ReportKind::event:
+      takeEvent(EventFrom(Json::parse(report.text)));
       break;
     case ReportKind::finding:
       mFindings.push_back(found());
@@ -178,6 +174,12 @@ void PlayedProcess::takeReport(const Report& report) {
   }
 }
 
+void PlayedProcess::takeEvent(Event event) {
+  if (event.kind == EventKind::begin) mRunning.push_back(event);
+  if (event.kind == EventKind::end && !mRunning.empty()) mRunning.pop_back();
+  mEvents.push_back(std::move(event));
+}
+
 void PlayedProcess::endIfHanging() {
   const int64_t began = mFlight->callBegan;
   const int64_t now = MonotonicNow();
@@ -192,10 +194,39 @@ void PlayedProcess::endIfHanging() {
 
 void PlayedProcess::addRestOfOutput() {
   for (const auto& line : ReadLinesFrom(mFolder.path() / kStdoutFile, mFlight->stdoutTaken)) {
-    mLines.push_back(TimelineLine("", Actor::plugIn, StdoutText(line)));
+    addOutput(StdoutText(line));
   }
   for (const auto& line : ReadLinesFrom(mFolder.path() / kStderrFile, mFlight->stderrTaken)) {
-    mLines.push_back(TimelineLine("", Actor::plugIn, StderrText(line)));
+    addOutput(StderrText(line));
+  }
+}
+
+void PlayedProcess::addOutput(std::string text) {
+  Event entry;
+  entry.place = mFlight->step.data();
+  if (!entry.place.empty()) entry.step = currentStep();
+  entry.tick = mFlight->tick;
+  entry.time = mFlight->time;
+  entry.actor = Actor::plugIn;
+  const std::string hook = mFlight->hook.data();
+  // Nothing had happened in the hook before.
+  if (!hook.empty() && (mRunning.empty() || mRunning.back().name != hook)) {
+    Event begin = entry;
+    begin.kind = EventKind::begin;
+    begin.name = hook;
+    takeEvent(std::move(begin));
+  }
+  entry.hook = hook;
+  entry.text = std::move(text);
+  takeEvent(std::move(entry));
+}
+
+// What had begun when the process ended.
+void PlayedProcess::endRunning() {
+  for (; !mRunning.empty(); mRunning.pop_back()) {
+    Event end = mRunning.back();
+    end.kind = EventKind::end;
+    mEvents.push_back(std::move(end));
   }
 }
 
@@ -220,16 +251,20 @@ void PlayedProcess::add(Finding finding, const std::string& text) {
   mFindings.push_back({finding, whole});
 }
 
-std::string PlayedProcess::where() const {
-  const size_t played = std::min(static_cast<size_t>(mFlight->stepsPlayed), mSession.steps.size());
-  const size_t left = mSession.steps.size() - played;
-  return fmt::format("\n    tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
-                     mFlight->hostCall[0] ? mFlight->hostCall.data() : "none", mFlight->step.data(),
-                     left, mSession.steps.size());
+int64_t PlayedProcess::currentStep() const {
+  return std::min(mFlight->stepsPlayed + 1, static_cast<int64_t>(mSession.stepCount));
 }
 
-std::vector<std::string> PlayedProcess::takeLines() {
-  return std::exchange(mLines, {});
+std::string PlayedProcess::where() const {
+  const size_t played = std::min(static_cast<size_t>(mFlight->stepsPlayed), mSession.stepCount);
+  const size_t left = mSession.stepCount - played;
+  return fmt::format("\n    tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
+                     mFlight->hostCall[0] ? mFlight->hostCall.data() : "none", mFlight->step.data(),
+                     left, mSession.stepCount);
+}
+
+std::vector<Event> PlayedProcess::takeEvents() {
+  return std::exchange(mEvents, {});
 }
 
 Played PlayedProcess::result() {
@@ -240,6 +275,11 @@ Played PlayedProcess::result() {
     return mOptions.allowed.contains(found.finding);
   });
   played.complete = mPlayed;
+  played.failed =
+      !mPlayed ||
+      std::any_of(played.findings.begin(), played.findings.end(), [&](const FoundInSession& found) {
+        return mOptions.strict || KindOf(found.finding).level == Level::error;
+      });
   if (mOptions.keep) played.folder = mFolder.path();
   return played;
 }

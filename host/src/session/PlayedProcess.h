@@ -33,8 +33,8 @@ class PlayedProcess {
   /// Begins the time limit of the call that is under way again. For when nobody took in what the
   /// process reports, so that it had to wait.
   void restartTimeLimit() { mTimeRunsSince = MonotonicNow(); }
-  /// Returns the lines of the timeline since the last call.
-  std::vector<std::string> takeLines();
+  /// Returns the events since the last call.
+  std::vector<Event> takeEvents();
   /// What came of the session, once `update` has returned false.
   Played result();
 
@@ -43,7 +43,11 @@ class PlayedProcess {
   void readReports();
   void takeReport(const Report& report);
   void endIfHanging();
+  void takeEvent(Event event);
   void addRestOfOutput();
+  void addOutput(std::string text);
+  void endRunning();
+  int64_t currentStep() const;
   void addHowItEnded(int status);
   void add(Finding finding, const std::string& text);
   std::string where() const;
@@ -57,7 +61,8 @@ class PlayedProcess {
   int mPipe = -1;
   int mCrashReport = -1;
   std::string mUnread;  ///< bytes of the pipe that aren't a whole report
-  std::vector<std::string> mLines;
+  std::vector<Event> mEvents;
+  std::vector<Event> mRunning;  ///< begins of hooks and dialogs that still run
   std::vector<FoundInSession> mFindings;
   std::vector<FoundInSession> mMisuses;  ///< that the session may still expect
   bool mPlayed = false;

@@ -34,7 +34,7 @@ struct Job {
 
   PlayedProcess process;
   std::optional<Played> result;  ///< once the session is over
-  std::vector<std::string> lines;
+  std::vector<Event> events;     ///< that the listeners haven't heard of
   bool announced = false;
 };
 
@@ -66,26 +66,28 @@ void WaitForReports(const Jobs& jobs) {
 void Update(Job& job) {
   if (job.result) return;
   const bool goesOn = job.process.update();
-  std::vector<std::string> lines = job.process.takeLines();
-  std::move(lines.begin(), lines.end(), std::back_inserter(job.lines));
+  std::vector<Event> events = job.process.takeEvents();
+  std::move(events.begin(), events.end(), std::back_inserter(job.events));
   if (!goesOn) job.result = job.process.result();
 }
 
-// Tells the listener what is new of the session whose turn it is. Returns whether it is over.
-bool Tell(Job& job, const RunListener& listener) {
-  if (!job.announced) listener.begun(job.process.session());
+// Tells the listeners what is new of the session whose turn it is. Returns whether it is over.
+bool Tell(Job& job, const std::vector<RunListener*>& listeners) {
+  const SessionInfo& session = job.process.session();
+  for (RunListener* const listener : listeners) {
+    if (!job.announced) listener->begin(session);
+    for (const Event& event : job.events) listener->take(event);
+    if (job.result) listener->end(session, *job.result);
+  }
   job.announced = true;
-  for (const std::string& line : job.lines) listener.line(line);
-  job.lines.clear();
-  if (!job.result) return false;
-  listener.ended(job.process.session(), *job.result);
-  return true;
+  job.events.clear();
+  return job.result.has_value();
 }
 
 }  // namespace
 
 int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
-                 const RunListener& listener) {
+                 const std::vector<RunListener*>& listeners) {
   const Janitor janitor;
   CatchSignals();
   Jobs jobs;
@@ -100,12 +102,12 @@ int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options
     for (const auto& job : jobs) Update(*job);
     // A listener that waits for its reader keeps the processes waiting.
     const int64_t before = MonotonicNow();
-    const bool isOver = !jobs.empty() && Tell(*jobs.front(), listener);
+    const bool isOver = !jobs.empty() && Tell(*jobs.front(), listeners);
     if (MonotonicNow() - before > kLongTime) {
       for (const auto& job : jobs) job->process.restartTimeLimit();
     }
     if (isOver) {
-      stops = stops || (options.failFast && jobs.front()->result->failed(options.strict));
+      stops = stops || (options.failFast && jobs.front()->result->failed);
       jobs.pop_front();
       if (stops) jobs.clear();
     }

@@ -2,12 +2,11 @@
 
 #include <chrono>
 #include <filesystem>
-#include <functional>
 #include <set>
-#include <string>
 #include <vector>
 
 #include "Findings.h"
+#include "RunListener.h"
 #include "Session.h"
 
 namespace host {
@@ -23,32 +22,10 @@ struct RunOptions {
   std::set<Finding> allowed;          ///< findings that don't count
 };
 
-struct FoundInSession {
-  Finding finding = Finding::expectation;
-  std::string text;  ///< may have several lines
-};
-
-/// What came of a session.
-struct Played {
-  std::vector<FoundInSession> findings;  ///< without those that are allowed
-  bool complete = false;                 ///< every step was played
-  std::filesystem::path folder;          ///< where it was kept; empty otherwise
-
-  bool failed(bool strict) const;
-};
-
-/// Who hears of sessions while they are played.
-struct RunListener {
-  /// The session is the next to be heard of in full.
-  std::function<void(const Session&)> begun;
-  std::function<void(const std::string&)> line;  ///< of the timeline of the session that has begun
-  std::function<void(const Session&, const Played&)> ended;
-};
-
-/// Plays each session in a process of its own. The listener hears of them in their order, of one
-/// after the other. Returns the signal that ended it, or 0. Throws `std::runtime_error` if a
-/// session can't be set up or the plug-in's module can't be loaded.
+/// Plays each session in a process of its own. The listeners hear of them. Returns the signal that
+/// ended it, or 0. Throws `std::runtime_error` if a session can't be set up or the plug-in's module
+/// can't be loaded.
 int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
-                 const RunListener& listener);
+                 const std::vector<RunListener*>& listeners);
 
 }  // namespace host

@@ -100,7 +100,8 @@ FolderSetup ReadFolder(const Fields& fields) {
   return setup;
 }
 
-Session ReadSession(const YamlValue& root, std::string name, const SessionPart& part) {
+Session ReadSession(const YamlValue& root, std::string name, const std::string& file,
+                    const SessionPart& part) {
   std::vector<std::string_view> keys{"about", "variants", "host",     "projects", "active fonts",
                                      "files", "accepted", "tolerant", "steps"};
   const std::vector<std::string_view> more = part.keys();
@@ -108,6 +109,7 @@ Session ReadSession(const YamlValue& root, std::string name, const SessionPart& 
   const Fields fields = root.fields(keys);
   Session session;
   session.name = std::move(name);
+  session.file = file;
   if (const YamlValue* about = Find(fields, "about")) session.about = about->text();
   if (const YamlValue* host = Find(fields, "host")) session.host = ReadHost(*host);
   if (const YamlValue* accepted = Find(fields, "accepted")) {
@@ -125,6 +127,7 @@ Session ReadSession(const YamlValue& root, std::string name, const SessionPart& 
   std::set<std::string> projects;
   for (const auto& project : session.setUp.projects) projects.insert(project.first);
   session.steps = ReadSteps(*steps, {part, session.host, std::move(projects)});
+  session.stepCount = session.steps.size();
   return session;
 }
 
@@ -142,7 +145,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
   }
   const YamlValue root(node, "session", &file, &kNoVariables);
   if (!root.isMap()) root.fail("has to be a map");
-  if (!node["variants"]) return {ReadSession(root, name, part)};
+  if (!node["variants"]) return {ReadSession(root, name, file, part)};
 
   std::vector<Session> sessions;
   const YamlValue variants(node["variants"], "variants", &file, &kNoVariables);
@@ -158,7 +161,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
     if (variantName.empty()) variant.fail("a variant needs a name");
     if (!names.insert(variantName).second) variant.fail("two variants have one name");
     sessions.push_back(ReadSession(YamlValue(node, "session", &file, &variables),
-                                   fmt::format("{} ({})", name, variantName), part));
+                                   fmt::format("{} ({})", name, variantName), file, part));
   }
   return sessions;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Host.h"
+#include "RunListener.h"
 
 namespace host {
 
@@ -28,9 +29,7 @@ struct Step {
   bool quits = false;  ///< ends the host
 };
 
-struct Session {
-  std::string name;
-  std::string about;
+struct Session : SessionInfo {
   HostSettings host;
   FolderSetup setUp;
   std::vector<Action> preparations;  ///< before the first step

@@ -12,7 +12,6 @@
 #include "Expectations.h"
 #include "TextFile.h"
 #include "User.h"
-#include "VirtualTime.h"
 
 namespace host {
 namespace {
@@ -128,7 +127,7 @@ Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
   }
   return [count, seconds, ticks](Host& host) {
     for (int64_t i = 0; i < count; ++i) {
-      if (i % ticks == 0) AdvanceVirtualTime(seconds);
+      if (i % ticks == 0) host.advanceTime(seconds);
       host.idle();
     }
   };
@@ -136,7 +135,7 @@ Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
 
 Action ReadWait(const YamlValue& value, Draft& /*draft*/) {
   return [seconds = value.integer(1, kMostTicks)](Host& host) {
-    AdvanceVirtualTime(seconds);
+    host.advanceTime(seconds);
     host.timeline.add(Actor::session, fmt::format("{} second(s) go by", seconds));
   };
 }
@@ -210,7 +209,7 @@ Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {
   return [path](Host& host) {
     host.timeline.add(Actor::session,
                       fmt::format("has the host report a path of {} units", path.size()));
-    host.project().reportedPath = path;
+    host.reportPath(path);
   };
 }
 

@@ -30,8 +30,7 @@ void OpenByDoubleClick(Host& host, const std::string& path) {
 }
 
 void Edit(Host& host) {
-  host.timeline.add(Actor::user, "edits the project");
-  host.project().dirty = true;
+  host.editProject();
 }
 
 void Save(Host& host) {

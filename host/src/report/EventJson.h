@@ -1,0 +1,21 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "Event.h"
+
+// Events as JSON objects: in the pipe between the processes, and in files.
+
+namespace host {
+
+using Json = nlohmann::ordered_json;
+
+/// Returns the event as an object, with its keys in the order of the format.
+Json ToJson(const Event& event);
+/// Returns the event of such an object. Throws `std::exception` for another one.
+Event EventFrom(const Json& json);
+/// Returns the value on one line. Bytes that aren't UTF-8 become U+FFFD.
+std::string Dump(const Json& json);
+
+}  // namespace host

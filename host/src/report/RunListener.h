@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Event.h"
+#include "Findings.h"
+
+namespace host {
+
+/// What is known of a session before it is played.
+struct SessionInfo {
+  std::string name;
+  std::string file;
+  std::string about;
+  size_t stepCount = 0;  ///< with the first start and the last quit
+};
+
+struct FoundInSession {
+  Finding finding = Finding::expectation;
+  std::string text;  ///< may have several lines
+};
+
+/// What came of a session.
+struct Played {
+  std::vector<FoundInSession> findings;  ///< without those that are allowed
+  bool complete = false;                 ///< every step was played
+  bool failed = false;
+  std::filesystem::path folder;  ///< where it was kept; empty otherwise
+};
+
+/// Hears of sessions while they are played, of one after the other in their order. May throw, which
+/// ends the run.
+class RunListener {
+ public:
+  RunListener() = default;
+  virtual ~RunListener() = default;
+  RunListener(const RunListener&) = delete;
+  RunListener& operator=(const RunListener&) = delete;
+
+  virtual void begin(const SessionInfo& session) = 0;
+  virtual void take(const Event& event) = 0;
+  virtual void end(const SessionInfo& session, const Played& played) = 0;
+};
+
+}  // namespace host
