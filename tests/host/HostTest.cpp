@@ -92,6 +92,13 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"crash after printing", "plug-in    writes to standard error: and more"},
       {"crash at exit", "crash: the process crashed in the static destructor: Aborted\n"},
       {"report at exit", "user-report: the user saw a report that no step expects: at exit"},
+      {"acquire when finalised",
+       "suite-leaked: AEGP Memory Suite 1 is left, from AcquireSuite in the static destructor"},
+      {"pass null when finalised", "null-argument: FreeBlock: block is null\n    in the static de"},
+      {"crash when finalised", "crash: the process crashed in the static destructor: Aborted\n"},
+      {"hang when finalised", "doesn't return within 1 s in the static destructor\n"},
+      {"exit when finalised",
+       "process-ended: the process ended in the static destructor with code"},
       {"go on in a fork", "process-ended: the process ended in the idle hook with code 0"},
       {"throw in a command", "exception: an exception leaves the plug-in's command hook: std::"},
       {"enable a removed item", "unknown-command: AEGP_EnableCommand: no menu item has"},
@@ -137,10 +144,12 @@ TEST(Host, LetsTheSessionOrTheUserAcceptAFinding) {
   EXPECT_EQ(Play(Behaviour("enable outside a hook"), "--strict").code, 1);
 }
 
-TEST(Host, LetsAPluginKeepSuitesUntilItsStaticObjectsAreDestroyed) {
-  const Played played = Play(Behaviour("hold a suite to the end"));
-  EXPECT_EQ(played.code, 0) << played.output;
-  EXPECT_THAT(played.output, EndsWith("no handle and no lock is left\nresult: ok\n"));
+TEST(Host, LetsAPluginKeepSuitesUntilItsModuleIsFinalised) {
+  for (const std::string behaviour : {"hold a suite to the end", "hold a suite until finalised"}) {
+    const Played played = Play(Behaviour(behaviour));
+    EXPECT_EQ(played.code, 0) << played.output;
+    EXPECT_THAT(played.output, EndsWith("no handle and no lock is left\nresult: ok\n"));
+  }
 }
 
 TEST(Host, NoticesADialogThatNeverBegins) {

@@ -111,6 +111,16 @@ struct HeldToTheEnd {
   }
 } heldToTheEnd;
 
+void Hang() {
+  while (true) pause();
+}
+
+// What happens when the module is finalised, after its static objects are destroyed.
+void (*finally)() = nullptr;
+[[gnu::destructor]] void Finalise() {
+  if (finally) finally();
+}
+
 desktop::ModalSession BeginNothing(desktop::Application& /*application*/,
                                    desktop::Window& /*window*/) {
   return 0;
@@ -125,10 +135,6 @@ void* Allocate() {
 void AskForPath(AEGP_ProjectH project) {
   AEGP_MemHandle path = nullptr;
   Projects()->AEGP_GetProjectPath(project, &path);
-}
-
-void Hang() {
-  while (true) pause();
 }
 
 // The child keeps every descriptor of the process open.
@@ -192,6 +198,16 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      }},
     {"crash at exit", [] { heldToTheEnd.crashes = true; }},
     {"report at exit", [] { heldToTheEnd.reports = true; }},
+    {"acquire when finalised", [] { finally = Acquire; }},
+    {"hold a suite until finalised",
+     [] {
+       Acquire();
+       finally = [] { basic->ReleaseSuite("AEGP Memory Suite", 1); };
+     }},
+    {"pass null when finalised", [] { finally = [] { basic->FreeBlock(nullptr); }; }},
+    {"crash when finalised", [] { finally = [] { std::abort(); }; }},
+    {"hang when finalised", [] { finally = Hang; }},
+    {"exit when finalised", [] { finally = [] { std::exit(0); }; }},
     {"go on in a fork",
      [] {
        if (fork() > 0) _exit(0);

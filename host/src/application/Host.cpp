@@ -26,9 +26,6 @@ namespace {
 
 constexpr char kHostBundle[] = "com.adobe.AfterEffects";
 
-// At namespace scope, so that it outlives the static objects of a module that is loaded later.
-Host theHost;
-
 // Describes the exception that is being handled.
 std::string DescribeException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
@@ -73,7 +70,8 @@ bool KnowsWindowClass(const HostSettings& settings, std::string_view className) 
 }
 
 Host& TheHost() {
-  return theHost;
+  static Host& host = *new Host;
+  return host;
 }
 
 void Hooks::addCommandHook(const CommandHook& hook) {
@@ -83,8 +81,7 @@ void Hooks::addCommandHook(const CommandHook& hook) {
   command.insert(place, hook);
 }
 
-Host::~Host() {
-  if (!mReporter.attached()) return;
+void Host::finish() {
   timeline.drainRest();
   reportUnexpected();
   reportLeaks();

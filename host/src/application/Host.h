@@ -99,12 +99,11 @@ struct Hooks {
 /// Returns a NUL-terminated UTF-16 text as UTF-8, or nothing if it isn't UTF-16.
 std::optional<std::string> ToUTF8(const A_UTF16Char* text);
 
-/// The host application, without windows. There is one in a process. It is destroyed after the
-/// static objects of a plug-in, and then reports what the plug-in has leaked.
+/// The host application, without windows. There is one in a process. It is never destroyed: a
+/// module may call it until the process ends.
 class Host {
  public:
   Host() = default;
-  ~Host();
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
@@ -141,9 +140,12 @@ class Host {
   void endStep() { ++mFlight->stepsPlayed; }
   /// Tells the process that waits that all steps were played.
   void endSteps() const;
-  /// Tells the process that waits that the session is over, played or not. From now on the static
-  /// objects of the plug-in are destroyed.
+  /// Tells the process that waits that the session is over, played or not. From now on the
+  /// plug-in's static objects are destroyed, and its module is finalised.
   void beginDestructors();
+  /// Reports what no step has expected, and what the plug-in has leaked. To be called after the
+  /// last call of the plug-in.
+  void finish();
   /// Reports a finding. The session goes on.
   void report(Finding finding, std::string_view text) const;
   /// Reports a misuse of the host, with where it happened. The session may still expect it.

@@ -73,7 +73,10 @@ struct FrameworkLog {
   GrowingFile journal;
   std::vector<FrameworkCall> calls;            // since an expectation last took them
   std::map<std::string, int64_t> answersLeft;  // by operation, those that no call has used
-} frameworkLog;
+};
+
+// Never destroyed, like the host that uses it.
+FrameworkLog& frameworkLog = *new FrameworkLog;
 
 std::string Unescape(std::string_view escaped) {
   std::string text;

@@ -208,7 +208,7 @@ void PlayedProcess::addHowItEnded(int status) {
   } else if (WIFSIGNALED(status)) {
     add(Finding::crash,
         fmt::format("the process crashed {}: {}", place, strsignal(WTERMSIG(status))));
-  } else if (!mOver || !mEnded || WEXITSTATUS(status) != 0) {
+  } else if (!mOver || !mEnded || WEXITSTATUS(status) != kPlayedExitCode) {
     add(Finding::processEnded,
         fmt::format("the process ended {} with code {}", place, WEXITSTATUS(status)));
   }
