@@ -101,6 +101,7 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
        "process-ended: the process ended in the static destructor with code"},
       {"go on in a fork", "process-ended: the process ended in the idle hook with code 0"},
       {"throw in a command", "exception: an exception leaves the plug-in's command hook: std::"},
+      {"pick without end", "nested-too-deep: AEGP_DoCommand: 100 calls of hooks are under way"},
       {"enable a removed item", "unknown-command: AEGP_EnableCommand: no menu item has"},
       {"crash at load", "crash: the process crashed in the static constructor: Aborted\n"},
       {"throw in a thread", "uncaught exception: std::runtime_error: from a thread"},

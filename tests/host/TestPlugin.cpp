@@ -145,6 +145,7 @@ void LeaveChildBehind() {
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
 bool throwsInCommand = false;
+bool repeatsCommand = false;
 // Their dates are printed at the next tick.
 std::vector<std::string> writtenFiles;
 
@@ -216,6 +217,11 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"throw in a command",
      [] {
        throwsInCommand = true;
+       Commands()->AEGP_DoCommand(command);
+     }},
+    {"pick without end",
+     [] {
+       repeatsCommand = true;
        Commands()->AEGP_DoCommand(command);
      }},
     {"enable a removed item",
@@ -346,6 +352,10 @@ A_Err UpdateMenu(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) {
 
 A_Err Command(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command picked, AEGP_HookPriority,
               A_Boolean, A_Boolean* handled) {
+  if (repeatsCommand) {
+    Commands()->AEGP_DoCommand(command);
+    Commands()->AEGP_DoCommand(command);
+  }
   if (throwsInCommand) throw std::runtime_error("nested");
   std::printf("command %s\n", picked == command ? "of mine" : std::to_string(picked).c_str());
   if (picked == command) *handled = 1;

@@ -195,6 +195,7 @@ void Host::start() {
 
 void Host::enterPlugin(const char* hook) {
   if (mFlight->callBegan == 0) mFlight->callBegan = MonotonicNow();
+  ++mDepth;
   mHook = hook;
   Note(mFlight->hook, hook);
 }
@@ -202,7 +203,10 @@ void Host::enterPlugin(const char* hook) {
 void Host::leavePlugin(const char* outerHook) {
   mHook = outerHook;
   Note(mFlight->hook, outerHook);
-  if (*outerHook == '\0') mFlight->callBegan = 0;
+  --mDepth;
+  if (*outerHook != '\0') return;
+  mFlight->callBegan = 0;
+  nestsTooDeep = false;
 }
 
 void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {

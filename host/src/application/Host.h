@@ -167,6 +167,8 @@ class Host {
   /// Returns whether the handle is that of a project that was closed.
   bool wasProject(AEGP_ProjectH project) const { return mClosedProjects.contains(project); }
   std::string frontApplication() const;
+  /// How many calls of the plug-in are under way, each within the one before.
+  int depth() const { return mDepth; }
   /// Returns the absolute path of a file in the session folder. The plug-in may have changed the
   /// working directory.
   std::string inFolder(const std::string& path) const;
@@ -190,6 +192,7 @@ class Host {
   Preferences preferences;
   FileDates fileDates;
   int undoGroups = 0;              ///< those that were started and not ended
+  bool nestsTooDeep = false;       ///< the plug-in, since the outermost call of it began
   bool commandWasHandled = false;  ///< of the command that the user picked last
 
  private:
@@ -214,6 +217,7 @@ class Host {
   FlightRecord* mFlight = nullptr;
   pthread_t mMainThread{};
   const char* mHook = "";  ///< that is running; empty in the host itself
+  int mDepth = 0;
   std::filesystem::path mFolder;
   bool mEnding = false;  ///< an exception has left the plug-in
   bool mStarting = false;
