@@ -104,7 +104,7 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"pick without end", "nested-too-deep: AEGP_DoCommand: 100 calls of hooks are under way"},
       {"enable a removed item", "unknown-command: AEGP_EnableCommand: no menu item has"},
       {"crash at load", "crash: the process crashed in the static constructor: Aborted\n"},
-      {"throw in a thread", "uncaught exception: std::runtime_error: from a thread"},
+      {"throw in a thread", "uncaught exception: std::runtime_error: from a [thread]\\nof mine\n"},
       {"throw in a thread", "\n    in another thread than the main one\n"},
       {"hang", "timeout: the plug-in doesn't return within 1 s in the idle hook\n    tick 1, "},
       {"hang at load", "timeout: the plug-in doesn't return within 1 s in the static constructor"},

@@ -230,7 +230,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        Commands()->AEGP_EnableCommand(command);
      }},
     {"throw in a thread",
-     [] { std::thread([] { throw std::runtime_error("from a thread"); }).join(); }},
+     [] { std::thread([] { throw std::runtime_error("from a [thread]\nof mine"); }).join(); }},
     {"hang", Hang},
     {"hang with a child",
      [] {

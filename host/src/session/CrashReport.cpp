@@ -11,6 +11,8 @@
 #include <exception>
 #include <typeinfo>
 
+#include "TextFile.h"
+
 namespace host {
 
 const int kHangSignal = SIGQUIT;
@@ -48,7 +50,8 @@ void WriteWhat() {
     throw;
   } catch (const std::exception& exception) {
     Write(": ");
-    Write(exception.what());
+    // On one line, so that no part of it passes for a frame.
+    Write(EscapeControls(exception.what()).c_str());
   } catch (...) {
     return;
   }

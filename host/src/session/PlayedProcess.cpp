@@ -53,14 +53,20 @@ std::string ReadAll(int descriptor) {
 }
 
 // The frames of a backtrace, one a line, without those that lead from the host into the plug-in.
+// Addresses are left out, as they differ from run to run.
 std::vector<std::string> Frames(const std::string& report) {
-  const std::string host = std::filesystem::read_symlink("/proc/self/exe").string();
+  // As a backtrace names the program.
+  const std::string host = program_invocation_name;
   std::vector<std::string> frames = Split(report, '\n');
   const auto leadsIn = [&](const std::string& frame) {
-    return frame.empty() || frame.starts_with(host) || frame.find("/libc.so") != std::string::npos;
+    return frame.empty() || frame.starts_with(host + "(") ||
+           frame.find("/libc.so") != std::string::npos;
   };
   while (!frames.empty() && leadsIn(frames.back())) frames.pop_back();
-  for (std::string& frame : frames) frame.erase(std::min(frame.find('['), frame.size()));
+  for (std::string& frame : frames) {
+    const size_t address = frame.rfind(")[0x");
+    if (address != std::string::npos) frame.erase(address + 1);
+  }
   return frames;
 }
 
