@@ -243,6 +243,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        _exit(0);
      }},
     {"exit", [] { std::exit(0); }},
+    {"exit in a thread", [] { std::thread([] { std::exit(0); }).join(); }},
     {"call a released suite",
      [] {
        AEGP_Command unused = 0;

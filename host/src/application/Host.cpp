@@ -437,7 +437,9 @@ void Host::reportMisuse(Finding finding, std::string_view text) {
 }
 
 void Host::reportFromOtherThread(std::string_view function) const {
-  report(Finding::wrongThread, fmt::format("{}: called from another thread{}", function, where()));
+  report(Finding::wrongThread,
+         fmt::format("{}: called from another thread, while the main thread was{}", function,
+                     where()));
 }
 
 void Host::giveUp(Finding finding, const std::string& text) const {

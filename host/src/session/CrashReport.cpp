@@ -32,7 +32,7 @@ void Write(const char* text) {
 }
 
 void WriteBacktrace(int signal) {
-  if (signal != kHangSignal && gettid() != getpid()) Write("in another thread than the main one\n");
+  if (signal != kHangSignal) NoteThread();
   std::array<void*, kMostFrames> frames;
   const int count = backtrace(frames.data(), kMostFrames);
   // Without this function and the trampoline of the signal.
@@ -72,6 +72,13 @@ void WriteWhat() {
 }
 
 }  // namespace
+
+bool NoteThread() {
+  if (gettid() == getpid()) return true;
+  Write(kInAnotherThread);
+  Write("\n");
+  return false;
+}
 
 void InstallCrashReport(int descriptor) {
   reportDescriptor = descriptor;

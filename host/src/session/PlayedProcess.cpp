@@ -207,7 +207,17 @@ void PlayedProcess::addRestOfOutput() {
 
 void PlayedProcess::addHowItEnded(int status) {
   const char* const hook = mFlight->hook.data();
-  const std::string place = *hook ? fmt::format("in the {}", hook) : "in the host itself";
+  const std::string mainPlace = *hook ? fmt::format("in the {}", hook) : "in the host itself";
+  std::vector<std::string> frames = Frames(ReadAll(mCrashReport));
+  const bool inAnotherThread = std::erase(frames, kInAnotherThread) > 0;
+  const std::string place = inAnotherThread ? kInAnotherThread : mainPlace;
+  const auto add = [&](Finding finding, const std::string& what) {
+    // The flight record is the main thread's.
+    const std::string whose =
+        inAnotherThread ? fmt::format("the main thread was {}, ", mainPlace) : "";
+    mFindings.push_back({finding, fmt::format("{}\n    {}{}", what, whose, where())});
+    for (const std::string& frame : frames) mFindings.back().text += "\n    " + frame;
+  };
   if (mAskedToEnd != 0) {
     add(Finding::timeout,
         fmt::format("the plug-in doesn't return within {} s {}", mOptions.timeout.count(), place));
@@ -220,16 +230,10 @@ void PlayedProcess::addHowItEnded(int status) {
   }
 }
 
-void PlayedProcess::add(Finding finding, const std::string& text) {
-  std::string whole = text + where();
-  for (const std::string& frame : Frames(ReadAll(mCrashReport))) whole += "\n    " + frame;
-  mFindings.push_back({finding, whole});
-}
-
 std::string PlayedProcess::where() const {
   const size_t played = std::min(static_cast<size_t>(mFlight->stepsPlayed), mSession.steps.size());
   const size_t left = mSession.steps.size() - played;
-  return fmt::format("\n    tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
+  return fmt::format("tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
                      mFlight->hostCall[0] ? mFlight->hostCall.data() : "none", mFlight->step.data(),
                      left, mSession.steps.size());
 }

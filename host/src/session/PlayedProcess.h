@@ -45,7 +45,6 @@ class PlayedProcess {
   void endIfHanging();
   void addRestOfOutput();
   void addHowItEnded(int status);
-  void add(Finding finding, const std::string& text);
   std::string where() const;
 
   const Session& mSession;

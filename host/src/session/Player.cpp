@@ -21,7 +21,12 @@ bool playsASession = false;
 // Runs while the system finalises the modules. What it registers runs when they all are, the
 // plug-in's too.
 [[gnu::destructor]] void FinishAfterTheLastModule() {
-  if (playsASession) on_exit([](int, void*) { TheHost().finish(); }, nullptr);
+  if (!playsASession) return;
+  const auto finish = [](int, void*) {
+    // Otherwise the main thread may be in the host.
+    if (NoteThread()) TheHost().finish();
+  };
+  on_exit(finish, nullptr);
 }
 
 // The session must have used all that it set up.
