@@ -111,6 +111,16 @@ struct HeldToTheEnd {
   }
 } heldToTheEnd;
 
+void Hang() {
+  while (true) pause();
+}
+
+// What happens when the module is finalised, after its static objects are destroyed.
+void (*finally)() = nullptr;
+[[gnu::destructor]] void Finalise() {
+  if (finally) finally();
+}
+
 desktop::ModalSession BeginNothing(desktop::Application& /*application*/,
                                    desktop::Window& /*window*/) {
   return 0;
@@ -127,10 +137,6 @@ void AskForPath(AEGP_ProjectH project) {
   Projects()->AEGP_GetProjectPath(project, &path);
 }
 
-void Hang() {
-  while (true) pause();
-}
-
 // The child keeps every descriptor of the process open.
 void LeaveChildBehind() {
   if (fork() == 0) Hang();
@@ -139,6 +145,7 @@ void LeaveChildBehind() {
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
 bool throwsInCommand = false;
+bool repeatsCommand = false;
 // Their dates are printed at the next tick.
 std::vector<std::string> writtenFiles;
 
@@ -192,6 +199,16 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      }},
     {"crash at exit", [] { heldToTheEnd.crashes = true; }},
     {"report at exit", [] { heldToTheEnd.reports = true; }},
+    {"acquire when finalised", [] { finally = Acquire; }},
+    {"hold a suite until finalised",
+     [] {
+       Acquire();
+       finally = [] { basic->ReleaseSuite("AEGP Memory Suite", 1); };
+     }},
+    {"pass null when finalised", [] { finally = [] { basic->FreeBlock(nullptr); }; }},
+    {"crash when finalised", [] { finally = [] { std::abort(); }; }},
+    {"hang when finalised", [] { finally = Hang; }},
+    {"exit when finalised", [] { finally = [] { std::exit(0); }; }},
     {"go on in a fork",
      [] {
        if (fork() > 0) _exit(0);
@@ -202,13 +219,18 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        throwsInCommand = true;
        Commands()->AEGP_DoCommand(command);
      }},
+    {"pick without end",
+     [] {
+       repeatsCommand = true;
+       Commands()->AEGP_DoCommand(command);
+     }},
     {"enable a removed item",
      [] {
        Commands()->AEGP_RemoveMenuCommand(command);
        Commands()->AEGP_EnableCommand(command);
      }},
     {"throw in a thread",
-     [] { std::thread([] { throw std::runtime_error("from a thread"); }).join(); }},
+     [] { std::thread([] { throw std::runtime_error("from a [thread]\nof mine"); }).join(); }},
     {"hang", Hang},
     {"hang with a child",
      [] {
@@ -221,6 +243,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        _exit(0);
      }},
     {"exit", [] { std::exit(0); }},
+    {"exit in a thread", [] { std::thread([] { std::exit(0); }).join(); }},
     {"call a released suite",
      [] {
        AEGP_Command unused = 0;
@@ -330,6 +353,10 @@ A_Err UpdateMenu(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) {
 
 A_Err Command(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command picked, AEGP_HookPriority,
               A_Boolean, A_Boolean* handled) {
+  if (repeatsCommand) {
+    Commands()->AEGP_DoCommand(command);
+    Commands()->AEGP_DoCommand(command);
+  }
   if (throwsInCommand) throw std::runtime_error("nested");
   std::printf("command %s\n", picked == command ? "of mine" : std::to_string(picked).c_str());
   if (picked == command) *handled = 1;

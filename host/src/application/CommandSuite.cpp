@@ -88,6 +88,7 @@ A_Err DoCommand(AEGP_Command command) {
   if (command <= 0) {
     call.misused(Finding::unknownCommand, fmt::format("there is no command {}", command));
   }
+  call.needsDepthForHooks();
   if (const A_Err error = call.error()) return error;
   TheHost().timeline.add(Actor::plugIn, fmt::format("asks for command {}", command));
   TheHost().runCommand(command);

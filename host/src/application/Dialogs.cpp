@@ -7,9 +7,10 @@
 namespace host {
 namespace {
 
-const desktop::WindowClass kWindow("NSWindow");
-const desktop::WindowClass kPanel("NSPanel", &kWindow);
-const desktop::WindowClass kDialog(kDialogClass, &kPanel);
+// Never destroyed, like the host that uses them.
+const auto& kWindow = *new desktop::WindowClass("NSWindow");
+const auto& kPanel = *new desktop::WindowClass("NSPanel", &kWindow);
+const auto& kDialog = *new desktop::WindowClass(kDialogClass, &kPanel);
 
 struct Titles {
   std::string_view language, openProject, resolveFonts;

@@ -26,9 +26,6 @@ namespace {
 
 constexpr char kHostBundle[] = "com.adobe.AfterEffects";
 
-// At namespace scope, so that it outlives the static objects of a module that is loaded later.
-Host theHost;
-
 // Describes the exception that is being handled.
 std::string DescribeException() {
   const std::type_info* type = abi::__cxa_current_exception_type();
@@ -73,7 +70,8 @@ bool KnowsWindowClass(const HostSettings& settings, std::string_view className) 
 }
 
 Host& TheHost() {
-  return theHost;
+  static Host& host = *new Host;
+  return host;
 }
 
 void Hooks::addCommandHook(const CommandHook& hook) {
@@ -83,8 +81,7 @@ void Hooks::addCommandHook(const CommandHook& hook) {
   command.insert(place, hook);
 }
 
-Host::~Host() {
-  if (!mReporter.attached()) return;
+void Host::finish() {
   timeline.drainRest();
   timeline.endAll();
   reportUnexpected();
@@ -208,6 +205,7 @@ void Host::enterPlugin(const char* hook) {
     if (mBeforeEntry) mBeforeEntry();
   }
   if (mFlight->callBegan == 0) mFlight->callBegan = MonotonicNow();
+  ++mDepth;
   mHook = hook;
   Note(mFlight->hook, hook);
   timeline.beginHook(hook);
@@ -216,7 +214,10 @@ void Host::enterPlugin(const char* hook) {
 void Host::leavePlugin(const char* outerHook) {
   mHook = outerHook;
   Note(mFlight->hook, outerHook);
-  if (*outerHook == '\0') mFlight->callBegan = 0;
+  --mDepth;
+  if (*outerHook != '\0') return;
+  mFlight->callBegan = 0;
+  nestsTooDeep = false;
 }
 
 void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
@@ -529,7 +530,9 @@ void Host::reportMisuse(Finding finding, std::string_view text) {
 }
 
 void Host::reportFromOtherThread(std::string_view function) const {
-  send(Finding::wrongThread, fmt::format("{}: called from another thread{}", function, where()));
+  send(Finding::wrongThread,
+       fmt::format("{}: called from another thread, while the main thread was{}", function,
+                   where()));
 }
 
 void Host::moveTo(int reportPipe, FlightRecord& flight) {

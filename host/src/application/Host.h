@@ -124,12 +124,11 @@ struct Hooks {
 /// Returns a NUL-terminated UTF-16 text as UTF-8, or nothing if it isn't UTF-16.
 std::optional<std::string> ToUTF8(const A_UTF16Char* text);
 
-/// The host application, without windows. There is one in a process. It is destroyed after the
-/// static objects of a plug-in, and then reports what the plug-in has leaked.
+/// The host application, without windows. There is one in a process. It is never destroyed: a
+/// module may call it until the process ends.
 class Host {
  public:
   Host() = default;
-  ~Host();
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
@@ -170,9 +169,12 @@ class Host {
   void endStep() { ++mFlight->stepsPlayed; }
   /// Tells the process that waits that all steps were played.
   void endSteps() const;
-  /// Tells the process that waits that the session is over, played or not. From now on the static
-  /// objects of the plug-in are destroyed.
+  /// Tells the process that waits that the session is over, played or not. From now on the
+  /// plug-in's static objects are destroyed, and its module is finalised.
   void beginDestructors();
+  /// Reports what no step has expected, and what the plug-in has leaked. To be called after the
+  /// last call of the plug-in.
+  void finish();
   /// Reports a finding. The session goes on.
   void report(Finding finding, std::string_view text);
   /// Reports a misuse of the host, with where it happened. The session may still expect it.
@@ -215,6 +217,8 @@ class Host {
   /// Returns whether the handle is that of a project that was closed.
   bool wasProject(AEGP_ProjectH project) const { return mClosedProjects.contains(project); }
   std::string frontApplication() const;
+  /// How many calls of the plug-in are under way, each within the one before.
+  int depth() const { return mDepth; }
   /// Returns the absolute path of a file in the session folder. The plug-in may have changed the
   /// working directory.
   std::string inFolder(const std::string& path) const;
@@ -239,6 +243,7 @@ class Host {
   Preferences preferences;
   FileDates fileDates;
   int undoGroups = 0;              ///< those that were started and not ended
+  bool nestsTooDeep = false;       ///< the plug-in, since the outermost call of it began
   bool commandWasHandled = false;  ///< of the command that the user picked last
 
  private:
@@ -270,6 +275,7 @@ class Host {
   FlightRecord* mFlight = nullptr;
   pthread_t mMainThread{};
   const char* mHook = "";  ///< that is running; empty in the host itself
+  int mDepth = 0;
   std::filesystem::path mFolder;
   bool mEnding = false;  ///< an exception has left the plug-in
   bool mStarting = false;

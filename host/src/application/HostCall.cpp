@@ -113,6 +113,21 @@ bool HostCall::needsMenuItem(AEGP_Command command) {
   return false;
 }
 
+bool HostCall::needsDepthForHooks() {
+  constexpr int kMost = 100;
+  Host& host = TheHost();
+  if (!mOnMainThread || (!host.nestsTooDeep && host.depth() < kMost)) return true;
+  mError = A_Err_GENERIC;
+  // All further calls are refused until the outermost hook returns. A hook that makes two would
+  // double them at each depth.
+  if (!std::exchange(host.nestsTooDeep, true)) {
+    misused(Finding::nestedTooDeep, fmt::format("{} calls of hooks are under way, each within the "
+                                                "one before",
+                                                kMost));
+  }
+  return false;
+}
+
 void HostCall::misused(Finding finding, std::string_view what) {
   if (KindOf(finding).level == Level::error) mError = A_Err_GENERIC;
   if (mOnMainThread) TheHost().reportMisuse(finding, fmt::format("{}: {}", mFunction.name, what));

@@ -38,6 +38,8 @@ class HostCall {
   bool needsMemory(AEGP_MemHandle handle);
   bool needsPreferences(AEGP_PersistentBlobH blob);
   bool needsMenuItem(AEGP_Command command);
+  /// For a function that calls hooks: returns whether it may.
+  bool needsDepthForHooks();
   /// Reports a misuse of another kind.
   void misused(Finding finding, std::string_view what);
 

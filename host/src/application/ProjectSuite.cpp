@@ -75,6 +75,7 @@ A_Err OpenProjectFromPath(const A_UTF16Char* path, AEGP_ProjectH* project) {
   HostCall call(SuiteId::proj6, "AEGP_OpenProjectFromPath", path, project);
   call.needs(path, "pathZ");
   call.needs(project, "projectPH");
+  call.needsDepthForHooks();
   if (const A_Err error = call.error()) return error;
   const std::optional<std::string> opened = ToUTF8(path);
   if (!opened) {

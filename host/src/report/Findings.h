@@ -33,6 +33,7 @@ enum class Finding {
   unknownMenu,
   enabledOutsideHook,
   lateHook,
+  nestedTooDeep,
   releasedSuite,
   suiteReleasedTooOften,
   suiteLeaked,
@@ -100,6 +101,8 @@ inline constexpr std::array kFindingKinds{
                 "A menu item is enabled outside an update-menu hook, where it has no effect."},
     FindingKind{Finding::lateHook, "late-hook", Level::error,
                 "A hook is registered after the entry point has returned."},
+    FindingKind{Finding::nestedTooDeep, "nested-too-deep", Level::error,
+                "A hook has the host call hooks again, within each other, without end."},
     FindingKind{Finding::releasedSuite, "released-suite", Level::error,
                 "A function of a suite is called while the suite isn't acquired."},
     FindingKind{Finding::suiteReleasedTooOften, "suite-released-too-often", Level::error,
@@ -153,6 +156,7 @@ constexpr bool CanBeExpected(Finding finding) {
     case Finding::unknownMenu:
     case Finding::enabledOutsideHook:
     case Finding::lateHook:
+    case Finding::nestedTooDeep:
     case Finding::releasedSuite:
     case Finding::suiteReleasedTooOften:
     case Finding::lockedHandleFreed:

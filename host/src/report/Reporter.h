@@ -18,7 +18,7 @@ enum class ReportKind : char {
   unloadable = 'U',  ///< the plug-in's module can't be loaded, and why
   played = 'P',      ///< all steps were played
   destroying = 'D',  ///< the session is over, played or not
-  end = 'E',         ///< all static objects are destroyed, and the host has checked for leaks
+  end = 'E',         ///< all modules are finalised, and the host has checked for leaks
 };
 
 struct Report {
@@ -31,7 +31,6 @@ struct Report {
 class Reporter {
  public:
   void attach(int pipe);
-  bool attached() const { return mPipe >= 0; }
   void send(ReportKind kind, std::string_view text) const;
 
  private:

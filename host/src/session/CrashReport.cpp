@@ -11,6 +11,8 @@
 #include <exception>
 #include <typeinfo>
 
+#include "TextFile.h"
+
 namespace host {
 
 const int kHangSignal = SIGQUIT;
@@ -30,7 +32,7 @@ void Write(const char* text) {
 }
 
 void WriteBacktrace(int signal) {
-  if (signal != kHangSignal && gettid() != getpid()) Write("in another thread than the main one\n");
+  if (signal != kHangSignal) NoteThread();
   std::array<void*, kMostFrames> frames;
   const int count = backtrace(frames.data(), kMostFrames);
   // Without this function and the trampoline of the signal.
@@ -48,7 +50,8 @@ void WriteWhat() {
     throw;
   } catch (const std::exception& exception) {
     Write(": ");
-    Write(exception.what());
+    // On one line, so that no part of it passes for a frame.
+    Write(EscapeControls(exception.what()).c_str());
   } catch (...) {
     return;
   }
@@ -69,6 +72,13 @@ void WriteWhat() {
 }
 
 }  // namespace
+
+bool NoteThread() {
+  if (gettid() == getpid()) return true;
+  Write(kInAnotherThread);
+  Write("\n");
+  return false;
+}
 
 void InstallCrashReport(int descriptor) {
   reportDescriptor = descriptor;

@@ -117,7 +117,10 @@ struct FrameworkLog {
   ActivationRules rules;
   std::optional<int64_t> activationBegan;  // tick of the activation's step 1, while it runs
   bool enabled = true;                     // what the framework last said
-} frameworkLog;
+};
+
+// Never destroyed, like the host that uses it.
+FrameworkLog& frameworkLog = *new FrameworkLog;
 
 constexpr char kActivation[] = "activation";
 constexpr int64_t kTicksOfActivation = 24;

@@ -55,14 +55,20 @@ std::string ReadAll(int descriptor) {
 }
 
 // The frames of a backtrace, one a line, without those that lead from the host into the plug-in.
+// Addresses are left out, as they differ from run to run.
 std::vector<std::string> Frames(const std::string& report) {
-  const std::string host = std::filesystem::read_symlink("/proc/self/exe").string();
+  // As a backtrace names the program.
+  const std::string host = program_invocation_name;
   std::vector<std::string> frames = Split(report, '\n');
   const auto leadsIn = [&](const std::string& frame) {
-    return frame.empty() || frame.starts_with(host) || frame.find("/libc.so") != std::string::npos;
+    return frame.empty() || frame.starts_with(host + "(") ||
+           frame.find("/libc.so") != std::string::npos;
   };
   while (!frames.empty() && leadsIn(frames.back())) frames.pop_back();
-  for (std::string& frame : frames) frame.erase(std::min(frame.find('['), frame.size()));
+  for (std::string& frame : frames) {
+    const size_t address = frame.rfind(")[0x");
+    if (address != std::string::npos) frame.erase(address + 1);
+  }
   return frames;
 }
 
@@ -232,23 +238,27 @@ void PlayedProcess::endRunning() {
 
 void PlayedProcess::addHowItEnded(int status) {
   const char* const hook = mFlight->hook.data();
-  const std::string place = *hook ? fmt::format("in the {}", hook) : "in the host itself";
+  const std::string mainPlace = *hook ? fmt::format("in the {}", hook) : "in the host itself";
+  std::vector<std::string> frames = Frames(ReadAll(mCrashReport));
+  const bool inAnotherThread = std::erase(frames, kInAnotherThread) > 0;
+  const std::string place = inAnotherThread ? kInAnotherThread : mainPlace;
+  const auto add = [&](Finding finding, const std::string& what) {
+    // The flight record is the main thread's.
+    const std::string whose =
+        inAnotherThread ? fmt::format("the main thread was {}, ", mainPlace) : "";
+    mFindings.push_back({finding, fmt::format("{}\n    {}{}", what, whose, where())});
+    for (const std::string& frame : frames) mFindings.back().text += "\n    " + frame;
+  };
   if (mAskedToEnd != 0) {
     add(Finding::timeout,
         fmt::format("the plug-in doesn't return within {} s {}", mOptions.timeout.count(), place));
   } else if (WIFSIGNALED(status)) {
     add(Finding::crash,
         fmt::format("the process crashed {}: {}", place, strsignal(WTERMSIG(status))));
-  } else if (!mOver || !mEnded || WEXITSTATUS(status) != 0) {
+  } else if (!mOver || !mEnded || WEXITSTATUS(status) != kPlayedExitCode) {
     add(Finding::processEnded,
         fmt::format("the process ended {} with code {}", place, WEXITSTATUS(status)));
   }
-}
-
-void PlayedProcess::add(Finding finding, const std::string& text) {
-  std::string whole = text + where();
-  for (const std::string& frame : Frames(ReadAll(mCrashReport))) whole += "\n    " + frame;
-  mFindings.push_back({finding, whole});
 }
 
 int64_t PlayedProcess::currentStep() const {
@@ -258,7 +268,7 @@ int64_t PlayedProcess::currentStep() const {
 std::string PlayedProcess::where() const {
   const size_t played = std::min(static_cast<size_t>(mFlight->stepsPlayed), mSession.stepCount);
   const size_t left = mSession.stepCount - played;
-  return fmt::format("\n    tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
+  return fmt::format("tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
                      mFlight->hostCall[0] ? mFlight->hostCall.data() : "none", mFlight->step.data(),
                      left, mSession.stepCount);
 }

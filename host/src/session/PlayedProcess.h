@@ -49,7 +49,6 @@ class PlayedProcess {
   void endRunning();
   int64_t currentStep() const;
   void addHowItEnded(int status);
-  void add(Finding finding, const std::string& text);
   std::string where() const;
 
   const Session& mSession;

@@ -16,6 +16,19 @@ namespace {
 
 constexpr rlim_t kMostBytesOfAFile = rlim_t{256} * 1024 * 1024;
 
+bool playsASession = false;
+
+// Runs while the system finalises the modules. What it registers runs when they all are, the
+// plug-in's too.
+[[gnu::destructor]] void FinishAfterTheLastModule() {
+  if (!playsASession) return;
+  const auto finish = [](int, void*) {
+    // Otherwise the main thread may be in the host.
+    if (NoteThread()) TheHost().finish();
+  };
+  on_exit(finish, nullptr);
+}
+
 // The session must have used all that it set up.
 void CheckNothingIsLeft(Host& host, const Session& session) {
   host.timeline.drain();
@@ -84,8 +97,9 @@ void PlayAndExit(const Session& session, const PlayerSetup& setup, FlightRecord&
   setenv("HOME", setup.folder.c_str(), 1);
   InstallCrashReport(setup.crashReport);
   KeepFromForks(flight);
+  playsASession = true;
   PlaySteps(session, setup, flight, TheHost());
-  std::exit(0);
+  std::exit(kPlayedExitCode);
 }
 
 }  // namespace host

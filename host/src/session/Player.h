@@ -14,9 +14,13 @@ struct PlayerSetup {
   int crashReport = -1;  ///< takes the backtrace of a crash
 };
 
+/// The exit code of a process that has played a session. Not 0, so that an `exit(0)` of the
+/// plug-in's is told from it.
+inline constexpr int kPlayedExitCode = 86;
+
 /// Plays the session in this process and ends it by `exit`, so that the static objects of the
-/// plug-in are destroyed, and then those of the host, which looks for leaks. `flight` is shared
-/// with the process that waits.
+/// plug-in are destroyed and its module is finalised. Then the host looks for leaks. `flight` is
+/// shared with the process that waits.
 [[noreturn]] void PlayAndExit(const Session& session, const PlayerSetup& setup,
                               FlightRecord& flight);
 

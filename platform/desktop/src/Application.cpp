@@ -7,7 +7,7 @@ namespace desktop {
 Application::Application() : mBeginModalSession(runModal) {}
 
 Application& Application::sharedApplication() {
-  static Application application;
+  static auto& application = *new Application;
   return application;
 }
 

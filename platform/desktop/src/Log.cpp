@@ -7,7 +7,7 @@ namespace desktop {
 namespace {
 
 std::function<void(const std::string&)>& LogSink() {
-  static std::function<void(const std::string&)> sink;
+  static auto& sink = *new std::function<void(const std::string&)>;
   return sink;
 }
 

@@ -7,14 +7,13 @@ namespace desktop {
 namespace {
 
 std::map<std::string, const WindowClass*>& Classes() {
-  static std::map<std::string, const WindowClass*> classes;
+  static auto& classes = *new std::map<std::string, const WindowClass*>;
   return classes;
 }
 
-// Never destroyed: a plug-in may store to a static slot while static objects are destroyed.
 std::map<Window**, Window*>& WeakReferences() {
-  static auto* references = new std::map<Window**, Window*>;
-  return *references;
+  static auto& references = *new std::map<Window**, Window*>;
+  return references;
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace desktop {
 
 Workspace& Workspace::sharedWorkspace() {
-  static Workspace workspace;
+  static auto& workspace = *new Workspace;
   return workspace;
 }
 

@@ -7,7 +7,8 @@
 #include "desktop/Window.h"
 
 // Replaces Cocoa on platforms without it, under Cocoa's names. A shared library, so that the host's
-// process and the plug-in modules see the same objects. Texts are UTF-8. Main thread only.
+// process and the plug-in modules see the same objects. They are never destroyed, so that a module
+// can use them while it is finalised. Texts are UTF-8. Main thread only.
 
 namespace desktop {
 
