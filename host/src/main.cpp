@@ -14,6 +14,7 @@
 #include <thread>
 #include <vector>
 
+#include "Exploration.h"
 #include "Findings.h"
 #include "FontManager.h"
 #include "Runner.h"
@@ -126,6 +127,39 @@ int List(const Selection& selection, const RunOptions& options) {
   return kOk;
 }
 
+// What the command line asks of the commands that try what no session says.
+struct Trials {
+  std::string limits;  // the file, or empty for none
+  std::string save;
+  std::string from;
+  uint64_t seed = 1;
+  uint64_t count = 1000;
+};
+
+int CodeOf(const host::Explored& explored) {
+  if (explored.signal != 0) return kSignalled + explored.signal;
+  return explored.failed ? kFailed : kOk;
+}
+
+host::Limits LoadLimitsOf(const Trials& trials) {
+  return trials.limits.empty() ? host::Limits{} : host::LoadLimits(trials.limits);
+}
+
+int Sweep(const Selection& selection, const Trials& trials, const RunOptions& options) {
+  const host::FontManager fontManager(options.fontManager);
+  const host::Limits limits = LoadLimitsOf(trials);
+  std::vector<Session> sessions = LoadAll(selection, fontManager);
+  for (Session& session : sessions) host::Accept(limits, session);
+  return CodeOf(host::PrintSweep(sessions, options, fontManager, trials.save));
+}
+
+int PlayRandom(const Trials& trials, const RunOptions& options) {
+  const host::FontManager fontManager(options.fontManager);
+  host::RandomOptions random{trials.seed, trials.count, {}, LoadLimitsOf(trials)};
+  if (!trials.from.empty()) random.from = host::LoadSessions(trials.from, fontManager).front();
+  return CodeOf(host::PrintRandom(random, options, fontManager, trials.save));
+}
+
 int ListFindings() {
   for (const host::FindingKind& kind : host::kFindingKinds) {
     fmt::print("{:<26}{:<9}{}\n", kind.name, kind.level == Level::error ? "error" : "warning",
@@ -171,6 +205,24 @@ void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
       ->check(CLI::IsMember(names).description(""));
 }
 
+void AddJobs(CLI::App& command, size_t& jobs) {
+  command.add_option("--jobs", jobs, "How many sessions are played at the same time")
+      ->check(CLI::Range(1, 1024))
+      ->capture_default_str();
+}
+
+void AddTrials(CLI::App& command, Trials& trials, size_t& jobs) {
+  command
+      .add_option("--accept", trials.limits,
+                  "A file with the key 'accepted', which then counts in every session")
+      ->check(CLI::ExistingFile);
+  command
+      .add_option("--save", trials.save,
+                  "The folder in which to write the sessions that repeat what failed")
+      ->check(CLI::ExistingDirectory);
+  AddJobs(command, jobs);
+}
+
 int RunCommandLine(int argc, char** argv) {
   CLI::App app("Plays sessions of a host application with a plug-in");
   app.require_subcommand(1);
@@ -185,14 +237,28 @@ int RunCommandLine(int argc, char** argv) {
   AddRunOptions(*run, "--plugin", options, allowed);
   AddSelection(*run, selection, fontManager);
   run->add_flag("--quiet", selection.quiet, "Shows only the sessions that fail");
-  run->add_option("--jobs", options.jobs, "How many sessions are played at the same time")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
+  AddJobs(*run, options.jobs);
   run->add_flag("--fail-fast", options.failFast, "Ends with the first session that fails");
   CLI::App* validate = app.add_subcommand(
       "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
   AddRunOptions(*validate, "MODULE", options, allowed);
   AddFontManager(*validate, fontManager);
+  Trials trials;
+  CLI::App* sweep = app.add_subcommand(
+      "sweep", "Plays each session again for each call in it, with that call going wrong");
+  AddRunOptions(*sweep, "--plugin", options, allowed);
+  AddSelection(*sweep, selection, fontManager);
+  AddTrials(*sweep, trials, options.jobs);
+  CLI::App* random = app.add_subcommand("random", "Plays sessions of random steps");
+  AddRunOptions(*random, "--plugin", options, allowed);
+  AddFontManager(*random, fontManager);
+  AddTrials(*random, trials, options.jobs);
+  random->add_option("--seed", trials.seed, "Fixes the sessions")->capture_default_str();
+  random->add_option("--count", trials.count, "How many sessions to play")->capture_default_str();
+  random
+      ->add_option("--from", trials.from,
+                   "Makes the sessions of this one: some of its steps, and others between them")
+      ->check(CLI::ExistingFile);
   CLI::App* list = app.add_subcommand("list", "Lists the sessions and their variants");
   AddSelection(*list, selection, fontManager);
   const CLI::App* findings = app.add_subcommand("findings", "Lists what a session can find wrong");
@@ -208,6 +274,8 @@ int RunCommandLine(int argc, char** argv) {
   if (list->parsed()) return List(selection, options);
   options.module.path = std::filesystem::absolute(options.module.path).string();
   for (const std::string& name : allowed) options.allowed.insert(*host::FindingNamed(name));
+  if (sweep->parsed()) return Sweep(selection, trials, options);
+  if (random->parsed()) return PlayRandom(trials, options);
   return validate->parsed() ? Validate(options) : Run(selection, options);
 }
 

@@ -5,15 +5,11 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+
+#include "RunListener.h"
 
 namespace host {
-
-/// A call that could have failed.
-struct CountedCall {
-  std::string function;  ///< of the host, or an operation of a framework
-  int64_t number = 0;    ///< among the calls of the function, from 1
-  int64_t entry = 0;     ///< the call of the plug-in by the host during which it came, from 1
-};
 
 /// Counts the calls of each function that could fail. Does nothing until somebody listens.
 class Census {

@@ -461,11 +461,11 @@ void Host::endSteps() const {
 }
 
 void Host::beginDestructors() {
-  mReporter.send(ReportKind::destroying, "");
-  mFlight->callBegan = 0;
   timeline.drain();
   timeline.endAll();
+  mFlight->callBegan = 0;
   enterPlugin("static destructor");
+  mReporter.send(ReportKind::destroying, "");
 }
 
 std::string Host::inFolder(const std::string& path) const {
@@ -538,6 +538,7 @@ void Host::reportFromOtherThread(std::string_view function) const {
 void Host::moveTo(int reportPipe, FlightRecord& flight) {
   mReporter.attach(reportPipe);
   flight.tick = mFlight->tick;
+  flight.time = mFlight->time;
   flight.stepsPlayed = mFlight->stepsPlayed;
   flight.step = mFlight->step;
   flight.stdoutTaken = mFlight->stdoutTaken;

@@ -175,6 +175,8 @@ class Host {
   /// Reports what no step has expected, and what the plug-in has leaked. To be called after the
   /// last call of the plug-in.
   void finish();
+  /// Sends a report of another kind.
+  void send(ReportKind kind, std::string_view text) const { mReporter.send(kind, text); }
   /// Reports a finding. The session goes on.
   void report(Finding finding, std::string_view text);
   /// Reports a misuse of the host, with where it happened. The session may still expect it.
@@ -199,6 +201,7 @@ class Host {
   }
   /// Calls `action` each time before the host calls the plug-in, except from within such a call.
   void beforeEntries(std::function<void()> action) { mBeforeEntry = std::move(action); }
+
   /// Reports from now on to another process that waits, in a fork of the one that has played so
   /// far. The record outlives the host.
   void moveTo(int reportPipe, FlightRecord& flight);

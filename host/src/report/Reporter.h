@@ -15,6 +15,8 @@ enum class ReportKind : char {
   finding = 'F',   ///< the finding's name, a line feed, and its text, which may have several lines
   misuse = 'M',    ///< the same, for a misuse of the host that the session may still expect
   expected = 'X',  ///< the session expects every misuse since the last such report
+  call = 'C',      ///< a call that could have failed: the plug-in's call, the number, the function
+  trial = 'T',     ///< the number of a trial of the session, and what went wrong in it
   unloadable = 'U',  ///< the plug-in's module can't be loaded, and why
   played = 'P',      ///< all steps were played
   destroying = 'D',  ///< the session is over, played or not

@@ -178,7 +178,7 @@ void Timeline::sendBegins() {
 }
 
 void Timeline::send(const Event& event) const {
-  mReporter->send(ReportKind::event, Dump(ToJson(event)));
+  if (!mMuted) mReporter->send(ReportKind::event, Dump(ToJson(event)));
 }
 
 void Timeline::takeStdoutLine(const std::string& line) {

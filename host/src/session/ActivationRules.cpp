@@ -37,7 +37,8 @@ void ActivationRules::takeChange(const ProjectChange& change) {
   }
 }
 
-void ActivationRules::take(const std::string& operation, const std::vector<Argument>& fields) {
+void ActivationRules::take(const std::string& operation, const std::vector<Argument>& fields,
+                           bool isFaulty) {
   if (operation == "InitializeTamberlinkInterface") {
     mInitialized = true;
   } else if (operation == "PluginIsEnabled") {
@@ -45,11 +46,15 @@ void ActivationRules::take(const std::string& operation, const std::vector<Argum
     // As a call that fails: what the plug-in had to do then isn't made up for.
     if (!mEnabled) mHost->noteFailure(operation);
   } else if (operation == "HandleOpenExistingDocument" || operation == "ActivateChosenFonts") {
-    takeActivation(fields);
+    takeActivation(fields, isFaulty);
   }
 }
 
-void ActivationRules::takeActivation(const std::vector<Argument>& fields) {
+void ActivationRules::takeActivation(const std::vector<Argument>& fields, bool isFaulty) {
+  if (isFaulty) return mLatest.reset();
+  // The sign is that of no font.
+  const std::string count = FieldOf(fields, "count");
+  if (count == "0" || count.starts_with('-')) return;
   const Project& project = mHost->project();
   std::string path = project.path;
   mHost->timeline.shortenPaths(path);

@@ -18,8 +18,9 @@ class ActivationRules {
  public:
   /// Begins to watch the host's project. The host outlives this object.
   void begin(Host& host);
-  /// Takes note of a call of the framework, with its arguments and results by name.
-  void take(const std::string& operation, const std::vector<Argument>& fields);
+  /// Takes note of a call of the framework, with its arguments and results by name. `isFaulty` says
+  /// that the session has changed its results.
+  void take(const std::string& operation, const std::vector<Argument>& fields, bool isFaulty);
   /// Gives an activation the time to end, and reports what doesn't hold.
   void settle();
 
@@ -35,7 +36,7 @@ class ActivationRules {
   };
 
   void takeChange(const ProjectChange& change);
-  void takeActivation(const std::vector<Argument>& fields);
+  void takeActivation(const std::vector<Argument>& fields, bool isFaulty);
   void checkProjectIsOpen();
   void checkFonts();
   void checkProcessHasEnded();

@@ -72,48 +72,56 @@ std::vector<std::string> Frames(const std::string& report) {
   return frames;
 }
 
+FoundInSession ParseFinding(const std::string& text) {
+  const size_t end = text.find('\n');
+  return {FindingNamed(std::string_view(text).substr(0, end)).value_or(Finding::processEnded),
+          text.substr(end + 1)};
+}
+
+// The call of the plug-in, the number and the function, each on a line.
+CountedCall ParseCall(const std::string& text) {
+  const std::vector<std::string> lines = Split(text, '\n');
+  return {lines.at(2), std::stoll(lines.at(1)), std::stoll(lines.at(0))};
+}
+
+// The number of the trial on a line, then the finding.
+FoundInTrial ParseTrial(const std::string& text) {
+  const size_t end = text.find('\n');
+  return {std::stoull(text.substr(0, end)), ParseFinding(text.substr(end + 1))};
+}
+
 }  // namespace
 
 PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
-                             const Janitor& janitor)
-    : mSession(session),
-      mOptions(options),
-      mJanitor(janitor),
-      mFolder(session.setUp, janitor, options.keep) {
-  start();
-}
+                             std::filesystem::path folder)
+    : mSession(session), mOptions(options), mFolder(std::move(folder)) {}
 
 PlayedProcess::~PlayedProcess() {
   if (mProcess > 0) {
     kill(-mProcess, SIGKILL);
     kill(mProcess, SIGKILL);
-    mJanitor.forgetGroup(mProcess);
     waitpid(mProcess, nullptr, 0);
   }
   close(mPipe);
   close(mCrashReport);
 }
 
-void PlayedProcess::start() {
+bool PlayedProcess::fork() {
   std::array<int, 2> ends{};
   mCrashReport = memfd_create("crash report", MFD_CLOEXEC);
   if (mCrashReport < 0 || pipe2(ends.data(), O_CLOEXEC) != 0) {
     throw std::runtime_error("can't make a pipe");
   }
   std::fflush(nullptr);
-  mProcess = fork();
+  mProcess = ::fork();
   if (mProcess < 0) throw std::runtime_error("can't make a process");
-  if (mProcess == 0) {
-    mJanitor.leave();
-    close(ends[0]);
-    PlayAndExit(mSession, {mOptions.module, mFolder.path(), ends[1], mCrashReport}, *mFlight);
-  }
+  const bool isNew = mProcess == 0;
   // In both processes, because either may be the first to need it.
   setpgid(mProcess, mProcess);
-  mJanitor.watchGroup(mProcess);
-  close(ends[1]);
-  mPipe = ends[0];
-  fcntl(mPipe, F_SETFL, O_NONBLOCK);
+  close(ends[isNew ? 0 : 1]);
+  mPipe = ends[isNew ? 1 : 0];
+  if (!isNew) fcntl(mPipe, F_SETFL, O_NONBLOCK);
+  return isNew;
 }
 
 bool PlayedProcess::update() {
@@ -128,7 +136,6 @@ bool PlayedProcess::update() {
   // What it wrote before it ended. Others may hold the pipe open.
   readReports();
   kill(-mProcess, SIGKILL);
-  mJanitor.forgetGroup(mProcess);
   mProcess = -1;
   addRestOfOutput();
   endRunning();
@@ -147,12 +154,7 @@ void PlayedProcess::readReports() {
 }
 
 void PlayedProcess::takeReport(const Report& report) {
-  const auto found = [&] {
-    const size_t end = report.text.find('\n');
-    return FoundInSession{
-        FindingNamed(std::string_view(report.text).substr(0, end)).value_or(Finding::processEnded),
-        report.text.substr(end + 1)};
-  };
+  const auto found = [&] { return ParseFinding(report.text); };
   switch (report.kind) {
     case ReportKind::event:
       takeEvent(EventFrom(Json::parse(report.text)));
@@ -165,6 +167,12 @@ void PlayedProcess::takeReport(const Report& report) {
       break;
     case ReportKind::expected:
       mMisuses.clear();
+      break;
+    case ReportKind::call:
+      mCalls.push_back(ParseCall(report.text));
+      break;
+    case ReportKind::trial:
+      mTrials.push_back(ParseTrial(report.text));
       break;
     case ReportKind::unloadable:
       throw std::runtime_error(report.text);
@@ -199,10 +207,10 @@ void PlayedProcess::endIfHanging() {
 }
 
 void PlayedProcess::addRestOfOutput() {
-  for (const auto& line : ReadLinesFrom(mFolder.path() / kStdoutFile, mFlight->stdoutTaken)) {
+  for (const auto& line : ReadLinesFrom(mFolder / kStdoutFile, mFlight->stdoutTaken)) {
     addOutput(StdoutText(line));
   }
-  for (const auto& line : ReadLinesFrom(mFolder.path() / kStderrFile, mFlight->stderrTaken)) {
+  for (const auto& line : ReadLinesFrom(mFolder / kStderrFile, mFlight->stderrTaken)) {
     addOutput(StderrText(line));
   }
 }
@@ -290,7 +298,9 @@ Played PlayedProcess::result() {
       std::any_of(played.findings.begin(), played.findings.end(), [&](const FoundInSession& found) {
         return mOptions.strict || KindOf(found.finding).level == Level::error;
       });
-  if (mOptions.keep) played.folder = mFolder.path();
+  if (mOptions.keep) played.folder = mFolder;
+  played.calls = mCalls;
+  played.trials = mTrials;
   return played;
 }
 

@@ -6,23 +6,30 @@
 #include <vector>
 
 #include "FlightRecord.h"
-#include "Janitor.h"
+#include "Player.h"
 #include "Reporter.h"
 #include "Runner.h"
-#include "SessionFolder.h"
 
 namespace host {
 
 /// A session that is being played in a process of its own, seen from the process that waits.
 class PlayedProcess {
  public:
-  /// Sets the session up and begins to play it. All arguments outlive this object. Throws
-  /// `std::runtime_error` if that can't be done.
-  PlayedProcess(const Session& session, const RunOptions& options, const Janitor& janitor);
+  /// `folder` is the session folder. The other arguments outlive this object. Throws
+  /// `std::runtime_error` if there is no memory.
+  PlayedProcess(const Session& session, const RunOptions& options, std::filesystem::path folder);
   /// Ends the process, and those that the plug-in left behind in its group.
   ~PlayedProcess();
   PlayedProcess(const PlayedProcess&) = delete;
   PlayedProcess& operator=(const PlayedProcess&) = delete;
+
+  /// Forks. Returns true in the new process, which plays the session with `setup` and `flight` and
+  /// never destroys its copy of this object. Throws `std::runtime_error` if it can't.
+  bool fork();
+  PlayerSetup setup() const { return {mOptions, mFolder, mPipe, mCrashReport}; }
+  FlightRecord& flight() const { return *mFlight; }
+  /// The id of the process, which is that of its group too.
+  pid_t process() const { return mProcess; }
 
   const Session& session() const { return mSession; }
   /// The descriptor that becomes readable when there is something to take in.
@@ -39,7 +46,6 @@ class PlayedProcess {
   Played result();
 
  private:
-  void start();
   void readReports();
   void takeReport(const Report& report);
   void endIfHanging();
@@ -53,15 +59,16 @@ class PlayedProcess {
 
   const Session& mSession;
   const RunOptions& mOptions;
-  const Janitor& mJanitor;
-  SessionFolder mFolder;
+  const std::filesystem::path mFolder;
   SharedFlightRecord mFlight;
   pid_t mProcess = -1;
-  int mPipe = -1;
+  int mPipe = -1;  ///< the end for reading; in the new process, the end for writing
   int mCrashReport = -1;
   std::string mUnread;  ///< bytes of the pipe that aren't a whole report
   std::vector<Event> mEvents;
   std::vector<Event> mRunning;  ///< begins of hooks and dialogs that still run
+  std::vector<CountedCall> mCalls;
+  std::vector<FoundInTrial> mTrials;
   std::vector<FoundInSession> mFindings;
   std::vector<FoundInSession> mMisuses;  ///< that the session may still expect
   bool mPlayed = false;

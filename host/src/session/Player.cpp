@@ -10,6 +10,8 @@
 #include <cstdlib>
 
 #include "CrashReport.h"
+#include "Runner.h"
+#include "TrialRunner.h"
 
 namespace host {
 namespace {
@@ -27,6 +29,12 @@ bool playsASession = false;
     if (NoteThread()) TheHost().finish();
   };
   on_exit(finish, nullptr);
+}
+
+void CountCalls(Host& host) {
+  host.census.listen([&host](const CountedCall& call) {
+    host.send(ReportKind::call, fmt::format("{}\n{}\n{}", call.entry, call.number, call.function));
+  });
 }
 
 // The session must have used all that it set up.
@@ -65,8 +73,10 @@ void PlaySession(const Session& session, Host& host) {
 }
 
 void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {
+  const TrialRunner trials(session, setup.options, setup.folder, host);
   try {
-    host.prepare(session.host, setup.module, setup.reportPipe, flight);
+    host.prepare(session.host, setup.options.module, setup.reportPipe, flight);
+    if (session.countsCalls) CountCalls(host);
     PlaySession(session, host);
   } catch (const SessionEnded&) {
     // The finding was reported before it was thrown.

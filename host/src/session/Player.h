@@ -7,8 +7,10 @@
 
 namespace host {
 
+struct RunOptions;
+
 struct PlayerSetup {
-  PluginModule module;
+  const RunOptions& options;
   std::filesystem::path folder;  ///< the session folder
   int reportPipe = -1;
   int crashReport = -1;  ///< takes the backtrace of a crash

@@ -11,6 +11,7 @@
 
 #include "Janitor.h"
 #include "PlayedProcess.h"
+#include "SessionFolder.h"
 
 namespace host {
 namespace {
@@ -29,10 +30,25 @@ void CatchSignals() {
 }
 
 struct Job {
-  Job(const Session& session, const RunOptions& options, const Janitor& janitor)
-      : process(session, options, janitor) {}
+  Job(const Session& session, const RunOptions& options, const Janitor& watcher)
+      : janitor(watcher),
+        folder(session.setUp, janitor, options.keep),
+        process(session, options, folder.path()) {
+    if (process.fork()) {
+      janitor.leave();
+      PlayAndExit(session, process.setup(), process.flight());
+    }
+    group = process.process();
+    janitor.watchGroup(group);
+  }
+  ~Job() { janitor.forgetGroup(group); }
+  Job(const Job&) = delete;
+  Job& operator=(const Job&) = delete;
 
+  const Janitor& janitor;
+  SessionFolder folder;
   PlayedProcess process;
+  pid_t group = -1;
   std::optional<Played> result;  ///< once the session is over
   std::vector<Event> events;     ///< that the listeners haven't heard of
   bool announced = false;

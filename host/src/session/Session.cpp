@@ -5,12 +5,13 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
-#include <optional>
 #include <set>
 #include <sstream>
 
 #include "Dialogs.h"
+#include "Limits.h"
 #include "SessionPart.h"
+#include "SessionText.h"
 #include "Steps.h"
 #include "YamlValue.h"
 
@@ -71,19 +72,6 @@ HostSettings ReadHost(const YamlValue& value) {
   return host;
 }
 
-Acceptance ReadAcceptance(const YamlValue& value) {
-  const Fields fields = value.fields({"finding", "text", "after", "reason"});
-  const YamlValue* name = Find(fields, "finding");
-  const YamlValue* reason = Find(fields, "reason");
-  if (!name || !reason) value.fail("needs the keys 'finding' and 'reason'");
-  const std::optional<Finding> finding = FindingNamed(name->text());
-  if (!finding) name->fail(fmt::format("there is no finding '{}'", name->text()));
-  Acceptance acceptance{*finding, "", {}, reason->text()};
-  if (const YamlValue* text = Find(fields, "text")) acceptance.text = text->text();
-  if (const YamlValue* after = Find(fields, "after")) acceptance.after = after->texts();
-  return acceptance;
-}
-
 FolderSetup ReadFolder(const Fields& fields) {
   FolderSetup setup;
   if (const YamlValue* projects = Find(fields, "projects")) {
@@ -113,9 +101,7 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   if (const YamlValue* about = Find(fields, "about")) session.about = about->text();
   if (const YamlValue* host = Find(fields, "host")) session.host = ReadHost(*host);
   if (const YamlValue* accepted = Find(fields, "accepted")) {
-    for (const YamlValue& each : accepted->list()) {
-      session.host.accepted.push_back(ReadAcceptance(each));
-    }
+    session.host.accepted = ReadAcceptances(*accepted);
   }
   if (const YamlValue* tolerant = Find(fields, "tolerant")) {
     session.host.tolerant = tolerant->boolean();
@@ -145,7 +131,11 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
   }
   const YamlValue root(node, "session", &file, &kNoVariables);
   if (!root.isMap()) root.fail("has to be a map");
-  if (!node["variants"]) return {ReadSession(root, name, file, part)};
+  if (!node["variants"]) {
+    std::vector<Session> sessions{ReadSession(root, name, file, part)};
+    sessions.back().text = node;
+    return sessions;
+  }
 
   std::vector<Session> sessions;
   const YamlValue variants(node["variants"], "variants", &file, &kNoVariables);
@@ -162,6 +152,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
     if (!names.insert(variantName).second) variant.fail("two variants have one name");
     sessions.push_back(ReadSession(YamlValue(node, "session", &file, &variables),
                                    fmt::format("{} ({})", name, variantName), file, part));
+    sessions.back().text = ResolveVariables(node, variables);
   }
   return sessions;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <yaml-cpp/yaml.h>
+
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -29,6 +32,14 @@ struct Step {
   bool quits = false;  ///< ends the host
 };
 
+/// A session from one point on, with one thing going wrong.
+struct Trial {
+  int64_t entry = 0;  ///< the call of the plug-in, as the census counts, before which it begins
+  std::string what;   ///< as "call 3 of AEGP_GetProjectPath fails with 24301"
+  std::string step;   ///< YAML of the step that makes it go wrong in a session from its beginning
+  Action plant;       ///< makes it go wrong from that point
+};
+
 struct Session : SessionInfo {
   HostSettings host;
   FolderSetup setUp;
@@ -36,6 +47,9 @@ struct Session : SessionInfo {
   std::vector<Step> steps;           ///< with the first start and the last quit
   std::vector<Action> settling;      ///< of a tolerant session, before the host quits
   std::vector<Action> finalChecks;   ///< after the last step
+  YAML::Node text;                   ///< without variants and their variables
+  bool countsCalls = false;          ///< reports each call that could have failed
+  std::vector<Trial> trials;         ///< in the order of their beginnings
 };
 
 class SessionPart;

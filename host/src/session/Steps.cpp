@@ -300,6 +300,13 @@ Action ReadRepeat(const YamlValue& value, Draft& draft) {
 
 }  // namespace
 
+Action ReadPartStep(const std::string& yaml, const SessionPart& part) {
+  static const Variables kNoVariables;
+  const YamlValue step(YAML::Load(yaml), "step", &yaml, &kNoVariables);
+  const auto [name, value] = NameAndValue(step);
+  return part.readStep(name, value);
+}
+
 std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {
   const std::vector<YamlValue> list = value.list();
   std::vector<Step> steps;

@@ -23,4 +23,7 @@ struct SessionDraft {
 /// lacks them.
 std::vector<Step> ReadSteps(const YamlValue& steps, SessionDraft draft);
 
+/// Reads a step of `part` from YAML of our own making.
+Action ReadPartStep(const std::string& yaml, const SessionPart& part);
+
 }  // namespace host

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <yaml-cpp/yaml.h>
+
+#include <filesystem>
+#include <vector>
+
+#include "Session.h"
+#include "YamlValue.h"
+
+namespace host {
+
+/// Reads the value of a session's key `accepted`. Throws `SessionFileError`.
+std::vector<Acceptance> ReadAcceptances(const YamlValue& list);
+
+/// What a plug-in is meant to get wrong in any session.
+struct Limits {
+  YAML::Node list;
+  std::vector<Acceptance> accepted;
+};
+
+/// Reads a file with the key `accepted`, as a session has it. Throws `SessionFileError`.
+Limits LoadLimits(const std::filesystem::path& file);
+
+/// Has the session accept these as well, and its text say so.
+void Accept(const Limits& limits, Session& session);
+
+}  // namespace host

@@ -1,0 +1,101 @@
+#include "RandomRun.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string>
+
+#include "RandomSession.h"
+#include "Reduction.h"
+#include "SessionText.h"
+
+namespace host {
+namespace {
+
+// How many sessions are made at a time.
+constexpr uint64_t kBatch = 500;
+constexpr size_t kMostFailures = 5;
+
+// Keeps what was found in the sessions that failed, by their place.
+class Failures final : public RunListener {
+ public:
+  void begin(const SessionInfo& /*session*/) override {}
+  void take(const Event& /*event*/) override {}
+  void end(const SessionInfo& /*session*/, const Played& played) override {
+    if (played.failed) all.emplace_back(mPlayed, played.findings);
+    ++mPlayed;
+  }
+
+  std::vector<std::pair<size_t, std::vector<FoundInSession>>> all;
+
+ private:
+  size_t mPlayed = 0;
+};
+
+Session ReadRandomSession(const YAML::Node& text, const std::string& name,
+                          const SessionPart& part) {
+  Session session = ReadSessions(name, WriteSession(text, ""), part).front();
+  session.text.reset(text);
+  return session;
+}
+
+class Maker {
+ public:
+  Maker(const RandomOptions& random, const SessionPart& part) : mRandom(random), mPart(part) {}
+
+  Session make(uint64_t number) const {
+    Random random(mRandom.seed, number);
+    const YAML::Node text = mRandom.from ? MakeRandomSessionFrom(mRandom.from->text, random, mPart)
+                                         : MakeRandomSession(random, mPart);
+    Session session =
+        ReadRandomSession(text, fmt::format("random-{}-{}", mRandom.seed, number), mPart);
+    Accept(mRandom.limits, session);
+    return session;
+  }
+
+ private:
+  const RandomOptions& mRandom;
+  const SessionPart& mPart;
+};
+
+YAML::Node Shorten(const Session& session, Finding finding, const RunOptions& options,
+                   const SessionPart& part) {
+  const auto stillFails = [&](const YAML::Node& text) {
+    try {
+      Failures failures;
+      PlaySessions({ReadRandomSession(text, session.name, part)}, options, {&failures});
+      return !failures.all.empty() &&
+             std::any_of(failures.all.front().second.begin(), failures.all.front().second.end(),
+                         [&](const FoundInSession& found) { return found.finding == finding; });
+    } catch (const SessionFileError&) {
+      return false;
+    }
+  };
+  return Reduce(session.text, stillFails);
+}
+
+}  // namespace
+
+RandomResult PlayRandomSessions(const RandomOptions& random, const RunOptions& options,
+                                const SessionPart& part) {
+  RandomResult result;
+  const Maker maker(random, part);
+  while (result.played < random.count && result.failures.size() < kMostFailures) {
+    std::vector<Session> sessions;
+    const uint64_t end = std::min(result.played + kBatch, random.count);
+    for (uint64_t i = result.played; i < end; ++i) sessions.push_back(maker.make(i + 1));
+    Failures failures;
+    result.signal = PlaySessions(sessions, options, {&failures});
+    if (result.signal != 0) return result;
+    for (const auto& [place, findings] : failures.all) {
+      if (findings.empty() || result.failures.size() == kMostFailures) continue;
+      result.failures.push_back(
+          {result.played + place + 1, findings,
+           Shorten(sessions[place], findings.front().finding, options, part)});
+    }
+    result.played = end;
+  }
+  return result;
+}
+
+}  // namespace host

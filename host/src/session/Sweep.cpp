@@ -1,0 +1,112 @@
+#include "Sweep.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "SessionText.h"
+#include "Steps.h"
+
+namespace host {
+namespace {
+
+// An error of no function of the host's own, so that it is known again where a hook returns it.
+constexpr A_Err kSweepError = 24301;
+
+// Keeps what came of the sessions.
+class Results final : public RunListener {
+ public:
+  void begin(const SessionInfo& /*session*/) override {}
+  void take(const Event& /*event*/) override {}
+  void end(const SessionInfo& /*session*/, const Played& played) override { all.push_back(played); }
+
+  std::vector<Played> all;
+};
+
+// How often each function had been called before a call of the plug-in by the host.
+class CallsBefore {
+ public:
+  void add(const CountedCall& call) {
+    if (call.entry != mEntry) mBefore = mSoFar;
+    mEntry = call.entry;
+    mSoFar[call.function] = call.number;
+  }
+  int64_t of(const std::string& function) const {
+    const auto found = mBefore.find(function);
+    return found == mBefore.end() ? 0 : found->second;
+  }
+
+ private:
+  int64_t mEntry = 0;
+  std::map<std::string, int64_t> mBefore;
+  std::map<std::string, int64_t> mSoFar;
+};
+
+// A function of the host answers an error.
+Trial MakeHostTrial(const CountedCall& call, int64_t callsBefore) {
+  const A_Err error =
+      call.function == "AcquireSuite" ? A_Err{PF_Err_BAD_CALLBACK_PARAM} : kSweepError;
+  return {
+      call.entry, fmt::format("call {} of {} fails with {}", call.number, call.function, error),
+      fmt::format("fail: {{function: {}, result: {}, call: {}}}", call.function, error,
+                  call.number),
+      [=](Host& host) { host.faults.failCall(call.function, error, call.number - callsBefore); }};
+}
+
+// The calls come in their order, so that the trials do.
+std::vector<Trial> MakeTrials(const std::vector<CountedCall>& calls, const SessionPart& part) {
+  std::vector<Trial> trials;
+  CallsBefore before;
+  for (const CountedCall& call : calls) {
+    before.add(call);
+    if (CanFail(call.function)) trials.push_back(MakeHostTrial(call, before.of(call.function)));
+    for (const std::string& step : part.faultsOf(call)) {
+      trials.push_back({call.entry, step, step, ReadPartStep(step, part)});
+    }
+  }
+  return trials;
+}
+
+void AddFailures(const Session& session, const Played& played, SweepResult& result) {
+  YAML::Node text = YAML::Clone(session.text);
+  text["tolerant"] = true;
+  if (!played.findings.empty() || !played.complete) {
+    result.failures.push_back({session.name, "nothing goes wrong", played.findings, text});
+  }
+  for (const FoundInTrial& each : played.trials) {
+    const Trial& trial = session.trials[each.trial];
+    if (result.failures.empty() || result.failures.back().session != session.name ||
+        result.failures.back().what != trial.what) {
+      result.failures.push_back({session.name, trial.what, {}, WithFirstStep(text, trial.step)});
+    }
+    result.failures.back().findings.push_back(each.found);
+  }
+}
+
+}  // namespace
+
+SweepResult Sweep(std::vector<Session> sessions, const RunOptions& options,
+                  const SessionPart& part) {
+  SweepResult result;
+  for (Session& session : sessions) {
+    session.host.tolerant = true;
+    session.countsCalls = true;
+  }
+  Results counted;
+  result.signal = PlaySessions(sessions, options, {&counted});
+  if (result.signal != 0) return result;
+  for (size_t i = 0; i < sessions.size(); ++i) {
+    sessions[i].countsCalls = false;
+    sessions[i].trials = MakeTrials(counted.all[i].calls, part);
+    result.calls += counted.all[i].calls.size();
+    result.trials += sessions[i].trials.size();
+  }
+  Results tried;
+  result.signal = PlaySessions(sessions, options, {&tried});
+  for (size_t i = 0; i < tried.all.size(); ++i) AddFailures(sessions[i], tried.all[i], result);
+  return result;
+}
+
+}  // namespace host
