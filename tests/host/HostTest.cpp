@@ -115,6 +115,8 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"hang with a child", "timeout: the plug-in doesn't return within 1 s in the idle hook"},
       {"exit", "process-ended: the process ended in the idle hook with code 0\n    tick 1, "},
       {"exit", ", 2 of 3 steps left"},
+      {"close all descriptors",
+       "process-ended: the process can't tell what came of the session: the plug-in has closed "},
       {"exit in a thread",
        "process-ended: the process ended in another thread with code 0\n"
        "    the main thread was in the idle hook, tick 1, host call "},

@@ -242,6 +242,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        LeaveChildBehind();
        _exit(0);
      }},
+    {"close all descriptors", [] { closefrom(STDERR_FILENO + 1); }},
     {"exit", [] { std::exit(0); }},
     {"exit in a thread", [] { std::thread([] { std::exit(0); }).join(); }},
     {"call a released suite",

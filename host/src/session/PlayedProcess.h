@@ -25,8 +25,9 @@ class PlayedProcess {
   PlayedProcess& operator=(const PlayedProcess&) = delete;
 
   const Session& session() const { return mSession; }
-  /// The descriptor that becomes readable when there is something to take in.
-  int pipe() const { return mPipe; }
+  /// The descriptor that becomes readable when there is something to take in. Negative if there is
+  /// none.
+  int awaited() const { return mPipeIsClosed ? mEnd : mPipe; }
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Returns false when
   /// the process has ended. Throws `std::runtime_error` if the plug-in's module can't be loaded.
   bool update();
@@ -40,7 +41,8 @@ class PlayedProcess {
 
  private:
   void start();
-  void readReports();
+  /// Returns false if the process can't report any more.
+  bool readReports();
   void takeReport(const Report& report);
   void endIfHanging();
   void addRestOfOutput();
@@ -54,6 +56,8 @@ class PlayedProcess {
   SharedFlightRecord mFlight;
   pid_t mProcess = -1;
   int mPipe = -1;
+  bool mPipeIsClosed = false;  ///< at the other end
+  int mEnd = -1;               ///< becomes readable when the process ends
   int mCrashReport = -1;
   std::string mUnread;  ///< bytes of the pipe that aren't a whole report
   std::vector<std::string> mLines;

@@ -56,11 +56,11 @@ bool HasRoomFor(const Session& session, const Jobs& jobs, size_t most) {
 // Waits until a process has something to report, but not long: one may hang, or end without a word.
 void WaitForReports(const Jobs& jobs) {
   constexpr int kMilliseconds = 20;
-  std::vector<pollfd> pipes;
+  std::vector<pollfd> awaited;
   for (const auto& job : jobs) {
-    if (!job->result) pipes.push_back({job->process.pipe(), POLLIN, 0});
+    if (!job->result) awaited.push_back({job->process.awaited(), POLLIN, 0});
   }
-  if (!pipes.empty()) poll(pipes.data(), pipes.size(), kMilliseconds);
+  if (!awaited.empty()) poll(awaited.data(), awaited.size(), kMilliseconds);
 }
 
 void Update(Job& job) {
