@@ -420,7 +420,8 @@ TEST(Host, ComparesWhatAPluginWrote) {
   - tick: 2
   - expect:
       files: {written: "in ${session}", missing: none}
-      stdout: ["${session}/written, 1700000005", "${session}/new/folder/written, 1700000005"]
+      stdout: ["${session}/written, 1700000005", "${session}/new/folder/written, 1700000005",
+        "${session}/dated, 1234567890"]
       stderr: [to the error stream]
 )"));
   EXPECT_EQ(played.code, 0) << played.output;

@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utime.h>
 
 #include <csignal>
 #include <cstdio>
@@ -308,7 +309,10 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        std::fputs("to the error stream\n", stderr);
        std::filesystem::create_directories("new/folder");
        std::ofstream("new/folder/written") << "deep";
-       writtenFiles = {folder + "/written", folder + "/new/folder/written"};
+       std::ofstream("dated") << "by the plug-in";
+       const utimbuf dates{1'234'567'890, 1'234'567'890};
+       utime("dated", &dates);
+       writtenFiles = {folder + "/written", folder + "/new/folder/written", folder + "/dated"};
      }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
