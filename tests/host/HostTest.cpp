@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/wait.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <string>
 #include <tuple>
@@ -178,6 +180,16 @@ TEST(Host, LeavesNothingBehindWhenInterrupted) {
   EXPECT_EQ(played.code, 130);
   EXPECT_THAT(played.output, Not(AnyOf(HasSubstr("goodbye"), HasSubstr("result:"))));
   EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "tmp"));
+}
+
+TEST(Host, EndsTheProcessesThatAPluginLeavesBehind) {
+  const Played played = Play(Behaviour("leave a daemon behind"));
+  EXPECT_EQ(played.code, 0) << played.output;
+  const std::string before = "leaves process ";
+  const size_t place = played.output.find(before);
+  ASSERT_NE(place, std::string::npos) << played.output;
+  EXPECT_EQ(kill(std::stoi(played.output.substr(place + before.size())), 0), -1);
+  EXPECT_EQ(errno, ESRCH);
 }
 
 TEST(Host, BlamesNoPluginForItsOwnFaults) {

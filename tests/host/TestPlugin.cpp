@@ -2,6 +2,7 @@
 // BEHAVIOUR names.
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <utime.h>
 
@@ -143,6 +144,19 @@ void LeaveChildBehind() {
   if (fork() == 0) Hang();
 }
 
+// In no group of the process, and without a parent.
+void LeaveDaemonBehind() {
+  if (const pid_t parent = fork(); parent > 0) {
+    waitpid(parent, nullptr, 0);
+    return;
+  }
+  setsid();
+  const pid_t daemon = fork();
+  if (daemon == 0) Hang();
+  std::printf("leaves process %d\n", daemon);
+  _exit(0);
+}
+
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
 bool throwsInCommand = false;
@@ -244,6 +258,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        _exit(0);
      }},
     {"close all descriptors", [] { closefrom(STDERR_FILENO + 1); }},
+    {"leave a daemon behind", LeaveDaemonBehind},
     {"exit", [] { std::exit(0); }},
     {"exit in a thread", [] { std::thread([] { std::exit(0); }).join(); }},
     {"call a released suite",

@@ -80,8 +80,7 @@ bool Played::failed(bool strict) const {
          });
 }
 
-PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
-                             const Janitor& janitor)
+PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options, Janitor& janitor)
     : mSession(session),
       mOptions(options),
       mJanitor(janitor),
@@ -91,10 +90,9 @@ PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
 
 PlayedProcess::~PlayedProcess() {
   if (mProcess > 0) {
-    kill(-mProcess, SIGKILL);
     kill(mProcess, SIGKILL);
-    mJanitor.forgetGroup(mProcess);
     waitpid(mProcess, nullptr, 0);
+    mJanitor.endGroup(mProcess);
   }
   close(mPipe);
   close(mEnd);
@@ -138,8 +136,7 @@ bool PlayedProcess::update() {
   }
   // What it wrote before it ended. Others may hold the pipe open.
   readReports();
-  kill(-mProcess, SIGKILL);
-  mJanitor.forgetGroup(mProcess);
+  mJanitor.endGroup(mProcess);
   mProcess = -1;
   addRestOfOutput();
   addHowItEnded(status);

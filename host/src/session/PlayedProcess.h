@@ -18,8 +18,8 @@ class PlayedProcess {
  public:
   /// Sets the session up and begins to play it. All arguments outlive this object. Throws
   /// `std::runtime_error` if that can't be done.
-  PlayedProcess(const Session& session, const RunOptions& options, const Janitor& janitor);
-  /// Ends the process, and those that the plug-in left behind in its group.
+  PlayedProcess(const Session& session, const RunOptions& options, Janitor& janitor);
+  /// Ends the process, and those that the plug-in left behind.
   ~PlayedProcess();
   PlayedProcess(const PlayedProcess&) = delete;
   PlayedProcess& operator=(const PlayedProcess&) = delete;
@@ -51,7 +51,7 @@ class PlayedProcess {
 
   const Session& mSession;
   const RunOptions& mOptions;
-  const Janitor& mJanitor;
+  Janitor& mJanitor;
   SessionFolder mFolder;
   SharedFlightRecord mFlight;
   pid_t mProcess = -1;

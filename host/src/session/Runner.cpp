@@ -29,7 +29,7 @@ void CatchSignals() {
 }
 
 struct Job {
-  Job(const Session& session, const RunOptions& options, const Janitor& janitor)
+  Job(const Session& session, const RunOptions& options, Janitor& janitor)
       : process(session, options, janitor) {}
 
   PlayedProcess process;
@@ -86,7 +86,7 @@ bool Tell(Job& job, const RunListener& listener) {
 
 int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
                  const RunListener& listener) {
-  const Janitor janitor;
+  Janitor janitor;
   CatchSignals();
   Jobs jobs;
   auto next = sessions.begin();
