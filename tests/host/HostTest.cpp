@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/wait.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <string>
 #include <tuple>
@@ -115,6 +117,8 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"hang with a child", "timeout: the plug-in doesn't return within 1 s in the idle hook"},
       {"exit", "process-ended: the process ended in the idle hook with code 0\n    tick 1, "},
       {"exit", ", 2 of 3 steps left"},
+      {"close all descriptors",
+       "process-ended: the process can't tell what came of the session: the plug-in has closed "},
       {"exit in a thread",
        "process-ended: the process ended in another thread with code 0\n"
        "    the main thread was in the idle hook, tick 1, host call "},
@@ -176,6 +180,16 @@ TEST(Host, LeavesNothingBehindWhenInterrupted) {
   EXPECT_EQ(played.code, 130);
   EXPECT_THAT(played.output, Not(AnyOf(HasSubstr("goodbye"), HasSubstr("result:"))));
   EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "tmp"));
+}
+
+TEST(Host, EndsTheProcessesThatAPluginLeavesBehind) {
+  const Played played = Play(Behaviour("leave a daemon behind"));
+  EXPECT_EQ(played.code, 0) << played.output;
+  const std::string before = "leaves process ";
+  const size_t place = played.output.find(before);
+  ASSERT_NE(place, std::string::npos) << played.output;
+  EXPECT_EQ(kill(std::stoi(played.output.substr(place + before.size())), 0), -1);
+  EXPECT_EQ(errno, ESRCH);
 }
 
 TEST(Host, BlamesNoPluginForItsOwnFaults) {
@@ -418,7 +432,8 @@ TEST(Host, ComparesWhatAPluginWrote) {
   - tick: 2
   - expect:
       files: {written: "in ${session}", missing: none}
-      stdout: ["${session}/written, 1700000005", "${session}/new/folder/written, 1700000005"]
+      stdout: ["${session}/written, 1700000005", "${session}/new/folder/written, 1700000005",
+        "${session}/dated, 1234567890"]
       stderr: [to the error stream]
 )"));
   EXPECT_EQ(played.code, 0) << played.output;

@@ -2,7 +2,9 @@
 // BEHAVIOUR names.
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <utime.h>
 
 #include <csignal>
 #include <cstdio>
@@ -142,6 +144,19 @@ void LeaveChildBehind() {
   if (fork() == 0) Hang();
 }
 
+// In no group of the process, and without a parent.
+void LeaveDaemonBehind() {
+  if (const pid_t parent = fork(); parent > 0) {
+    waitpid(parent, nullptr, 0);
+    return;
+  }
+  setsid();
+  const pid_t daemon = fork();
+  if (daemon == 0) Hang();
+  std::printf("leaves process %d\n", daemon);
+  _exit(0);
+}
+
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
 bool throwsInCommand = false;
@@ -242,6 +257,8 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        LeaveChildBehind();
        _exit(0);
      }},
+    {"close all descriptors", [] { closefrom(STDERR_FILENO + 1); }},
+    {"leave a daemon behind", LeaveDaemonBehind},
     {"exit", [] { std::exit(0); }},
     {"exit in a thread", [] { std::thread([] { std::exit(0); }).join(); }},
     {"call a released suite",
@@ -307,7 +324,10 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        std::fputs("to the error stream\n", stderr);
        std::filesystem::create_directories("new/folder");
        std::ofstream("new/folder/written") << "deep";
-       writtenFiles = {folder + "/written", folder + "/new/folder/written"};
+       std::ofstream("dated") << "by the plug-in";
+       const utimbuf dates{1'234'567'890, 1'234'567'890};
+       utime("dated", &dates);
+       writtenFiles = {folder + "/written", folder + "/new/folder/written", folder + "/dated"};
      }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ctime>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -7,10 +8,11 @@
 namespace host {
 
 /// Gives each file that is written in a folder the virtual time as its date, because the kernel
-/// gives it the real one. Does nothing where the kernel can't watch folders.
+/// gives it the real one. A date that the plug-in sets stays. Does nothing where the kernel can't
+/// watch folders.
 class FileDates {
  public:
-  FileDates() = default;
+  FileDates();
   ~FileDates();
   FileDates(const FileDates&) = delete;
   FileDates& operator=(const FileDates&) = delete;
@@ -22,6 +24,10 @@ class FileDates {
   void update();
 
  private:
+  void setDate(const std::filesystem::path& file) const;
+  void setDatesBelow(const std::filesystem::path& folder) const;
+
+  timespec mStart;  ///< no date that the kernel has given since is earlier
   int mEvents = -1;
   std::map<int, std::filesystem::path> mFolders;
 };

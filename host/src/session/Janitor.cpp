@@ -2,14 +2,18 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdio>
-#include <set>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace host {
 namespace {
@@ -40,9 +44,19 @@ namespace {
   _exit(0);
 }
 
+// Lists the child processes of this one, also those that have ended. None where the kernel doesn't
+// tell.
+std::vector<pid_t> Children() {
+  std::ifstream list("/proc/thread-self/children");
+  return {std::istream_iterator<pid_t>(list), {}};
+}
+
 }  // namespace
 
 Janitor::Janitor() {
+  // This program may have taken the place of a shell that had some.
+  for (const pid_t child : Children()) mChildren.insert(child);
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("can't make a pipe");
   std::fflush(nullptr);
@@ -52,6 +66,7 @@ Janitor::Janitor() {
     close(ends[1]);
     CleanUpAfter(ends[0]);
   }
+  mChildren.insert(mProcess);
   close(ends[0]);
   mPipe = ends[1];
 }
@@ -59,6 +74,30 @@ Janitor::Janitor() {
 Janitor::~Janitor() {
   close(mPipe);
   waitpid(mProcess, nullptr, 0);
+}
+
+void Janitor::watchGroup(pid_t group) {
+  mChildren.insert(group);
+  tell('g', std::to_string(group));
+}
+
+void Janitor::endGroup(pid_t group) {
+  kill(-group, SIGKILL);
+  mChildren.erase(group);
+  tell('e', std::to_string(group));
+  const auto wasLeftBehind = [&](pid_t child) {
+    // The processes that run beside a session are in this one's group.
+    return !mChildren.contains(child) && getpgid(child) != getpgrp();
+  };
+  // Each that ends leaves its own children to this process.
+  for (bool goesOn = true; std::exchange(goesOn, false);) {
+    for (const pid_t child : Children()) {
+      if (!wasLeftBehind(child)) continue;
+      kill(child, SIGKILL);
+      waitpid(child, nullptr, 0);
+      goesOn = true;
+    }
+  }
 }
 
 void Janitor::leave() const {

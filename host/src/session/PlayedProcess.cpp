@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <signal.h>
 #include <sys/mman.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -93,16 +94,17 @@ FoundInTrial ParseTrial(const std::string& text) {
 }  // namespace
 
 PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
-                             std::filesystem::path folder)
-    : mSession(session), mOptions(options), mFolder(std::move(folder)) {}
+                             std::filesystem::path folder, Janitor* janitor)
+    : mSession(session), mOptions(options), mFolder(std::move(folder)), mJanitor(janitor) {}
 
 PlayedProcess::~PlayedProcess() {
   if (mProcess > 0) {
-    kill(-mProcess, SIGKILL);
     kill(mProcess, SIGKILL);
     waitpid(mProcess, nullptr, 0);
+    endGroup();
   }
   close(mPipe);
+  close(mEnd);
   close(mCrashReport);
 }
 
@@ -121,21 +123,35 @@ bool PlayedProcess::fork() {
   close(ends[isNew ? 0 : 1]);
   mPipe = ends[isNew ? 1 : 0];
   if (!isNew) fcntl(mPipe, F_SETFL, O_NONBLOCK);
+  if (mJanitor && isNew) mJanitor->leave();
+  if (mJanitor && !isNew) mJanitor->watchGroup(mProcess);
   return isNew;
 }
 
+void PlayedProcess::endGroup() {
+  if (mJanitor) {
+    mJanitor->endGroup(mProcess);
+  } else {
+    kill(-mProcess, SIGKILL);
+  }
+}
+
 bool PlayedProcess::update() {
-  readReports();
+  const bool mayReport = readReports();
   int status = 0;
   const pid_t ended = waitpid(mProcess, &status, WNOHANG);
   if (ended < 0) throw std::runtime_error("can't wait for a process");
   if (ended == 0) {
+    // Its end is near, unless the plug-in has closed the pipe. A closed pipe is always readable.
+    if (!mayReport && !std::exchange(mPipeIsClosed, true)) {
+      mEnd = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));
+    }
     endIfHanging();
     return true;
   }
   // What it wrote before it ended. Others may hold the pipe open.
   readReports();
-  kill(-mProcess, SIGKILL);
+  endGroup();
   mProcess = -1;
   addRestOfOutput();
   endRunning();
@@ -143,14 +159,16 @@ bool PlayedProcess::update() {
   return false;
 }
 
-void PlayedProcess::readReports() {
+bool PlayedProcess::readReports() {
   std::array<char, 65536> buffer;
-  for (ssize_t size = 0; (size = read(mPipe, buffer.data(), buffer.size())) > 0;) {
+  ssize_t size = 0;
+  while ((size = read(mPipe, buffer.data(), buffer.size())) > 0) {
     mUnread.append(buffer.data(), static_cast<size_t>(size));
   }
   size_t place = 0;
   for (Report report; ParseReport(mUnread, place, report);) takeReport(report);
   mUnread.erase(0, place);
+  return size != 0;
 }
 
 void PlayedProcess::takeReport(const Report& report) {
@@ -263,6 +281,10 @@ void PlayedProcess::addHowItEnded(int status) {
   } else if (WIFSIGNALED(status)) {
     add(Finding::crash,
         fmt::format("the process crashed {}: {}", place, strsignal(WTERMSIG(status))));
+  } else if (WEXITSTATUS(status) == kPlayedExitCode && !mEnded) {
+    add(Finding::processEnded,
+        "the process can't tell what came of the session: the plug-in has closed the host's "
+        "descriptors");
   } else if (!mOver || !mEnded || WEXITSTATUS(status) != kPlayedExitCode) {
     add(Finding::processEnded,
         fmt::format("the process ended {} with code {}", place, WEXITSTATUS(status)));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "FlightRecord.h"
+#include "Janitor.h"
 #include "Player.h"
 #include "Reporter.h"
 #include "Runner.h"
@@ -15,10 +16,11 @@ namespace host {
 /// A session that is being played in a process of its own, seen from the process that waits.
 class PlayedProcess {
  public:
-  /// `folder` is the session folder. The other arguments outlive this object. Throws
-  /// `std::runtime_error` if there is no memory.
-  PlayedProcess(const Session& session, const RunOptions& options, std::filesystem::path folder);
-  /// Ends the process, and those that the plug-in left behind in its group.
+  /// `folder` is the session folder. `janitor` may be null, if another process cleans up after this
+  /// one. All arguments outlive this object. Throws `std::runtime_error` if there is no memory.
+  PlayedProcess(const Session& session, const RunOptions& options, std::filesystem::path folder,
+                Janitor* janitor);
+  /// Ends the process, and those that the plug-in left behind.
   ~PlayedProcess();
   PlayedProcess(const PlayedProcess&) = delete;
   PlayedProcess& operator=(const PlayedProcess&) = delete;
@@ -28,12 +30,11 @@ class PlayedProcess {
   bool fork();
   PlayerSetup setup() const { return {mOptions, mFolder, mPipe, mCrashReport}; }
   FlightRecord& flight() const { return *mFlight; }
-  /// The id of the process, which is that of its group too.
-  pid_t process() const { return mProcess; }
 
   const Session& session() const { return mSession; }
-  /// The descriptor that becomes readable when there is something to take in.
-  int pipe() const { return mPipe; }
+  /// The descriptor that becomes readable when there is something to take in. Negative if there is
+  /// none.
+  int awaited() const { return mPipeIsClosed ? mEnd : mPipe; }
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Returns false when
   /// the process has ended. Throws `std::runtime_error` if the plug-in's module can't be loaded.
   bool update();
@@ -46,7 +47,9 @@ class PlayedProcess {
   Played result();
 
  private:
-  void readReports();
+  void endGroup();
+  /// Returns false if the process can't report any more.
+  bool readReports();
   void takeReport(const Report& report);
   void endIfHanging();
   void takeEvent(Event event);
@@ -60,9 +63,12 @@ class PlayedProcess {
   const Session& mSession;
   const RunOptions& mOptions;
   const std::filesystem::path mFolder;
+  Janitor* const mJanitor;
   SharedFlightRecord mFlight;
   pid_t mProcess = -1;
-  int mPipe = -1;  ///< the end for reading; in the new process, the end for writing
+  int mPipe = -1;              ///< the end for reading; in the new process, the end for writing
+  bool mPipeIsClosed = false;  ///< at the other end
+  int mEnd = -1;               ///< becomes readable when the process ends
   int mCrashReport = -1;
   std::string mUnread;  ///< bytes of the pipe that aren't a whole report
   std::vector<Event> mEvents;

@@ -91,6 +91,9 @@ void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& f
 void DetachFromTerminal() {
   setpgid(0, 0);
   prctl(PR_SET_PDEATHSIG, SIGKILL);
+  // So that a process that leaves the plug-in's group, and whose parent ends, is still known to be
+  // this session's.
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
   // What the plug-in writes without end must not fill the disk.
   const rlimit most{kMostBytesOfAFile, kMostBytesOfAFile};
   setrlimit(RLIMIT_FSIZE, &most);

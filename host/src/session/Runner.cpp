@@ -30,25 +30,14 @@ void CatchSignals() {
 }
 
 struct Job {
-  Job(const Session& session, const RunOptions& options, const Janitor& watcher)
-      : janitor(watcher),
-        folder(session.setUp, janitor, options.keep),
-        process(session, options, folder.path()) {
-    if (process.fork()) {
-      janitor.leave();
-      PlayAndExit(session, process.setup(), process.flight());
-    }
-    group = process.process();
-    janitor.watchGroup(group);
+  Job(const Session& session, const RunOptions& options, Janitor& janitor)
+      : folder(session.setUp, janitor, options.keep),
+        process(session, options, folder.path(), &janitor) {
+    if (process.fork()) PlayAndExit(session, process.setup(), process.flight());
   }
-  ~Job() { janitor.forgetGroup(group); }
-  Job(const Job&) = delete;
-  Job& operator=(const Job&) = delete;
 
-  const Janitor& janitor;
   SessionFolder folder;
   PlayedProcess process;
-  pid_t group = -1;
   std::optional<Played> result;  ///< once the session is over
   std::vector<Event> events;     ///< that the listeners haven't heard of
   bool announced = false;
@@ -72,11 +61,11 @@ bool HasRoomFor(const Session& session, const Jobs& jobs, size_t most) {
 // Waits until a process has something to report, but not long: one may hang, or end without a word.
 void WaitForReports(const Jobs& jobs) {
   constexpr int kMilliseconds = 20;
-  std::vector<pollfd> pipes;
+  std::vector<pollfd> awaited;
   for (const auto& job : jobs) {
-    if (!job->result) pipes.push_back({job->process.pipe(), POLLIN, 0});
+    if (!job->result) awaited.push_back({job->process.awaited(), POLLIN, 0});
   }
-  if (!pipes.empty()) poll(pipes.data(), pipes.size(), kMilliseconds);
+  if (!awaited.empty()) poll(awaited.data(), awaited.size(), kMilliseconds);
 }
 
 void Update(Job& job) {
@@ -104,7 +93,7 @@ bool Tell(Job& job, const std::vector<RunListener*>& listeners) {
 
 int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
                  const std::vector<RunListener*>& listeners) {
-  const Janitor janitor;
+  Janitor janitor;
   CatchSignals();
   Jobs jobs;
   auto next = sessions.begin();

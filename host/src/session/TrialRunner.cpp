@@ -35,7 +35,7 @@ void TrialRunner::playDue() {
 
 // Returns true in the process that plays the trial.
 bool TrialRunner::play(size_t trial) {
-  auto process = std::make_unique<PlayedProcess>(mSession, mOptions, mFolder);
+  auto process = std::make_unique<PlayedProcess>(mSession, mOptions, mFolder, nullptr);
   if (process->fork()) {
     const PlayedProcess& self = *process.release();
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -49,8 +49,8 @@ bool TrialRunner::play(size_t trial) {
   }
   while (process->update()) {
     constexpr int kMilliseconds = 20;
-    pollfd pipe{process->pipe(), POLLIN, 0};
-    poll(&pipe, 1, kMilliseconds);
+    pollfd awaited{process->awaited(), POLLIN, 0};
+    poll(&awaited, 1, kMilliseconds);
   }
   for (const FoundInSession& found : process->result().findings) {
     mHost.send(ReportKind::trial,
