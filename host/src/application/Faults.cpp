@@ -10,6 +10,12 @@ void Faults::failCall(const std::string& function, A_Err result, int64_t call) {
   mFailingCalls[function] = {result, call};
 }
 
+void Faults::clear() {
+  mFailures.clear();
+  mFailingCalls.clear();
+  mRefused.clear();
+}
+
 A_Err Faults::take(FailingFunction function) {
   const A_Err ofCall = takeCall(function.name);
   const A_Err result = takeAlways(function.name);

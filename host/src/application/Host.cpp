@@ -519,13 +519,13 @@ void Host::send(Finding finding, std::string_view text) const {
 
 void Host::reportMisuse(Finding finding, std::string_view text) {
   const std::string_view name = KindOf(finding).name;
-  if (const Acceptance* acceptance = acceptanceOf(finding, text)) {
+  std::string shown = fmt::format("{}{}", text, where());
+  timeline.shortenPaths(shown);
+  if (const Acceptance* acceptance = acceptanceOf(finding, shown)) {
     return noteAccepted(*acceptance);
   }
   timeline.record.findings.emplace_back(name);
-  std::string shown = fmt::format("{}\n{}{}", name, text, where());
-  timeline.shortenPaths(shown);
-  mReporter.send(ReportKind::misuse, shown);
+  mReporter.send(ReportKind::misuse, fmt::format("{}\n{}", name, shown));
   timeline.add(Actor::host, fmt::format("finds {}: {}", name, text));
 }
 

@@ -13,7 +13,7 @@ namespace {
 // The framework is asked again after this many seconds.
 constexpr int64_t kSecondsToAskAgain = 10;
 // Enough for a process that begins with the first one.
-constexpr int kTicksToSettle = 60;
+constexpr int kTicksToSettle = 30;
 constexpr char kProbe[] = "Is the activation over?";
 
 std::string FieldOf(const std::vector<Argument>& fields, std::string_view name) {
@@ -69,8 +69,9 @@ void ActivationRules::takeActivation(const std::vector<Argument>& fields, bool i
 void ActivationRules::settle() {
   // The calls that come now are no part of the session.
   mHost->census.stop();
+  mHost->faults.clear();
   WriteLines(mHost->inFolder("framework-state"), {});
-  mHost->timeline.add(Actor::session, "the font manager is enabled, and time goes by");
+  mHost->timeline.add(Actor::session, "all works again, and time goes by");
   mHost->advanceTime(kSecondsToAskAgain);
   for (int i = 0; i < kTicksToSettle; ++i) mHost->idle();
   checkProjectIsOpen();

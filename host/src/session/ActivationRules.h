@@ -21,7 +21,8 @@ class ActivationRules {
   /// Takes note of a call of the framework, with its arguments and results by name. `isFaulty` says
   /// that the session has changed its results.
   void take(const std::string& operation, const std::vector<Argument>& fields, bool isFaulty);
-  /// Gives an activation the time to end, and reports what doesn't hold.
+  /// Lets the host and the font manager work, gives an activation the time to end, and reports what
+  /// doesn't hold.
   void settle();
 
  private:

@@ -47,9 +47,11 @@ Limits LoadLimits(const std::filesystem::path& file) {
 void Accept(const Limits& limits, Session& session) {
   auto& accepted = session.host.accepted;
   accepted.insert(accepted.end(), limits.accepted.begin(), limits.accepted.end());
-  YAML::Node text = YAML::Clone(session.text);
-  for (const YAML::Node& each : limits.list) text["accepted"].push_back(each);
-  session.text.reset(text);
+  session.text = [&limits, read = session.text] {
+    YAML::Node text = read();
+    for (const YAML::Node& each : limits.list) text["accepted"].push_back(each);
+    return text;
+  };
 }
 
 }  // namespace host

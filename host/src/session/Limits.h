@@ -22,7 +22,7 @@ struct Limits {
 /// Reads a file with the key `accepted`, as a session has it. Throws `SessionFileError`.
 Limits LoadLimits(const std::filesystem::path& file);
 
-/// Has the session accept these as well, and its text say so.
+/// Has the session accept these as well, and its text say so. `limits` outlives the session.
 void Accept(const Limits& limits, Session& session);
 
 }  // namespace host

@@ -35,6 +35,8 @@ constexpr size_t kMostOutput = 65536;
 constexpr int64_t kTimeToEnd = kNanoseconds;
 
 std::vector<std::string> ReadLinesFrom(const std::filesystem::path& file, off_t place) {
+  std::error_code ignored;
+  if (std::filesystem::file_size(file, ignored) == static_cast<uintmax_t>(place)) return {};
   std::ifstream stream(file, std::ios::binary);
   stream.seekg(place);
   std::string text(kMostOutput, '\0');

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 
 #include "RandomSession.h"
@@ -34,9 +35,7 @@ class Failures final : public RunListener {
 
 Session ReadRandomSession(const YAML::Node& text, const std::string& name,
                           const SessionPart& part) {
-  Session session = ReadSessions(name, WriteSession(text, ""), part).front();
-  session.text.reset(text);
-  return session;
+  return ReadSessions(name, WriteSession(text, ""), part).front();
 }
 
 class Maker {
@@ -44,34 +43,43 @@ class Maker {
   Maker(const RandomOptions& random, const SessionPart& part) : mRandom(random), mPart(part) {}
 
   Session make(uint64_t number) const {
-    Random random(mRandom.seed, number);
-    const YAML::Node text = mRandom.from ? MakeRandomSessionFrom(mRandom.from->text, random, mPart)
-                                         : MakeRandomSession(random, mPart);
     Session session =
-        ReadRandomSession(text, fmt::format("random-{}-{}", mRandom.seed, number), mPart);
+        ReadRandomSession(text(number), fmt::format("random-{}-{}", mRandom.seed, number), mPart);
+    session.text = [this, number] { return text(number); };
     Accept(mRandom.limits, session);
     return session;
   }
 
  private:
+  YAML::Node text(uint64_t number) const {
+    Random random(mRandom.seed, number);
+    return mRandom.from ? MakeRandomSessionFrom(mRandom.from->text(), random, mPart)
+                        : MakeRandomSession(random, mPart);
+  }
+
   const RandomOptions& mRandom;
   const SessionPart& mPart;
 };
 
-YAML::Node Shorten(const Session& session, Finding finding, const RunOptions& options,
-                   const SessionPart& part) {
+std::set<Finding> KindsOf(const std::vector<FoundInSession>& findings) {
+  std::set<Finding> kinds;
+  for (const FoundInSession& found : findings) kinds.insert(found.finding);
+  return kinds;
+}
+
+// The shorter session has to fail with findings of the same kinds.
+YAML::Node Shorten(const Session& session, const std::set<Finding>& kinds,
+                   const RunOptions& options, const SessionPart& part) {
   const auto stillFails = [&](const YAML::Node& text) {
     try {
       Failures failures;
       PlaySessions({ReadRandomSession(text, session.name, part)}, options, {&failures});
-      return !failures.all.empty() &&
-             std::any_of(failures.all.front().second.begin(), failures.all.front().second.end(),
-                         [&](const FoundInSession& found) { return found.finding == finding; });
+      return !failures.all.empty() && KindsOf(failures.all.front().second) == kinds;
     } catch (const SessionFileError&) {
       return false;
     }
   };
-  return Reduce(session.text, stillFails);
+  return Reduce(session.text(), stillFails);
 }
 
 }  // namespace
@@ -89,9 +97,8 @@ RandomResult PlayRandomSessions(const RandomOptions& random, const RunOptions& o
     if (result.signal != 0) return result;
     for (const auto& [place, findings] : failures.all) {
       if (findings.empty() || result.failures.size() == kMostFailures) continue;
-      result.failures.push_back(
-          {result.played + place + 1, findings,
-           Shorten(sessions[place], findings.front().finding, options, part)});
+      result.failures.push_back({result.played + place + 1, findings,
+                                 Shorten(sessions[place], KindsOf(findings), options, part)});
     }
     result.played = end;
   }

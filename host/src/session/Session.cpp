@@ -133,7 +133,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
   if (!root.isMap()) root.fail("has to be a map");
   if (!node["variants"]) {
     std::vector<Session> sessions{ReadSession(root, name, file, part)};
-    sessions.back().text = node;
+    sessions.back().text = [yaml] { return YAML::Load(yaml); };
     return sessions;
   }
 
@@ -152,7 +152,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
     if (!names.insert(variantName).second) variant.fail("two variants have one name");
     sessions.push_back(ReadSession(YamlValue(node, "session", &file, &variables),
                                    fmt::format("{} ({})", name, variantName), file, part));
-    sessions.back().text = ResolveVariables(node, variables);
+    sessions.back().text = [yaml, variantName] { return ResolveVariant(yaml, variantName); };
   }
   return sessions;
 }

@@ -47,9 +47,13 @@ struct Session : SessionInfo {
   std::vector<Step> steps;           ///< with the first start and the last quit
   std::vector<Action> settling;      ///< of a tolerant session, before the host quits
   std::vector<Action> finalChecks;   ///< after the last step
-  YAML::Node text;                   ///< without variants and their variables
-  bool countsCalls = false;          ///< reports each call that could have failed
-  std::vector<Trial> trials;         ///< in the order of their beginnings
+  /// Reads its text again, without variants and their variables. Nobody holds it: each process of a
+  /// session is a copy of one that knows all sessions.
+  std::function<YAML::Node()> text;
+  bool countsCalls = false;  ///< reports each call that could have failed
+  /// Makes the trials, in the order of their beginnings. The process that plays the session calls
+  /// it, so that no other has to hold them. Null for none.
+  std::function<std::vector<Trial>()> makeTrials;
 };
 
 class SessionPart;

@@ -57,7 +57,13 @@ void Emit(YAML::Emitter& emitter, const YAML::Node& session) {
 
 }  // namespace
 
-YAML::Node ResolveVariables(const YAML::Node& session, const Variables& variables) {
+YAML::Node ResolveVariant(const std::string& file, const std::string& variant) {
+  const YAML::Node session = YAML::Load(file);
+  Variables variables;
+  for (const YAML::Node& each : session["variants"]) {
+    if (each["name"].Scalar() != variant) continue;
+    for (const auto& entry : each) variables.emplace(entry.first.Scalar(), entry.second);
+  }
   YAML::Node rest(YAML::NodeType::Map);
   for (const auto& entry : session) {
     if (entry.first.Scalar() != "variants") rest[entry.first] = entry.second;

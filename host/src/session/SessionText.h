@@ -11,8 +11,9 @@
 
 namespace host {
 
-/// Returns a copy without variants, with each `${name}` of `variables` replaced.
-YAML::Node ResolveVariables(const YAML::Node& session, const Variables& variables);
+/// Returns the session that a variant of a file is, without variants and variables. The file has
+/// been read before.
+YAML::Node ResolveVariant(const std::string& file, const std::string& variant);
 
 /// Returns the text of a session file. `comment` comes first, line by line.
 std::string WriteSession(const YAML::Node& session, const std::string& comment);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 #include <utility>
 
 #include "SessionText.h"
@@ -69,14 +70,23 @@ std::vector<Trial> MakeTrials(const std::vector<CountedCall>& calls, const Sessi
   return trials;
 }
 
+size_t CountTrials(const std::vector<CountedCall>& calls, const SessionPart& part) {
+  return std::accumulate(
+      calls.begin(), calls.end(), size_t{0}, [&](size_t count, const CountedCall& call) {
+        return count + (CanFail(call.function) ? 1 : 0) + part.faultsOf(call).size();
+      });
+}
+
 void AddFailures(const Session& session, const Played& played, SweepResult& result) {
-  YAML::Node text = YAML::Clone(session.text);
+  if (played.findings.empty() && played.complete && played.trials.empty()) return;
+  YAML::Node text = session.text();
   text["tolerant"] = true;
   if (!played.findings.empty() || !played.complete) {
     result.failures.push_back({session.name, "nothing goes wrong", played.findings, text});
   }
+  const std::vector<Trial> trials = session.makeTrials();
   for (const FoundInTrial& each : played.trials) {
-    const Trial& trial = session.trials[each.trial];
+    const Trial& trial = trials[each.trial];
     if (result.failures.empty() || result.failures.back().session != session.name ||
         result.failures.back().what != trial.what) {
       result.failures.push_back({session.name, trial.what, {}, WithFirstStep(text, trial.step)});
@@ -99,9 +109,11 @@ SweepResult Sweep(std::vector<Session> sessions, const RunOptions& options,
   if (result.signal != 0) return result;
   for (size_t i = 0; i < sessions.size(); ++i) {
     sessions[i].countsCalls = false;
-    sessions[i].trials = MakeTrials(counted.all[i].calls, part);
+    sessions[i].makeTrials = [&calls = counted.all[i].calls, &part] {
+      return MakeTrials(calls, part);
+    };
     result.calls += counted.all[i].calls.size();
-    result.trials += sessions[i].trials.size();
+    result.trials += CountTrials(counted.all[i].calls, part);
   }
   Results tried;
   result.signal = PlaySessions(sessions, options, {&tried});

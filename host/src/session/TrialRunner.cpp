@@ -17,12 +17,14 @@ namespace host {
 TrialRunner::TrialRunner(const Session& session, const RunOptions& options,
                          std::filesystem::path folder, Host& host)
     : mSession(session), mOptions(options), mFolder(std::move(folder)), mHost(host) {
-  if (!mSession.trials.empty()) mHost.beforeEntries([this] { playDue(); });
+  if (!mSession.makeTrials) return;
+  mTrials = mSession.makeTrials();
+  mHost.beforeEntries([this] { playDue(); });
 }
 
 void TrialRunner::playDue() {
   const auto isDue = [this] {
-    return mNext < mSession.trials.size() && mSession.trials[mNext].entry <= mHost.census.entry();
+    return mNext < mTrials.size() && mTrials[mNext].entry <= mHost.census.entry();
   };
   if (!isDue()) return;
   mHost.timeline.drain();
@@ -44,7 +46,7 @@ bool TrialRunner::play(size_t trial) {
     mHost.moveTo(self.setup().reportPipe, self.flight());
     InstallCrashReport(self.setup().crashReport);
     KeepFromForks(self.flight());
-    mSession.trials[trial].plant(mHost);
+    mTrials[trial].plant(mHost);
     return true;
   }
   while (process->update()) {

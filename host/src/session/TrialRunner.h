@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <string>
+#include <vector>
 
 #include "Session.h"
 
@@ -31,6 +31,7 @@ class TrialRunner {
   const RunOptions& mOptions;
   const std::filesystem::path mFolder;
   Host& mHost;
+  std::vector<Trial> mTrials;
   size_t mNext = 0;  ///< the first trial that hasn't begun
 };
 
