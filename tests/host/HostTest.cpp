@@ -236,7 +236,7 @@ steps:
 
 TEST(Host, RefusesTopPositionsInTheWindowMenu) {
   EXPECT_THAT(Play(Behaviour("insert at the top")).output,
-              HasSubstr("inserts \"Top\" into menu 7, place 0: refused"));
+              HasSubstr("inserts \"Top\" into the Window menu, at the top: refused"));
 }
 
 TEST(Host, ShowsWhereAnExpectationFailed) {
