@@ -112,6 +112,7 @@ int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options
       if (stops) jobs.clear();
     }
   }
+  for (RunListener* const listener : listeners) listener->finish();
   return caughtSignal;
 }
 
