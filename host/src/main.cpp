@@ -9,6 +9,7 @@
 #include <iostream>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <regex>
 #include <string>
 #include <thread>
@@ -17,15 +18,20 @@
 #include "Exploration.h"
 #include "Findings.h"
 #include "FontManager.h"
+#include "HtmlFile.h"
+#include "JUnitFile.h"
+#include "JsonFile.h"
 #include "Runner.h"
 #include "Session.h"
 #include "SessionPrinter.h"
 #include "TextFile.h"
+#include "TraceFile.h"
 #include "Validation.h"
 
 namespace {
 
 using host::Level;
+using host::RunListener;
 using host::RunOptions;
 using host::Session;
 
@@ -33,6 +39,8 @@ constexpr int kOk = 0;
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 constexpr int kSignalled = 128;  // plus the number of the signal
+
+constexpr char kProgram[] = "aegp-host " AEGP_HOST_VERSION;
 
 constexpr char kFooter[] = R"(
 Example:
@@ -52,6 +60,14 @@ struct Selection {
   std::vector<std::string> files;
   std::string filter;
   bool quiet = false;
+};
+
+// The files that are written about a run. An empty name stands for none.
+struct Files {
+  std::string json;
+  std::string html;
+  std::string junit;
+  std::string trace;
 };
 
 // Puts the folder in front of each name that two files have.
@@ -99,24 +115,36 @@ std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart
   return sessions;
 }
 
-int Run(const Selection& selection, const RunOptions& options) {
+// Plays the sessions for the printer and for each file that is asked for. Returns the exit code.
+template <typename Printer>
+int Play(const std::vector<Session>& sessions, const RunOptions& options, const Files& files,
+         Printer& printer) {
+  std::vector<std::unique_ptr<RunListener>> writers;
+  const std::string program = kProgram;
+  if (!files.json.empty()) writers.push_back(std::make_unique<host::JsonFile>(files.json, program));
+  if (!files.html.empty()) writers.push_back(std::make_unique<host::HtmlFile>(files.html, program));
+  if (!files.junit.empty()) writers.push_back(std::make_unique<host::JUnitFile>(files.junit));
+  if (!files.trace.empty()) writers.push_back(std::make_unique<host::TraceFile>(files.trace));
+  std::vector<RunListener*> listeners{&printer};
+  for (const auto& writer : writers) listeners.push_back(writer.get());
+  const int signal = host::PlaySessions(sessions, options, listeners);
+  if (signal != 0) return kSignalled + signal;
+  return printer.printOutcome() ? kOk : kFailed;
+}
+
+int Run(const Selection& selection, const RunOptions& options, const Files& files) {
   const host::FontManager fontManager(options.fontManager);
   const std::vector<Session> sessions = LoadAll(selection, fontManager);
   host::SessionPrinter printer(selection.quiet, sessions.size());
-  const int signal = host::PlaySessions(sessions, options, {&printer});
-  if (signal != 0) return kSignalled + signal;
-  return printer.finish() ? kOk : kFailed;
+  return Play(sessions, options, files, printer);
 }
 
 // Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
-int Validate(RunOptions options) {
+int Validate(RunOptions options, const Files& files) {
   if (!options.strict) options.allowed.insert(host::Finding::userReport);
   const host::FontManager fontManager(options.fontManager);
-  const std::vector<Session> sessions = host::ValidationSessions(fontManager);
   host::VerdictPrinter printer;
-  const int signal = host::PlaySessions(sessions, options, {&printer});
-  if (signal != 0) return kSignalled + signal;
-  return printer.finish() ? kOk : kFailed;
+  return Play(host::ValidationSessions(fontManager), options, files, printer);
 }
 
 int List(const Selection& selection, const RunOptions& options) {
@@ -182,6 +210,13 @@ void AddSelection(CLI::App& command, Selection& selection, std::string& fontMana
   AddFontManager(command, fontManager);
 }
 
+void AddFiles(CLI::App& command, Files& files) {
+  command.add_option("--json", files.json, "Writes the timelines and findings as JSON objects");
+  command.add_option("--html", files.html, "Writes a page that shows the timelines and findings");
+  command.add_option("--junit", files.junit, "Writes the results as a JUnit file");
+  command.add_option("--trace", files.trace, "Writes the timelines as a trace, for Perfetto");
+}
+
 // `module` is how the command line names the plug-in's module.
 void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
                    std::vector<std::string>& allowed) {
@@ -227,14 +262,16 @@ int RunCommandLine(int argc, char** argv) {
   CLI::App app("Plays sessions of a host application with a plug-in");
   app.require_subcommand(1);
   app.footer(kFooter);
-  app.set_version_flag("--version", std::string("aegp-host ") + AEGP_HOST_VERSION);
+  app.set_version_flag("--version", kProgram);
   Selection selection;
   RunOptions options;
+  Files files;
   std::string fontManager;
   std::vector<std::string> allowed;
   options.jobs = std::max(1U, std::thread::hardware_concurrency());
   CLI::App* run = app.add_subcommand("run", "Plays each session in a process of its own");
   AddRunOptions(*run, "--plugin", options, allowed);
+  AddFiles(*run, files);
   AddSelection(*run, selection, fontManager);
   run->add_flag("--quiet", selection.quiet, "Shows only the sessions that fail");
   AddJobs(*run, options.jobs);
@@ -242,6 +279,7 @@ int RunCommandLine(int argc, char** argv) {
   CLI::App* validate = app.add_subcommand(
       "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
   AddRunOptions(*validate, "MODULE", options, allowed);
+  AddFiles(*validate, files);
   AddFontManager(*validate, fontManager);
   Trials trials;
   CLI::App* sweep = app.add_subcommand(
@@ -276,7 +314,7 @@ int RunCommandLine(int argc, char** argv) {
   for (const std::string& name : allowed) options.allowed.insert(*host::FindingNamed(name));
   if (sweep->parsed()) return Sweep(selection, trials, options);
   if (random->parsed()) return PlayRandom(trials, options);
-  return validate->parsed() ? Validate(options) : Run(selection, options);
+  return validate->parsed() ? Validate(options, files) : Run(selection, options, files);
 }
 
 }  // namespace

@@ -1,16 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/wait.h>
 
-#include <array>
 #include <cerrno>
-#include <cstdio>
 #include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
+#include "PlayHost.h"
 #include "TemporaryFolder.h"
 
 namespace {
@@ -19,38 +17,6 @@ using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
-
-struct Played {
-  int code = -1;
-  std::string output;
-};
-
-Played RunHost(const std::string& arguments, const std::string& subcommand = "run") {
-  const std::string command = std::string(AEGP_HOST) + " " + subcommand + " " + arguments + " 2>&1";
-  Played played;
-  std::FILE* const pipe = popen(command.c_str(), "r");
-  std::array<char, 4096> buffer;
-  while (const size_t size = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
-    played.output.append(buffer.data(), size);
-  }
-  const int status = pclose(pipe);
-  played.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return played;
-}
-
-/// Plays the session with the test plug-in.
-Played Play(const std::string& session, const std::string& options = "") {
-  const TemporaryFolder folder;
-  const std::string file = folder.Write("story.yaml", session).string();
-  return RunHost("--plugin " TEST_PLUGIN " " + options + " " + file);
-}
-
-constexpr char kWithFontManager[] = "--font-manager " FONT_MANAGER;
-
-/// Returns a session in which the test plug-in shows the behaviour.
-std::string Behaviour(const std::string& behaviour, const std::string& steps = "[tick]") {
-  return "files: {behaviour: " + behaviour + "}\nsteps: " + steps + "\n";
-}
 
 TEST(Host, CatchesWhatAPluginDoesWrong) {
   const std::vector<std::pair<std::string, std::string>> cases{
@@ -267,7 +233,7 @@ steps:
 
 TEST(Host, RefusesTopPositionsInTheWindowMenu) {
   EXPECT_THAT(Play(Behaviour("insert at the top")).output,
-              HasSubstr("inserts \"Top\" into menu 7, place 0: refused"));
+              HasSubstr("inserts \"Top\" into the Window menu, at the top: refused"));
 }
 
 TEST(Host, ShowsWhereAnExpectationFailed) {

@@ -331,6 +331,15 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
+    {"print without end",
+     [] {
+       for (int i = 0; i < 40'000; ++i) std::puts("again");
+     }},
+    {"print odd bytes",
+     [] {
+       std::puts("\x1b \xff \uFFFE <&>");
+       Utility()->AEGP_ReportInfo(pluginId, "\xff");
+     }},
     {"end no line", [] { std::printf("no line end"); }},
     {"keep dialogs from beginning",
      [] { desktop::Application::sharedApplication().exchangeBeginModalSession(BeginNothing); }},

@@ -7,6 +7,24 @@
 namespace host {
 namespace {
 
+// Only one menu's number is known here.
+std::string NameOfMenu(AEGP_MenuID menu) {
+  return menu == AEGP_Menu_WINDOW ? "the Window menu" : fmt::format("menu {}", int{menu});
+}
+
+std::string NameOfPlace(A_long place) {
+  switch (place) {
+    case AEGP_MENU_INSERT_SORTED:
+      return "sorted";
+    case AEGP_MENU_INSERT_AT_BOTTOM:
+      return "at the bottom";
+    case AEGP_MENU_INSERT_AT_TOP:
+      return "at the top";
+    default:
+      return fmt::format("place {}", place);
+  }
+}
+
 A_Err GetUniqueCommand(AEGP_Command* command) {
   HostCall call(SuiteId::command1, "AEGP_GetUniqueCommand", command);
   call.needs(command, "unique_commandP");
@@ -29,8 +47,9 @@ A_Err InsertMenuCommand(AEGP_Command command, const A_char* name, AEGP_MenuID me
     return error;
   }
   const bool inserted = TheHost().menus.insert(command, name, menu, place);
-  TheHost().timeline.add(Actor::plugIn, fmt::format("inserts \"{}\" into menu {}, place {}{}", name,
-                                                    int{menu}, place, inserted ? "" : ": refused"));
+  TheHost().timeline.add(Actor::plugIn,
+                         fmt::format("inserts \"{}\" into {}, {}{}", name, NameOfMenu(menu),
+                                     NameOfPlace(place), inserted ? "" : ": refused"));
   if (inserted) return A_Err_NONE;
   TheHost().menus.noteRefused(command);
   TheHost().noteAnswer(A_Err_GENERIC);
@@ -41,8 +60,9 @@ A_Err RemoveMenuCommand(AEGP_Command command) {
   HostCall call(SuiteId::command1, "AEGP_RemoveMenuCommand", int64_t{command});
   call.needsMenuItem(command);
   if (const A_Err error = call.error()) return error;
+  TheHost().timeline.add(
+      Actor::plugIn, fmt::format("removes the menu item \"{}\"", TheHost().menus.textOf(command)));
   TheHost().menus.remove(command);
-  TheHost().timeline.add(Actor::plugIn, fmt::format("removes menu item {}", command));
   return A_Err_NONE;
 }
 
@@ -51,8 +71,9 @@ A_Err SetMenuCommandName(AEGP_Command command, const A_char* name) {
   call.needsMenuItem(command);
   call.needs(name, "nameZ");
   if (const A_Err error = call.error()) return error;
+  TheHost().timeline.add(Actor::plugIn, fmt::format("renames the menu item \"{}\" to \"{}\"",
+                                                    TheHost().menus.textOf(command), name));
   TheHost().menus.rename(command, name);
-  TheHost().timeline.add(Actor::plugIn, fmt::format("names menu item {} \"{}\"", command, name));
   return A_Err_NONE;
 }
 

@@ -28,6 +28,12 @@ bool Menus::has(AEGP_Command command) const {
                      [&](const Item& item) { return item.command == command; });
 }
 
+std::string Menus::textOf(AEGP_Command command) const {
+  const auto item = std::find_if(mItems.begin(), mItems.end(),
+                                 [&](const Item& each) { return each.command == command; });
+  return item->text;
+}
+
 void Menus::remove(AEGP_Command command) {
   std::erase_if(mItems, [&](const Item& item) { return item.command == command; });
 }

@@ -29,6 +29,7 @@ class Menus {
 
   // There has to be an item with the command.
 
+  std::string textOf(AEGP_Command command) const;
   void remove(AEGP_Command command);
   void rename(AEGP_Command command, std::string_view text);
   void setEnabled(AEGP_Command command, bool enabled);

@@ -59,6 +59,8 @@ class RunListener {
   virtual void begin(const SessionInfo& session) = 0;
   virtual void take(const Event& event) = 0;
   virtual void end(const SessionInfo& session, const Played& played) = 0;
+  /// Hears that the run is over, early or not.
+  virtual void finish() {}
 };
 
 }  // namespace host

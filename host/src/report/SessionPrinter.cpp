@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <utility>
 
 #include "TextFile.h"
 
@@ -17,52 +18,39 @@ void ShowProgress(const std::string& text) {
   if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
 }
 
-void PrintFindings(const Played& played, Level level, const char* title) {
-  bool first = true;
-  for (const FoundInSession& found : played.findings) {
-    const FindingKind& kind = KindOf(found.finding);
-    if (kind.level != level) continue;
-    if (first) fmt::print("\n{}:\n", title);
-    first = false;
-    fmt::print("  {}: {}\n", kind.name, EscapeLines(found.text));
-  }
-}
-
 }  // namespace
+
+SessionPrinter::SessionPrinter(bool quiet, size_t count)
+    : mQuiet(quiet), mCount(count), mTranscript(StyleOf(STDOUT_FILENO)) {}
 
 void SessionPrinter::begin(const SessionInfo& session) {
   ++mNumber;
   mKept.clear();
-  if (mQuiet) {
-    ShowProgress(fmt::format("{}/{} {}", mNumber, mCount, session.name));
-  } else {
-    printHead(session);
-  }
+  if (mQuiet) ShowProgress(fmt::format("{}/{} {}", mNumber, mCount, session.name));
+  print((std::exchange(mPrinted, true) ? "\n" : "") + mTranscript.begin(session));
 }
 
 void SessionPrinter::take(const Event& event) {
-  if (mQuiet) {
-    mKept.push_back(event);
-  } else {
-    mTimeline.print(event);
-  }
+  print(mTranscript.add(event));
 }
 
 void SessionPrinter::end(const SessionInfo& session, const Played& played) {
+  print(mTranscript.end(played));
   if (played.failed) mFailed.push_back(session.name);
-  if (mQuiet) ShowProgress("");
-  if (mQuiet && !played.failed) return;
-  if (mQuiet) printHead(session);
-  for (const Event& event : mKept) mTimeline.print(event);
-  mTimeline.end();
-  PrintFindings(played, Level::error, "failed");
-  PrintFindings(played, Level::warning, "warnings");
-  if (!played.complete) fmt::print("not every step was played\n");
-  if (!played.folder.empty()) fmt::print("kept: {}\n", played.folder.string());
-  fmt::print("result: {}\n", played.failed ? "failed" : "ok");
+  if (!mQuiet) return;
+  ShowProgress("");
+  if (played.failed) fmt::print("{}", mKept);
 }
 
-bool SessionPrinter::finish() const {
+void SessionPrinter::print(const std::string& text) {
+  if (mQuiet) {
+    mKept += text;
+  } else {
+    fmt::print("{}", text);
+  }
+}
+
+bool SessionPrinter::printOutcome() const {
   if (mCount > 1) {
     fmt::print("{}{} sessions, {} failed\n", mQuiet && mFailed.empty() ? "" : "\n", mNumber,
                mFailed.size());
@@ -70,14 +58,6 @@ bool SessionPrinter::finish() const {
     fmt::print("result: {}\n", mFailed.empty() ? "ok" : "failed");
   }
   return mFailed.empty();
-}
-
-void SessionPrinter::printHead(const SessionInfo& session) {
-  if (mPrinted) fmt::print("\n");
-  mPrinted = true;
-  fmt::print("session: {}\n", session.name);
-  if (!session.about.empty()) fmt::print("{}\n", session.about);
-  mTimeline.begin();
 }
 
 void VerdictPrinter::end(const SessionInfo& session, const Played& played) {
@@ -90,7 +70,7 @@ void VerdictPrinter::end(const SessionInfo& session, const Played& played) {
   if (!played.folder.empty()) fmt::print("      kept: {}\n", played.folder.string());
 }
 
-bool VerdictPrinter::finish() const {
+bool VerdictPrinter::printOutcome() const {
   fmt::print("result: {}\n", mFailed ? "failed" : "ok");
   return !mFailed;
 }

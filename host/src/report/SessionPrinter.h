@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "RunListener.h"
-#include "TimelinePrinter.h"
+#include "Transcript.h"
 
 namespace host {
 
@@ -13,23 +13,23 @@ namespace host {
 class SessionPrinter final : public RunListener {
  public:
   /// `quiet` prints only the sessions that fail. `count` is how many are to be played.
-  SessionPrinter(bool quiet, size_t count) : mQuiet(quiet), mCount(count) {}
+  SessionPrinter(bool quiet, size_t count);
 
   void begin(const SessionInfo& session) override;
   void take(const Event& event) override;
   void end(const SessionInfo& session, const Played& played) override;
   /// Prints the outcome of the run. Returns whether every session passed.
-  bool finish() const;
+  bool printOutcome() const;
 
  private:
-  void printHead(const SessionInfo& session);
+  void print(const std::string& text);
 
   bool mQuiet;
   size_t mCount;
   size_t mNumber = 0;
   bool mPrinted = false;
-  TimelinePrinter mTimeline;
-  std::vector<Event> mKept;  ///< of the session, in case that it fails
+  Transcript mTranscript;
+  std::string mKept;  ///< the text of the session, in case that it fails
   std::vector<std::string> mFailed;
 };
 
@@ -40,7 +40,7 @@ class VerdictPrinter final : public RunListener {
   void take(const Event& /*event*/) override {}
   void end(const SessionInfo& session, const Played& played) override;
   /// Prints the outcome of the run. Returns whether every session passed.
-  bool finish() const;
+  bool printOutcome() const;
 
  private:
   bool mFailed = false;

@@ -105,6 +105,8 @@ int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options
     if (jobs.empty()) break;
     WaitForReports(jobs);
     for (const auto& job : jobs) Update(*job);
+    // It may have ended the processes too, which says nothing of their sessions.
+    if (caughtSignal != 0) break;
     // A listener that waits for its reader keeps the processes waiting.
     const int64_t before = MonotonicNow();
     const bool isOver = !jobs.empty() && Tell(*jobs.front(), listeners);
@@ -117,6 +119,7 @@ int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options
       if (stops) jobs.clear();
     }
   }
+  for (RunListener* const listener : listeners) listener->finish();
   return caughtSignal;
 }
 

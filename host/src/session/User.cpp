@@ -2,16 +2,35 @@
 
 #include <fmt/format.h>
 
+#include <string_view>
+
 namespace host {
 namespace {
+
+std::string_view NameOf(HostCommand command) {
+  switch (command) {
+    case kOpen:
+      return "Open";
+    case kClose:
+      return "Close";
+    case kSave:
+      return "Save";
+    case kSaveAs:
+      return "Save As";
+    case kQuit:
+      return "Quit";
+  }
+  return "";
+}
 
 // Returns false if a plug-in has handled the command.
 bool HostMayHandle(Host& host, HostCommand command) {
   host.drawMenus();
   if (!host.runCommand(command)) return true;
-  host.timeline.add(Actor::plugIn, fmt::format("handles the host's command {}", command));
+  const std::string_view name = NameOf(command);
+  host.timeline.add(Actor::plugIn, fmt::format("handles the host's command \"{}\"", name));
   host.report(Finding::hostCommandHandled,
-              fmt::format("the host's command {} had no effect{}", command, host.where()));
+              fmt::format("the host's command \"{}\" had no effect{}", name, host.where()));
   return false;
 }
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+
+#include "OutputFile.h"
+#include "RunListener.h"
+#include "Transcript.h"
+
+namespace host {
+
+/// Writes a JUnit file: a test suite with a test case for each session. Throws
+/// `std::runtime_error` if a write fails.
+class JUnitFile final : public RunListener {
+ public:
+  explicit JUnitFile(const std::string& path);
+  void begin(const SessionInfo& session) override;
+  void take(const Event& event) override;
+  void end(const SessionInfo& session, const Played& played) override;
+  /// Writes the file, whose head counts what follows.
+  void finish() override;
+
+ private:
+  OutputFile mFile;
+  pugi::xml_document mDocument;
+  pugi::xml_node mSuite;
+  Transcript mTranscript;
+  std::string mText;  ///< of the session
+  int mCount = 0;
+  int mFailures = 0;
+};
+
+}  // namespace host

@@ -1,0 +1,39 @@
+#include "JsonWriter.h"
+
+namespace host {
+
+Json JsonWriter::Head(const std::string& program) {
+  return {{"kind", "format"}, {"format", kFormat}, {"program", program}};
+}
+
+void JsonWriter::begin(const SessionInfo& session) {
+  mSession = session.name;
+  Json object{{"kind", "session"}, {"session", session.name}, {"file", session.file}};
+  if (!session.about.empty()) object["about"] = session.about;
+  object["steps"] = session.stepCount;
+  write(object);
+}
+
+void JsonWriter::take(const Event& event) {
+  const Json json = ToJson(event);
+  Json object{{"kind", json.at("kind")}, {"session", mSession}};
+  object.update(json);
+  write(object);
+}
+
+void JsonWriter::end(const SessionInfo& session, const Played& played) {
+  for (const FoundInSession& found : played.findings) {
+    const FindingKind& kind = KindOf(found.finding);
+    write({{"kind", "finding"},
+           {"session", session.name},
+           {"name", kind.name},
+           {"level", kind.level == Level::error ? "error" : "warning"},
+           {"text", found.text}});
+  }
+  write({{"kind", "result"},
+         {"session", session.name},
+         {"result", played.failed ? "failed" : "ok"},
+         {"complete", played.complete}});
+}
+
+}  // namespace host
