@@ -184,7 +184,7 @@ int Sweep(const Selection& selection, const Trials& trials, const RunOptions& op
 int PlayRandom(const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
   host::RandomOptions random{trials.seed, trials.count, {}, LoadLimitsOf(trials)};
-  if (!trials.from.empty()) random.from = host::LoadSessions(trials.from, fontManager).front();
+  if (!trials.from.empty()) random.from = host::LoadSessions(trials.from, fontManager);
   return CodeOf(host::PrintRandom(random, options, fontManager, trials.save));
 }
 

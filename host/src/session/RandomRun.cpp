@@ -53,8 +53,9 @@ class Maker {
  private:
   YAML::Node text(uint64_t number) const {
     Random random(mRandom.seed, number);
-    return mRandom.from ? MakeRandomSessionFrom(mRandom.from->text(), random, mPart)
-                        : MakeRandomSession(random, mPart);
+    if (mRandom.from.empty()) return MakeRandomSession(random, mPart);
+    const Session& from = mRandom.from[random.below(mRandom.from.size())];
+    return MakeRandomSessionFrom(from.text(), random, mPart);
   }
 
   const RandomOptions& mRandom;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 #include "Limits.h"
@@ -13,7 +12,7 @@ namespace host {
 struct RandomOptions {
   uint64_t seed = 1;
   uint64_t count = 100;
-  std::optional<Session> from;  ///< the session that each random one is made of
+  std::vector<Session> from;  ///< those that random sessions are made of, if any
   Limits limits;
 };
 
