@@ -333,7 +333,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
     {"print without end",
      [] {
-       for (int i = 0; i < 40'000; ++i) std::puts("again");
+       for (int i = 0; i < 34'000; ++i) std::puts("again");
      }},
     {"print odd bytes",
      [] {
