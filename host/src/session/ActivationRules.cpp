@@ -6,6 +6,7 @@
 
 #include "Dialogs.h"
 #include "TextFile.h"
+#include "User.h"
 
 namespace host {
 namespace {
@@ -15,6 +16,7 @@ constexpr int64_t kSecondsToAskAgain = 10;
 // Enough for a process that begins with the first one.
 constexpr int kTicksToSettle = 30;
 constexpr char kProbe[] = "Is the activation over?";
+constexpr char kProbeProject[] = "projects/saved at the end.aep";
 
 std::string FieldOf(const std::vector<Argument>& fields, std::string_view name) {
   const std::string* const value = FindLast(fields, name);
@@ -45,6 +47,9 @@ void ActivationRules::take(const std::string& operation, const std::vector<Argum
     mEnabled = FieldOf(fields, "enabled") == "true";
     // As a call that fails: what the plug-in had to do then isn't made up for.
     if (!mEnabled) mHost->noteFailure(operation);
+  } else if (operation == "HandleCreateNewDocument" || operation == "SetPathForDocument" ||
+             operation == "HandleSaveDocument") {
+    ++mDocumentsSaved;
   } else if (operation == "HandleOpenExistingDocument" || operation == "ActivateChosenFonts") {
     takeActivation(fields, isFaulty);
   }
@@ -76,7 +81,10 @@ void ActivationRules::settle() {
   for (int i = 0; i < kTicksToSettle; ++i) mHost->idle();
   checkProjectIsOpen();
   checkFonts();
-  checkProcessHasEnded();
+  mDocumentsSaved = 0;
+  if (!mInitialized || !mEnabled) return;
+  checkDialogsAreSeen();
+  checkDocumentsAreToldOf();
 }
 
 void ActivationRules::checkProjectIsOpen() {
@@ -96,10 +104,24 @@ void ActivationRules::checkFonts() {
   }
 }
 
+// While a process runs, the plug-in tells the framework of no document. The one that is saved here
+// is told of by several calls, any of which the framework may lack.
+void ActivationRules::checkDocumentsAreToldOf() {
+  Edit(*mHost);
+  mHost->idle();
+  SaveAs(*mHost, mHost->inFolder(kProbeProject));
+  mHost->idle();
+  mHost->timeline.drain();
+  if (mDocumentsSaved > 0) return;
+  mHost->report(Finding::activationNeverEnds,
+                fmt::format("the framework isn't told of a saved project {} ticks after the last "
+                            "step{}",
+                            kTicksToSettle, mHost->where()));
+}
+
 // While a process runs, the plug-in doesn't look at the host's dialogs. Otherwise it names each one
 // on its standard output.
-void ActivationRules::checkProcessHasEnded() {
-  if (!mInitialized || !mEnabled) return;
+void ActivationRules::checkDialogsAreSeen() {
   mHost->showDialog(kProbe, kDialogClass);
   mHost->timeline.drain();
   const std::vector<std::string>& lines = mHost->timeline.record.stdoutLines;
@@ -107,7 +129,8 @@ void ActivationRules::checkProcessHasEnded() {
                                   [](const std::string& line) { return line.ends_with(kProbe); });
   if (isSeen) return;
   mHost->report(Finding::activationNeverEnds,
-                fmt::format("{} ticks after the last step{}", kTicksToSettle, mHost->where()));
+                fmt::format("the plug-in doesn't see a dialog {} ticks after the last step{}",
+                            kTicksToSettle, mHost->where()));
 }
 
 }  // namespace host

@@ -40,11 +40,13 @@ class ActivationRules {
   void takeActivation(const std::vector<Argument>& fields, bool isFaulty);
   void checkProjectIsOpen();
   void checkFonts();
-  void checkProcessHasEnded();
+  void checkDialogsAreSeen();
+  void checkDocumentsAreToldOf();
 
   Host* mHost = nullptr;
   bool mInitialized = false;         ///< the plug-in has started
   bool mEnabled = false;             ///< what the framework said last
+  int64_t mDocumentsSaved = 0;       ///< how many calls told the framework of one
   std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again
   std::optional<Activated> mLatest;  ///< for an open clean project, and nothing came between
 };
