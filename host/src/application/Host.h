@@ -207,6 +207,7 @@ class Host {
   void callPlugin(const char* hook, const std::function<A_Err()>& call);
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
+  [[noreturn]] void endFork(const char* hook) const;
   void replaceProject(std::unique_ptr<Project> project);
   void reportUnexpected();
   void reportLeaks();
