@@ -59,7 +59,9 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"release a suite twice",
        "suite-released-too-often: ReleaseSuite: AEGP Memory Suite 1 isn't acquired; the one from "
        "AcquireSuite in the idle hook at tick 1 was released before"},
-      {"call a released suite", "released-suite: AEGP_GetUniqueCommand: its suite isn't acquired"},
+      {"call a released suite",
+       "released-suite: AEGP_GetUniqueCommand: its suite isn't acquired\n"
+       "    in the idle hook, tick 1, host call AEGP_GetUniqueCommand(pointer), step "},
       {"call an unsupplied function of a released suite",
        "released-suite: AEGP_CauseIdleRoutinesToBeCalled: its suite isn't acquired"},
       {"leak a handle",
@@ -76,6 +78,12 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
        "unknown-block: FreeBlock: the block was freed before; it is from AllocateBlock in the idle "
        "hook at tick 1"},
       {"free a block twice", "block-leaked: a block is left"},
+      {"free a block that has moved",
+       "unknown-block: FreeBlock: the block was freed before; it is"},
+      {"pass what looks like a result",
+       "often: ReleaseSuite: suite\\nresult: ok 1 isn't acquired\n    in the idle hook, tick 1, "
+       "host call ReleaseSuite(\"suite\\nresult: ok\", 1), step "},
+      {"pass a wild pointer", "\n    tick 1, host call AEGP_ReportInfo(1, \", step "},
       {"pass null", "null-argument: AEGP_ReportInfo: info_stringZ is null"},
       {"pass another id", "wrong-plugin-id: AEGP_ReportInfo: the plug-in's id is 1, not 77"},
       {"use a closed project", "stale-project: AEGP_GetProjectPath: the project was closed"},
@@ -104,6 +112,8 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"exit when finalised",
        "process-ended: the process ended in the static destructor with code"},
       {"go on in a fork", "process-ended: the process ended in the idle hook with code 0"},
+      {"return from a fork",
+       "fork-returned: a process that the plug-in forked returns from the idle hook at tick 1\n"},
       {"throw in a command", "exception: an exception leaves the plug-in's command hook: std::"},
       {"pick without end", "nested-too-deep: AEGP_DoCommand: 100 calls of hooks are under way"},
       {"enable a removed item", "unknown-command: AEGP_EnableCommand: no menu item has"},

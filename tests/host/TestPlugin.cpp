@@ -228,6 +228,10 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] {
        if (fork() > 0) _exit(0);
      }},
+    {"return from a fork",
+     [] {
+       if (const pid_t child = fork(); child > 0) waitpid(child, nullptr, 0);
+     }},
     {"leave the folder", [] { std::filesystem::current_path("/"); }},
     {"throw in a command",
      [] {
@@ -276,6 +280,17 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        reinterpret_cast<A_Err (*)()>(function)();
      }},
     {"leak a block", [] { Allocate(); }},
+    {"free a block that has moved",
+     [] {
+       void* const block = Allocate();
+       void* moved = nullptr;
+       basic->ReallocateBlock(block, 1'000'000, &moved);
+       basic->FreeBlock(moved);
+       basic->FreeBlock(block);
+     }},
+    {"pass what looks like a result", [] { basic->ReleaseSuite("suite\nresult: ok", 1); }},
+    {"pass a wild pointer",
+     [] { Utility()->AEGP_ReportInfo(pluginId, reinterpret_cast<const A_char*>(8)); }},
     {"free a block twice",
      [] {
        void* const block = Allocate();

@@ -6,28 +6,26 @@
 #include <utility>
 
 #include "Host.h"
+#include "TextFile.h"
 
 namespace host {
 
-void HostCall::begin(SuiteId suite) {
+void HostCall::begin() {
   mOnMainThread = TheHost().isMainThread();
   append(mFunction.name);
   append("(");
-  if (!mOnMainThread) {
-    TheHost().reportFromOtherThread(mFunction.name);
-    mError = PF_Err_BAD_CALLBACK_PARAM;
-  } else if (!TheHost().suites.isAcquired(suite)) {
-    misused(Finding::releasedSuite, "its suite isn't acquired");
-    mError = PF_Err_BAD_CALLBACK_PARAM;
-  }
+  if (mOnMainThread) return;
+  TheHost().reportFromOtherThread(mFunction.name);
+  mError = PF_Err_BAD_CALLBACK_PARAM;
 }
 
-// Leaves room for the end.
+// Leaves room for the end. Ends the text each time, because a wrong pointer can crash the next.
 void HostCall::append(std::string_view text) {
   if (!mOnMainThread) return;
   auto& field = TheHost().flight().hostCall;
   const size_t room = field.size() - 2 - mWritten;
   mWritten += text.copy(field.data() + mWritten, std::min(room, text.size()));
+  field[mWritten] = '\0';
 }
 
 void HostCall::write(int64_t number) {
@@ -43,7 +41,7 @@ void HostCall::write(double number) {
 void HostCall::write(const char* text) {
   if (!text) return append("null, ");
   append("\"");
-  append(text);
+  append(EscapeControls(text));
   append("\", ");
 }
 
@@ -51,12 +49,15 @@ void HostCall::write(const void* pointer) {
   append(pointer ? "pointer, " : "null, ");
 }
 
-void HostCall::finish() {
+void HostCall::finish(SuiteId suite) {
   if (!mOnMainThread) return;
   auto& field = TheHost().flight().hostCall;
   if (field[mWritten - 1] == ' ') mWritten -= 2;
   field[mWritten] = ')';
   field[mWritten + 1] = '\0';
+  if (TheHost().suites.isAcquired(suite)) return;
+  misused(Finding::releasedSuite, "its suite isn't acquired");
+  mError = PF_Err_BAD_CALLBACK_PARAM;
 }
 
 bool HostCall::needs(const void* argument, const char* name) {
@@ -125,7 +126,9 @@ bool HostCall::needsDepthForHooks() {
 
 void HostCall::misused(Finding finding, std::string_view what) {
   if (KindOf(finding).level == Level::error) mError = A_Err_GENERIC;
-  if (mOnMainThread) TheHost().reportMisuse(finding, fmt::format("{}: {}", mFunction.name, what));
+  if (!mOnMainThread) return;
+  // On one line, whatever the plug-in passed.
+  TheHost().reportMisuse(finding, fmt::format("{}: {}", mFunction.name, EscapeControls(what)));
 }
 
 A_Err HostCall::error() {

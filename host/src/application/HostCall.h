@@ -18,9 +18,9 @@ class HostCall {
   /// `arguments` are for the flight record: integers, texts and pointers.
   template <typename... Arguments>
   HostCall(SuiteId suite, FailingFunction function, Arguments... arguments) : mFunction(function) {
-    begin(suite);
+    begin();
     (write(arguments), ...);
-    finish();
+    finish(suite);
   }
 
   /// Each check returns whether the argument is right. A wrong one is a finding, and `error` is
@@ -44,12 +44,12 @@ class HostCall {
   A_Err fault();
 
  private:
-  void begin(SuiteId suite);
+  void begin();
   void write(int64_t number);
   void write(double number);
   void write(const char* text);
   void write(const void* pointer);
-  void finish();
+  void finish(SuiteId suite);
   void append(std::string_view text);
 
   FailingFunction mFunction;

@@ -32,6 +32,8 @@ void Write(const char* text) {
 }
 
 void WriteBacktrace(int signal) {
+  // Before the backtrace, which may crash, too.
+  ::signal(signal, SIG_DFL);
   if (signal != kHangSignal) NoteThread();
   std::array<void*, kMostFrames> frames;
   const int count = backtrace(frames.data(), kMostFrames);
@@ -40,7 +42,6 @@ void WriteBacktrace(int signal) {
   if (count > kOwnFrames) {
     backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, reportDescriptor);
   }
-  ::signal(signal, SIG_DFL);
   raise(signal);
 }
 

@@ -25,8 +25,8 @@ namespace host {
 namespace {
 
 constexpr int64_t kNanoseconds = 1'000'000'000;
-// Of a session. A plug-in that makes one makes it again and again.
-constexpr size_t kMostMisuses = 100;
+// Of a session, of either kind. A plug-in that makes one misuse makes it again and again.
+constexpr size_t kMostFindings = 100;
 // Of the output that a process leaves behind, in bytes.
 constexpr size_t kMostOutput = 65536;
 // How long a process that hangs may take to write its backtrace.
@@ -167,10 +167,10 @@ void PlayedProcess::takeReport(const Report& report) {
       mLines.push_back(report.text);
       break;
     case ReportKind::finding:
-      mFindings.push_back(found());
+      if (mFindings.size() < kMostFindings) mFindings.push_back(found());
       break;
     case ReportKind::misuse:
-      if (mMisuses.size() < kMostMisuses) mMisuses.push_back(found());
+      if (mMisuses.size() < kMostFindings) mMisuses.push_back(found());
       break;
     case ReportKind::expected:
       mMisuses.clear();
