@@ -14,9 +14,6 @@ void HostCall::begin() {
   mOnMainThread = TheHost().isMainThread();
   append(mFunction.name);
   append("(");
-  if (mOnMainThread) return;
-  TheHost().reportFromOtherThread(mFunction.name);
-  mError = PF_Err_BAD_CALLBACK_PARAM;
 }
 
 // Leaves room for the end. Ends the text each time, because a wrong pointer can crash the next.
@@ -50,7 +47,11 @@ void HostCall::write(const void* pointer) {
 }
 
 void HostCall::finish(SuiteId suite) {
-  if (!mOnMainThread) return;
+  if (!mOnMainThread) {
+    TheHost().reportFromOtherThread(mFunction.name);
+    mError = PF_Err_BAD_CALLBACK_PARAM;
+    return;
+  }
   auto& field = TheHost().flight().hostCall;
   if (field[mWritten - 1] == ' ') mWritten -= 2;
   field[mWritten] = ')';

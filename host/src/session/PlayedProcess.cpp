@@ -25,7 +25,7 @@ namespace host {
 namespace {
 
 constexpr int64_t kNanoseconds = 1'000'000'000;
-// Of a session, of either kind. A plug-in that makes one misuse makes it again and again.
+// Of one kind. A plug-in that makes a misuse makes it again and again.
 constexpr size_t kMostFindings = 100;
 // Of the output that a process leaves behind, in bytes.
 constexpr size_t kMostOutput = 65536;
@@ -41,6 +41,16 @@ std::vector<std::string> ReadLinesFrom(const std::filesystem::path& file, off_t 
   std::vector<std::string> lines = Split(text, '\n');
   if (lines.back().empty()) lines.pop_back();
   return lines;
+}
+
+// Counts each kind for itself, so that those that are allowed don't hide others.
+void Keep(std::vector<FoundInSession>& findings, FoundInSession found) {
+  const auto count = static_cast<size_t>(
+      std::count_if(findings.begin(), findings.end(),
+                    [&](const FoundInSession& other) { return other.finding == found.finding; }));
+  if (count >= kMostFindings) return;
+  if (count + 1 == kMostFindings) found.text += "\n    no more of this kind are told";
+  findings.push_back(std::move(found));
 }
 
 std::string ReadAll(int descriptor) {
@@ -167,10 +177,10 @@ void PlayedProcess::takeReport(const Report& report) {
       mLines.push_back(report.text);
       break;
     case ReportKind::finding:
-      if (mFindings.size() < kMostFindings) mFindings.push_back(found());
+      Keep(mFindings, found());
       break;
     case ReportKind::misuse:
-      if (mMisuses.size() < kMostFindings) mMisuses.push_back(found());
+      Keep(mMisuses, found());
       break;
     case ReportKind::expected:
       mMisuses.clear();
