@@ -100,7 +100,7 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
        "crash: the process crashed in the idle hook: Segmentation fault\n"
        "    tick 1, host call ReleaseSuite(\"AEGP Register Suite\", 6), step "},
       {"crash", "libtest-plugin.so(+0x"},
-      {"crash after printing", "plug-in    prints: last words\\x1b"},
+      {"crash after printing", "plug-in    prints: last words\\x1b \\xc2\\x9b \u00e9\n"},
       {"crash after printing", "plug-in    writes to standard error: and more"},
       {"crash at exit", "crash: the process crashed in the static destructor: Aborted\n"},
       {"report at exit", "user-report: the user saw a report that no step expects: at exit"},
@@ -157,6 +157,7 @@ TEST(Host, LetsTheSessionOrTheUserAcceptAFinding) {
   EXPECT_EQ(Play(Behaviour("pass null", "[tick, expect: {findings: [null-argument]}]")).code, 0);
   EXPECT_EQ(Play(Behaviour("pass null"), "--allow null-argument").code, 0);
   EXPECT_EQ(Play(Behaviour("pass null"), "--allow crash").code, 1);
+  EXPECT_EQ(Play(Behaviour("pass null often"), "--allow null-argument").code, 1);
   const Played cut = Play(Behaviour("throw"), "--allow exception");
   EXPECT_EQ(cut.code, 1);
   EXPECT_THAT(cut.output, HasSubstr("\nnot every step was played\n"));
@@ -335,6 +336,10 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
       {"host: {version: 114}\nsteps: []", "story.yaml:1: version: has to be a version"},
       {"host: {language: xx}\nsteps: []", "story.yaml:1: language: has to be one of"},
       {"files: {../a: x}\nsteps: []", "story.yaml:1: ../a: has to stay in the session folder"},
+      {"files: {a: x}\nprojects: {./a: []}\nsteps: []",
+       "story.yaml:1: a: the session has the file 'a' already"},
+      {"files: {a/b: x, a: y}\nsteps: []",
+       "story.yaml:1: a: the session has the file 'a/b' already"},
       {"about: a\nabout: b\nsteps: []", "story.yaml:2: about: comes twice"},
       {"about: ${who}\nsteps: []", "story.yaml:1: about: there is no variable 'who'"},
       {"variants: [{title: x}]\nsteps: []", "story.yaml:1: variants: a variant needs a name"},

@@ -208,7 +208,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"crash", [] { raise(SIGSEGV); }},
     {"crash after printing",
      [] {
-       std::printf("last words\x1b");
+       std::printf("last words\x1b \xc2\x9b \xc3\xa9");
        std::fputs("and more\n", stderr);
        std::abort();
      }},
@@ -287,6 +287,11 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        basic->ReallocateBlock(block, 1'000'000, &moved);
        basic->FreeBlock(moved);
        basic->FreeBlock(block);
+     }},
+    {"pass null often",
+     [] {
+       for (int i = 0; i < 1000; ++i) basic->FreeBlock(nullptr);
+       Utility()->AEGP_EndUndoGroup();
      }},
     {"pass what looks like a result", [] { basic->ReleaseSuite("suite\nresult: ok", 1); }},
     {"pass a wild pointer",
