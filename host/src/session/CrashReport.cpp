@@ -59,14 +59,14 @@ void WriteWhat() {
 }
 
 [[noreturn]] void Terminate() {
-  Write("uncaught exception: ");
   if (const std::type_info* type = abi::__cxa_current_exception_type()) {
+    Write("uncaught exception: ");
     int status = 0;
     const char* name = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
     Write(name ? name : type->name());
     WriteWhat();
   } else {
-    Write("none");
+    Write("std::terminate was called without an exception");
   }
   Write("\n");
   std::abort();
