@@ -25,7 +25,9 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"release a suite twice",
        "suite-released-too-often: ReleaseSuite: AEGP Memory Suite 1 isn't acquired; the one from "
        "AcquireSuite in the idle hook at tick 1 was released before"},
-      {"call a released suite", "released-suite: AEGP_GetUniqueCommand: its suite isn't acquired"},
+      {"call a released suite",
+       "released-suite: AEGP_GetUniqueCommand: its suite isn't acquired\n"
+       "    in the idle hook, tick 1, host call AEGP_GetUniqueCommand(pointer), step "},
       {"call an unsupplied function of a released suite",
        "released-suite: AEGP_CauseIdleRoutinesToBeCalled: its suite isn't acquired"},
       {"leak a handle",
@@ -42,6 +44,12 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
        "unknown-block: FreeBlock: the block was freed before; it is from AllocateBlock in the idle "
        "hook at tick 1"},
       {"free a block twice", "block-leaked: a block is left"},
+      {"free a block that has moved",
+       "unknown-block: FreeBlock: the block was freed before; it is"},
+      {"pass what looks like a result",
+       "often: ReleaseSuite: suite\\nresult: ok 1 isn't acquired\n    in the idle hook, tick 1, "
+       "host call ReleaseSuite(\"suite\\nresult: ok\", 1), step "},
+      {"pass a wild pointer", "\n    tick 1, host call AEGP_ReportInfo(1, \", step "},
       {"pass null", "null-argument: AEGP_ReportInfo: info_stringZ is null"},
       {"pass another id", "wrong-plugin-id: AEGP_ReportInfo: the plug-in's id is 1, not 77"},
       {"use a closed project", "stale-project: AEGP_GetProjectPath: the project was closed"},
@@ -58,7 +66,7 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
        "crash: the process crashed in the idle hook: Segmentation fault\n"
        "    tick 1, host call ReleaseSuite(\"AEGP Register Suite\", 6), step "},
       {"crash", "libtest-plugin.so(+0x"},
-      {"crash after printing", "plug-in    prints: last words\\x1b"},
+      {"crash after printing", "plug-in    prints: last words\\x1b \\xc2\\x9b \u00e9\n"},
       {"crash after printing", "plug-in    writes to standard error: and more"},
       {"crash at exit", "crash: the process crashed in the static destructor: Aborted\n"},
       {"report at exit", "user-report: the user saw a report that no step expects: at exit"},
@@ -70,6 +78,8 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
       {"exit when finalised",
        "process-ended: the process ended in the static destructor with code"},
       {"go on in a fork", "process-ended: the process ended in the idle hook with code 0"},
+      {"return from a fork",
+       "fork-returned: a process that the plug-in forked returns from the idle hook at tick 1\n"},
       {"throw in a command", "exception: an exception leaves the plug-in's command hook: std::"},
       {"pick without end", "nested-too-deep: AEGP_DoCommand: 100 calls of hooks are under way"},
       {"enable a removed item", "unknown-command: AEGP_EnableCommand: no menu item has"},
@@ -113,6 +123,7 @@ TEST(Host, LetsTheSessionOrTheUserAcceptAFinding) {
   EXPECT_EQ(Play(Behaviour("pass null", "[tick, expect: {findings: [null-argument]}]")).code, 0);
   EXPECT_EQ(Play(Behaviour("pass null"), "--allow null-argument").code, 0);
   EXPECT_EQ(Play(Behaviour("pass null"), "--allow crash").code, 1);
+  EXPECT_EQ(Play(Behaviour("pass null often"), "--allow null-argument").code, 1);
   const Played cut = Play(Behaviour("throw"), "--allow exception");
   EXPECT_EQ(cut.code, 1);
   EXPECT_THAT(cut.output, HasSubstr("\nnot every step was played\n"));
@@ -291,6 +302,10 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
       {"host: {version: 114}\nsteps: []", "story.yaml:1: version: has to be a version"},
       {"host: {language: xx}\nsteps: []", "story.yaml:1: language: has to be one of"},
       {"files: {../a: x}\nsteps: []", "story.yaml:1: ../a: has to stay in the session folder"},
+      {"files: {a: x}\nprojects: {./a: []}\nsteps: []",
+       "story.yaml:1: a: the session has the file 'a' already"},
+      {"files: {a/b: x, a: y}\nsteps: []",
+       "story.yaml:1: a: the session has the file 'a/b' already"},
       {"about: a\nabout: b\nsteps: []", "story.yaml:2: about: comes twice"},
       {"about: ${who}\nsteps: []", "story.yaml:1: about: there is no variable 'who'"},
       {"variants: [{title: x}]\nsteps: []", "story.yaml:1: variants: a variant needs a name"},

@@ -208,7 +208,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"crash", [] { raise(SIGSEGV); }},
     {"crash after printing",
      [] {
-       std::printf("last words\x1b");
+       std::printf("last words\x1b \xc2\x9b \xc3\xa9");
        std::fputs("and more\n", stderr);
        std::abort();
      }},
@@ -227,6 +227,10 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"go on in a fork",
      [] {
        if (fork() > 0) _exit(0);
+     }},
+    {"return from a fork",
+     [] {
+       if (const pid_t child = fork(); child > 0) waitpid(child, nullptr, 0);
      }},
     {"leave the folder", [] { std::filesystem::current_path("/"); }},
     {"throw in a command",
@@ -276,6 +280,22 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        reinterpret_cast<A_Err (*)()>(function)();
      }},
     {"leak a block", [] { Allocate(); }},
+    {"free a block that has moved",
+     [] {
+       void* const block = Allocate();
+       void* moved = nullptr;
+       basic->ReallocateBlock(block, 1'000'000, &moved);
+       basic->FreeBlock(moved);
+       basic->FreeBlock(block);
+     }},
+    {"pass null often",
+     [] {
+       for (int i = 0; i < 1000; ++i) basic->FreeBlock(nullptr);
+       Utility()->AEGP_EndUndoGroup();
+     }},
+    {"pass what looks like a result", [] { basic->ReleaseSuite("suite\nresult: ok", 1); }},
+    {"pass a wild pointer",
+     [] { Utility()->AEGP_ReportInfo(pluginId, reinterpret_cast<const A_char*>(8)); }},
     {"free a block twice",
      [] {
        void* const block = Allocate();

@@ -220,6 +220,14 @@ void Host::leavePlugin(const char* outerHook) {
   nestsTooDeep = false;
 }
 
+void Host::endFork(const char* hook) const {
+  mReporter.sendFromFork(
+      ReportKind::finding,
+      fmt::format("{}\na process that the plug-in forked returns from the {} at tick {}",
+                  KindOf(Finding::forkReturned).name, hook, timeline.tick));
+  _exit(EXIT_FAILURE);
+}
+
 void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   const char* const outerHook = mHook;
   A_Err result = A_Err_NONE;
@@ -234,6 +242,7 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
                                            DescribeException(), where()));
     mEnding = true;
   }
+  if (mFlight->isOfFork) endFork(hook);
   // Not through the plug-in's frames: it might catch it.
   if (mEnding && *outerHook == '\0') throw SessionEnded{};
   if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {

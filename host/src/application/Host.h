@@ -261,6 +261,7 @@ class Host {
   void callPlugin(const char* hook, const std::function<A_Err()>& call);
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
+  [[noreturn]] void endFork(const char* hook) const;
   void replaceProject(std::unique_ptr<Project> project);
   void noteError(const char* hook, A_Err result);
   /// Tells the timeline the project's state.

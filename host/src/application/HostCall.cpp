@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Host.h"
+#include "TextFile.h"
 
 namespace host {
 
@@ -20,12 +21,13 @@ void HostCall::begin() {
   append("(");
 }
 
-// Leaves room for the end.
+// Leaves room for the end. Ends the text each time, because a wrong pointer can crash the next.
 void HostCall::append(std::string_view text) {
   if (!mOnMainThread) return;
   auto& field = TheHost().flight().hostCall;
   const size_t room = field.size() - 2 - mWritten;
   mWritten += text.copy(field.data() + mWritten, std::min(room, text.size()));
+  field[mWritten] = '\0';
 }
 
 void HostCall::write(int64_t number) {
@@ -41,7 +43,7 @@ void HostCall::write(double number) {
 void HostCall::write(const char* text) {
   if (!text) return append("null, ");
   append("\"");
-  append(text);
+  append(EscapeControls(text));
   append("\", ");
 }
 
@@ -130,7 +132,9 @@ bool HostCall::needsDepthForHooks() {
 
 void HostCall::misused(Finding finding, std::string_view what) {
   if (KindOf(finding).level == Level::error) mError = A_Err_GENERIC;
-  if (mOnMainThread) TheHost().reportMisuse(finding, fmt::format("{}: {}", mFunction.name, what));
+  if (!mOnMainThread) return;
+  // On one line, whatever the plug-in passed.
+  TheHost().reportMisuse(finding, fmt::format("{}: {}", mFunction.name, EscapeControls(what)));
 }
 
 A_Err HostCall::error() {

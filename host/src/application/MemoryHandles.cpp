@@ -18,12 +18,22 @@ std::string Origin::text() const {
   return fmt::format("{} in the {} at tick {}", function, hook, tick);
 }
 
+bool MemoryHandles::Block::resize(size_t newSize) {
+  // A block of size 0 has an address too. Zero bytes of the system's take no time and no memory
+  // until they are used.
+  decltype(bytes) taken(static_cast<char*>(std::calloc(std::max<size_t>(newSize, 1), 1)),
+                        std::free);
+  if (!taken) return false;
+  if (bytes) std::memcpy(taken.get(), bytes.get(), std::min(size, newSize));
+  bytes = std::move(taken);
+  start = reinterpret_cast<_Up_OpaqueMem*>(bytes.get());
+  size = newSize;
+  return true;
+}
+
 AEGP_MemHandle MemoryHandles::make(size_t size, const Origin& origin) {
   auto block = std::make_unique<Block>();
-  // So that one of size 0 has an address too.
-  block->bytes.reserve(std::max<size_t>(size, 1));
-  block->bytes.resize(size);
-  block->start = reinterpret_cast<_Up_OpaqueMem*>(block->bytes.data());
+  if (!block->resize(size)) return nullptr;
   block->origin = origin;
   const AEGP_MemHandle handle = &block->start;
   mBlocks.emplace(handle, std::move(block));
@@ -33,7 +43,7 @@ AEGP_MemHandle MemoryHandles::make(size_t size, const Origin& origin) {
 AEGP_MemHandle MemoryHandles::make(const std::u16string& text, const Origin& origin) {
   const size_t size = (text.size() + 1) * sizeof(char16_t);
   const AEGP_MemHandle handle = make(size, origin);
-  std::memcpy(*handle, text.c_str(), size);
+  if (handle) std::memcpy(*handle, text.c_str(), size);
   return handle;
 }
 
@@ -46,7 +56,7 @@ const Origin* MemoryHandles::freed(AEGP_MemHandle handle) const {
 void MemoryHandles::free(AEGP_MemHandle handle) {
   std::unique_ptr<Block> block = std::move(mBlocks.at(handle));
   mBlocks.erase(handle);
-  block->bytes = std::vector<char>();
+  block->bytes.reset();
   block->start = nullptr;
   mFreed.push_back(std::move(block));
   if (mFreed.size() > kMostFreedHandles) mFreed.pop_front();
@@ -65,16 +75,13 @@ bool MemoryHandles::unlock(AEGP_MemHandle handle) {
   return true;
 }
 
-void MemoryHandles::resize(AEGP_MemHandle handle, size_t size) {
-  Block& block = *mBlocks.at(handle);
-  block.bytes.resize(size);
-  block.start = reinterpret_cast<_Up_OpaqueMem*>(block.bytes.data());
+bool MemoryHandles::resize(AEGP_MemHandle handle, size_t size) {
+  return mBlocks.at(handle)->resize(size);
 }
 
 size_t MemoryHandles::totalSize() const {
-  return std::accumulate(
-      mBlocks.begin(), mBlocks.end(), size_t{0},
-      [](size_t sum, const auto& entry) { return sum + entry.second->bytes.size(); });
+  return std::accumulate(mBlocks.begin(), mBlocks.end(), size_t{0},
+                         [](size_t sum, const auto& entry) { return sum + entry.second->size; });
 }
 
 std::vector<std::string> MemoryHandles::leaks() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
 #include <deque>
 #include <memory>
 #include <string>
@@ -16,9 +17,9 @@ namespace host {
 /// later use. Its address isn't given to another handle at once: a second free would hit that one.
 class MemoryHandles {
  public:
-  /// Makes a handle that holds `size` zero bytes.
+  /// Makes a handle that holds `size` zero bytes. Returns null if there is no memory.
   AEGP_MemHandle make(size_t size, const Origin& origin);
-  /// Makes a handle that holds `text` and a terminating 0.
+  /// Does the same for `text` and a terminating 0.
   AEGP_MemHandle make(const std::u16string& text, const Origin& origin);
   bool holds(AEGP_MemHandle handle) const { return mBlocks.contains(handle); }
   /// Returns where the handle came from if it was freed lately, or else null.
@@ -34,8 +35,10 @@ class MemoryHandles {
   /// Returns false if the handle isn't locked.
   bool unlock(AEGP_MemHandle handle);
   bool isLocked(AEGP_MemHandle handle) const { return mBlocks.at(handle)->locks > 0; }
-  size_t size(AEGP_MemHandle handle) const { return mBlocks.at(handle)->bytes.size(); }
-  void resize(AEGP_MemHandle handle, size_t size);
+  size_t size(AEGP_MemHandle handle) const { return mBlocks.at(handle)->size; }
+  /// Keeps the contents, and adds zero bytes. Returns false, and changes nothing, if there is no
+  /// memory.
+  bool resize(AEGP_MemHandle handle, size_t size);
 
   size_t count() const { return mBlocks.size(); }
   size_t totalSize() const;
@@ -44,11 +47,14 @@ class MemoryHandles {
 
  private:
   struct Block {
-    _Up_OpaqueMem* start = nullptr;
-    std::vector<char> bytes;
+    _Up_OpaqueMem* start = nullptr;  ///< the bytes, as the handle points to them
+    std::unique_ptr<char, decltype(&std::free)> bytes{nullptr, std::free};
+    size_t size = 0;
     int locks = 0;
     int failedLocks = 0;
     Origin origin;
+
+    bool resize(size_t newSize);
   };
 
   std::unordered_map<AEGP_MemHandle, std::unique_ptr<Block>> mBlocks;

@@ -13,7 +13,9 @@ A_Err NewMemHandle(AEGP_PluginID id, const A_char* what, AEGP_MemSize size, AEGP
   call.needs(what, "whatZ");
   call.needs(handle, "memPH");
   if (const A_Err error = call.error()) return error;
-  *handle = TheHost().memory.make(size, TheHost().origin("AEGP_NewMemHandle"));
+  const AEGP_MemHandle made = TheHost().memory.make(size, TheHost().origin("AEGP_NewMemHandle"));
+  if (!made) return A_Err_GENERIC;
+  *handle = made;
   return A_Err_NONE;
 }
 
@@ -68,8 +70,7 @@ A_Err ResizeMemHandle(const A_char* what, AEGP_MemSize size, AEGP_MemHandle hand
     call.misused(Finding::badArgument, "the handle is locked, and its memory would move");
   }
   if (const A_Err error = call.error()) return error;
-  TheHost().memory.resize(handle, size);
-  return A_Err_NONE;
+  return TheHost().memory.resize(handle, size) ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
 }
 
 A_Err GetMemStats(AEGP_PluginID id, A_long* count, A_long* size) {

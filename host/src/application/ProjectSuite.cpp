@@ -49,7 +49,7 @@ A_Err GetProjectPath(AEGP_ProjectH project, AEGP_MemHandle* path) {
   if (const A_Err error = call.error()) return error;
   *path = TheHost().memory.make(TheHost().project().reportedPath,
                                 TheHost().origin("AEGP_GetProjectPath"));
-  return A_Err_NONE;
+  return *path ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
 }
 
 A_Err ProjectIsDirty(AEGP_ProjectH project, A_Boolean* dirty) {

@@ -234,11 +234,10 @@ void Blocks::free(void* block) {
 }
 
 void* Blocks::reallocate(void* block, size_t size) {
-  const Origin origin = mOrigins.at(block);
-  void* const moved = std::realloc(block, std::max<size_t>(size, 1));
+  void* const moved = allocate(size, mOrigins.at(block));
   if (!moved) return nullptr;
-  mOrigins.erase(block);
-  mOrigins.emplace(moved, origin);
+  std::memcpy(moved, block, std::min(size, malloc_usable_size(block)));
+  free(block);
   return moved;
 }
 

@@ -79,7 +79,8 @@ class Blocks {
   const Origin* freed(void* block) const;
   /// The block has to exist.
   void free(void* block);
-  /// The block has to exist. Returns null, and leaves the block alone, if there is no memory.
+  /// The block has to exist. Frees it, and returns another with its contents. Returns null, and
+  /// leaves the block alone, if there is no memory.
   void* reallocate(void* block, size_t size);
   /// Describes each block that is left.
   std::vector<std::string> leaks() const;

@@ -20,6 +20,7 @@ enum class Finding {
   crash,
   timeout,
   processEnded,
+  forkReturned,
   dialogNeverBegan,
   hostCommandHandled,
   notSupplied,
@@ -74,6 +75,8 @@ inline constexpr std::array kFindingKinds{
                 "A call of the plug-in doesn't return in time."},
     FindingKind{Finding::processEnded, "process-ended", Level::error,
                 "The plug-in ends the host's process."},
+    FindingKind{Finding::forkReturned, "fork-returned", Level::error,
+                "A process that the plug-in forks returns to the host, as a second one."},
     FindingKind{
         Finding::dialogNeverBegan, "dialog-never-began", Level::error,
         "A modal session of the host doesn't begin, because the plug-in doesn't pass it on."},

@@ -30,6 +30,7 @@ void KeepFromForks(FlightRecord& record) {
     const void* const own = mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
                                  MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (own == MAP_FAILED) _exit(EXIT_FAILURE);
+    kept->isOfFork = true;
   });
 }
 

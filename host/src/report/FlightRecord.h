@@ -19,6 +19,7 @@ struct FlightRecord {
   std::array<char, 64> hook{};  ///< "idle hook", "static constructor"; empty in the host itself
   std::array<char, 512> hostCall{};  ///< the latest host call, with its arguments
   std::array<char, 512> step{};      ///< the step's place in the session file
+  bool isOfFork = false;             ///< nobody reads it; see `KeepFromForks`
   int64_t tick = 0;
   int64_t time = 0;  ///< virtual, in seconds since 1970
   int64_t stepsPlayed = 0;

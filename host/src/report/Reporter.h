@@ -34,6 +34,8 @@ class Reporter {
  public:
   void attach(int pipe);
   void send(ReportKind kind, std::string_view text) const;
+  /// Does the same in such a process, too.
+  void sendFromFork(ReportKind kind, std::string_view text) const;
 
  private:
   int mPipe = -1;

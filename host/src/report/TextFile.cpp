@@ -59,9 +59,13 @@ std::vector<std::string> Split(std::string_view text, char separator) {
 std::string EscapeControls(std::string_view text) {
   static constexpr char kDigits[] = "0123456789abcdef";
   std::string escaped;
+  unsigned char before = 0;
   for (const char letter : text) {
     const auto code = static_cast<unsigned char>(letter);
-    if (code >= 0x20 && code != 0x7f) {
+    // U+0080 to U+009F, the first byte of which stands already.
+    const bool endsControl = std::exchange(before, code) == 0xc2 && code >= 0x80 && code < 0xa0;
+    if (endsControl) escaped.replace(escaped.size() - 1, 1, "\\xc2");
+    if (code >= 0x20 && code != 0x7f && !endsControl) {
       escaped += letter;
     } else if (letter == '\n') {
       escaped += "\\n";

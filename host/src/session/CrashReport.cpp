@@ -32,6 +32,8 @@ void Write(const char* text) {
 }
 
 void WriteBacktrace(int signal) {
+  // Before the backtrace, which may crash, too.
+  ::signal(signal, SIG_DFL);
   if (signal != kHangSignal) NoteThread();
   std::array<void*, kMostFrames> frames;
   const int count = backtrace(frames.data(), kMostFrames);
@@ -40,7 +42,6 @@ void WriteBacktrace(int signal) {
   if (count > kOwnFrames) {
     backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, reportDescriptor);
   }
-  ::signal(signal, SIG_DFL);
   raise(signal);
 }
 
@@ -58,14 +59,14 @@ void WriteWhat() {
 }
 
 [[noreturn]] void Terminate() {
-  Write("uncaught exception: ");
   if (const std::type_info* type = abi::__cxa_current_exception_type()) {
+    Write("uncaught exception: ");
     int status = 0;
     const char* name = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
     Write(name ? name : type->name());
     WriteWhat();
   } else {
-    Write("none");
+    Write("std::terminate was called without an exception");
   }
   Write("\n");
   std::abort();

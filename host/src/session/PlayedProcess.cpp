@@ -27,8 +27,8 @@ namespace host {
 namespace {
 
 constexpr int64_t kNanoseconds = 1'000'000'000;
-// Of a session. A plug-in that makes one makes it again and again.
-constexpr size_t kMostMisuses = 100;
+// Of one kind. A plug-in that makes a misuse makes it again and again.
+constexpr size_t kMostFindings = 100;
 // Of the output that a process leaves behind, in bytes.
 constexpr size_t kMostOutput = 65536;
 // How long a process that hangs may take to write its backtrace.
@@ -45,6 +45,16 @@ std::vector<std::string> ReadLinesFrom(const std::filesystem::path& file, off_t 
   std::vector<std::string> lines = Split(text, '\n');
   if (lines.back().empty()) lines.pop_back();
   return lines;
+}
+
+// Counts each kind for itself, so that those that are allowed don't hide others.
+void Keep(std::vector<FoundInSession>& findings, FoundInSession found) {
+  const auto count = static_cast<size_t>(
+      std::count_if(findings.begin(), findings.end(),
+                    [&](const FoundInSession& other) { return other.finding == found.finding; }));
+  if (count >= kMostFindings) return;
+  if (count + 1 == kMostFindings) found.text += "\n    no more of this kind are told";
+  findings.push_back(std::move(found));
 }
 
 std::string ReadAll(int descriptor) {
@@ -180,10 +190,10 @@ void PlayedProcess::takeReport(const Report& report) {
       takeEvent(EventFrom(Json::parse(report.text)));
       break;
     case ReportKind::finding:
-      mFindings.push_back(found());
+      Keep(mFindings, found());
       break;
     case ReportKind::misuse:
-      if (mMisuses.size() < kMostMisuses) mMisuses.push_back(found());
+      Keep(mMisuses, found());
       break;
     case ReportKind::expected:
       mMisuses.clear();

@@ -55,6 +55,17 @@ class StepMaker {
   StepMaker(Random& random, const SessionPart& part, bool hasFaults, std::set<std::string> projects)
       : mRandom(random), mPart(part), mHasFaults(hasFaults), mProjects(std::move(projects)) {}
 
+  // Returns whether a step of another session can come here, and takes note of it.
+  bool take(const YAML::Node& step) {
+    if (!step.IsMap()) return true;
+    const std::string name = step.begin()->first.Scalar();
+    const std::string project =
+        step.begin()->second.IsScalar() ? step.begin()->second.Scalar() : "";
+    if (name == "save as") mProjects.insert(project);
+    if (name == "open" || name == "open by double click") return mProjects.contains(project);
+    return name != "remove" || mProjects.erase(project) > 0;
+  }
+
   // Returns a step as YAML.
   std::string next() {
     switch (mRandom.below(mHasFaults ? 7 : 6)) {
@@ -222,7 +233,7 @@ YAML::Node MakeRandomSession(Random& random, const SessionPart& part) {
   std::set<std::string> projects = MakeProjects(random, root);
   part.addRandomKeys(random, root);
   StepMaker maker(random, part, random.oneIn(2), std::move(projects));
-  YAML::Node steps;
+  YAML::Node steps(YAML::NodeType::Sequence);
   const size_t count = 1 + random.below(kMostSteps);
   for (size_t i = 0; i < count; ++i) steps.push_back(YAML::Load(maker.next()));
   PutStart(steps, random);
@@ -237,13 +248,13 @@ YAML::Node MakeRandomSessionFrom(const YAML::Node& session, Random& random,
   std::set<std::string> projects;
   for (const auto& project : session["projects"]) projects.insert(project.first.Scalar());
   StepMaker maker(random, part, random.oneIn(2), std::move(projects));
-  YAML::Node steps;
+  YAML::Node steps(YAML::NodeType::Sequence);
   bool mayInsert = std::none_of(session["steps"].begin(), session["steps"].end(),
                                 [](const YAML::Node& step) { return IsStep(step, "start"); });
   for (const YAML::Node& step : session["steps"]) {
     if (IsStep(step, "quit")) break;
     const bool isLeftOut = !IsStep(step, "start") && random.oneIn(8);
-    if (!IsStep(step, "expect") && !isLeftOut) steps.push_back(step);
+    if (!IsStep(step, "expect") && !isLeftOut && maker.take(step)) steps.push_back(step);
     mayInsert = mayInsert || IsStep(step, "start");
     if (mayInsert && random.oneIn(4)) steps.push_back(YAML::Load(maker.next()));
   }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -72,17 +73,34 @@ HostSettings ReadHost(const YamlValue& value) {
   return host;
 }
 
+// Returns the path of a file that the session has. It can't be another file, nor lie in one.
+std::string ReadFile(const YamlValue& value, const std::string& text,
+                     std::set<std::filesystem::path>& files) {
+  const std::filesystem::path path =
+      std::filesystem::path(value.checkedPath(text)).lexically_normal();
+  for (const std::filesystem::path& other : files) {
+    const auto [inPath, inOther] =
+        std::mismatch(path.begin(), path.end(), other.begin(), other.end());
+    if (inPath == path.end() || inOther == other.end()) {
+      value.fail(fmt::format("the session has the file '{}' already", other.string()));
+    }
+  }
+  files.insert(path);
+  return text;
+}
+
 FolderSetup ReadFolder(const Fields& fields) {
   FolderSetup setup;
+  std::set<std::filesystem::path> paths;
   if (const YamlValue* projects = Find(fields, "projects")) {
     for (const auto& [path, fonts] : projects->fields()) {
-      setup.projects.emplace_back(fonts.checkedPath(path), fonts.texts());
+      setup.projects.emplace_back(ReadFile(fonts, path, paths), fonts.texts());
     }
   }
   if (const YamlValue* fonts = Find(fields, "active fonts")) setup.activeFonts = fonts->texts();
   if (const YamlValue* files = Find(fields, "files")) {
     for (const auto& [path, text] : files->fields()) {
-      setup.files.emplace_back(text.checkedPath(path), text.text());
+      setup.files.emplace_back(ReadFile(text, path, paths), text.text());
     }
   }
   return setup;
