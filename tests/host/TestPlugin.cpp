@@ -117,6 +117,43 @@ void Hang() {
   while (true) pause();
 }
 
+// Forgets the handle if it can't be locked.
+void ReadPathCarelessly() {
+  const Memory memory;
+  const AEGP_MemHandle path = PathHandle();
+  void* start = nullptr;
+  if (memory->AEGP_LockMemHandle(path, &start) != A_Err_NONE) return;
+  memory->AEGP_UnlockMemHandle(path);
+  memory->AEGP_FreeMemHandle(path);
+}
+
+// As if the framework had been called.
+void WriteJournal(const std::string& lines) {
+  std::ofstream("journal", std::ios::app) << lines;
+}
+
+void CloseProject() {
+  AEGP_ProjectH project = nullptr;
+  Projects()->AEGP_NewProject(&project);
+}
+
+// Closes the open project for its fonts, and has them active. Neither opens it again nor listens to
+// the user.
+void ActivateAndForget() {
+  std::ofstream("active-fonts", std::ios::app) << "Garamond\n";
+  WriteJournal(
+      "InitializeTamberlinkInterface\nPluginIsEnabled\tenabled=true\n"
+      "HandleOpenExistingDocument\tpath=projects/a.aep\tcount=1\n");
+  CloseProject();
+}
+
+void OpenAgain() {
+  const std::u16string path = (std::filesystem::current_path() / "projects/a.aep").u16string();
+  AEGP_ProjectH project = nullptr;
+  Projects()->AEGP_OpenProjectFromPath(reinterpret_cast<const A_UTF16Char*>(path.c_str()),
+                                       &project);
+}
+
 // What happens when the module is finalised, after its static objects are destroyed.
 void (*finally)() = nullptr;
 [[gnu::destructor]] void Finalise() {
@@ -335,6 +372,22 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"end the process with a code", [] { _exit(3); }},
     {"throw", [] { throw std::runtime_error("boom"); }},
     {"throw an int", [] { throw 516; }},
+    {"read the path carelessly", ReadPathCarelessly},
+    {"leave a mark",
+     [] {
+       if (std::filesystem::exists("mark")) _exit(3);
+       std::ofstream("mark") << "was here";
+       std::ofstream("projects/a.aep") << "changed";
+       const Memory memory;
+       memory->AEGP_FreeMemHandle(PathHandle());
+     }},
+    {"close the project", CloseProject},
+    {"activate and forget", ActivateAndForget},
+    {"activate without a look at the fonts",
+     [] {
+       ActivateAndForget();
+       OpenAgain();
+     }},
     {"report", [] { Utility()->AEGP_ReportInfo(pluginId, "something is up"); }},
     {"keep a preference", KeepAPreference},
     {"write files",

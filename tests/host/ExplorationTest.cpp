@@ -1,0 +1,130 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "PlayHost.h"
+#include "TemporaryFolder.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char kPlugin[] = "--plugin " TEST_PLUGIN " ";
+// The test plug-in uses suites and handles that it didn't get.
+const std::string kCareless = "--allow crash --allow null-argument --allow unknown-command";
+
+Played Sweep(const TemporaryFolder& folder, const std::string& session,
+             const std::string& options = "") {
+  const std::string file = folder.Write("story.yaml", session).string();
+  return RunHost(kPlugin + options + " " + file, "sweep");
+}
+
+/// Returns the only session that was written to the folder `saved`.
+std::string SavedSession(const TemporaryFolder& folder) {
+  const std::filesystem::directory_iterator files(folder.path() / "saved");
+  return "\"" + files->path().string() + "\"";
+}
+
+TEST(Sweep, NamesTheCallWhoseFailureIsMishandledAndRepeatsIt) {
+  const TemporaryFolder folder;
+  const std::string save = folder.Write("saved/.keep", "").parent_path().string();
+  std::filesystem::remove(folder.path() / "saved/.keep");
+  const Played swept =
+      Sweep(folder, Behaviour("read the path carelessly"), kCareless + " --save " + save);
+  EXPECT_EQ(swept.code, 1);
+  EXPECT_THAT(swept.output, HasSubstr("story: call 1 of AEGP_LockMemHandle fails with 24301\n"
+                                      "  handle-leaked: a memory handle is left, from "
+                                      "AEGP_GetProjectPath in the idle hook at tick 1\n"));
+  EXPECT_THAT(swept.output, HasSubstr(", 1 failed\nresult: failed\n"));
+  const Played repeated = RunHost(kPlugin + SavedSession(folder));
+  EXPECT_EQ(repeated.code, 1);
+  EXPECT_THAT(repeated.output, AllOf(HasSubstr("AEGP_LockMemHandle fails with 24301"),
+                                     HasSubstr("handle-leaked: a memory handle is left")));
+}
+
+TEST(Sweep, PlaysEachTrialInTheFolderOfTheSession) {
+  const TemporaryFolder folder;
+  const Played swept = Sweep(folder,
+                             "files: {behaviour: leave a mark}\nprojects: {projects/a.aep: [A]}\n"
+                             "steps: [tick, open by double click: projects/a.aep]\n",
+                             kCareless);
+  EXPECT_EQ(swept.code, 0) << swept.output;
+  EXPECT_THAT(swept.output, Not(HasSubstr(" 0 trials")));
+}
+
+TEST(Sweep, TakesAnErrorThatAFailingCallCausesAsRight) {
+  const TemporaryFolder folder;
+  // The test plug-in returns what `AEGP_InsertMenuCommand` answers from its entry point.
+  const Played swept = Sweep(folder, "steps: [tick]\n", kCareless);
+  EXPECT_EQ(swept.code, 0) << swept.output;
+  const Played run = Play("steps: [fail: {function: AEGP_InsertMenuCommand}, start]\n");
+  EXPECT_THAT(run.output, HasSubstr("hook-error: the user saw an error"));
+}
+
+TEST(Random, ShortensASessionThatFailsAndTheSeedRepeatsIt) {
+  const std::string arguments = "BEHAVIOUR='close the project' " AEGP_HOST " random --seed 7 " +
+                                std::string(kPlugin) + "--count 60 --allow crash";
+  const Played played = RunCommand(arguments);
+  EXPECT_EQ(played.code, 1);
+  EXPECT_THAT(played.output, HasSubstr("unsaved-work-lost: the plug-in closes"));
+  // The user edits, and the plug-in's first tick closes.
+  EXPECT_THAT(played.output,
+              AllOf(HasSubstr("steps:\n  - edit\n  - tick: 1\n"), Not(HasSubstr("vault:"))));
+  EXPECT_EQ(RunCommand(arguments).output, played.output);
+}
+
+TEST(TolerantSession, AsksAtItsEndWhatBecameOfAnActivation) {
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases{
+      {"activate and forget",
+       {"project-left-closed: the plug-in closed projects/a.aep",
+        "activation-never-ends: the plug-in doesn't see a dialog",
+        "activation-never-ends: the framework isn't told of a saved project"}},
+      {"activate without a look at the fonts",
+       {"font-still-missing: Garamond is active, and projects/a.aep lacks it"}},
+  };
+  for (const auto& [behaviour, findings] : cases) {
+    SCOPED_TRACE(behaviour);
+    const Played played = Play("tolerant: true\nfiles: {behaviour: " + behaviour +
+                                   "}\nprojects: {projects/a.aep: [Garamond]}\n"
+                                   "steps: [open by double click: projects/a.aep, tick]\n",
+                               kWithFontManager);
+    EXPECT_EQ(played.code, 1);
+    for (const std::string& finding : findings) EXPECT_THAT(played.output, HasSubstr(finding));
+  }
+}
+
+TEST(TolerantSession, PassesOverWhatCannotBePlayed) {
+  const Played played = Play("tolerant: true\nsteps: [save, pick: Nothing, tick]\n");
+  EXPECT_EQ(played.code, 0) << played.output;
+  EXPECT_THAT(played.output, AllOf(HasSubstr("passes over the step: a project without a path"),
+                                   HasSubstr("passes over the step: no menu has an item")));
+}
+
+TEST(Acceptance, HoldsForItsFindingItsTextAndAfterItsFailuresOnly) {
+  const std::vector<std::pair<std::string, int>> cases{
+      {"{finding: handle-leaked, reason: it is known}", 0},
+      {"{finding: handle-leaked, text: from AEGP_GetProjectPath, reason: it is known}", 0},
+      {"{finding: handle-leaked, text: from AEGP_NewMemHandle, reason: it is known}", 1},
+      {"{finding: suite-leaked, reason: it is known}", 1},
+      {"{finding: handle-leaked, after: [AEGP_LockMemHandle], reason: it is known}", 0},
+      {"{finding: handle-leaked, after: [AEGP_NewProject], reason: it is known}", 1},
+  };
+  for (const auto& [acceptance, code] : cases) {
+    SCOPED_TRACE(acceptance);
+    const Played played =
+        Play("accepted: [" + acceptance + "]\n" +
+             Behaviour("read the path carelessly", "[fail: {function: AEGP_LockMemHandle}, tick]"));
+    EXPECT_EQ(played.code, code) << played.output;
+    EXPECT_THAT(played.output, code == 0 ? testing::Matcher<std::string>(
+                                               HasSubstr("accepts handle-leaked: it is known"))
+                                         : HasSubstr("handle-leaked: a memory handle"));
+  }
+}
+
+}  // namespace
