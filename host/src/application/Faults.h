@@ -99,6 +99,8 @@ class Faults {
   /// Makes the `call`-th call of `function` from now return `result`, and no other. `call` counts
   /// from 1. Replaces an earlier request of this kind, not one of the other kind.
   void failCall(const std::string& function, A_Err result, int64_t call);
+  /// Returns whether a call by its number is still to fail.
+  bool waitsForCall() const { return !mFailingCalls.empty(); }
   /// Lets every call succeed from now on.
   void clear();
   /// Makes the host refuse the suite.

@@ -60,10 +60,11 @@ void PlayStep(const Step& step, Host& host) {
   host.endStep();
 }
 
-void PlaySession(const Session& session, Host& host) {
+void PlaySession(const Session& session, const TrialRunner& trials, Host& host) {
   for (const auto& preparation : session.preparations) preparation(host);
   for (const Step& step : session.steps) {
     if (step.quits && host.settings().tolerant) {
+      trials.checkCallHasFailed();
       for (const auto& settle : session.settling) settle(host);
     }
     PlayStep(step, host);
@@ -77,7 +78,7 @@ void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& f
   try {
     host.prepare(session.host, setup.options.module, setup.reportPipe, flight);
     if (session.countsCalls) CountCalls(host);
-    PlaySession(session, host);
+    PlaySession(session, trials, host);
   } catch (const SessionEnded&) {
     // The finding was reported before it was thrown.
   } catch (const std::exception& error) {

@@ -46,6 +46,7 @@ bool TrialRunner::play(size_t trial) {
     mHost.moveTo(self.setup().reportPipe, self.flight());
     InstallCrashReport(self.setup().crashReport);
     KeepFromForks(self.flight());
+    mIsTrial = !mHost.faults.waitsForCall();
     mTrials[trial].plant(mHost);
     return true;
   }
@@ -59,6 +60,11 @@ bool TrialRunner::play(size_t trial) {
                fmt::format("{}\n{}\n{}", trial, KindOf(found.finding).name, found.text));
   }
   return false;
+}
+
+void TrialRunner::checkCallHasFailed() const {
+  if (!mIsTrial || !mHost.faults.waitsForCall()) return;
+  mHost.report(Finding::setup, "the call that is to fail never came" + mHost.where());
 }
 
 }  // namespace host

@@ -23,6 +23,10 @@ class TrialRunner {
   TrialRunner(const TrialRunner&) = delete;
   TrialRunner& operator=(const TrialRunner&) = delete;
 
+  /// Reports it if this process plays a trial whose call hasn't come. To be called before the
+  /// session settles.
+  void checkCallHasFailed() const;
+
  private:
   void playDue();
   bool play(size_t trial);
@@ -32,7 +36,8 @@ class TrialRunner {
   const std::filesystem::path mFolder;
   Host& mHost;
   std::vector<Trial> mTrials;
-  size_t mNext = 0;  ///< the first trial that hasn't begun
+  size_t mNext = 0;       ///< the first trial that hasn't begun
+  bool mIsTrial = false;  ///< this process plays one, and no other call by its number is to fail
 };
 
 }  // namespace host
