@@ -47,7 +47,8 @@ SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   HostCall call(SuiteId::basic, "AcquireSuite", name, int64_t{version});
   call.needs(name, "name");
   call.needs(suite, "suite");
-  if (suite) *suite = nullptr;
+  // Also where the session lets the call fail.
+  if (call.misuse() == A_Err_NONE) *suite = nullptr;
   if (const A_Err error = call.error()) return error;
   if (TheHost().faults.refuses(name, version)) {
     TheHost().noteFailure("AcquireSuite");

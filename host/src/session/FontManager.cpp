@@ -463,24 +463,17 @@ std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
     const auto& arguments = operation->arguments;
     return std::find(arguments.begin(), arguments.end(), name) != arguments.end();
   };
-  std::vector<std::string> answers;
-  for (const char* result : kResults) answers.push_back(fmt::format("result: {}", result));
-  if (has("list") && has("size")) {
-    for (const char* result : kResults) {
-      answers.push_back(fmt::format("result: {}, text: [Garamond]", result));
-    }
-  }
-  if (has("size")) {
-    for (const char* size : kSizes) answers.push_back(fmt::format("size: {}", size));
-  }
-  if (has("count")) {
-    for (const char* count : kCounts) answers.push_back(fmt::format("count: {}", count));
-  }
   std::vector<std::string> steps;
-  for (const std::string& answer : answers) {
-    steps.push_back(fmt::format("framework answers: [{}: {{call: {}, {}}}]", call.function,
-                                call.number, answer));
-  }
+  const auto add = [&](const char* before, const auto& values, const char* after = "") {
+    for (const char* value : values) {
+      steps.push_back(fmt::format("framework answers: [{}: {{call: {}, {}{}{}}}]", call.function,
+                                  call.number, before, value, after));
+    }
+  };
+  add("result: ", kResults);
+  if (has("list") && has("size")) add("result: ", kResults, ", text: [Garamond]");
+  if (has("size")) add("size: ", kSizes);
+  if (has("count")) add("count: ", kCounts);
   return steps;
 }
 

@@ -106,9 +106,7 @@ class StepMaker {
   std::string removeStep() {
     const auto project =
         std::next(mProjects.begin(), static_cast<std::ptrdiff_t>(mRandom.below(mProjects.size())));
-    const std::string path = *project;
-    mProjects.erase(project);
-    return "remove: " + path;
+    return "remove: " + mProjects.extract(project).value();
   }
 
   std::string userStep() {
