@@ -35,6 +35,10 @@ void PrintFailure(const std::string& title, const std::vector<FoundInSession>& f
   fmt::print("\nwritten: {}\n", file.string());
 }
 
+std::string Sessions(size_t count) {
+  return fmt::format("{} session{}", count, count == 1 ? "" : "s");
+}
+
 Explored PrintOutcome(bool failed, int signal) {
   if (signal == 0) fmt::print("result: {}\n", failed ? "failed" : "ok");
   return {failed, signal};
@@ -49,7 +53,7 @@ Explored PrintSweep(const std::vector<Session>& sessions, const RunOptions& opti
     PrintFailure(fmt::format("{}: {}", failure.session, failure.what), failure.findings,
                  failure.repeat, save);
   }
-  fmt::print("{} sessions, {} calls, {} trials, {} failed\n", sessions.size(), result.calls,
+  fmt::print("{} calls in {}, {} trials, {} failed\n", result.calls, Sessions(sessions.size()),
              result.trials, result.failures.size());
   return PrintOutcome(!result.failures.empty(), result.signal);
 }
@@ -61,7 +65,7 @@ Explored PrintRandom(const RandomOptions& random, const RunOptions& options,
     PrintFailure(fmt::format("seed {}, session {}", random.seed, failure.number), failure.findings,
                  failure.session, save);
   }
-  fmt::print("{} sessions of seed {}, {} failed\n", result.played, random.seed,
+  fmt::print("{} of seed {}, {} failed\n", Sessions(result.played), random.seed,
              result.failures.size());
   return PrintOutcome(!result.failures.empty(), result.signal);
 }

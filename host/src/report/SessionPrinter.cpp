@@ -6,19 +6,10 @@
 #include <cstdio>
 #include <utility>
 
+#include "Progress.h"
 #include "TextFile.h"
 
 namespace host {
-namespace {
-
-// Shows the progress on a terminal, and removes it for an empty text. Writes to standard error, so
-// that redirected output stays the same.
-void ShowProgress(const std::string& text) {
-  static const bool isShown = isatty(STDERR_FILENO) != 0;
-  if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
-}
-
-}  // namespace
 
 SessionPrinter::SessionPrinter(bool quiet, size_t count)
     : mQuiet(quiet), mCount(count), mTranscript(StyleOf(STDOUT_FILENO)) {}

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "Progress.h"
 #include "RandomSession.h"
 #include "Reduction.h"
 #include "SessionText.h"
@@ -93,14 +94,18 @@ RandomResult PlayRandomSessions(const RandomOptions& random, const RunOptions& o
     std::vector<Session> sessions;
     const uint64_t end = std::min(result.played + kBatch, random.count);
     for (uint64_t i = result.played; i < end; ++i) sessions.push_back(maker.make(i + 1));
+    ShowProgress(fmt::format("playing {} to {} of {}", result.played + 1, end, random.count));
     Failures failures;
     result.signal = PlaySessions(sessions, options, {&failures});
+    ShowProgress("");
     if (result.signal != 0) return result;
     for (const auto& [place, findings] : failures.all) {
       if (findings.empty() || result.failures.size() == kMostFailures) continue;
+      ShowProgress("shortening a session that fails");
       result.failures.push_back({result.played + place + 1, findings,
                                  Shorten(sessions[place], KindsOf(findings), options, part)});
     }
+    ShowProgress("");
     result.played = end;
   }
   return result;

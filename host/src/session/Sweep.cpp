@@ -7,6 +7,7 @@
 #include <numeric>
 #include <utility>
 
+#include "Progress.h"
 #include "SessionText.h"
 #include "Steps.h"
 
@@ -19,11 +20,22 @@ constexpr A_Err kSweepError = 24301;
 // Keeps what came of the sessions.
 class Results final : public RunListener {
  public:
-  void begin(const SessionInfo& /*session*/) override {}
+  // `what` is done with them, for the progress.
+  explicit Results(const char* what, size_t count) : mWhat(what), mCount(count) {}
+  void begin(const SessionInfo& session) override {
+    ShowProgress(fmt::format("{} {}/{} {}", mWhat, all.size() + 1, mCount, session.name));
+  }
   void take(const Event& /*event*/) override {}
-  void end(const SessionInfo& /*session*/, const Played& played) override { all.push_back(played); }
+  void end(const SessionInfo& /*session*/, const Played& played) override {
+    all.push_back(played);
+    ShowProgress("");
+  }
 
   std::vector<Played> all;
+
+ private:
+  const char* mWhat;
+  size_t mCount;
 };
 
 // How often each function had been called before a call of the plug-in by the host.
@@ -104,7 +116,7 @@ SweepResult Sweep(std::vector<Session> sessions, const RunOptions& options,
     session.host.tolerant = true;
     session.countsCalls = true;
   }
-  Results counted;
+  Results counted("counting the calls of", sessions.size());
   result.signal = PlaySessions(sessions, options, {&counted});
   if (result.signal != 0) return result;
   for (size_t i = 0; i < sessions.size(); ++i) {
@@ -115,7 +127,7 @@ SweepResult Sweep(std::vector<Session> sessions, const RunOptions& options,
     result.calls += counted.all[i].calls.size();
     result.trials += CountTrials(counted.all[i].calls, part);
   }
-  Results tried;
+  Results tried("sweeping", sessions.size());
   result.signal = PlaySessions(sessions, options, {&tried});
   for (size_t i = 0; i < tried.all.size(); ++i) AddFailures(sessions[i], tried.all[i], result);
   return result;
