@@ -22,11 +22,13 @@ HtmlFile::HtmlFile(const std::string& path, const std::string& program) : mFile(
   const size_t place = page.find(kPlaceholder);
   mRest = page.substr(place + kPlaceholder.size());
   mFile.write(page.substr(0, place));
-  mFile.write("[" + DumpForPage(Head(program)));
+  mFile.write("[");
+  mFile.write(DumpForPage(Head(program)));
 }
 
 void HtmlFile::write(const Json& object) {
-  mFile.write(",\n" + DumpForPage(object));
+  mFile.write(",\n");
+  mFile.write(DumpForPage(object));
 }
 
 void HtmlFile::finish() {
