@@ -20,8 +20,7 @@ std::map<std::string, std::string> takeAnswer(const std::string& operation) {
   static std::map<std::string, size_t> calls;
   const std::string call = std::to_string(++calls[operation]);
   size_t number = 0;
-  bool isTaken = false;
-  std::map<std::string, std::string> next;
+  std::optional<std::map<std::string, std::string>> next;
   std::map<std::string, std::string> fields;
   for (const std::string& line : readSessionLines("framework-answers")) {
     const auto [name, rest] = splitOnce(line, '\t');
@@ -30,13 +29,13 @@ std::map<std::string, std::string> takeAnswer(const std::string& operation) {
     for (const std::string& field : split(rest, '\t')) answer.insert(splitOnce(field, '='));
     if (const auto named = answer.find("call"); named != answer.end()) {
       if (named->second == call) fields = answer;
-    } else if (number++ == taken[operation] && !isTaken) {
-      isTaken = true;
+    } else if (number++ == taken[operation]) {
       next = answer;
     }
   }
-  if (isTaken) ++taken[operation];
-  fields.merge(next);
+  if (!next) return fields;
+  ++taken[operation];
+  fields.merge(*next);
   return fields;
 }
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cctype>
 #include <string>
 
 #include "SessionText.h"
@@ -62,8 +63,7 @@ Explored PrintRandom(const RandomOptions& random, const RunOptions& options,
                      const SessionPart& part, const std::filesystem::path& save) {
   const RandomResult result = PlayRandomSessions(random, options, part);
   for (const RandomFailure& failure : result.failures) {
-    PrintFailure(fmt::format("seed {}, session {}", random.seed, failure.number), failure.findings,
-                 failure.session, save);
+    PrintFailure(failure.name, failure.findings, failure.session, save);
   }
   fmt::print("{} of seed {}, {} failed\n", Sessions(result.played), random.seed,
              result.failures.size());

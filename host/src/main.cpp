@@ -2,12 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <iostream>
 #include <iterator>
+#include <limits>
 #include <map>
 #include <memory>
 #include <regex>
@@ -48,7 +51,7 @@ Example:
 
 Exit codes:
   0    every session passed
-  1    a session failed
+  1    a session failed, or a trial of one
   2    the command line, a session file or the plug-in's module is at fault
   128+ a signal ended it, for example 130 after Ctrl-C
 
@@ -155,7 +158,7 @@ int List(const Selection& selection, const RunOptions& options) {
   return kOk;
 }
 
-// What the command line asks of the commands that try what no session says.
+// The options of `sweep` and `random`.
 struct Trials {
   std::string limits;  // the file, or empty for none
   std::string save;
@@ -169,13 +172,13 @@ int CodeOf(const host::Explored& explored) {
   return explored.failed ? kFailed : kOk;
 }
 
-host::Limits LoadLimitsOf(const Trials& trials) {
-  return trials.limits.empty() ? host::Limits{} : host::LoadLimits(trials.limits);
+host::Limits LoadLimitsOf(const Trials& trials, const host::SessionPart& part) {
+  return trials.limits.empty() ? host::Limits{} : host::LoadLimits(trials.limits, part);
 }
 
 int Sweep(const Selection& selection, const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
-  const host::Limits limits = LoadLimitsOf(trials);
+  const host::Limits limits = LoadLimitsOf(trials, fontManager);
   std::vector<Session> sessions = LoadAll(selection, fontManager);
   for (Session& session : sessions) host::Accept(limits, session);
   return CodeOf(host::PrintSweep(sessions, options, fontManager, trials.save));
@@ -183,7 +186,7 @@ int Sweep(const Selection& selection, const Trials& trials, const RunOptions& op
 
 int PlayRandom(const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
-  host::RandomOptions random{trials.seed, trials.count, {}, LoadLimitsOf(trials)};
+  host::RandomOptions random{trials.seed, trials.count, {}, LoadLimitsOf(trials, fontManager)};
   if (!trials.from.empty()) random.from = host::LoadSessions(trials.from, fontManager);
   return CodeOf(host::PrintRandom(random, options, fontManager, trials.save));
 }
@@ -230,7 +233,6 @@ void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
           "--timeout", [&](int64_t seconds) { options.timeout = std::chrono::seconds(seconds); },
           "How many seconds a call of the plug-in may take, 10 by default")
       ->check(CLI::Range(1, 86400));
-  command.add_flag("--keep", options.keep, "Keeps the session folders and says where they are");
   command.add_flag("--strict", options.strict, "Lets warnings fail a session");
   std::vector<std::string> names(host::kFindingKinds.size());
   std::transform(host::kFindingKinds.begin(), host::kFindingKinds.end(), names.begin(),
@@ -247,15 +249,88 @@ void AddJobs(CLI::App& command, size_t& jobs) {
 }
 
 void AddTrials(CLI::App& command, Trials& trials, size_t& jobs) {
-  command
-      .add_option("--accept", trials.limits,
-                  "A file with the key 'accepted', which then counts in every session")
+  command.add_option("--accept", trials.limits, "A file whose 'accepted' counts in every session")
       ->check(CLI::ExistingFile);
-  command
-      .add_option("--save", trials.save,
-                  "The folder in which to write the sessions that repeat what failed")
+  command.add_option("--save", trials.save, "The folder for the sessions that repeat what failed")
       ->check(CLI::ExistingDirectory);
   AddJobs(command, jobs);
+}
+
+// What the command line says.
+struct Arguments {
+  Selection selection;
+  RunOptions options;
+  Files files;
+  Trials trials;
+  std::string fontManager;
+  std::vector<std::string> allowed;
+};
+
+void AddKeep(CLI::App& command, RunOptions& options) {
+  command.add_flag("--keep", options.keep, "Keeps the session folders and says where they are");
+}
+
+void AddPlaying(CLI::App& app, Arguments& arguments) {
+  CLI::App& run = *app.add_subcommand("run", "Plays each session in a process of its own");
+  AddRunOptions(run, "--plugin", arguments.options, arguments.allowed);
+  AddKeep(run, arguments.options);
+  AddFiles(run, arguments.files);
+  AddSelection(run, arguments.selection, arguments.fontManager);
+  run.add_flag("--quiet", arguments.selection.quiet, "Shows only the sessions that fail");
+  AddJobs(run, arguments.options.jobs);
+  run.add_flag("--fail-fast", arguments.options.failFast, "Ends with the first session that fails");
+  CLI::App& validate = *app.add_subcommand(
+      "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
+  AddRunOptions(validate, "MODULE", arguments.options, arguments.allowed);
+  AddKeep(validate, arguments.options);
+  AddFiles(validate, arguments.files);
+  AddFontManager(validate, arguments.fontManager);
+}
+
+void AddExploring(CLI::App& app, Arguments& arguments) {
+  Trials& trials = arguments.trials;
+  CLI::App& sweep = *app.add_subcommand(
+      "sweep", "Plays each session again for each call in it, with that call going wrong");
+  AddRunOptions(sweep, "--plugin", arguments.options, arguments.allowed);
+  AddSelection(sweep, arguments.selection, arguments.fontManager);
+  AddTrials(sweep, trials, arguments.options.jobs);
+  CLI::App& random = *app.add_subcommand("random", "Plays sessions of random steps");
+  AddRunOptions(random, "--plugin", arguments.options, arguments.allowed);
+  AddFontManager(random, arguments.fontManager);
+  AddTrials(random, trials, arguments.options.jobs);
+  random.add_option("--seed", trials.seed, "The seed: the same one gives the same sessions")
+      ->check(CLI::Range(int64_t{0}, std::numeric_limits<int64_t>::max()))
+      ->capture_default_str();
+  random.add_option("--count", trials.count, "How many sessions to play")
+      ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()))
+      ->capture_default_str();
+  random
+      .add_option("--from", trials.from,
+                  "Makes the sessions of this one: some of its steps, and others between them")
+      ->check(CLI::ExistingFile);
+}
+
+void AddListing(CLI::App& app, Arguments& arguments) {
+  CLI::App& list = *app.add_subcommand("list", "Lists the sessions and their variants");
+  AddSelection(list, arguments.selection, arguments.fontManager);
+  app.add_subcommand("findings", "Lists what a session can find wrong");
+}
+
+int RunCommand(const std::string& command, Arguments& arguments) {
+  if (command == "findings") return ListFindings();
+  RunOptions& options = arguments.options;
+  if (!arguments.fontManager.empty()) {
+    options.fontManager = std::filesystem::absolute(arguments.fontManager);
+  }
+  if (command == "list") return List(arguments.selection, options);
+  options.module.path = std::filesystem::absolute(options.module.path).string();
+  for (const std::string& name : arguments.allowed) {
+    options.allowed.insert(*host::FindingNamed(name));
+  }
+  if (command == "sweep") return Sweep(arguments.selection, arguments.trials, options);
+  if (command == "random") return PlayRandom(arguments.trials, options);
+  if (command == "validate") return Validate(options, arguments.files);
+  return Run(arguments.selection, options, arguments.files);
 }
 
 int RunCommandLine(int argc, char** argv) {
@@ -263,43 +338,11 @@ int RunCommandLine(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer(kFooter);
   app.set_version_flag("--version", kProgram);
-  Selection selection;
-  RunOptions options;
-  Files files;
-  std::string fontManager;
-  std::vector<std::string> allowed;
-  options.jobs = std::max(1U, std::thread::hardware_concurrency());
-  CLI::App* run = app.add_subcommand("run", "Plays each session in a process of its own");
-  AddRunOptions(*run, "--plugin", options, allowed);
-  AddFiles(*run, files);
-  AddSelection(*run, selection, fontManager);
-  run->add_flag("--quiet", selection.quiet, "Shows only the sessions that fail");
-  AddJobs(*run, options.jobs);
-  run->add_flag("--fail-fast", options.failFast, "Ends with the first session that fails");
-  CLI::App* validate = app.add_subcommand(
-      "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
-  AddRunOptions(*validate, "MODULE", options, allowed);
-  AddFiles(*validate, files);
-  AddFontManager(*validate, fontManager);
-  Trials trials;
-  CLI::App* sweep = app.add_subcommand(
-      "sweep", "Plays each session again for each call in it, with that call going wrong");
-  AddRunOptions(*sweep, "--plugin", options, allowed);
-  AddSelection(*sweep, selection, fontManager);
-  AddTrials(*sweep, trials, options.jobs);
-  CLI::App* random = app.add_subcommand("random", "Plays sessions of random steps");
-  AddRunOptions(*random, "--plugin", options, allowed);
-  AddFontManager(*random, fontManager);
-  AddTrials(*random, trials, options.jobs);
-  random->add_option("--seed", trials.seed, "Fixes the sessions")->capture_default_str();
-  random->add_option("--count", trials.count, "How many sessions to play")->capture_default_str();
-  random
-      ->add_option("--from", trials.from,
-                   "Makes the sessions of this one: some of its steps, and others between them")
-      ->check(CLI::ExistingFile);
-  CLI::App* list = app.add_subcommand("list", "Lists the sessions and their variants");
-  AddSelection(*list, selection, fontManager);
-  const CLI::App* findings = app.add_subcommand("findings", "Lists what a session can find wrong");
+  Arguments arguments;
+  arguments.options.jobs = std::max(1U, std::thread::hardware_concurrency());
+  AddPlaying(app, arguments);
+  AddExploring(app, arguments);
+  AddListing(app, arguments);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -307,14 +350,7 @@ int RunCommandLine(int argc, char** argv) {
     if (!std::cout.flush()) throw std::runtime_error("can't write the output");
     return code;
   }
-  if (findings->parsed()) return ListFindings();
-  if (!fontManager.empty()) options.fontManager = std::filesystem::absolute(fontManager);
-  if (list->parsed()) return List(selection, options);
-  options.module.path = std::filesystem::absolute(options.module.path).string();
-  for (const std::string& name : allowed) options.allowed.insert(*host::FindingNamed(name));
-  if (sweep->parsed()) return Sweep(selection, trials, options);
-  if (random->parsed()) return PlayRandom(trials, options);
-  return validate->parsed() ? Validate(options, files) : Run(selection, options, files);
+  return RunCommand(app.get_subcommands().front()->get_name(), arguments);
 }
 
 }  // namespace

@@ -517,10 +517,10 @@ void Host::report(Finding finding, std::string_view text) {
   if (const Acceptance* acceptance = acceptanceOf(finding, text)) {
     return noteAccepted(*acceptance);
   }
-  send(finding, text);
+  sendFinding(finding, text);
 }
 
-void Host::send(Finding finding, std::string_view text) const {
+void Host::sendFinding(Finding finding, std::string_view text) const {
   std::string shown(text);
   timeline.shortenPaths(shown);
   mReporter.send(ReportKind::finding, fmt::format("{}\n{}", KindOf(finding).name, shown));
@@ -539,19 +539,22 @@ void Host::reportMisuse(Finding finding, std::string_view text) {
 }
 
 void Host::reportFromOtherThread(std::string_view function) const {
-  send(Finding::wrongThread,
-       fmt::format("{}: called from another thread, while the main thread was{}", function,
-                   where()));
+  sendFinding(Finding::wrongThread,
+              fmt::format("{}: called from another thread, while the main thread was{}", function,
+                          where()));
+}
+
+void Host::copyFlight(FlightRecord& record) const {
+  record.tick = mFlight->tick;
+  record.time = mFlight->time;
+  record.stepsPlayed = mFlight->stepsPlayed;
+  record.step = mFlight->step;
+  record.stdoutTaken = mFlight->stdoutTaken;
+  record.stderrTaken = mFlight->stderrTaken;
 }
 
 void Host::moveTo(int reportPipe, FlightRecord& flight) {
   mReporter.attach(reportPipe);
-  flight.tick = mFlight->tick;
-  flight.time = mFlight->time;
-  flight.stepsPlayed = mFlight->stepsPlayed;
-  flight.step = mFlight->step;
-  flight.stdoutTaken = mFlight->stdoutTaken;
-  flight.stderrTaken = mFlight->stderrTaken;
   mFlight = &flight;
   timeline.moveTo(flight);
 }

@@ -202,8 +202,10 @@ class Host {
   /// Calls `action` each time before the host calls the plug-in, except from within such a call.
   void beforeEntries(std::function<void()> action) { mBeforeEntry = std::move(action); }
 
-  /// Reports from now on to another process that waits, in a fork of the one that has played so
-  /// far. The record outlives the host.
+  /// Copies to another record where the session is.
+  void copyFlight(FlightRecord& record) const;
+  /// Reports from now on to another process that waits, and tells it of no event. For a fork of the
+  /// process that has played so far. The record outlives the host.
   void moveTo(int reportPipe, FlightRecord& flight);
   /// Reports a finding, with where it happened, and ends the session.
   [[noreturn]] void giveUp(Finding finding, const std::string& text);
@@ -271,7 +273,7 @@ class Host {
   /// Returns the acceptance that the finding falls under, or null.
   const Acceptance* acceptanceOf(Finding finding, std::string_view text) const;
   void noteAccepted(const Acceptance& acceptance);
-  void send(Finding finding, std::string_view text) const;
+  void sendFinding(Finding finding, std::string_view text) const;
 
   Reporter mReporter;
   HostSettings mSettings;

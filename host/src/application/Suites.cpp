@@ -49,7 +49,11 @@ SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   call.needs(suite, "suite");
   // Also where the session lets the call fail.
   if (call.misuse() == A_Err_NONE) *suite = nullptr;
-  if (const A_Err error = call.error()) return error;
+  if (const A_Err error = call.error()) {
+    // What the code that the host's makers give away throws for any suite that it lacks.
+    TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
+    return error;
+  }
   if (TheHost().faults.refuses(name, version)) {
     TheHost().noteFailure("AcquireSuite");
     TheHost().noteOnce(fmt::format("refuses {} {}", name, version));

@@ -5,25 +5,24 @@
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 namespace host {
 
-OutputFile::OutputFile(const std::string& path) : mPath(path), mStream(path, std::ios::binary) {
-  check();
+OutputFile::OutputFile(std::string path)
+    : mPath(std::move(path)), mFile(std::fopen(mPath.c_str(), "wbe")) {
+  if (!mFile) fail();
 }
 
 void OutputFile::write(std::string_view text) {
-  mStream << text;
-  check();
+  if (std::fwrite(text.data(), 1, text.size(), mFile.get()) != text.size()) fail();
 }
 
 void OutputFile::flush() {
-  mStream.flush();
-  check();
+  if (std::fflush(mFile.get()) != 0) fail();
 }
 
-void OutputFile::check() const {
-  if (mStream) return;
+void OutputFile::fail() const {
   throw std::runtime_error(fmt::format("can't write {}: {}", mPath, std::strerror(errno)));
 }
 

@@ -1,26 +1,31 @@
 #pragma once
 
-#include <fstream>
+#include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace host {
 
-/// A file that is written bit by bit. Each function throws `std::runtime_error` with the file's
-/// name if a write fails.
+/// A file that is written bit by bit. Programs that a plug-in starts don't get it. Each function
+/// throws `std::runtime_error` with the file's name if a write fails.
 class OutputFile {
  public:
   /// Creates or replaces the file.
-  explicit OutputFile(const std::string& path);
+  explicit OutputFile(std::string path);
   void write(std::string_view text);
   /// Writes what a buffer holds.
   void flush();
 
  private:
-  void check() const;
+  struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+
+  [[noreturn]] void fail() const;
 
   std::string mPath;
-  std::ofstream mStream;
+  std::unique_ptr<std::FILE, Close> mFile;
 };
 
 }  // namespace host

@@ -56,8 +56,8 @@ class RunListener {
   RunListener(const RunListener&) = delete;
   RunListener& operator=(const RunListener&) = delete;
 
-  virtual void begin(const SessionInfo& session) = 0;
-  virtual void take(const Event& event) = 0;
+  virtual void begin(const SessionInfo& /*session*/) {}
+  virtual void take(const Event& /*event*/) {}
   virtual void end(const SessionInfo& session, const Played& played) = 0;
   /// Hears that the run is over, early or not.
   virtual void finish() {}

@@ -36,8 +36,6 @@ class SessionPrinter final : public RunListener {
 /// Prints one line for each session, and below it what was found.
 class VerdictPrinter final : public RunListener {
  public:
-  void begin(const SessionInfo& /*session*/) override {}
-  void take(const Event& /*event*/) override {}
   void end(const SessionInfo& session, const Played& played) override;
   /// Prints the outcome of the run. Returns whether every session passed.
   bool printOutcome() const;

@@ -113,7 +113,6 @@ void Timeline::setState(const std::string& name, std::string value) {
 }
 
 void Timeline::beginStep(std::string_view place) {
-  ++mStep;
   mPlace = place;
 }
 
@@ -145,7 +144,7 @@ void Timeline::endAll() {
 Event Timeline::event(EventKind kind, Actor actor, size_t spans) const {
   Event event;
   event.kind = kind;
-  event.step = mStep;
+  if (!mPlace.empty()) event.step = mFlight->stepsPlayed + 1;
   event.place = mPlace;
   event.tick = tick;
   event.time = time;

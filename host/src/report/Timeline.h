@@ -69,10 +69,11 @@ class Timeline {
   void begin(const Reporter& reporter, FlightRecord& flight);
   /// Has `source` add its own entries each time the timeline takes in what was written.
   void addSource(std::function<void()> source) { mSources.push_back(std::move(source)); }
-  /// Sends no event from now on.
-  void mute() { mMuted = true; }
-  /// Tells another record from now on.
-  void moveTo(FlightRecord& flight) { mFlight = &flight; }
+  /// Tells another record from now on, and sends no event.
+  void moveTo(FlightRecord& flight) {
+    mFlight = &flight;
+    mMuted = true;
+  }
   /// Has `observer` see each entry that was added.
   void addObserver(std::function<void(const Event&)> observer) {
     mObservers.push_back(std::move(observer));
@@ -126,7 +127,6 @@ class Timeline {
   const Reporter* mReporter = nullptr;
   FlightRecord* mFlight = nullptr;
   bool mMuted = false;
-  int64_t mStep = 0;
   std::string mPlace;
   std::vector<Span> mSpans;  ///< those that run, the innermost last
   std::map<std::string, std::string> mStates;

@@ -58,8 +58,7 @@ void ActivationRules::take(const std::string& operation, const std::vector<Argum
 void ActivationRules::takeActivation(const std::vector<Argument>& fields, bool isFaulty) {
   if (isFaulty) return mLatest.reset();
   // The sign is that of no font.
-  const std::string count = FieldOf(fields, "count");
-  if (count == "0" || count.starts_with('-')) return;
+  if (FieldOf(fields, "count") == "0") return;
   const Project& project = mHost->project();
   std::string path = project.path;
   mHost->timeline.shortenPaths(path);

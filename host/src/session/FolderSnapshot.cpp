@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <cerrno>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -38,18 +39,21 @@ bool IsSame(const timespec& one, const timespec& other) {
 
 FolderSnapshot::FolderSnapshot(const fs::path& folder) : mFolder(folder) {
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-    if (entry.is_symlink()) continue;
-    if (entry.is_directory()) mFolders.insert(entry.path());
-    if (!entry.is_regular_file()) continue;
-    mFiles[entry.path()] = {ReadBytes(entry.path()).value_or(""), DateOf(entry.path())};
+    if (!entry.is_symlink() && entry.is_directory()) {
+      mFolders.insert(entry.path());
+    } else if (!entry.is_symlink() && entry.is_regular_file()) {
+      mFiles[entry.path()] = {ReadBytes(entry.path()).value_or(""), DateOf(entry.path())};
+    } else {
+      mOthers.insert(entry.path());
+    }
   }
 }
 
 void FolderSnapshot::removeOthers() const {
   std::vector<fs::path> others;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(mFolder)) {
-    const bool isKnown =
-        entry.is_symlink() || mFolders.contains(entry.path()) || mFiles.contains(entry.path());
+    const fs::path& path = entry.path();
+    const bool isKnown = mFolders.contains(path) || mFiles.contains(path) || mOthers.contains(path);
     if (!isKnown) others.push_back(entry.path());
   }
   for (const fs::path& path : others) fs::remove_all(path);

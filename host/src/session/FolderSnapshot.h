@@ -9,7 +9,8 @@
 
 namespace host {
 
-/// The folders and files of a folder at one moment. Doesn't follow links.
+/// The folders and files of a folder at one moment. Doesn't follow links. Brings back only folders
+/// and regular files.
 class FolderSnapshot {
  public:
   /// Throws `std::filesystem::filesystem_error`, as `restore` does.
@@ -29,6 +30,7 @@ class FolderSnapshot {
   std::filesystem::path mFolder;
   std::map<std::filesystem::path, File> mFiles;
   std::set<std::filesystem::path> mFolders;
+  std::set<std::filesystem::path> mOthers;  ///< links and the like
 };
 
 }  // namespace host

@@ -95,6 +95,7 @@ class AnswersLeft {
     }
     return isFault;
   }
+  bool awaitCall() const { return !mOfCalls.empty(); }
   // How many there are by operation.
   std::map<std::string, size_t> counts() const {
     std::map<std::string, size_t> counts;
@@ -214,6 +215,13 @@ void FollowJournal(Host& host) {
   });
   host.timeline.setState(kActivation, "0");
   frameworkLog.rules.begin(host);
+}
+
+// The framework answers by itself from now on.
+void Settle(Host& host) {
+  WriteLines(host.inFolder("framework-answers"), {});
+  frameworkLog.answersLeft = {};
+  frameworkLog.rules.settle();
 }
 
 void CheckAnswersLeft(Host& host) {
@@ -424,7 +432,7 @@ void FontManager::readKeys(const YamlValue& root, const std::map<std::string, Ya
     }
   }
   session.preparations.emplace_back(FollowJournal);
-  session.settling.emplace_back([](Host&) { frameworkLog.rules.settle(); });
+  session.settling.emplace_back(Settle);
   session.finalChecks.emplace_back(CheckAnswersLeft);
 }
 
@@ -477,6 +485,10 @@ std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
   return steps;
 }
 
+bool FontManager::awaitsCall() const {
+  return frameworkLog.answersLeft.awaitCall();
+}
+
 void FontManager::addRandomKeys(Random& random, YAML::Node& session) const {
   if (mFolder.empty()) return;
   for (const char* font : {"Garamond", "Futura", "Bodoni", "Didot", "小塚ゴシック"}) {
@@ -499,9 +511,12 @@ void FontManager::addRandomKeys(Random& random, YAML::Node& session) const {
 
 std::string FontManager::randomStep(Random& random) const {
   if (mFolder.empty()) return "";
+  bool enabled = true;
   switch (random.below(5)) {
     case 0:
-      return fmt::format("framework state: {{enabled: {}, show login: {}}}", random.oneIn(2),
+      // One after the other: the order of a call's arguments isn't defined.
+      enabled = random.oneIn(2);
+      return fmt::format("framework state: {{enabled: {}, show login: {}}}", enabled,
                          random.oneIn(2));
     case 1:
       return "framework answers: [InvokeCommandDialog: {start: true}]";

@@ -22,6 +22,7 @@ class FontManager final : public SessionPart {
   Action readStep(std::string_view name, const YamlValue& value) const override;
   Check readExpectation(std::string_view name, const YamlValue& value) const override;
   std::vector<std::string> faultsOf(const CountedCall& call) const override;
+  bool awaitsCall() const override;
   void addRandomKeys(Random& random, YAML::Node& session) const override;
   std::string randomStep(Random& random) const override;
   std::string randomFault(Random& random) const override;

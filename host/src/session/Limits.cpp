@@ -8,7 +8,7 @@
 namespace host {
 namespace {
 
-Acceptance ReadAcceptance(const YamlValue& value) {
+Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
   const auto fields = value.fields({"finding", "text", "after", "reason"});
   const YamlValue* name = Find(fields, "finding");
   const YamlValue* reason = Find(fields, "reason");
@@ -17,31 +17,33 @@ Acceptance ReadAcceptance(const YamlValue& value) {
   if (!finding) name->fail(fmt::format("there is no finding '{}'", name->text()));
   Acceptance acceptance{*finding, "", {}, reason->text()};
   if (const YamlValue* text = Find(fields, "text")) acceptance.text = text->text();
-  if (const YamlValue* after = Find(fields, "after")) acceptance.after = after->texts();
+  if (const YamlValue* after = Find(fields, "after")) {
+    acceptance.after = after->texts();
+    for (const std::string& call : acceptance.after) {
+      const bool isKnown = CanFail(call) || !part.faultsOf({call, 1, 0}).empty();
+      if (!isKnown) after->fail(fmt::format("there is no call '{}' that could fail", call));
+    }
+  }
   return acceptance;
 }
 
 }  // namespace
 
-std::vector<Acceptance> ReadAcceptances(const YamlValue& list) {
+std::vector<Acceptance> ReadAcceptances(const YamlValue& list, const SessionPart& part) {
   std::vector<Acceptance> acceptances;
-  for (const YamlValue& each : list.list()) acceptances.push_back(ReadAcceptance(each));
+  for (const YamlValue& each : list.list()) acceptances.push_back(ReadAcceptance(each, part));
   return acceptances;
 }
 
-Limits LoadLimits(const std::filesystem::path& file) {
+Limits LoadLimits(const std::filesystem::path& file, const SessionPart& part) {
   static const Variables kNoVariables;
   const std::string name = file.string();
-  try {
-    const YAML::Node node = YAML::LoadFile(name);
-    const YamlValue root(node, "limits", &name, &kNoVariables);
-    const auto fields = root.fields({"accepted"});
-    const YamlValue* accepted = Find(fields, "accepted");
-    if (!accepted) root.fail("the key 'accepted' is missing");
-    return {node["accepted"], ReadAcceptances(*accepted)};
-  } catch (const YAML::Exception& error) {
-    throw SessionFileError(fmt::format("{}: {}", name, error.what()));
-  }
+  const YAML::Node node = ParseYaml(name, ReadSessionFile(file));
+  const YamlValue root(node, "limits", &name, &kNoVariables);
+  const auto fields = root.fields({"accepted"});
+  const YamlValue* accepted = Find(fields, "accepted");
+  if (!accepted) root.fail("the key 'accepted' is missing");
+  return {node["accepted"], ReadAcceptances(*accepted, part)};
 }
 
 void Accept(const Limits& limits, Session& session) {
@@ -49,7 +51,7 @@ void Accept(const Limits& limits, Session& session) {
   accepted.insert(accepted.end(), limits.accepted.begin(), limits.accepted.end());
   session.text = [&limits, read = session.text] {
     YAML::Node text = read();
-    for (const YAML::Node& each : limits.list) text["accepted"].push_back(each);
+    for (const YAML::Node& each : limits.list) text["accepted"].push_back(YAML::Clone(each));
     return text;
   };
 }

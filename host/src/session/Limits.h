@@ -6,12 +6,14 @@
 #include <vector>
 
 #include "Session.h"
+#include "SessionPart.h"
 #include "YamlValue.h"
 
 namespace host {
 
-/// Reads the value of a session's key `accepted`. Throws `SessionFileError`.
-std::vector<Acceptance> ReadAcceptances(const YamlValue& list);
+/// Reads the value of a session's key `accepted`. `part` knows the calls that aren't the host's.
+/// Throws `SessionFileError`.
+std::vector<Acceptance> ReadAcceptances(const YamlValue& list, const SessionPart& part);
 
 /// What a plug-in is meant to get wrong in any session.
 struct Limits {
@@ -20,7 +22,7 @@ struct Limits {
 };
 
 /// Reads a file with the key `accepted`, as a session has it. Throws `SessionFileError`.
-Limits LoadLimits(const std::filesystem::path& file);
+Limits LoadLimits(const std::filesystem::path& file, const SessionPart& part);
 
 /// Has the session accept these as well, and its text say so. `limits` outlives the session.
 void Accept(const Limits& limits, Session& session);

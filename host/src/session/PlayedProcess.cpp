@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <signal.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -137,6 +138,11 @@ bool PlayedProcess::fork() {
   if (!isNew) fcntl(mPipe, F_SETFL, O_NONBLOCK);
   if (mJanitor && isNew) mJanitor->leave();
   if (mJanitor && !isNew) mJanitor->watchGroup(mProcess);
+  if (isNew) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    InstallCrashReport(mCrashReport);
+    KeepFromForks(*mFlight);
+  }
   return isNew;
 }
 

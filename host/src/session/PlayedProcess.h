@@ -28,7 +28,9 @@ class PlayedProcess {
   /// Forks. Returns true in the new process, which plays the session with `setup` and `flight` and
   /// never destroys its copy of this object. Throws `std::runtime_error` if it can't.
   bool fork();
-  PlayerSetup setup() const { return {mOptions, mFolder, mPipe, mCrashReport}; }
+  PlayerSetup setup() const { return {mOptions, mFolder, mPipe}; }
+  /// In the new process, where it reports to.
+  int reportPipe() const { return mPipe; }
   FlightRecord& flight() const { return *mFlight; }
 
   const Session& session() const { return mSession; }

@@ -8,9 +8,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <functional>
 
 #include "CrashReport.h"
 #include "Runner.h"
+#include "Steps.h"
 #include "TrialRunner.h"
 
 namespace host {
@@ -48,26 +50,15 @@ void CheckNothingIsLeft(Host& host, const Session& session) {
   for (const auto& check : session.finalChecks) check(host);
 }
 
-// A step of a tolerant session that can't be played is passed over.
-void PlayStep(const Step& step, Host& host) {
-  host.beginStep(step.place);
-  try {
-    step.play(host);
-  } catch (const StepImpossible& impossible) {
-    if (!host.settings().tolerant) host.giveUp(Finding::setup, impossible.why);
-    host.timeline.add(Actor::session, fmt::format("passes over the step: {}", impossible.why));
-  }
-  host.endStep();
-}
-
 void PlaySession(const Session& session, const TrialRunner& trials, Host& host) {
   for (const auto& preparation : session.preparations) preparation(host);
   for (const Step& step : session.steps) {
     if (step.quits && host.settings().tolerant) {
-      trials.checkCallHasFailed();
+      trials.checkCallHasCome();
       for (const auto& settle : session.settling) settle(host);
     }
     PlayStep(step, host);
+    host.endStep();
   }
   CheckNothingIsLeft(host, session);
   host.endSteps();
@@ -75,24 +66,28 @@ void PlaySession(const Session& session, const TrialRunner& trials, Host& host) 
 
 void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {
   const TrialRunner trials(session, setup.options, setup.folder, host);
-  try {
+  const auto tryTo = [&](const std::function<void()>& action) {
+    try {
+      action();
+    } catch (const SessionEnded&) {
+      // The finding was reported before it was thrown.
+    } catch (const std::exception& error) {
+      host.report(Finding::setup,
+                  fmt::format("the session can't go on: {}{}", error.what(), host.where()));
+    }
+  };
+  tryTo([&] {
     host.prepare(session.host, setup.options.module, setup.reportPipe, flight);
     if (session.countsCalls) CountCalls(host);
     PlaySession(session, trials, host);
-  } catch (const SessionEnded&) {
-    // The finding was reported before it was thrown.
-  } catch (const std::exception& error) {
-    host.report(Finding::setup,
-                fmt::format("the session can't go on: {}{}", error.what(), host.where()));
-  }
-  host.beginDestructors();
+  });
+  // Trials may begin here too.
+  tryTo([&] { host.beginDestructors(); });
 }
 
 // What is read from the terminal is for the user's shell, and a signal of the terminal for the
 // process that waits.
 void DetachFromTerminal() {
-  setpgid(0, 0);
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
   // So that a process that leaves the plug-in's group, and whose parent ends, is still known to be
   // this session's.
   prctl(PR_SET_CHILD_SUBREAPER, 1);
@@ -101,7 +96,8 @@ void DetachFromTerminal() {
   setrlimit(RLIMIT_FSIZE, &most);
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   dup2(nothing, STDIN_FILENO);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) ::signal(signal, SIG_DFL);
+  if (nothing != STDIN_FILENO) close(nothing);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) ::signal(signal, SIG_DFL);
 }
 
 }  // namespace
@@ -110,8 +106,6 @@ void PlayAndExit(const Session& session, const PlayerSetup& setup, FlightRecord&
   DetachFromTerminal();
   if (chdir(setup.folder.c_str()) != 0) _exit(1);
   setenv("HOME", setup.folder.c_str(), 1);
-  InstallCrashReport(setup.crashReport);
-  KeepFromForks(flight);
   playsASession = true;
   PlaySteps(session, setup, flight, TheHost());
   std::exit(kPlayedExitCode);

@@ -13,7 +13,6 @@ struct PlayerSetup {
   const RunOptions& options;
   std::filesystem::path folder;  ///< the session folder
   int reportPipe = -1;
-  int crashReport = -1;  ///< takes the backtrace of a crash
 };
 
 /// The exit code of a process that has played a session. Not 0, so that an `exit(0)` of the

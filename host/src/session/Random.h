@@ -17,7 +17,7 @@ class Random {
   }
   /// Returns a number from 0 to `count` - 1.
   size_t below(size_t count) { return static_cast<size_t>(mEngine() % count); }
-  /// Returns true once in `count` times.
+  /// Returns true with the probability 1 / `count`.
   bool oneIn(size_t count) { return below(count) == 0; }
   template <typename Choice, size_t count>
   const Choice& among(const std::array<Choice, count>& choices) {

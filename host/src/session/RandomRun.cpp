@@ -21,8 +21,6 @@ constexpr size_t kMostFailures = 5;
 // Keeps what was found in the sessions that failed, by their place.
 class Failures final : public RunListener {
  public:
-  void begin(const SessionInfo& /*session*/) override {}
-  void take(const Event& /*event*/) override {}
   void end(const SessionInfo& /*session*/, const Played& played) override {
     if (played.failed) all.emplace_back(mPlayed, played.findings);
     ++mPlayed;
@@ -69,20 +67,56 @@ std::set<Finding> KindsOf(const std::vector<FoundInSession>& findings) {
   return kinds;
 }
 
-// The shorter session has to fail with findings of the same kinds.
-YAML::Node Shorten(const Session& session, const std::set<Finding>& kinds,
-                   const RunOptions& options, const SessionPart& part) {
-  const auto stillFails = [&](const YAML::Node& text) {
+// Shortens a session that fails, as long as the kinds of its findings stay.
+class Shortener {
+ public:
+  Shortener(const Session& session, const RunOptions& options, const SessionPart& part,
+            RandomFailure& failure)
+      : mSession(session), mOptions(options), mPart(part), mFailure(failure) {}
+
+  // Returns the signal that ended it, or 0.
+  int shorten() {
+    mFailure.session =
+        Reduce(mSession.text(), [this](const YAML::Node& text) { return stillFails(text); });
+    dropAcceptances();
+    return mSignal;
+  }
+
+ private:
+  bool stillFails(const YAML::Node& text) {
     try {
       Failures failures;
-      PlaySessions({ReadRandomSession(text, session.name, part)}, options, {&failures});
-      return !failures.all.empty() && KindsOf(failures.all.front().second) == kinds;
+      mSignal =
+          PlaySessions({ReadRandomSession(text, mSession.name, mPart)}, mOptions, {&failures});
+      if (mSignal != 0 || failures.all.empty()) return false;
+      const std::vector<FoundInSession>& findings = failures.all.front().second;
+      if (KindsOf(findings) != KindsOf(mFailure.findings)) return false;
+      mFailure.findings = findings;
+      return true;
     } catch (const SessionFileError&) {
       return false;
     }
-  };
-  return Reduce(session.text(), stillFails);
-}
+  }
+
+  // Without those of other findings that don't come up. One of the same could hide what failed.
+  void dropAcceptances() {
+    const std::set<Finding> kinds = KindsOf(mFailure.findings);
+    for (size_t i = mFailure.session["accepted"].size(); i > 0; --i) {
+      const YAML::Node entry = mFailure.session["accepted"][i - 1];
+      if (kinds.contains(*FindingNamed(entry["finding"].Scalar()))) continue;
+      YAML::Node candidate = YAML::Clone(mFailure.session);
+      candidate["accepted"].remove(i - 1);
+      if (candidate["accepted"].size() == 0) candidate.remove("accepted");
+      if (stillFails(candidate)) mFailure.session.reset(candidate);
+    }
+  }
+
+  const Session& mSession;
+  const RunOptions& mOptions;
+  const SessionPart& mPart;
+  RandomFailure& mFailure;
+  int mSignal = 0;
+};
 
 }  // namespace
 
@@ -100,12 +134,13 @@ RandomResult PlayRandomSessions(const RandomOptions& random, const RunOptions& o
     ShowProgress("");
     if (result.signal != 0) return result;
     for (const auto& [place, findings] : failures.all) {
-      if (findings.empty() || result.failures.size() == kMostFailures) continue;
+      if (result.failures.size() == kMostFailures) break;
+      result.failures.push_back({sessions[place].name, findings, {}});
       ShowProgress("shortening a session that fails");
-      result.failures.push_back({result.played + place + 1, findings,
-                                 Shorten(sessions[place], KindsOf(findings), options, part)});
+      result.signal = Shortener(sessions[place], options, part, result.failures.back()).shorten();
+      ShowProgress("");
+      if (result.signal != 0) return result;
     }
-    ShowProgress("");
     result.played = end;
   }
   return result;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "Limits.h"
@@ -10,17 +11,17 @@
 namespace host {
 
 struct RandomOptions {
-  uint64_t seed = 1;
-  uint64_t count = 100;
+  uint64_t seed = 0;
+  uint64_t count = 0;
   std::vector<Session> from;  ///< those that random sessions are made of, if any
   Limits limits;
 };
 
 /// A random session that failed.
 struct RandomFailure {
-  uint64_t number = 0;  ///< among those of the seed, from 1
-  std::vector<FoundInSession> findings;
-  YAML::Node session;  ///< the shortest that fails with the same finding
+  std::string name;  ///< as "random-1-466": the seed, and the number among those of the seed
+  std::vector<FoundInSession> findings;  ///< in the shortened session
+  YAML::Node session;  ///< a shorter one that fails with findings of the same kinds
 };
 
 struct RandomResult {

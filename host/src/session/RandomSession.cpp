@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <set>
 #include <string>
 #include <string_view>
@@ -11,7 +12,8 @@
 #include <vector>
 
 #include "Faults.h"
-#include "TextFile.h"
+#include "SessionText.h"
+#include "Steps.h"
 
 namespace host {
 namespace {
@@ -59,6 +61,11 @@ class StepMaker {
   bool take(const YAML::Node& step) {
     if (!step.IsMap()) return true;
     const std::string name = step.begin()->first.Scalar();
+    if (name == "repeat") {
+      const YAML::Node steps = step.begin()->second["steps"];
+      return std::all_of(steps.begin(), steps.end(),
+                         [&](const YAML::Node& each) { return take(each); });
+    }
     const std::string project =
         step.begin()->second.IsScalar() ? step.begin()->second.Scalar() : "";
     if (name == "save as") mProjects.insert(project);
@@ -143,8 +150,9 @@ class StepMaker {
 
   std::string hostStep() {
     if (mRandom.oneIn(4)) return fmt::format("project path: {}", mRandom.among(kReportedPaths));
-    return fmt::format("dialog: {{title: {}, class: {}}}", mRandom.among(kTitles),
-                       mRandom.among(kClasses));
+    // One after the other: the order of a call's arguments isn't defined.
+    const std::string_view title = mRandom.among(kTitles);
+    return fmt::format("dialog: {{title: {}, class: {}}}", title, mRandom.among(kClasses));
   }
 
   std::string faultStep() {
@@ -165,20 +173,13 @@ class StepMaker {
   std::set<std::string> mProjects;
 };
 
-// A step that comes before the host starts has to be one that may.
-bool MayComeBeforeStart(const YAML::Node& step) {
-  static const std::set<std::string> kSteps{"fail", "refuse", "framework answers",
-                                            "framework state", "wait"};
-  return step.IsMap() && kSteps.contains(step.begin()->first.as<std::string>());
-}
-
 // The steps up to the first that needs the host come before it starts, in one session of two.
 void PutStart(YAML::Node& steps, Random& random) {
   if (random.oneIn(2)) return;
   YAML::Node all;
   bool hasStarted = false;
   for (const YAML::Node& step : steps) {
-    if (!hasStarted && !MayComeBeforeStart(step)) {
+    if (!hasStarted && NeedsHost(step)) {
       all.push_back("start");
       hasStarted = true;
     }
@@ -215,10 +216,6 @@ std::set<std::string> MakeProjects(Random& random, YAML::Node& root) {
   }
   if (random.oneIn(2)) root["active fonts"] = MakeFontList(random, kFonts, 4);
   return projects;
-}
-
-bool IsStep(const YAML::Node& step, std::string_view name) {
-  return step.IsScalar() ? step.Scalar() == name : step.begin()->first.Scalar() == name;
 }
 
 }  // namespace

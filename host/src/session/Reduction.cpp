@@ -22,7 +22,6 @@ class Reducer {
     while (isSmaller && mTrials < kMostTrials) {
       isSmaller = false;
       while (shortenList({"steps"})) isSmaller = true;
-      while (mSession["accepted"] && shortenList({"accepted"})) isSmaller = true;
       isSmaller = dropKeys({}) || isSmaller;
       for (const char* key : {"host", "projects", "vault", "files", "framework"}) {
         if (mSession[key] && mSession[key].IsMap()) isSmaller = dropKeys({key}) || isSmaller;
@@ -69,8 +68,8 @@ class Reducer {
     std::vector<std::string> keys;
     for (const auto& entry : at(mSession, path)) {
       const std::string key = entry.first.Scalar();
-      // Without it other rules hold.
-      if (key != "tolerant") keys.push_back(key);
+      // Without them other rules hold.
+      if (key != "tolerant" && key != "accepted") keys.push_back(key);
     }
     bool isSmaller = false;
     for (const std::string& key : keys) {

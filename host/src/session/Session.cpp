@@ -5,9 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <set>
-#include <sstream>
 
 #include "Dialogs.h"
 #include "Limits.h"
@@ -119,7 +117,7 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   if (const YamlValue* about = Find(fields, "about")) session.about = about->text();
   if (const YamlValue* host = Find(fields, "host")) session.host = ReadHost(*host);
   if (const YamlValue* accepted = Find(fields, "accepted")) {
-    session.host.accepted = ReadAcceptances(*accepted);
+    session.host.accepted = ReadAcceptances(*accepted, part);
   }
   if (const YamlValue* tolerant = Find(fields, "tolerant")) {
     session.host.tolerant = tolerant->boolean();
@@ -141,12 +139,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
                                   const SessionPart& part) {
   static const Variables kNoVariables;
   const std::string name = std::filesystem::path(file).stem().string();
-  YAML::Node node;
-  try {
-    node = YAML::Load(yaml);
-  } catch (const YAML::ParserException& error) {
-    throw SessionFileError(fmt::format("{}:{}: {}", file, error.mark.line + 1, error.msg));
-  }
+  const YAML::Node node = ParseYaml(file, yaml);
   const YamlValue root(node, "session", &file, &kNoVariables);
   if (!root.isMap()) root.fail("has to be a map");
   if (!node["variants"]) {
@@ -176,13 +169,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
 }
 
 std::vector<Session> LoadSessions(const std::filesystem::path& file, const SessionPart& part) {
-  std::ostringstream yaml;
-  const std::ifstream stream(file, std::ios::binary);
-  if (!stream || std::filesystem::is_directory(file)) {
-    throw SessionFileError(fmt::format("{}: can't be read", file.string()));
-  }
-  yaml << stream.rdbuf();
-  return ReadSessions(file.string(), yaml.str(), part);
+  return ReadSessions(file.string(), ReadSessionFile(file), part);
 }
 
 }  // namespace host

@@ -38,6 +38,7 @@ struct Trial {
   std::string what;   ///< as "call 3 of AEGP_GetProjectPath fails with 24301"
   std::string step;   ///< YAML of the step that makes it go wrong in a session from its beginning
   Action plant;       ///< makes it go wrong from that point
+  std::function<bool(const Host&)> isAwaited;  ///< the call hasn't come since
 };
 
 struct Session : SessionInfo {

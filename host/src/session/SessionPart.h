@@ -36,6 +36,10 @@ class SessionPart {
   /// at the beginning of a session. Returns none for a call that isn't one of this part.
   virtual std::vector<std::string> faultsOf(const CountedCall& call) const = 0;
 
+  /// Returns whether, in the session that this process plays, an answer waits for a call by its
+  /// number.
+  virtual bool awaitsCall() const = 0;
+
   /// Adds keys of this part to a session that is made up.
   virtual void addRandomKeys(Random& random, YAML::Node& session) const = 0;
   /// Returns a step of this part as YAML, as it can come at any place. Empty if there is none.

@@ -80,13 +80,17 @@ std::string WriteSession(const YAML::Node& session, const std::string& comment) 
   return text + emitter.c_str() + "\n";
 }
 
+bool IsStep(const YAML::Node& step, std::string_view name) {
+  return (step.IsScalar() ? step : step.begin()->first).Scalar() == name;
+}
+
 YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step) {
   YAML::Node copy = YAML::Clone(session);
   YAML::Node steps(YAML::NodeType::Sequence);
   steps.push_back(YAML::Load(step));
   bool starts = false;
   for (const YAML::Node& each : session["steps"]) {
-    starts = starts || (each.IsScalar() && each.Scalar() == "start");
+    starts = starts || IsStep(each, "start");
   }
   // A session that starts the host by itself does so after its first steps.
   if (!starts) steps.push_back("start");

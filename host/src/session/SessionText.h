@@ -3,7 +3,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include "YamlValue.h"
 
@@ -17,6 +17,9 @@ YAML::Node ResolveVariant(const std::string& file, const std::string& variant);
 
 /// Returns the text of a session file. `comment` comes first, line by line.
 std::string WriteSession(const YAML::Node& session, const std::string& comment);
+
+/// Returns whether the step of a session has the name.
+bool IsStep(const YAML::Node& step, std::string_view name);
 
 /// Returns a copy with a step, as YAML, put before all others.
 YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step);

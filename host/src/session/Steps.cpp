@@ -10,6 +10,7 @@
 
 #include "Dialogs.h"
 #include "Expectations.h"
+#include "SessionText.h"
 #include "TextFile.h"
 #include "User.h"
 
@@ -110,7 +111,7 @@ Action ReadQuit(const YamlValue& value, Draft& draft) {
 Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
   int64_t count = 1;
   int64_t seconds = 0;
-  int64_t ticks = 1;  // in this many seconds
+  int64_t ticks = 1;  // after which the clock moves
   if (value.isMap()) {
     const auto fields = value.fields({"count", "seconds per tick", "ticks per second"});
     if (const YamlValue* all = Find(fields, "count")) count = all->integer(1, kMostTicks);
@@ -290,15 +291,28 @@ Action ReadRepeat(const YamlValue& value, Draft& draft) {
   }
   return [steps, times = count->integer(1, kMostTicks)](Host& host) {
     for (int64_t i = 0; i < times; ++i) {
-      for (const Step& step : steps) {
-        host.beginStep(step.place);
-        step.play(host);
-      }
+      for (const Step& step : steps) PlayStep(step, host);
     }
   };
 }
 
 }  // namespace
+
+bool NeedsHost(const YAML::Node& step) {
+  return std::any_of(kStepKinds.begin(), kStepKinds.end(), [&](const StepKind& kind) {
+    return kind.needsHost && IsStep(step, kind.name);
+  });
+}
+
+void PlayStep(const Step& step, Host& host) {
+  host.beginStep(step.place);
+  try {
+    step.play(host);
+  } catch (const StepImpossible& impossible) {
+    if (!host.settings().tolerant) host.giveUp(Finding::setup, impossible.why);
+    host.timeline.add(Actor::session, fmt::format("passes over the step: {}", impossible.why));
+  }
+}
 
 Action ReadPartStep(const std::string& yaml, const SessionPart& part) {
   static const Variables kNoVariables;

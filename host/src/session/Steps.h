@@ -23,6 +23,12 @@ struct SessionDraft {
 /// lacks them.
 std::vector<Step> ReadSteps(const YamlValue& steps, SessionDraft draft);
 
+/// Returns whether the step can come only while the host runs.
+bool NeedsHost(const YAML::Node& step);
+
+/// Plays a step. One that can't be played ends the session, or is passed over by a tolerant one.
+void PlayStep(const Step& step, Host& host);
+
 /// Reads a step of `part` from YAML of our own making.
 Action ReadPartStep(const std::string& yaml, const SessionPart& part);
 

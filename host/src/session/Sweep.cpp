@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <map>
-#include <numeric>
 #include <utility>
 
 #include "Progress.h"
@@ -25,7 +24,6 @@ class Results final : public RunListener {
   void begin(const SessionInfo& session) override {
     ShowProgress(fmt::format("{} {}/{} {}", mWhat, all.size() + 1, mCount, session.name));
   }
-  void take(const Event& /*event*/) override {}
   void end(const SessionInfo& /*session*/, const Played& played) override {
     all.push_back(played);
     ShowProgress("");
@@ -61,11 +59,16 @@ class CallsBefore {
 Trial MakeHostTrial(const CountedCall& call, int64_t callsBefore) {
   const A_Err error =
       call.function == "AcquireSuite" ? A_Err{PF_Err_BAD_CALLBACK_PARAM} : kSweepError;
-  return {
-      call.entry, fmt::format("call {} of {} fails with {}", call.number, call.function, error),
-      fmt::format("fail: {{function: {}, result: {}, call: {}}}", call.function, error,
-                  call.number),
-      [=](Host& host) { host.faults.failCall(call.function, error, call.number - callsBefore); }};
+  Trial trial;
+  trial.entry = call.entry;
+  trial.what = fmt::format("call {} of {} fails with {}", call.number, call.function, error);
+  trial.step = fmt::format("fail: {{function: {}, result: {}, call: {}}}", call.function, error,
+                           call.number);
+  trial.plant = [=](Host& host) {
+    host.faults.failCall(call.function, error, call.number - callsBefore);
+  };
+  trial.isAwaited = [](const Host& host) { return host.faults.waitsForCall(); };
+  return trial;
 }
 
 // The calls come in their order, so that the trials do.
@@ -76,24 +79,18 @@ std::vector<Trial> MakeTrials(const std::vector<CountedCall>& calls, const Sessi
     before.add(call);
     if (CanFail(call.function)) trials.push_back(MakeHostTrial(call, before.of(call.function)));
     for (const std::string& step : part.faultsOf(call)) {
-      trials.push_back({call.entry, step, step, ReadPartStep(step, part)});
+      trials.push_back({call.entry, step, step, ReadPartStep(step, part),
+                        [&part](const Host&) { return part.awaitsCall(); }});
     }
   }
   return trials;
 }
 
-size_t CountTrials(const std::vector<CountedCall>& calls, const SessionPart& part) {
-  return std::accumulate(
-      calls.begin(), calls.end(), size_t{0}, [&](size_t count, const CountedCall& call) {
-        return count + (CanFail(call.function) ? 1 : 0) + part.faultsOf(call).size();
-      });
-}
-
 void AddFailures(const Session& session, const Played& played, SweepResult& result) {
-  if (played.findings.empty() && played.complete && played.trials.empty()) return;
+  if (!played.failed && played.trials.empty()) return;
   YAML::Node text = session.text();
   text["tolerant"] = true;
-  if (!played.findings.empty() || !played.complete) {
+  if (played.failed) {
     result.failures.push_back({session.name, "nothing goes wrong", played.findings, text});
   }
   const std::vector<Trial> trials = session.makeTrials();
@@ -125,7 +122,7 @@ SweepResult Sweep(std::vector<Session> sessions, const RunOptions& options,
       return MakeTrials(calls, part);
     };
     result.calls += counted.all[i].calls.size();
-    result.trials += CountTrials(counted.all[i].calls, part);
+    result.trials += MakeTrials(counted.all[i].calls, part).size();
   }
   Results tried("sweeping", sessions.size());
   result.signal = PlaySessions(sessions, options, {&tried});

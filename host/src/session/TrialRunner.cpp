@@ -2,13 +2,10 @@
 
 #include <fmt/format.h>
 #include <poll.h>
-#include <signal.h>
-#include <sys/prctl.h>
 
 #include <memory>
 #include <utility>
 
-#include "CrashReport.h"
 #include "FolderSnapshot.h"
 #include "PlayedProcess.h"
 
@@ -38,16 +35,14 @@ void TrialRunner::playDue() {
 // Returns true in the process that plays the trial.
 bool TrialRunner::play(size_t trial) {
   auto process = std::make_unique<PlayedProcess>(mSession, mOptions, mFolder, nullptr);
+  // The fork gets an empty record in the place of this process's, see `KeepFromForks`.
+  mHost.copyFlight(process->flight());
   if (process->fork()) {
     const PlayedProcess& self = *process.release();
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
     mHost.beforeEntries(nullptr);
-    mHost.timeline.mute();
-    mHost.moveTo(self.setup().reportPipe, self.flight());
-    InstallCrashReport(self.setup().crashReport);
-    KeepFromForks(self.flight());
-    mIsTrial = !mHost.faults.waitsForCall();
-    mTrials[trial].plant(mHost);
+    mHost.moveTo(self.reportPipe(), self.flight());
+    mPlayed = &mTrials[trial];
+    mPlayed->plant(mHost);
     return true;
   }
   while (process->update()) {
@@ -55,16 +50,18 @@ bool TrialRunner::play(size_t trial) {
     pollfd awaited{process->awaited(), POLLIN, 0};
     poll(&awaited, 1, kMilliseconds);
   }
-  for (const FoundInSession& found : process->result().findings) {
+  const Played played = process->result();
+  if (!played.failed) return false;
+  for (const FoundInSession& found : played.findings) {
     mHost.send(ReportKind::trial,
                fmt::format("{}\n{}\n{}", trial, KindOf(found.finding).name, found.text));
   }
   return false;
 }
 
-void TrialRunner::checkCallHasFailed() const {
-  if (!mIsTrial || !mHost.faults.waitsForCall()) return;
-  mHost.report(Finding::setup, "the call that is to fail never came" + mHost.where());
+void TrialRunner::checkCallHasCome() const {
+  if (!mPlayed || !mPlayed->isAwaited(mHost)) return;
+  mHost.report(Finding::setup, "the call that is to go wrong never came" + mHost.where());
 }
 
 }  // namespace host

@@ -25,7 +25,7 @@ class TrialRunner {
 
   /// Reports it if this process plays a trial whose call hasn't come. To be called before the
   /// session settles.
-  void checkCallHasFailed() const;
+  void checkCallHasCome() const;
 
  private:
   void playDue();
@@ -36,8 +36,8 @@ class TrialRunner {
   const std::filesystem::path mFolder;
   Host& mHost;
   std::vector<Trial> mTrials;
-  size_t mNext = 0;       ///< the first trial that hasn't begun
-  bool mIsTrial = false;  ///< this process plays one, and no other call by its number is to fail
+  size_t mNext = 0;                ///< the first trial that hasn't begun
+  const Trial* mPlayed = nullptr;  ///< by this process
 };
 
 }  // namespace host

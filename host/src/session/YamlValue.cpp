@@ -6,8 +6,10 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <set>
+#include <sstream>
 
 #include "TextFile.h"
 
@@ -150,6 +152,24 @@ std::map<std::string, YamlValue> YamlValue::fields(
     byKey.emplace(key, value);
   }
   return byKey;
+}
+
+std::string ReadSessionFile(const std::filesystem::path& file) {
+  const std::ifstream stream(file, std::ios::binary);
+  if (!stream || std::filesystem::is_directory(file)) {
+    throw SessionFileError(fmt::format("{}: can't be read", file.string()));
+  }
+  std::ostringstream text;
+  text << stream.rdbuf();
+  return text.str();
+}
+
+YAML::Node ParseYaml(const std::string& file, const std::string& yaml) {
+  try {
+    return YAML::Load(yaml);
+  } catch (const YAML::ParserException& error) {
+    throw SessionFileError(fmt::format("{}:{}: {}", file, error.mark.line + 1, error.msg));
+  }
 }
 
 const YamlValue* Find(const std::map<std::string, YamlValue>& fields, std::string_view key) {

@@ -3,6 +3,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -73,6 +74,11 @@ class YamlValue {
   const std::string* mFile;
   const Variables* mVariables;
 };
+
+/// Returns the text of a session file. Throws `SessionFileError` if it can't be read.
+std::string ReadSessionFile(const std::filesystem::path& file);
+/// Throws `SessionFileError` if the text isn't YAML.
+YAML::Node ParseYaml(const std::string& file, const std::string& yaml);
 
 /// Returns the value of `key`, or null.
 const YamlValue* Find(const std::map<std::string, YamlValue>& fields, std::string_view key);
