@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,8 +17,9 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr char kPlugin[] = "--plugin " TEST_PLUGIN " ";
-// The test plug-in uses suites and handles that it didn't get.
-const std::string kCareless = "--allow crash --allow null-argument --allow unknown-command";
+// The test plug-in uses suites and handles that it didn't get. A sanitizer ends the process then.
+const std::string kCareless =
+    "--allow crash --allow process-ended --allow null-argument --allow unknown-command";
 
 Played Sweep(const TemporaryFolder& folder, const std::string& session,
              const std::string& options = "") {
@@ -27,7 +29,9 @@ Played Sweep(const TemporaryFolder& folder, const std::string& session,
 
 /// Returns the only session that was written to the folder `saved`.
 std::string SavedSession(const TemporaryFolder& folder) {
-  const std::filesystem::directory_iterator files(folder.path() / "saved");
+  std::filesystem::directory_iterator files(folder.path() / "saved");
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+  files = std::filesystem::directory_iterator(folder.path() / "saved");
   return "\"" + files->path().string() + "\"";
 }
 
@@ -46,6 +50,20 @@ TEST(Sweep, NamesTheCallWhoseFailureIsMishandledAndRepeatsIt) {
   EXPECT_EQ(repeated.code, 1);
   EXPECT_THAT(repeated.output, AllOf(HasSubstr("AEGP_LockMemHandle fails with 24301"),
                                      HasSubstr("handle-leaked: a memory handle is left")));
+}
+
+TEST(Sweep, SaysWhereATrialWentWrongAndLetsWarningsPass) {
+  const TemporaryFolder folder;
+  const Played swept =
+      Sweep(folder, Behaviour("pass null", "[tick, tick]"), "--allow process-ended");
+  EXPECT_THAT(
+      swept.output,
+      HasSubstr("null-argument: AEGP_ReportInfo: info_stringZ is null\n    in the idle hook, "
+                "tick 1, host call AEGP_ReportInfo(1, null), step " +
+                (folder.path() / "story.yaml").string() + ":2\n"));
+  const Played warned = Sweep(folder, Behaviour("enable outside a hook"), kCareless);
+  EXPECT_EQ(warned.code, 0) << warned.output;
+  EXPECT_EQ(Sweep(folder, Behaviour("enable outside a hook"), kCareless + " --strict").code, 1);
 }
 
 TEST(Sweep, PlaysEachTrialInTheFolderOfTheSession) {
@@ -79,6 +97,19 @@ TEST(Random, ShortensASessionThatFailsAndTheSeedRepeatsIt) {
   EXPECT_EQ(RunCommand(arguments).output, played.output);
 }
 
+TEST(Random, MakesSessionsOfAnother) {
+  const TemporaryFolder folder;
+  const std::string story = folder
+                                .Write("story.yaml",
+                                       "projects: {projects/a.aep: [A]}\n"
+                                       "steps: [start: , repeat: {times: 2, steps: "
+                                       "[save as: b.aep, open: b.aep]}, remove: projects/a.aep]\n")
+                                .string();
+  const Played played =
+      RunHost(kPlugin + kCareless + " --seed 2 --count 200 --from " + story, "random");
+  EXPECT_THAT(played.output, HasSubstr("200 sessions of seed 2"));
+}
+
 TEST(TolerantSession, AsksAtItsEndWhatBecameOfAnActivation) {
   const std::vector<std::pair<std::string, std::vector<std::string>>> cases{
       {"activate and forget",
@@ -100,10 +131,12 @@ TEST(TolerantSession, AsksAtItsEndWhatBecameOfAnActivation) {
 }
 
 TEST(TolerantSession, PassesOverWhatCannotBePlayed) {
-  const Played played = Play("tolerant: true\nsteps: [save, pick: Nothing, tick]\n");
+  const Played played =
+      Play("tolerant: true\nsteps: [save, repeat: {times: 3, steps: [pick: Nothing, tick]}]\n");
   EXPECT_EQ(played.code, 0) << played.output;
   EXPECT_THAT(played.output, AllOf(HasSubstr("passes over the step: a project without a path"),
-                                   HasSubstr("passes over the step: no menu has an item")));
+                                   HasSubstr("passes over the step: no menu has an item"),
+                                   HasSubstr("\n     3  user ")));
 }
 
 TEST(Acceptance, HoldsForItsFindingItsTextAndAfterItsFailuresOnly) {

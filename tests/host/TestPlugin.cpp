@@ -375,8 +375,11 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"read the path carelessly", ReadPathCarelessly},
     {"leave a mark",
      [] {
-       if (std::filesystem::exists("mark")) _exit(3);
+       if (std::filesystem::exists("mark") || std::filesystem::is_symlink("link")) {
+         Utility()->AEGP_ReportInfo(pluginId, "somebody was here");
+       }
        std::ofstream("mark") << "was here";
+       std::filesystem::create_symlink("mark", "link");
        std::ofstream("projects/a.aep") << "changed";
        const Memory memory;
        memory->AEGP_FreeMemHandle(PathHandle());
