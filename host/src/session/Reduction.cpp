@@ -23,8 +23,12 @@ class Reducer {
       isSmaller = false;
       while (shortenList({"steps"})) isSmaller = true;
       isSmaller = dropKeys({}) || isSmaller;
+      isSmaller = dropPairsOfKeys() || isSmaller;
       for (const char* key : {"host", "projects", "vault", "files", "framework"}) {
         if (mSession[key] && mSession[key].IsMap()) isSmaller = dropKeys({key}) || isSmaller;
+      }
+      for (const std::string& project : keysOf({"projects"})) {
+        while (shortenList({"projects", project})) isSmaller = true;
       }
       isSmaller = shortenNumbers() || isSmaller;
     }
@@ -54,6 +58,7 @@ class Reducer {
         YAML::Node candidate = YAML::Clone(mSession);
         YAML::Node list = at(candidate, path);
         YAML::Node rest(YAML::NodeType::Sequence);
+        rest.SetStyle(list.Style());
         for (size_t i = 0; i < count; ++i) {
           if (i < begin || i >= begin + chunk) rest.push_back(list[i]);
         }
@@ -64,29 +69,55 @@ class Reducer {
     return false;
   }
 
-  bool dropKeys(const Path& path) {
+  std::vector<std::string> keysOf(const Path& path) const {
     std::vector<std::string> keys;
     for (const auto& entry : at(mSession, path)) {
       const std::string key = entry.first.Scalar();
       // Without them other rules hold.
       if (key != "tolerant" && key != "accepted") keys.push_back(key);
     }
+    return keys;
+  }
+
+  bool drop(const Path& path, const std::vector<std::string>& keys) {
+    YAML::Node candidate = YAML::Clone(mSession);
+    for (const std::string& key : keys) at(candidate, path).remove(key);
+    return keepIfFailing(candidate);
+  }
+
+  bool dropKeys(const Path& path) {
     bool isSmaller = false;
-    for (const std::string& key : keys) {
-      YAML::Node candidate = YAML::Clone(mSession);
-      at(candidate, path).remove(key);
-      isSmaller = keepIfFailing(candidate) || isSmaller;
+    for (const std::string& key : keysOf(path)) isSmaller = drop(path, {key}) || isSmaller;
+    return isSmaller;
+  }
+
+  // One may need the other, as the framework's folder the file that names it.
+  bool dropPairsOfKeys() {
+    const std::vector<std::string> keys = keysOf({});
+    for (size_t i = 0; i < keys.size(); ++i) {
+      for (size_t k = i + 1; k < keys.size(); ++k) {
+        if (keys[i] != "steps" && keys[k] != "steps" && drop({}, {keys[i], keys[k]})) return true;
+      }
+    }
+    return false;
+  }
+
+  // Makes the numbers of steps such as `tick: 30` smaller, and `tick: {count: 3, ...}` a number.
+  bool shortenNumbers() {
+    bool isSmaller = false;
+    for (size_t i = 0; i < mSession["steps"].size(); ++i) {
+      if (dropPace(i)) isSmaller = true;
+      while (shortenNumber(i)) isSmaller = true;
     }
     return isSmaller;
   }
 
-  // Makes the numbers of steps such as `tick: 30` smaller.
-  bool shortenNumbers() {
-    bool isSmaller = false;
-    for (size_t i = 0; i < mSession["steps"].size(); ++i) {
-      while (shortenNumber(i)) isSmaller = true;
-    }
-    return isSmaller;
+  bool dropPace(size_t step) {
+    const YAML::Node tick = mSession["steps"][step];
+    if (!tick.IsMap() || !tick["tick"] || !tick["tick"].IsMap()) return false;
+    YAML::Node candidate = YAML::Clone(mSession);
+    candidate["steps"][step]["tick"] = tick["tick"]["count"].Scalar();
+    return keepIfFailing(candidate);
   }
 
   bool shortenNumber(size_t step) {
