@@ -25,6 +25,7 @@ std::string FileNameOf(std::string text) {
 void PrintFailure(const std::string& title, const std::vector<FoundInSession>& findings,
                   const YAML::Node& session, const std::filesystem::path& save) {
   fmt::print("\n{}\n", title);
+  if (findings.empty()) fmt::print("  not every step was played\n");
   for (const FoundInSession& found : findings) {
     fmt::print("  {}: {}\n", KindOf(found.finding).name, EscapeLines(found.text));
   }
