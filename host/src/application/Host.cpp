@@ -311,17 +311,24 @@ bool Host::runCommand(AEGP_Command command) {
 }
 
 void Host::replaceProject(std::unique_ptr<Project> project) {
-  const bool byPlugin = *mHook != '\0';
-  if (byPlugin && mProject->dirty) {
-    reportMisuse(Finding::unsavedWorkLost,
-                 fmt::format("the plug-in closes {}, which has unsaved changes",
-                             mProject->path.empty() ? "a project without a path" : mProject->path));
-  }
-  const ProjectChange change{mProject->path, project->path, byPlugin};
+  const ProjectChange change{mProject->path, project->path, *mHook != '\0'};
+  if (change.byPlugin && mProject->dirty) reportLostWork(change);
+  if (change.byPlugin && change.opened.empty()) mClosedByPlugin = change.closed;
   std::unique_ptr<_AEGP_Project*> closed = mProject->takeHandle();
   mClosedProjects.emplace(closed.get(), std::move(closed));
   mProject = std::move(project);
   for (const auto& listener : mProjectListeners) listener(change);
+}
+
+void Host::reportLostWork(const ProjectChange& change) {
+  std::string lost = change.closed.empty() ? "a project without a path" : change.closed;
+  if (!change.opened.empty()) {
+    lost = fmt::format("{}{} in place of {}", change.opened,
+                       change.opened == mClosedByPlugin ? ", which it closed before," : "", lost);
+  }
+  reportMisuse(Finding::unsavedWorkLost,
+               fmt::format("the plug-in {} {}, which has unsaved changes",
+                           change.opened.empty() ? "closes" : "opens", lost));
 }
 
 void Host::noteProject() {

@@ -266,6 +266,7 @@ class Host {
   [[noreturn]] void endFork(const char* hook) const;
   void replaceProject(std::unique_ptr<Project> project);
   void noteError(const char* hook, A_Err result);
+  void reportLostWork(const ProjectChange& change);
   /// Tells the timeline the project's state.
   void noteProject();
   void reportUnexpected();
@@ -295,6 +296,7 @@ class Host {
   std::vector<A_Err> mAnswered;  ///< since the host called the plug-in
   int64_t mErrorsShown = 0;
   std::vector<std::function<void(const ProjectChange&)>> mProjectListeners;
+  std::string mClosedByPlugin;  ///< the path of the project that it closed last
   std::function<void()> mBeforeEntry;
   std::deque<desktop::WindowClass> mWindowClasses;
   std::map<std::string, int32_t> mApplications;  ///< process ids by bundle id
