@@ -21,20 +21,32 @@ std::string FileNameOf(std::string text) {
   return text + ".yaml";
 }
 
-// Prints a session that failed, and writes it to a file.
-void PrintFailure(const std::string& title, const std::vector<FoundInSession>& findings,
-                  const YAML::Node& session, const std::filesystem::path& save) {
-  fmt::print("\n{}\n", title);
-  if (findings.empty()) fmt::print("  not every step was played\n");
-  for (const FoundInSession& found : findings) {
+// Something that failed, and the session that repeats it.
+struct Failure {
+  std::string title;
+  const std::vector<FoundInSession>& findings;
+  const YAML::Node& session;
+};
+
+void Print(const Failure& failure) {
+  fmt::print("\n{}\n", failure.title);
+  if (failure.findings.empty()) fmt::print("  not every step was played\n");
+  for (const FoundInSession& found : failure.findings) {
     fmt::print("  {}: {}\n", KindOf(found.finding).name, EscapeLines(found.text));
   }
-  const std::string text = WriteSession(session, title);
-  fmt::print("\nThis session repeats it:\n\n{}", text);
-  if (save.empty()) return;
-  const std::filesystem::path file = save / FileNameOf(title);
-  WriteText(file, text);
-  fmt::print("\nwritten: {}\n", file.string());
+  fmt::print("\nThis session repeats it:\n\n{}", WriteSession(failure.session, failure.title));
+}
+
+// Prints them all before it writes the first, in case that it can't.
+void PrintAndSave(const std::vector<Failure>& failures, const std::filesystem::path& save) {
+  for (const Failure& failure : failures) Print(failure);
+  if (save.empty() || failures.empty()) return;
+  fmt::print("\n");
+  for (const Failure& failure : failures) {
+    const std::filesystem::path file = save / FileNameOf(failure.title);
+    WriteText(file, WriteSession(failure.session, failure.title));
+    fmt::print("written: {}\n", file.string());
+  }
 }
 
 std::string Sessions(size_t count) {
@@ -51,10 +63,13 @@ Explored PrintOutcome(bool failed, int signal) {
 Explored PrintSweep(const std::vector<Session>& sessions, const RunOptions& options,
                     const SessionPart& part, const std::filesystem::path& save) {
   const SweepResult result = Sweep(sessions, options, part);
-  for (const SweepFailure& failure : result.failures) {
-    PrintFailure(fmt::format("{}: {}", failure.session, failure.what), failure.findings,
-                 failure.repeat, save);
+  std::vector<Failure> failures;
+  failures.reserve(result.failures.size());
+  for (const SweepFailure& each : result.failures) {
+    failures.push_back(
+        {fmt::format("{}: {}", each.session, each.what), each.findings, each.repeat});
   }
+  PrintAndSave(failures, save);
   fmt::print("{} calls in {}, {} trials, {} failed\n", result.calls, Sessions(sessions.size()),
              result.trials, result.failures.size());
   return PrintOutcome(!result.failures.empty(), result.signal);
@@ -63,9 +78,12 @@ Explored PrintSweep(const std::vector<Session>& sessions, const RunOptions& opti
 Explored PrintRandom(const RandomOptions& random, const RunOptions& options,
                      const SessionPart& part, const std::filesystem::path& save) {
   const RandomResult result = PlayRandomSessions(random, options, part);
-  for (const RandomFailure& failure : result.failures) {
-    PrintFailure(failure.name, failure.findings, failure.session, save);
+  std::vector<Failure> failures;
+  failures.reserve(result.failures.size());
+  for (const RandomFailure& each : result.failures) {
+    failures.push_back({each.name, each.findings, each.session});
   }
+  PrintAndSave(failures, save);
   fmt::print("{} of seed {}, {} failed\n", Sessions(result.played), random.seed,
              result.failures.size());
   return PrintOutcome(!result.failures.empty(), result.signal);

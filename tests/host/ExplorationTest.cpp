@@ -86,8 +86,8 @@ TEST(Sweep, TakesAnErrorThatAFailingCallCausesAsRight) {
 }
 
 TEST(Random, ShortensASessionThatFailsAndTheSeedRepeatsIt) {
-  const std::string arguments = "BEHAVIOUR='close the project' " AEGP_HOST " random --seed 5 " +
-                                std::string(kPlugin) + "--count 2 --allow crash";
+  const std::string arguments = "BEHAVIOUR='close the project' " AEGP_HOST " random --seed 4 " +
+                                std::string(kPlugin) + "--count 3 --allow crash";
   const Played played = RunCommand(arguments);
   EXPECT_EQ(played.code, 1);
   EXPECT_THAT(played.output, HasSubstr("unsaved-work-lost: the plug-in closes"));

@@ -15,7 +15,8 @@ namespace host {
 class Census {
  public:
   void listen(std::function<void(const CountedCall&)> listener) { mListener = std::move(listener); }
-  void stop() { mListener = nullptr; }
+  /// While it rests, it counts, and nobody hears of it.
+  void rest(bool resting) { mResting = resting; }
   /// Notes that the host calls the plug-in.
   void enter() { ++mEntry; }
   int64_t entry() const { return mEntry; }
@@ -27,6 +28,7 @@ class Census {
   void tell(std::string_view function);
 
   std::function<void(const CountedCall&)> mListener;
+  bool mResting = false;
   int64_t mEntry = 0;
   std::map<std::string, int64_t, std::less<>> mNumbers;
 };

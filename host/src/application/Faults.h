@@ -101,8 +101,8 @@ class Faults {
   void failCall(const std::string& function, A_Err result, int64_t call);
   /// Returns whether a call by its number is still to fail.
   bool waitsForCall() const { return !mFailingCalls.empty(); }
-  /// Lets every call succeed from now on.
-  void clear();
+  /// While they rest, every call succeeds. Calls are counted all the same.
+  void rest(bool resting) { mResting = resting; }
   /// Makes the host refuse the suite.
   void refuse(const std::string& suite, int32 version) { mRefused.emplace(suite, version); }
 
@@ -129,6 +129,7 @@ class Faults {
 
   std::map<std::string, Failure, std::less<>> mFailures;
   std::map<std::string, FailingCall, std::less<>> mFailingCalls;
+  bool mResting = false;
   std::set<std::pair<std::string, int32>> mRefused;
 };
 

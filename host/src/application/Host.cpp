@@ -313,7 +313,7 @@ bool Host::runCommand(AEGP_Command command) {
 void Host::replaceProject(std::unique_ptr<Project> project) {
   const ProjectChange change{mProject->path, project->path, *mHook != '\0'};
   if (change.byPlugin && mProject->dirty) reportLostWork(change);
-  if (change.byPlugin && change.opened.empty()) mClosedByPlugin = change.closed;
+  if (change.byPlugin) mPluginHasClosed = change.opened.empty();
   std::unique_ptr<_AEGP_Project*> closed = mProject->takeHandle();
   mClosedProjects.emplace(closed.get(), std::move(closed));
   mProject = std::move(project);
@@ -321,14 +321,16 @@ void Host::replaceProject(std::unique_ptr<Project> project) {
 }
 
 void Host::reportLostWork(const ProjectChange& change) {
-  std::string lost = change.closed.empty() ? "a project without a path" : change.closed;
-  if (!change.opened.empty()) {
-    lost = fmt::format("{}{} in place of {}", change.opened,
-                       change.opened == mClosedByPlugin ? ", which it closed before," : "", lost);
+  const std::string closed = change.closed.empty() ? "a project without a path" : change.closed;
+  if (change.opened.empty()) {
+    reportMisuse(Finding::unsavedWorkLost,
+                 fmt::format("the plug-in closes {}, which has unsaved changes", closed));
+  } else {
+    reportMisuse(Finding::unsavedWorkLost,
+                 fmt::format("the plug-in opens {} in place of {}, which has unsaved changes{}",
+                             change.opened, closed,
+                             mPluginHasClosed ? "; it had closed a project before" : ""));
   }
-  reportMisuse(Finding::unsavedWorkLost,
-               fmt::format("the plug-in {} {}, which has unsaved changes",
-                           change.opened.empty() ? "closes" : "opens", lost));
 }
 
 void Host::noteProject() {

@@ -296,7 +296,7 @@ class Host {
   std::vector<A_Err> mAnswered;  ///< since the host called the plug-in
   int64_t mErrorsShown = 0;
   std::vector<std::function<void(const ProjectChange&)>> mProjectListeners;
-  std::string mClosedByPlugin;  ///< the path of the project that it closed last
+  bool mPluginHasClosed = false;  ///< a project, and hasn't opened one since
   std::function<void()> mBeforeEntry;
   std::deque<desktop::WindowClass> mWindowClasses;
   std::map<std::string, int32_t> mApplications;  ///< process ids by bundle id

@@ -173,6 +173,23 @@ constexpr bool CanBeExpected(Finding finding) {
   }
 }
 
+/// Returns whether a session can accept the finding: it doesn't keep the session from going on, and
+/// isn't what the session itself says.
+constexpr bool CanBeAccepted(Finding finding) {
+  switch (finding) {
+    case Finding::expectation:
+    case Finding::setup:
+    case Finding::exception:
+    case Finding::crash:
+    case Finding::timeout:
+    case Finding::processEnded:
+    case Finding::forkReturned:
+      return false;
+    default:
+      return true;
+  }
+}
+
 namespace detail {
 constexpr bool FindingsAreInOrder() {
   for (size_t i = 0; i < kFindingKinds.size(); ++i) {

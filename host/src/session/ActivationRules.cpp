@@ -13,6 +13,8 @@ namespace {
 
 // The framework is asked again after this many seconds.
 constexpr int64_t kSecondsToAskAgain = 10;
+// From step 1 of a process.
+constexpr int64_t kTicksToEnd = 24;
 // Enough for a process that begins with the first one.
 constexpr int kTicksToSettle = 30;
 constexpr char kProbe[] = "Is the activation over?";
@@ -31,11 +33,13 @@ void ActivationRules::begin(Host& host) {
 }
 
 void ActivationRules::takeChange(const ProjectChange& change) {
-  mClosed.reset();
   if (!change.byPlugin) {
+    mClosed.reset();
     mLatest.reset();
   } else if (change.opened.empty() && !change.closed.empty()) {
-    mClosed = Closed{change.closed, mHost->errorsShown()};
+    mClosed = Closed{change.closed, mHost->errorsShown(), false, change.closed != mDocument};
+  } else if (mClosed && change.opened == mClosed->path) {
+    mClosed.reset();
   }
 }
 
@@ -45,12 +49,19 @@ void ActivationRules::take(const std::string& operation, const std::vector<Argum
     mInitialized = true;
   } else if (operation == "PluginIsEnabled") {
     mEnabled = FieldOf(fields, "enabled") == "true";
-    // As a call that fails: what the plug-in had to do then isn't made up for.
-    if (!mEnabled) mHost->noteFailure(operation);
+    if (mEnabled) return;
+    mLatest.reset();
+    if (mClosed) mClosed->wasDisabled = true;
+  } else if (operation == "InvokeCommandDialog") {
+    // As a call that fails: the activation that runs is lost.
+    const bool isRunning = mDocumentTick > 0 && mHost->timeline.tick < mDocumentTick + kTicksToEnd;
+    if (isRunning && FieldOf(fields, "start") == "true") mHost->noteFailure(operation);
   } else if (operation == "HandleCreateNewDocument" || operation == "SetPathForDocument" ||
              operation == "HandleSaveDocument") {
     ++mDocumentsSaved;
   } else if (operation == "HandleOpenExistingDocument" || operation == "ActivateChosenFonts") {
+    mDocument = mHost->inFolder(FieldOf(fields, "path"));
+    mDocumentTick = mHost->timeline.tick;
     takeActivation(fields, isFaulty);
   }
 }
@@ -70,14 +81,14 @@ void ActivationRules::takeActivation(const std::vector<Argument>& fields, bool i
   }
 }
 
-void ActivationRules::settle() {
-  // The calls that come now are no part of the session.
-  mHost->census.stop();
-  mHost->faults.clear();
+void ActivationRules::letTimeGoBy() {
   WriteLines(mHost->inFolder("framework-state"), {});
   mHost->timeline.add(Actor::session, "all works again, and time goes by");
   mHost->advanceTime(kSecondsToAskAgain);
   for (int i = 0; i < kTicksToSettle; ++i) mHost->idle();
+}
+
+void ActivationRules::check() {
   checkProjectIsOpen();
   checkFonts();
   mDocumentsSaved = 0;
@@ -86,10 +97,23 @@ void ActivationRules::settle() {
   checkDocumentsAreToldOf();
 }
 
+void ActivationRules::settle() {
+  // The calls that come now are no part of the session.
+  mHost->census.rest(true);
+  mHost->faults.rest(true);
+  letTimeGoBy();
+  check();
+  mHost->census.rest(false);
+  mHost->faults.rest(false);
+}
+
 void ActivationRules::checkProjectIsOpen() {
   if (!mClosed || mHost->errorsShown() > mClosed->errorsShown) return;
-  mHost->report(Finding::projectLeftClosed,
-                fmt::format("the plug-in closed {}{}", mClosed->path, mHost->where()));
+  mHost->report(
+      Finding::projectLeftClosed,
+      fmt::format("the plug-in closed {}{}{}{}", mClosed->path,
+                  mClosed->isOther ? ", which isn't the activation's" : "",
+                  mClosed->wasDisabled ? ", and was disabled afterwards" : "", mHost->where()));
 }
 
 void ActivationRules::checkFonts() {

@@ -28,7 +28,9 @@ class ActivationRules {
  private:
   struct Closed {
     std::string path;
-    int64_t errorsShown = 0;  ///< when the plug-in closed it
+    int64_t errorsShown = 0;   ///< when the plug-in closed it
+    bool wasDisabled = false;  ///< since then
+    bool isOther = false;      ///< than the project that the framework was told of
   };
   struct Activated {
     std::string path;
@@ -38,6 +40,8 @@ class ActivationRules {
 
   void takeChange(const ProjectChange& change);
   void takeActivation(const std::vector<Argument>& fields, bool isFaulty);
+  void letTimeGoBy();
+  void check();
   void checkProjectIsOpen();
   void checkFonts();
   void checkDialogsAreSeen();
@@ -46,6 +50,8 @@ class ActivationRules {
   Host* mHost = nullptr;
   bool mInitialized = false;         ///< the plug-in has started
   bool mEnabled = false;             ///< what the framework said last
+  std::string mDocument;             ///< the path that the framework was told of last
+  int64_t mDocumentTick = 0;         ///< when; 0 for never
   int64_t mDocumentsSaved = 0;       ///< how many calls told the framework of one
   std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again
   std::optional<Activated> mLatest;  ///< for an open clean project, and nothing came between

@@ -57,6 +57,24 @@ const std::vector<Operation> kOperations{
     {"ShouldShowLogin", {"show"}},
 };
 
+// Those that plug-ins call, the most important one several times.
+constexpr std::array<std::string_view, 16> kCalledOperations{"HandleOpenExistingDocument",
+                                                             "HandleOpenExistingDocument",
+                                                             "HandleOpenExistingDocument",
+                                                             "InvokeResolveDialog",
+                                                             "InvokeResolveDialog",
+                                                             "ActivateChosenFonts",
+                                                             "GetIDForDocument",
+                                                             "HandleCloseDocument",
+                                                             "HandleCreateNewDocument",
+                                                             "HandleSaveDocument",
+                                                             "InitializeTamberlinkInterface",
+                                                             "InvokeCommandDialog",
+                                                             "InvokeRestrictedFontsDialog",
+                                                             "PluginIsEnabled",
+                                                             "SetPathForDocument",
+                                                             "TerminateTamberlinkInterface"};
+
 const Operation& FindOperation(const YamlValue& value, const std::string& name) {
   const auto found = std::find_if(kOperations.begin(), kOperations.end(),
                                   [&](const Operation& each) { return each.name == name; });
@@ -217,11 +235,15 @@ void FollowJournal(Host& host) {
   frameworkLog.rules.begin(host);
 }
 
-// The framework answers by itself from now on.
+// Meanwhile the framework answers by itself.
 void Settle(Host& host) {
-  WriteLines(host.inFolder("framework-answers"), {});
-  frameworkLog.answersLeft = {};
+  const std::string answers = host.inFolder("framework-answers");
+  const std::vector<std::string> kept = ReadLines(answers);
+  const AnswersLeft left = std::exchange(frameworkLog.answersLeft, {});
+  WriteLines(answers, {});
   frameworkLog.rules.settle();
+  WriteLines(answers, kept);
+  frameworkLog.answersLeft = left;
 }
 
 void CheckAnswersLeft(Host& host) {
@@ -509,28 +531,32 @@ void FontManager::addRandomKeys(Random& random, YAML::Node& session) const {
   }
 }
 
-std::string FontManager::randomStep(Random& random) const {
-  if (mFolder.empty()) return "";
-  bool enabled = true;
-  switch (random.below(5)) {
+std::vector<std::string> FontManager::randomSteps(Random& random) const {
+  if (mFolder.empty()) return {};
+  const std::string ticks = fmt::format("tick: {}", 1 + random.below(12));
+  switch (random.below(6)) {
     case 0:
-      // One after the other: the order of a call's arguments isn't defined.
-      enabled = random.oneIn(2);
-      return fmt::format("framework state: {{enabled: {}, show login: {}}}", enabled,
-                         random.oneIn(2));
+      // The plug-in asks again after this time.
+      return {"framework state: {enabled: false, show login: true}", "wait: 10", ticks};
     case 1:
-      return "framework answers: [InvokeCommandDialog: {start: true}]";
+      return {"framework state: {enabled: true}", "wait: 10", ticks};
     case 2:
-      return "framework answers: [InvokeResolveDialog: {choose: [Futura, Bodoni]}]";
+      return {"framework answers: [InvokeCommandDialog: {start: true}]", "pick all", ticks};
+    case 3:
+      return {"framework state: {enabled: false}", "wait: 10", "tick: 30",
+              "framework state: {enabled: true}",  "wait: 10", ticks};
+    case 4:
+      return {"framework answers: [InvokeResolveDialog: {choose: [Futura, Bodoni]}]"};
     default:
-      return "framework answers: [InvokeResolveDialog: {choose: [Garamond, Didot, 小塚ゴシック]}]";
+      return {
+          "framework answers: [InvokeResolveDialog: {choose: [Garamond, Didot, 小塚ゴシック]}]"};
   }
 }
 
 std::string FontManager::randomFault(Random& random) const {
   if (mFolder.empty()) return "tick";
-  const Operation& operation = kOperations[random.below(kOperations.size())];
-  const CountedCall call{std::string(operation.name), 1 + static_cast<int64_t>(random.below(4)), 0};
+  const std::string_view operation = random.among(kCalledOperations);
+  const CountedCall call{std::string(operation), 1 + static_cast<int64_t>(random.below(2)), 0};
   const std::vector<std::string> faults = faultsOf(call);
   return faults[random.below(faults.size())];
 }

@@ -24,7 +24,7 @@ class FontManager final : public SessionPart {
   std::vector<std::string> faultsOf(const CountedCall& call) const override;
   bool awaitsCall() const override;
   void addRandomKeys(Random& random, YAML::Node& session) const override;
-  std::string randomStep(Random& random) const override;
+  std::vector<std::string> randomSteps(Random& random) const override;
   std::string randomFault(Random& random) const override;
 
  private:

@@ -14,7 +14,9 @@ Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
   const YamlValue* reason = Find(fields, "reason");
   if (!name || !reason) value.fail("needs the keys 'finding' and 'reason'");
   const std::optional<Finding> finding = FindingNamed(name->text());
-  if (!finding) name->fail(fmt::format("there is no finding '{}'", name->text()));
+  if (!finding || !CanBeAccepted(*finding)) {
+    name->fail(fmt::format("there is no finding '{}' that a session can accept", name->text()));
+  }
   Acceptance acceptance{*finding, "", {}, reason->text()};
   if (const YamlValue* text = Find(fields, "text")) acceptance.text = text->text();
   if (const YamlValue* after = Find(fields, "after")) {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <set>
 #include <string>
 
@@ -72,12 +73,17 @@ class Shortener {
  public:
   Shortener(const Session& session, const RunOptions& options, const SessionPart& part,
             RandomFailure& failure)
-      : mSession(session), mOptions(options), mPart(part), mFailure(failure) {}
+      : mSession(session), mOptions(options), mPart(part), mFailure(failure) {
+    // A plug-in that hangs does so at each try.
+    if (!KindsOf(failure.findings).contains(Finding::timeout)) return;
+    mOptions.timeout = std::min(options.timeout, std::chrono::seconds(1));
+    mMostTrials = 20;
+  }
 
   // Returns the signal that ended it, or 0.
   int shorten() {
-    mFailure.session =
-        Reduce(mSession.text(), [this](const YAML::Node& text) { return stillFails(text); });
+    mFailure.session = Reduce(
+        mSession.text(), [this](const YAML::Node& text) { return stillFails(text); }, mMostTrials);
     dropAcceptances();
     return mSignal;
   }
@@ -112,9 +118,10 @@ class Shortener {
   }
 
   const Session& mSession;
-  const RunOptions& mOptions;
+  RunOptions mOptions;
   const SessionPart& mPart;
   RandomFailure& mFailure;
+  int mMostTrials = 400;
   int mSignal = 0;
 };
 
@@ -132,15 +139,15 @@ RandomResult PlayRandomSessions(const RandomOptions& random, const RunOptions& o
     Failures failures;
     result.signal = PlaySessions(sessions, options, {&failures});
     ShowProgress("");
-    if (result.signal != 0) return result;
     for (const auto& [place, findings] : failures.all) {
       if (result.failures.size() == kMostFailures) break;
-      result.failures.push_back({sessions[place].name, findings, {}});
+      result.failures.push_back({sessions[place].name, findings, sessions[place].text()});
+      if (result.signal != 0) continue;
       ShowProgress("shortening a session that fails");
       result.signal = Shortener(sessions[place], options, part, result.failures.back()).shorten();
       ShowProgress("");
-      if (result.signal != 0) return result;
     }
+    if (result.signal != 0) return result;
     result.played = end;
   }
   return result;

@@ -47,6 +47,25 @@ constexpr std::array<std::string_view, 7> kSuites{
     "{suite: AEGP Memory Suite, version: 1}",  "{suite: PF AE Adv App Suite, version: 2}",
     "{suite: AEGP Register Suite, version: 6}"};
 
+// What a plug-in calls that follows the host's projects.
+constexpr std::array<std::string_view, 17> kUsualFunctions{"AcquireSuite",
+                                                           "ReleaseSuite",
+                                                           "AEGP_RegisterIdleHook",
+                                                           "AEGP_EnableCommand",
+                                                           "AEGP_GetUniqueCommand",
+                                                           "AEGP_InsertMenuCommand",
+                                                           "AEGP_UpdateFontList",
+                                                           "PF_RefreshAllWindows",
+                                                           "AEGP_GetProjectByIndex",
+                                                           "AEGP_GetProjectPath",
+                                                           "AEGP_NewProject",
+                                                           "AEGP_OpenProjectFromPath",
+                                                           "AEGP_ProjectIsDirty",
+                                                           "AEGP_FreeMemHandle",
+                                                           "AEGP_LockMemHandle",
+                                                           "AEGP_UnlockMemHandle",
+                                                           kSendEvent};
+
 std::string Count(Random& random, size_t most) {
   return std::to_string(1 + random.below(most));
 }
@@ -73,28 +92,28 @@ class StepMaker {
     return name != "remove" || mProjects.erase(project) > 0;
   }
 
-  // Returns a step as YAML.
-  std::string next() {
+  // Returns steps as YAML.
+  Names next() {
     switch (mRandom.below(mHasFaults ? 7 : 6)) {
       case 0:
       case 1:
-        return userStep();
+        return {userStep()};
       case 2:
       case 3:
-        return timeStep();
+        return {timeStep()};
       case 4:
-        return mRandom.oneIn(3) ? hostStep() : openStep();
+        return {mRandom.oneIn(3) ? hostStep() : openStep()};
       case 5:
-        return mRandom.oneIn(2) ? partStep() : timeStep();
+        return partSteps();
       default:
-        return mRandom.oneIn(2) ? faultStep() : mPart.randomFault(mRandom);
+        return {mRandom.oneIn(2) ? faultStep() : mPart.randomFault(mRandom)};
     }
   }
 
  private:
-  std::string partStep() {
-    const std::string step = mPart.randomStep(mRandom);
-    return step.empty() ? timeStep() : step;
+  Names partSteps() {
+    const Names steps = mPart.randomSteps(mRandom);
+    return steps.empty() ? Names{timeStep()} : steps;
   }
 
   std::string openStep() {
@@ -157,14 +176,13 @@ class StepMaker {
 
   std::string faultStep() {
     if (mRandom.oneIn(6)) return fmt::format("refuse: {}", mRandom.among(kSuites));
-    const std::string_view function = mRandom.among(kFunctionsThatCanFail);
+    const std::string_view function =
+        mRandom.oneIn(4) ? mRandom.among(kFunctionsThatCanFail) : mRandom.among(kUsualFunctions);
     const int result = mRandom.among(kErrors);
-    if (mRandom.oneIn(4)) {
-      return fmt::format("fail: {{function: {}, result: {}, times: {}}}", function, result,
-                         Count(mRandom, 40));
-    }
-    return fmt::format("fail: {{function: {}, result: {}, call: {}}}", function, result,
-                       Count(mRandom, 40));
+    // Some functions are called on every tick, and some once.
+    const std::string count = Count(mRandom, mRandom.oneIn(2) ? 2 : 40);
+    return fmt::format("fail: {{function: {}, result: {}, {}: {}}}", function, result,
+                       mRandom.oneIn(3) ? "times" : "call", count);
   }
 
   Random& mRandom;
@@ -172,6 +190,10 @@ class StepMaker {
   bool mHasFaults;
   std::set<std::string> mProjects;
 };
+
+void Append(YAML::Node& steps, const Names& yaml) {
+  for (const std::string& step : yaml) steps.push_back(YAML::Load(step));
+}
 
 // The steps up to the first that needs the host come before it starts, in one session of two.
 void PutStart(YAML::Node& steps, Random& random) {
@@ -193,6 +215,7 @@ YAML::Node MakeHost(Random& random) {
   if (random.oneIn(3)) host["version"] = std::string(random.among(kVersions));
   if (random.oneIn(3)) host["language"] = std::string(random.among(kLanguages));
   if (random.oneIn(10)) host["applications"] = YAML::Load("[]");
+  if (random.oneIn(20)) host["titles"] = YAML::Load("{missing fonts: Preferences}");
   host.SetStyle(YAML::EmitterStyle::Flow);
   return host;
 }
@@ -224,13 +247,15 @@ YAML::Node MakeRandomSession(Random& random, const SessionPart& part) {
   constexpr size_t kMostSteps = 24;
   YAML::Node root;
   root["tolerant"] = true;
+  if (random.oneIn(4)) root["settles"] = false;
   if (const YAML::Node host = MakeHost(random); host.size() > 0) root["host"] = host;
   std::set<std::string> projects = MakeProjects(random, root);
   part.addRandomKeys(random, root);
-  StepMaker maker(random, part, random.oneIn(2), std::move(projects));
+  const bool hasFaults = random.oneIn(2);
+  StepMaker maker(random, part, hasFaults, std::move(projects));
   YAML::Node steps(YAML::NodeType::Sequence);
   const size_t count = 1 + random.below(kMostSteps);
-  for (size_t i = 0; i < count; ++i) steps.push_back(YAML::Load(maker.next()));
+  for (size_t i = 0; i < count; ++i) Append(steps, maker.next());
   PutStart(steps, random);
   root["steps"] = steps;
   return root;
@@ -240,9 +265,11 @@ YAML::Node MakeRandomSessionFrom(const YAML::Node& session, Random& random,
                                  const SessionPart& part) {
   YAML::Node root = YAML::Clone(session);
   root["tolerant"] = true;
+  if (random.oneIn(4)) root["settles"] = false;
   std::set<std::string> projects;
   for (const auto& project : session["projects"]) projects.insert(project.first.Scalar());
-  StepMaker maker(random, part, random.oneIn(2), std::move(projects));
+  const bool hasFaults = random.oneIn(2);
+  StepMaker maker(random, part, hasFaults, std::move(projects));
   YAML::Node steps(YAML::NodeType::Sequence);
   bool mayInsert = std::none_of(session["steps"].begin(), session["steps"].end(),
                                 [](const YAML::Node& step) { return IsStep(step, "start"); });
@@ -251,7 +278,7 @@ YAML::Node MakeRandomSessionFrom(const YAML::Node& session, Random& random,
     const bool isLeftOut = !IsStep(step, "start") && random.oneIn(8);
     if (!IsStep(step, "expect") && !isLeftOut && maker.take(step)) steps.push_back(step);
     mayInsert = mayInsert || IsStep(step, "start");
-    if (mayInsert && random.oneIn(4)) steps.push_back(YAML::Load(maker.next()));
+    if (mayInsert && random.oneIn(4)) Append(steps, maker.next());
   }
   root["steps"] = steps;
   return root;

@@ -9,17 +9,15 @@
 namespace host {
 namespace {
 
-constexpr int kMostTrials = 400;
-
 // Tries smaller sessions, and keeps each one that still fails.
 class Reducer {
  public:
-  Reducer(const YAML::Node& session, const StillFails& stillFails)
-      : mSession(YAML::Clone(session)), mStillFails(stillFails) {}
+  Reducer(const YAML::Node& session, const StillFails& stillFails, int mostTrials)
+      : mSession(YAML::Clone(session)), mStillFails(stillFails), mTrialsLeft(mostTrials) {}
 
   YAML::Node reduce() {
     bool isSmaller = true;
-    while (isSmaller && mTrials < kMostTrials) {
+    while (isSmaller && mTrialsLeft > 0) {
       isSmaller = false;
       while (shortenList({"steps"})) isSmaller = true;
       isSmaller = dropKeys({}) || isSmaller;
@@ -45,7 +43,7 @@ class Reducer {
   }
 
   bool keepIfFailing(const YAML::Node& candidate) {
-    if (++mTrials > kMostTrials || !mStillFails(candidate)) return false;
+    if (--mTrialsLeft < 0 || !mStillFails(candidate)) return false;
     mSession = candidate;
     return true;
   }
@@ -139,13 +137,13 @@ class Reducer {
 
   YAML::Node mSession;
   const StillFails& mStillFails;
-  int mTrials = 0;
+  int mTrialsLeft;
 };
 
 }  // namespace
 
-YAML::Node Reduce(const YAML::Node& session, const StillFails& stillFails) {
-  return Reducer(session, stillFails).reduce();
+YAML::Node Reduce(const YAML::Node& session, const StillFails& stillFails, int mostTrials) {
+  return Reducer(session, stillFails, mostTrials).reduce();
 }
 
 }  // namespace host

@@ -107,7 +107,7 @@ FolderSetup ReadFolder(const Fields& fields) {
 Session ReadSession(const YamlValue& root, std::string name, const std::string& file,
                     const SessionPart& part) {
   std::vector<std::string_view> keys{"about", "variants", "host",     "projects", "active fonts",
-                                     "files", "accepted", "tolerant", "steps"};
+                                     "files", "accepted", "tolerant", "settles",  "steps"};
   const std::vector<std::string_view> more = part.keys();
   keys.insert(keys.end(), more.begin(), more.end());
   const Fields fields = root.fields(keys);
@@ -122,6 +122,7 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   if (const YamlValue* tolerant = Find(fields, "tolerant")) {
     session.host.tolerant = tolerant->boolean();
   }
+  if (const YamlValue* settles = Find(fields, "settles")) session.settles = settles->boolean();
   session.setUp = ReadFolder(fields);
   part.readKeys(root, fields, session);
   const YamlValue* steps = Find(fields, "steps");

@@ -42,8 +42,8 @@ class SessionPart {
 
   /// Adds keys of this part to a session that is made up.
   virtual void addRandomKeys(Random& random, YAML::Node& session) const = 0;
-  /// Returns a step of this part as YAML, as it can come at any place. Empty if there is none.
-  virtual std::string randomStep(Random& random) const = 0;
+  /// Returns steps of this part as YAML, as they can come together at any place.
+  virtual std::vector<std::string> randomSteps(Random& random) const = 0;
   /// Returns a step that makes something of this part go wrong.
   virtual std::string randomFault(Random& random) const = 0;
 };
