@@ -13,8 +13,6 @@ namespace {
 
 // The framework is asked again after this many seconds.
 constexpr int64_t kSecondsToAskAgain = 10;
-// From step 1 of a process.
-constexpr int64_t kTicksToEnd = 24;
 // Enough for a process that begins with the first one.
 constexpr int kTicksToSettle = 30;
 constexpr char kProbe[] = "Is the activation over?";
@@ -44,7 +42,7 @@ void ActivationRules::takeChange(const ProjectChange& change) {
 }
 
 void ActivationRules::take(const std::string& operation, const std::vector<Argument>& fields,
-                           bool isFaulty) {
+                           bool isFaulty, bool isRunning) {
   if (operation == "InitializeTamberlinkInterface") {
     mInitialized = true;
   } else if (operation == "PluginIsEnabled") {
@@ -54,14 +52,12 @@ void ActivationRules::take(const std::string& operation, const std::vector<Argum
     if (mClosed) mClosed->wasDisabled = true;
   } else if (operation == "InvokeCommandDialog") {
     // As a call that fails: the activation that runs is lost.
-    const bool isRunning = mDocumentTick > 0 && mHost->timeline.tick < mDocumentTick + kTicksToEnd;
     if (isRunning && FieldOf(fields, "start") == "true") mHost->noteFailure(operation);
   } else if (operation == "HandleCreateNewDocument" || operation == "SetPathForDocument" ||
              operation == "HandleSaveDocument") {
     ++mDocumentsSaved;
   } else if (operation == "HandleOpenExistingDocument" || operation == "ActivateChosenFonts") {
     mDocument = mHost->inFolder(FieldOf(fields, "path"));
-    mDocumentTick = mHost->timeline.tick;
     takeActivation(fields, isFaulty);
   }
 }

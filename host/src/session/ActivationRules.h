@@ -19,8 +19,9 @@ class ActivationRules {
   /// Begins to watch the host's project. The host outlives this object.
   void begin(Host& host);
   /// Takes note of a call of the framework, with its arguments and results by name. `isFaulty` says
-  /// that the session has changed its results.
-  void take(const std::string& operation, const std::vector<Argument>& fields, bool isFaulty);
+  /// that the session has changed its results, `isRunning` that an activation runs.
+  void take(const std::string& operation, const std::vector<Argument>& fields, bool isFaulty,
+            bool isRunning);
   /// Lets the host and the font manager work, gives an activation the time to end, and reports what
   /// doesn't hold.
   void settle();
@@ -51,7 +52,6 @@ class ActivationRules {
   bool mInitialized = false;         ///< the plug-in has started
   bool mEnabled = false;             ///< what the framework said last
   std::string mDocument;             ///< the path that the framework was told of last
-  int64_t mDocumentTick = 0;         ///< when; 0 for never
   int64_t mDocumentsSaved = 0;       ///< how many calls told the framework of one
   std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again
   std::optional<Activated> mLatest;  ///< for an open clean project, and nothing came between

@@ -211,10 +211,11 @@ void TakeJournal(Host& host) {
     call.tick = host.timeline.tick;
     host.census.count(call.operation);
     const int64_t number = ++frameworkLog.callCount[call.operation];
+    const bool isRunning = frameworkLog.activationBegan.has_value();
     const bool isFaulty = frameworkLog.answersLeft.take(call.operation, number);
     if (isFaulty) host.noteFailure(call.operation);
     host.timeline.show(Actor::framework, call.text, {call.operation, call.fields});
-    frameworkLog.rules.take(call.operation, call.fields, isFaulty);
+    frameworkLog.rules.take(call.operation, call.fields, isFaulty, isRunning);
     frameworkLog.calls.push_back(std::move(call));
   }
 }
