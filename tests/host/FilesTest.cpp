@@ -101,7 +101,8 @@ steps:
       R"({"kind":"expectation","session":"story","step":5,"place":"STORY:7","tick":2,
           "time":1700000006,"actor":"session","text":"as expected: dirty","key":"dirty",
           "met":true})",
-      R"({"kind":"finding","session":"story","name":"expectation","level":"error",
+      R"({"kind":"finding","session":"story","step":5,"place":"STORY:7","tick":2,
+          "time":1700000006,"actor":"session","name":"expectation","level":"error",
           "text":"STORY:7: project\n    expected: none\n    found:    projects/a.aep"})",
       R"({"kind":"result","session":"story","result":"failed","complete":true})",
   };
@@ -110,6 +111,52 @@ steps:
     EXPECT_THAT(objects, testing::Contains(Json::parse(text)));
   }
   EXPECT_EQ(objects.back().at("kind"), "result");
+}
+
+TEST(Files, JsonSaysOfEachFindingWhereItComesFrom) {
+  setenv("ASAN_OPTIONS", "handle_segv=0", 1);
+  struct Case {
+    std::string behaviour;
+    std::string head;  ///< besides what all have
+  };
+  const std::vector<Case> cases{
+      {"pass another id",
+       R"("name":"wrong-plugin-id","call":"AEGP_ReportInfo",
+          "arguments":[{"name":"1","value":"77"},{"name":"2","value":"who is this"}])"},
+      {"report", R"("name":"user-report","call":"AEGP_ReportInfo",
+                    "arguments":[{"name":"1","value":"1"},{"name":"2","value":"something is up"}])"},
+      {"fail", R"("name":"hook-error")"},
+      {"keep an undo group", R"("name":"unbalanced-undo-group")"},
+      {"throw", R"("name":"exception")"},
+      {"crash", R"("name":"crash")"},
+      {"pass a wild pointer", R"("name":"crash","call":"AEGP_ReportInfo")"},
+      {"throw in a thread", R"("name":"crash")"},
+      {"hang", R"("name":"timeout")"},
+      {"exit", R"("name":"process-ended")"},
+      {"call from a thread", R"("name":"wrong-thread")"},
+      {"return from a fork", R"("name":"fork-returned")"},
+  };
+  for (const auto& [behaviour, head] : cases) {
+    SCOPED_TRACE(behaviour);
+    // The plug-in takes up the behaviour in its first tick.
+    const Recorded run(R"(files: {behaviour: )" + behaviour + R"(}
+steps:
+  - start
+  - wait: 5
+  - tick
+  - edit
+)");
+    std::vector<Json> findings = run.objects("finding");
+    ASSERT_FALSE(findings.empty()) << run.played.output;
+    Json finding = findings.front();
+    finding.erase("level");
+    finding.erase("text");
+    EXPECT_EQ(finding, Json::parse(R"({"kind":"finding","session":"story","step":3,"place":")" +
+                                   run.path("story.yaml") +
+                                   R"(:5","tick":1,"time":1700000005,"actor":"plug-in",
+                                   "hook":"idle hook",)" +
+                                   head + "}"));
+  }
 }
 
 TEST(Files, JsonTellsHowFarAnActivationIs) {

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "Dialogs.h"
+#include "EventJson.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
 #include "desktop/Application.h"
@@ -47,6 +48,11 @@ std::string DescribeException() {
 
 std::string Quoted(const std::string& text) {
   return "\"" + text + "\"";
+}
+
+Actor ActorOf(Finding finding) {
+  const bool isOfSession = finding == Finding::expectation || finding == Finding::setup;
+  return isOfSession ? Actor::session : Actor::plugIn;
 }
 
 }  // namespace
@@ -91,17 +97,17 @@ void Host::finish() {
 
 void Host::reportUnexpected() {
   const Record& record = timeline.record;
-  for (const auto& [error, where] : record.errors) {
-    report(Finding::hookError,
-           fmt::format("the user saw an error that no step expects: {}{}", error, where));
+  for (const auto& [error, where, head] : record.errors) {
+    report({Finding::hookError,
+            fmt::format("the user saw an error that no step expects: {}{}", error, where), head});
   }
-  for (const auto& [text, where] : record.reports) {
-    report(Finding::userReport,
-           fmt::format("the user saw a report that no step expects: {}{}", text, where));
+  for (const auto& [text, where, head] : record.reports) {
+    report({Finding::userReport,
+            fmt::format("the user saw a report that no step expects: {}{}", text, where), head});
   }
-  for (const auto& [function, where] : record.notSupplied) {
-    report(Finding::notSupplied,
-           fmt::format("{} was called, which this host doesn't supply{}", function, where));
+  for (const auto& [function, where, head] : record.notSupplied) {
+    report({Finding::notSupplied,
+            fmt::format("{} was called, which this host doesn't supply{}", function, where), head});
   }
   if (undoGroups > 0) {
     report(Finding::unbalancedUndoGroup, "an undo group is started and not ended" + where());
@@ -207,6 +213,7 @@ void Host::enterPlugin(const char* hook) {
   if (mFlight->callBegan == 0) mFlight->callBegan = MonotonicNow();
   ++mDepth;
   mHook = hook;
+  mFlight->inHostCall = false;
   Note(mFlight->hook, hook);
   timeline.beginHook(hook);
 }
@@ -223,8 +230,10 @@ void Host::leavePlugin(const char* outerHook) {
 void Host::endFork(const char* hook) const {
   mReporter.sendFromFork(
       ReportKind::finding,
-      fmt::format("{}\na process that the plug-in forked returns from the {} at tick {}",
-                  KindOf(Finding::forkReturned).name, hook, timeline.tick));
+      ToReport({Finding::forkReturned,
+                fmt::format("a process that the plug-in forked returns from the {} at tick {}",
+                            hook, timeline.tick),
+                timeline.head(Actor::plugIn)}));
   _exit(EXIT_FAILURE);
 }
 
@@ -263,7 +272,8 @@ void Host::noteError(const char* hook, A_Err result) {
   ++mErrorsShown;
   const bool wasAnswered = std::find(mAnswered.begin(), mAnswered.end(), result) != mAnswered.end();
   if (mSettings.tolerant && wasAnswered) return;
-  timeline.record.errors.push_back({fmt::format("{} {}", hook, result), where()});
+  timeline.record.errors.push_back(
+      {fmt::format("{} {}", hook, result), where(), timeline.head(Actor::plugIn)});
 }
 
 void Host::idle() {
@@ -471,6 +481,7 @@ void Host::quit() {
 
 void Host::beginStep(std::string_view place) {
   Note(mFlight->step, place);
+  mFlight->stepNumber = mFlight->stepsPlayed + 1;
   timeline.beginStep(place);
 }
 
@@ -523,16 +534,19 @@ void Host::noteAnswer(A_Err error) {
 }
 
 void Host::report(Finding finding, std::string_view text) {
-  if (const Acceptance* acceptance = acceptanceOf(finding, text)) {
-    return noteAccepted(*acceptance);
-  }
-  sendFinding(finding, text);
+  report({finding, std::string(text), timeline.head(ActorOf(finding))});
 }
 
-void Host::sendFinding(Finding finding, std::string_view text) const {
-  std::string shown(text);
-  timeline.shortenPaths(shown);
-  mReporter.send(ReportKind::finding, fmt::format("{}\n{}", KindOf(finding).name, shown));
+void Host::report(FoundInSession found) {
+  if (const Acceptance* acceptance = acceptanceOf(found.finding, found.text)) {
+    return noteAccepted(*acceptance);
+  }
+  sendFinding(std::move(found));
+}
+
+void Host::sendFinding(FoundInSession found) const {
+  timeline.shortenPaths(found.text);
+  mReporter.send(ReportKind::finding, ToReport(found));
 }
 
 void Host::reportMisuse(Finding finding, std::string_view text) {
@@ -543,14 +557,19 @@ void Host::reportMisuse(Finding finding, std::string_view text) {
     return noteAccepted(*acceptance);
   }
   timeline.record.findings.emplace_back(name);
-  mReporter.send(ReportKind::misuse, fmt::format("{}\n{}", name, shown));
+  mReporter.send(ReportKind::misuse,
+                 ToReport({finding, std::move(shown), timeline.head(ActorOf(finding))}));
   timeline.add(Actor::host, fmt::format("finds {}: {}", name, text));
 }
 
 void Host::reportFromOtherThread(std::string_view function) const {
-  sendFinding(Finding::wrongThread,
-              fmt::format("{}: called from another thread, while the main thread was{}", function,
-                          where()));
+  // The timeline is the main thread's.
+  EventHead head = HeadOf(*mFlight);
+  head.call = {};
+  sendFinding({Finding::wrongThread,
+               fmt::format("{}: called from another thread, while the main thread was{}", function,
+                           where()),
+               std::move(head)});
 }
 
 void Host::copyFlight(FlightRecord& record) const {
@@ -558,6 +577,7 @@ void Host::copyFlight(FlightRecord& record) const {
   record.time = mFlight->time;
   record.stepsPlayed = mFlight->stepsPlayed;
   record.step = mFlight->step;
+  record.stepNumber = mFlight->stepNumber;
   record.stdoutTaken = mFlight->stdoutTaken;
   record.stderrTaken = mFlight->stderrTaken;
 }

@@ -24,6 +24,7 @@
 #include "Menus.h"
 #include "Preferences.h"
 #include "Reporter.h"
+#include "RunListener.h"
 #include "Suites.h"
 #include "Timeline.h"
 #include "desktop/Window.h"
@@ -274,7 +275,8 @@ class Host {
   /// Returns the acceptance that the finding falls under, or null.
   const Acceptance* acceptanceOf(Finding finding, std::string_view text) const;
   void noteAccepted(const Acceptance& acceptance);
-  void sendFinding(Finding finding, std::string_view text) const;
+  void report(FoundInSession found);
+  void sendFinding(FoundInSession found) const;
 
   Reporter mReporter;
   HostSettings mSettings;

@@ -11,7 +11,9 @@
 namespace host {
 
 HostCall::~HostCall() {
-  if (mOnMainThread) TheHost().timeline.call = mOuter;
+  if (!mOnMainThread) return;
+  TheHost().timeline.call = mOuter;
+  TheHost().flight().inHostCall = false;
 }
 
 void HostCall::begin() {
@@ -19,6 +21,7 @@ void HostCall::begin() {
   if (mOnMainThread) mOuter = std::exchange(TheHost().timeline.call, &mRunning);
   append(mFunction.name);
   append("(");
+  if (mOnMainThread) TheHost().flight().inHostCall = true;
 }
 
 // Leaves room for the end. Ends the text each time, because a wrong pointer can crash the next.

@@ -158,7 +158,8 @@ A_Err NoteNotSupplied(SuiteId suite, const char* function) {
     host.reportMisuse(Finding::releasedSuite,
                       fmt::format("{}: its suite isn't acquired", function));
   }
-  host.timeline.record.notSupplied.push_back({function, host.where()});
+  host.timeline.record.notSupplied.push_back(
+      {function, host.where(), host.timeline.head(Actor::plugIn)});
   host.noteOnce(fmt::format("{} is not supplied by this host", function));
   host.timeline.call = outer;
   return PF_Err_BAD_CALLBACK_PARAM;

@@ -14,7 +14,8 @@ void Report(const std::string& text) {
   TheHost().timeline.add(Actor::plugIn, fmt::format("reports to the user: {}", text));
   // What a failing call has caused the user to see.
   if (TheHost().settings().tolerant && TheHost().hasAnsweredError()) return;
-  TheHost().timeline.record.reports.push_back({EscapeControls(text), TheHost().where()});
+  TheHost().timeline.record.reports.push_back(
+      {EscapeControls(text), TheHost().where(), TheHost().timeline.head(Actor::plugIn)});
 }
 
 template <SuiteId suite>

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -38,6 +39,7 @@ inline const std::string* FindLast(const std::vector<Argument>& arguments, std::
 struct Call {
   std::string function;  ///< empty for no call
   std::vector<Argument> arguments;
+  bool argumentsKnown = true;
 };
 
 enum class EventKind {
@@ -53,17 +55,24 @@ enum class SpanKind { hook, dialog };
 /// What the user of a dialog saw of it.
 enum class Shown { unknown, no, yes };
 
-/// Something that happens in a session.
-struct Event {
-  EventKind kind = EventKind::entry;
+/// Where in a session something happens, and by whom.
+struct EventHead {
   int64_t step = 0;   ///< counts from 1; 0 before the first step
   std::string place;  ///< of the step in the session file; empty before the first step
   int64_t tick = 0;
   int64_t time = 0;  ///< virtual, in seconds since 1970
   Actor actor = Actor::host;
   std::string hook;  ///< that is running; empty in the host itself
+  Call call;         ///< for an entry or a finding, if it comes from one
+};
+
+/// Something that happens in a session.
+struct Event : EventHead {
+  Event() = default;
+  explicit Event(EventHead head) : EventHead(std::move(head)) {}
+
+  EventKind kind = EventKind::entry;
   std::string text;  ///< of an entry or expectation; may hold control characters
-  Call call;         ///< of an entry, if it comes from one
 
   std::string name;   ///< of a hook, dialog or state, or the key of an expectation
   std::string value;  ///< of a state

@@ -20,6 +20,7 @@ Value Named(const std::array<std::string_view, size>& names, const std::string& 
 void AddCall(const Call& call, Json& json) {
   if (call.function.empty()) return;
   json["call"] = call.function;
+  if (!call.argumentsKnown) return;
   Json& arguments = json["arguments"] = Json::array();
   for (const Argument& argument : call.arguments) {
     arguments.push_back({{"name", argument.name}, {"value", argument.value}});
@@ -29,11 +30,34 @@ void AddCall(const Call& call, Json& json) {
 Call CallFrom(const Json& json) {
   Call call;
   call.function = json.value("call", "");
-  if (call.function.empty()) return call;
+  call.argumentsKnown = call.function.empty() || json.contains("arguments");
+  if (call.function.empty() || !call.argumentsKnown) return call;
   for (const Json& argument : json.at("arguments")) {
     call.arguments.push_back({argument.at("name"), argument.at("value")});
   }
   return call;
+}
+
+// Without the call, which comes last.
+void AddHead(const EventHead& head, bool hasActor, Json& json) {
+  json["step"] = head.step;
+  if (!head.place.empty()) json["place"] = head.place;
+  json["tick"] = head.tick;
+  json["time"] = head.time;
+  if (hasActor) json["actor"] = NameOf(head.actor);
+  if (!head.hook.empty()) json["hook"] = head.hook;
+}
+
+EventHead HeadFrom(const Json& json) {
+  EventHead head;
+  head.step = json.at("step");
+  head.place = json.value("place", "");
+  head.tick = json.at("tick");
+  head.time = json.at("time");
+  if (json.contains("actor")) head.actor = Named<Actor>(kActors, json.at("actor"));
+  head.hook = json.value("hook", "");
+  head.call = CallFrom(json);
+  return head;
 }
 
 void AddSpan(const Event& event, Json& json) {
@@ -51,12 +75,8 @@ void SpanFrom(const Json& json, Event& event) {
 }  // namespace
 
 Json ToJson(const Event& event) {
-  Json json{{"kind", kKinds[static_cast<size_t>(event.kind)]}, {"step", event.step}};
-  if (!event.place.empty()) json["place"] = event.place;
-  json["tick"] = event.tick;
-  json["time"] = event.time;
-  if (event.kind != EventKind::state) json["actor"] = NameOf(event.actor);
-  if (!event.hook.empty()) json["hook"] = event.hook;
+  Json json{{"kind", kKinds[static_cast<size_t>(event.kind)]}};
+  AddHead(event, event.kind != EventKind::state, json);
   switch (event.kind) {
     case EventKind::entry:
       json["text"] = event.text;
@@ -81,18 +101,11 @@ Json ToJson(const Event& event) {
 }
 
 Event EventFrom(const Json& json) {
-  Event event;
+  Event event(HeadFrom(json));
   event.kind = Named<EventKind>(kKinds, json.at("kind"));
-  event.step = json.at("step");
-  event.place = json.value("place", "");
-  event.tick = json.at("tick");
-  event.time = json.at("time");
-  if (event.kind != EventKind::state) event.actor = Named<Actor>(kActors, json.at("actor"));
-  event.hook = json.value("hook", "");
   switch (event.kind) {
     case EventKind::entry:
       event.text = json.at("text");
-      event.call = CallFrom(json);
       break;
     case EventKind::expectation:
       event.text = json.at("text");
@@ -110,6 +123,30 @@ Event EventFrom(const Json& json) {
       break;
   }
   return event;
+}
+
+Json ToJson(const FoundInSession& found) {
+  const FindingKind& kind = KindOf(found.finding);
+  Json json{{"kind", "finding"}};
+  AddHead(found.head, true, json);
+  json["name"] = kind.name;
+  json["level"] = kind.level == Level::error ? "error" : "warning";
+  json["text"] = found.text;
+  AddCall(found.head.call, json);
+  return json;
+}
+
+std::string ToReport(const FoundInSession& found) {
+  Json json = ToJson(found);
+  json.erase("text");
+  return Dump(json) + "\n" + found.text;
+}
+
+FoundInSession FoundFrom(std::string_view report) {
+  const size_t end = report.find('\n');
+  const Json json = Json::parse(report.substr(0, end));
+  const std::string name = json.at("name");
+  return {FindingNamed(name).value(), std::string(report.substr(end + 1)), HeadFrom(json)};
 }
 
 std::string Dump(const Json& json) {

@@ -2,10 +2,12 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "Event.h"
+#include "RunListener.h"
 
-// Events as JSON objects: in the pipe between the processes, and in files.
+// Events and findings as JSON objects: in the pipe between the processes, and in files.
 
 namespace host {
 
@@ -15,6 +17,13 @@ using Json = nlohmann::ordered_json;
 Json ToJson(const Event& event);
 /// Returns the event of such an object. Throws `std::exception` for another one.
 Event EventFrom(const Json& json);
+/// Returns the finding as an object.
+Json ToJson(const FoundInSession& found);
+/// Returns the finding for the pipe: the object without its text on a line, then the text, whose
+/// bytes stay as they are.
+std::string ToReport(const FoundInSession& found);
+/// Returns the finding of such a report. Throws `std::exception` for another text.
+FoundInSession FoundFrom(std::string_view report);
 /// Returns the value on one line. Bytes that aren't UTF-8 become U+FFFD.
 std::string Dump(const Json& json);
 

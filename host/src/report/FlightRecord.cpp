@@ -26,12 +26,30 @@ void KeepFromForks(FlightRecord& record) {
   static FlightRecord* kept = nullptr;
   kept = &record;
   pthread_atfork(nullptr, nullptr, [] {
+    // For the finding that the fork returns.
+    const int64_t step = kept->stepNumber;
     // In the place of the shared memory.
     const void* const own = mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
                                  MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (own == MAP_FAILED) _exit(EXIT_FAILURE);
+    kept->stepNumber = step;
     kept->isOfFork = true;
   });
+}
+
+EventHead HeadOf(const FlightRecord& record) {
+  EventHead head;
+  head.step = record.stepNumber;
+  head.place = record.step.data();
+  head.tick = record.tick;
+  head.time = record.time;
+  head.actor = Actor::plugIn;
+  head.hook = record.hook.data();
+  if (!record.inHostCall) return head;
+  const std::string_view call = record.hostCall.data();
+  head.call.function = call.substr(0, call.find('('));
+  head.call.argumentsKnown = false;
+  return head;
 }
 
 int64_t MonotonicNow() {

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "Event.h"
+
 namespace host {
 
 /// What the process that plays a session is doing. Lies in memory that it shares with the process
@@ -18,7 +20,9 @@ struct FlightRecord {
   std::atomic<int64_t> callBegan{0};
   std::array<char, 64> hook{};  ///< "idle hook", "static constructor"; empty in the host itself
   std::array<char, 512> hostCall{};  ///< the latest host call, with its arguments
+  bool inHostCall = false;           ///< it is under way, and no hook within it
   std::array<char, 512> step{};      ///< the step's place in the session file
+  int64_t stepNumber = 0;            ///< counts from 1; 0 before the first step
   bool isOfFork = false;             ///< nobody reads it; see `KeepFromForks`
   int64_t tick = 0;
   int64_t time = 0;  ///< virtual, in seconds since 1970
@@ -45,6 +49,9 @@ class SharedFlightRecord {
 
 /// Gives processes that this one forks from now on a record of their own, which nobody reads.
 void KeepFromForks(FlightRecord& record);
+
+/// Returns where the main thread is, for what the plug-in does. A call is without its arguments.
+EventHead HeadOf(const FlightRecord& record);
 
 /// Copies `text` into one of the record's arrays, cut to its size.
 template <size_t size>

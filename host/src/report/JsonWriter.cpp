@@ -15,25 +15,21 @@ void JsonWriter::begin(const SessionInfo& session) {
 }
 
 void JsonWriter::take(const Event& event) {
-  const Json json = ToJson(event);
-  Json object{{"kind", json.at("kind")}, {"session", mSession}};
-  object.update(json);
-  write(object);
+  writeOfSession(ToJson(event));
 }
 
 void JsonWriter::end(const SessionInfo& session, const Played& played) {
-  for (const FoundInSession& found : played.findings) {
-    const FindingKind& kind = KindOf(found.finding);
-    write({{"kind", "finding"},
-           {"session", session.name},
-           {"name", kind.name},
-           {"level", kind.level == Level::error ? "error" : "warning"},
-           {"text", found.text}});
-  }
+  for (const FoundInSession& found : played.findings) writeOfSession(ToJson(found));
   write({{"kind", "result"},
          {"session", session.name},
          {"result", played.failed ? "failed" : "ok"},
          {"complete", played.complete}});
+}
+
+void JsonWriter::writeOfSession(const Json& json) {
+  Json object{{"kind", json.at("kind")}, {"session", mSession}};
+  object.update(json);
+  write(object);
 }
 
 }  // namespace host

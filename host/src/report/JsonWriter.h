@@ -24,6 +24,9 @@ class JsonWriter : public RunListener {
   virtual void write(const Json& object) = 0;
 
  private:
+  /// Writes the object with the name of the session.
+  void writeOfSession(const Json& json);
+
   std::string mSession;
 };
 

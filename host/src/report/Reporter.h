@@ -12,7 +12,7 @@ namespace host {
 
 enum class ReportKind : char {
   event = 'V',     ///< an event, as a JSON object
-  finding = 'F',   ///< the finding's name, a line feed, and its text, which may have several lines
+  finding = 'F',   ///< a finding, see `ToReport`
   misuse = 'M',    ///< the same, for a misuse of the host that the session may still expect
   expected = 'X',  ///< the session expects every misuse since the last such report
   call = 'C',      ///< a call that could have failed: the plug-in's call, the number, the function

@@ -19,9 +19,11 @@ struct SessionInfo {
   size_t stepCount = 0;  ///< with the first start and the last quit
 };
 
+/// What a session finds wrong.
 struct FoundInSession {
   Finding finding = Finding::expectation;
   std::string text;  ///< may have several lines
+  EventHead head;    ///< of the moment in which it came up
 };
 
 /// A call that could have failed.

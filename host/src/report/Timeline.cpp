@@ -141,22 +141,34 @@ void Timeline::endAll() {
   while (!mSpans.empty()) endLast();
 }
 
-Event Timeline::event(EventKind kind, Actor actor, size_t spans) const {
-  Event event;
-  event.kind = kind;
-  if (!mPlace.empty()) event.step = mFlight->stepsPlayed + 1;
-  event.place = mPlace;
-  event.tick = tick;
-  event.time = time;
-  event.actor = actor;
+EventHead Timeline::head(Actor actor) const {
+  EventHead head = headWithin(mSpans.size(), actor);
+  if (call) head.call = describe(*call);
+  return head;
+}
+
+EventHead Timeline::headWithin(size_t spans, Actor actor) const {
+  EventHead head;
+  if (!mPlace.empty()) head.step = mFlight->stepNumber;
+  head.place = mPlace;
+  head.tick = tick;
+  head.time = time;
+  head.actor = actor;
   for (size_t i = 0; i < spans; ++i) {
-    if (mSpans[i].kind == SpanKind::hook) event.hook = mSpans[i].name;
+    if (mSpans[i].kind == SpanKind::hook) head.hook = mSpans[i].name;
   }
+  return head;
+}
+
+Event Timeline::event(EventKind kind, Actor actor, size_t spans) const {
+  Event event(headWithin(spans, actor));
+  event.kind = kind;
   return event;
 }
 
 Call Timeline::describe(const RunningCall& running) const {
-  Call described{std::string(running.function), {}};
+  Call described;
+  described.function = running.function;
   for (size_t i = 0; i < running.count; ++i) {
     std::string value = std::visit(ShowValue(), running.arguments[i]);
     shortenPaths(value);

@@ -33,6 +33,7 @@ std::string StderrText(std::string_view line);
 struct Noted {
   std::string text;
   std::string where;  ///< for a finding, in case that it isn't expected
+  EventHead head;     ///< for the same
 };
 
 /// The events since an expectation last took them.
@@ -100,6 +101,8 @@ class Timeline {
   void endLast(Shown shown = Shown::unknown);
   /// Ends all hooks and dialogs.
   void endAll();
+  /// Returns the head of what happens now, which comes from the host function that is running.
+  EventHead head(Actor actor) const;
   /// Makes paths in the session folder relative to it.
   void shortenPaths(std::string& text) const { ReplaceAll(text, mFolderPrefix, ""); }
 
@@ -118,6 +121,7 @@ class Timeline {
 
   void takeStdoutLine(const std::string& line);
   void takeStderrLine(const std::string& line);
+  EventHead headWithin(size_t spans, Actor actor) const;
   Event event(EventKind kind, Actor actor, size_t spans) const;
   Event event(EventKind kind, Actor actor) const { return event(kind, actor, mSpans.size()); }
   Call describe(const RunningCall& running) const;

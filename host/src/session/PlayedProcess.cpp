@@ -86,12 +86,6 @@ std::vector<std::string> Frames(const std::string& report) {
   return frames;
 }
 
-FoundInSession ParseFinding(const std::string& text) {
-  const size_t end = text.find('\n');
-  return {FindingNamed(std::string_view(text).substr(0, end)).value_or(Finding::processEnded),
-          text.substr(end + 1)};
-}
-
 // The call of the plug-in, the number and the function, each on a line.
 CountedCall ParseCall(const std::string& text) {
   const std::vector<std::string> lines = Split(text, '\n');
@@ -101,7 +95,7 @@ CountedCall ParseCall(const std::string& text) {
 // The number of the trial on a line, then the finding.
 FoundInTrial ParseTrial(const std::string& text) {
   const size_t end = text.find('\n');
-  return {std::stoull(text.substr(0, end)), ParseFinding(text.substr(end + 1))};
+  return {std::stoull(text.substr(0, end)), FoundFrom(std::string_view(text).substr(end + 1))};
 }
 
 }  // namespace
@@ -190,16 +184,15 @@ bool PlayedProcess::readReports() {
 }
 
 void PlayedProcess::takeReport(const Report& report) {
-  const auto found = [&] { return ParseFinding(report.text); };
   switch (report.kind) {
     case ReportKind::event:
       takeEvent(EventFrom(Json::parse(report.text)));
       break;
     case ReportKind::finding:
-      Keep(mFindings, found());
+      Keep(mFindings, FoundFrom(report.text));
       break;
     case ReportKind::misuse:
-      Keep(mMisuses, found());
+      Keep(mMisuses, FoundFrom(report.text));
       break;
     case ReportKind::expected:
       mMisuses.clear();
@@ -252,21 +245,16 @@ void PlayedProcess::addRestOfOutput() {
 }
 
 void PlayedProcess::addOutput(std::string text) {
-  Event entry;
-  entry.place = mFlight->step.data();
-  if (!entry.place.empty()) entry.step = currentStep();
-  entry.tick = mFlight->tick;
-  entry.time = mFlight->time;
-  entry.actor = Actor::plugIn;
-  const std::string hook = mFlight->hook.data();
+  Event entry(HeadOf(*mFlight));
+  // It stood in the output before, whatever call is under way.
+  entry.call = {};
   // Nothing had happened in the hook before.
-  if (!hook.empty() && (mRunning.empty() || mRunning.back().name != hook)) {
+  if (!entry.hook.empty() && (mRunning.empty() || mRunning.back().name != entry.hook)) {
     Event begin = entry;
     begin.kind = EventKind::begin;
-    begin.name = hook;
+    begin.name = std::exchange(begin.hook, "");
     takeEvent(std::move(begin));
   }
-  entry.hook = hook;
   entry.text = std::move(text);
   takeEvent(std::move(entry));
 }
@@ -286,11 +274,13 @@ void PlayedProcess::addHowItEnded(int status) {
   std::vector<std::string> frames = Frames(ReadAll(mCrashReport));
   const bool inAnotherThread = std::erase(frames, kInAnotherThread) > 0;
   const std::string place = inAnotherThread ? kInAnotherThread : mainPlace;
+  EventHead head = HeadOf(*mFlight);
+  if (inAnotherThread) head.call = {};
   const auto add = [&](Finding finding, const std::string& what) {
     // The flight record is the main thread's.
     const std::string whose =
         inAnotherThread ? fmt::format("the main thread was {}, ", mainPlace) : "";
-    mFindings.push_back({finding, fmt::format("{}\n    {}{}", what, whose, where())});
+    mFindings.push_back({finding, fmt::format("{}\n    {}{}", what, whose, where()), head});
     for (const std::string& frame : frames) mFindings.back().text += "\n    " + frame;
   };
   if (mAskedToEnd != 0) {
@@ -307,10 +297,6 @@ void PlayedProcess::addHowItEnded(int status) {
     add(Finding::processEnded,
         fmt::format("the process ended {} with code {}", place, WEXITSTATUS(status)));
   }
-}
-
-int64_t PlayedProcess::currentStep() const {
-  return std::min(mFlight->stepsPlayed + 1, static_cast<int64_t>(mSession.stepCount));
 }
 
 std::string PlayedProcess::where() const {

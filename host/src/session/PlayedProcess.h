@@ -58,7 +58,6 @@ class PlayedProcess {
   void addRestOfOutput();
   void addOutput(std::string text);
   void endRunning();
-  int64_t currentStep() const;
   void addHowItEnded(int status);
   std::string where() const;
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "EventJson.h"
 #include "FolderSnapshot.h"
 #include "PlayedProcess.h"
 
@@ -54,8 +55,7 @@ bool TrialRunner::play(size_t trial) {
   const Played played = process->result();
   if (!played.failed) return false;
   for (const FoundInSession& found : played.findings) {
-    mHost.send(ReportKind::trial,
-               fmt::format("{}\n{}\n{}", trial, KindOf(found.finding).name, found.text));
+    mHost.send(ReportKind::trial, fmt::format("{}\n{}", trial, ToReport(found)));
   }
   return false;
 }
