@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-constexpr int64_t kLittleMemory = 4096;
+constexpr int64_t kLittleMemory = 512;
 
 template <typename Iterator>
 int64_t CountEntries(const std::filesystem::path& folder) {
