@@ -102,16 +102,19 @@ std::string Transcript::begin(const SessionInfo& session) {
 }
 
 std::string Transcript::add(const Event& event) {
-  if (event.kind != EventKind::expectation) {
-    return takeMet() + (event.kind == EventKind::entry ? line(event) : "");
-  }
-  if (!event.met) return line(event);
-  if (mMet.text.empty()) {
-    mMet = event;
-  } else {
+  const bool joins =
+      event.met && !mMet.text.empty() && event.step == mMet.step && event.tick == mMet.tick;
+  if (joins) {
     mMet.text += ", " + event.name;
+    return "";
   }
-  return "";
+  std::string text = takeMet();
+  if (event.met) {
+    mMet = event;
+  } else if (event.kind == EventKind::entry || event.kind == EventKind::expectation) {
+    text += line(event);
+  }
+  return text;
 }
 
 std::string Transcript::end(const Played& played) {

@@ -20,7 +20,8 @@ struct TextStyle {
 TextStyle StyleOf(int descriptor);
 
 /// Makes the text of sessions, of one after the other: a head, the timeline, and what came of it.
-/// The timeline has a line for each entry, and one for the expectations of a step that are met.
+/// The timeline has a line for each entry, and one for expectations of a step that are met
+/// together.
 class Transcript {
  public:
   explicit Transcript(TextStyle style = {}) : mStyle(style) {}
