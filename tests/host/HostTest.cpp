@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <signal.h>
 
 #include <cerrno>
@@ -13,6 +14,7 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -267,6 +269,21 @@ steps:
   EXPECT_THAT(played.output, HasSubstr("    - 1 PluginIsEnabled\n"));
   EXPECT_THAT(played.output, HasSubstr("    expected: none\n    found:    projects/a.aep\n"));
   EXPECT_THAT(played.output, HasSubstr("as expected: dialogs shown"));
+}
+
+TEST(Host, SaysWhatThePluginHoldsMoreOf) {
+  const std::string steps = "[start: , expect: {growth: none}, tick, expect: {growth: none}]";
+  const Played played = Play(Behaviour("hold more of everything", steps));
+  EXPECT_EQ(played.code, 1);
+  EXPECT_THAT(played.output, HasSubstr("        session    as expected: growth\n"
+                                       "     1  session    NOT as expected: growth\n"));
+  EXPECT_THAT(played.output, AllOf(HasSubstr("open descriptors: "), HasSubstr("files: "),
+                                   HasSubstr("memory handles and blocks: 0 before, 2 now"),
+                                   HasSubstr("acquired suites: 0 before, 1 now")));
+  // A sanitizer has a heap of its own.
+  if (mallinfo2().uordblks > 0) {
+    EXPECT_THAT(played.output, HasSubstr("bytes of memory: "));
+  }
 }
 
 TEST(Host, PlaysEachVariantAndIsQuietAboutThoseThatAreAsExpected) {

@@ -1,6 +1,7 @@
 // Shows, at its first idle tick, the behaviour that the session's file "behaviour" or the variable
 // BEHAVIOUR names.
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -383,6 +384,16 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        std::ofstream("projects/a.aep") << "changed";
        const Memory memory;
        memory->AEGP_FreeMemHandle(PathHandle());
+     }},
+    {"hold more of everything",
+     [] {
+       static const std::string held(20'000, 'x');
+       open("/dev/null", O_RDONLY);
+       std::ofstream("one") << "and";
+       std::ofstream("another");
+       PathHandle();
+       Allocate();
+       Acquire();
      }},
     {"close the project", CloseProject},
     {"activate and forget", ActivateAndForget},

@@ -18,8 +18,7 @@ struct Usage {
 
 Usage MeasureUsage(Host& host);
 
-/// Returns what has grown, a line for each, or an empty text. Memory may differ by a little: the
-/// journal's lines aren't of one length.
+/// Returns what has grown, a line for each, or an empty text. Memory may differ by 16 KB.
 std::string DescribeGrowth(const Usage& before, const Usage& now);
 
 }  // namespace host
