@@ -13,6 +13,8 @@ namespace {
 
 // The framework is asked again after this many seconds.
 constexpr int64_t kSecondsToAskAgain = 10;
+// From the tick on which the plug-in closes a project.
+constexpr int64_t kTicksToReopening = 9;
 // Enough for a process that begins with the first one.
 constexpr int kTicksToSettle = 30;
 constexpr char kProbe[] = "Is the activation over?";
@@ -35,7 +37,8 @@ void ActivationRules::takeChange(const ProjectChange& change) {
     mClosed.reset();
     mLatest.reset();
   } else if (change.opened.empty() && !change.closed.empty()) {
-    mClosed = Closed{change.closed, mHost->errorsShown(), false, change.closed != mDocument};
+    mClosed = Closed{change.closed, mHost->timeline.tick, mHost->errorsShown(), false,
+                     change.closed != mDocument};
   } else if (mClosed && change.opened == mClosed->path) {
     mClosed.reset();
   }
@@ -47,9 +50,9 @@ void ActivationRules::take(const std::string& operation, const std::vector<Argum
     mInitialized = true;
   } else if (operation == "PluginIsEnabled") {
     mEnabled = FieldOf(fields, "enabled") == "true";
-    if (mEnabled) return;
-    mLatest.reset();
-    if (mClosed) mClosed->wasDisabled = true;
+    if (!mEnabled) mLatest.reset();
+    const bool isInTime = mClosed && mHost->timeline.tick <= mClosed->tick + kTicksToReopening;
+    if (isInTime) mClosed->isDisabled = !mEnabled;
   } else if (operation == "InvokeCommandDialog") {
     // As a call that fails: the activation that runs is lost.
     if (isRunning && FieldOf(fields, "start") == "true") mHost->noteFailure(operation);
@@ -109,7 +112,8 @@ void ActivationRules::checkProjectIsOpen() {
       Finding::projectLeftClosed,
       fmt::format("the plug-in closed {}{}{}{}", mClosed->path,
                   mClosed->isOther ? ", which isn't the activation's" : "",
-                  mClosed->wasDisabled ? ", and was disabled afterwards" : "", mHost->where()));
+                  mClosed->isDisabled ? ", and was disabled when the reopening was due" : "",
+                  mHost->where()));
 }
 
 void ActivationRules::checkFonts() {

@@ -29,9 +29,10 @@ class ActivationRules {
  private:
   struct Closed {
     std::string path;
-    int64_t errorsShown = 0;   ///< when the plug-in closed it
-    bool wasDisabled = false;  ///< since then
-    bool isOther = false;      ///< than the project that the framework was told of
+    int64_t tick = 0;         ///< on which the plug-in closed it
+    int64_t errorsShown = 0;  ///< by then
+    bool isDisabled = false;  ///< when it was last asked, as far as the reopening's tick
+    bool isOther = false;     ///< than the project that the framework was told of
   };
   struct Activated {
     std::string path;
