@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <set>
 #include <string>
 
 #include "SessionText.h"
@@ -42,8 +43,14 @@ void PrintAndSave(const std::vector<Failure>& failures, const std::filesystem::p
   for (const Failure& failure : failures) Print(failure);
   if (save.empty() || failures.empty()) return;
   fmt::print("\n");
+  std::set<std::string> names;
   for (const Failure& failure : failures) {
-    const std::filesystem::path file = save / FileNameOf(failure.title);
+    std::string name = FileNameOf(failure.title);
+    // Titles that differ in other letters alone have one name.
+    for (int i = 2; !names.insert(name).second; ++i) {
+      name = FileNameOf(fmt::format("{} {}", failure.title, i));
+    }
+    const std::filesystem::path file = save / name;
     WriteText(file, WriteSession(failure.session, failure.title));
     fmt::print("written: {}\n", file.string());
   }

@@ -73,7 +73,8 @@ struct Files {
   std::string trace;
 };
 
-// Puts the folder in front of each name that two files have.
+// Puts the folder in front of each name that two files have. Throws `SessionFileError` if that
+// doesn't tell two sessions apart.
 void TellNamesApart(std::vector<std::pair<std::string, std::vector<Session>>>& files) {
   std::map<std::string, int> counts;
   for (const auto& [file, sessions] : files) ++counts[std::filesystem::path(file).stem().string()];
@@ -82,6 +83,15 @@ void TellNamesApart(std::vector<std::pair<std::string, std::vector<Session>>>& f
     if (counts[path.stem().string()] < 2) continue;
     for (Session& session : sessions) {
       session.name = (path.parent_path() / session.name).string();
+    }
+  }
+  std::map<std::string, std::string> fileOf;
+  for (const auto& [file, sessions] : files) {
+    for (const Session& session : sessions) {
+      const auto [known, isNew] = fileOf.emplace(session.name, file);
+      if (isNew) continue;
+      throw host::SessionFileError(fmt::format("{}: a session of {} has the name '{}' too", file,
+                                               known->second, session.name));
     }
   }
 }

@@ -258,6 +258,19 @@ TEST(Files, APageHoldsTheObjectsWhateverTheySay) {
   EXPECT_THAT(page, EndsWith("</html>\n"));
 }
 
+TEST(Files, AreWholeIfTheModuleCannotBeLoaded) {
+  const TemporaryFolder folder;
+  const std::string story = folder.Write("story.yaml", "steps: []").string();
+  const std::string junit = (folder.path() / "junit").string();
+  const std::string page = (folder.path() / "html").string();
+  const Played played = RunHost("--plugin " MODULE_WITHOUT_ENTRY " --junit " + junit + " --html " +
+                                page + " " + story);
+  EXPECT_EQ(played.code, 2);
+  pugi::xml_document document;
+  EXPECT_TRUE(document.load_file(junit.c_str()));
+  EXPECT_THAT(Read(page), EndsWith("</html>\n"));
+}
+
 TEST(Files, AFailedWriteIsAnError) {
   const TemporaryFolder folder;
   const std::string story = folder.Write("story.yaml", "steps: []").string();
@@ -278,8 +291,9 @@ TEST(Files, OnlyATerminalGetsColourAndShortLines) {
   const TemporaryFolder folder;
   const std::string story = folder
                                 .Write("story.yaml",
-                                       "steps: [open by double click: 'a.aep']\n"
-                                       "projects: {a.aep: [One, ふたつふたつ, Three, Four, Fiver]}")
+                                       "steps: [open by double click: 'a.aep', tick]\n"
+                                       "projects: {a.aep: [One, ふたつふたつ, Three, Four, Fiver,\n"
+                                       "  ながいながいながいながいながいた]}")
                                 .string();
   const std::string host = AEGP_HOST " run --plugin " TEST_PLUGIN " " + story;
   const auto onTerminal = [&](const std::string& variables) {
@@ -289,15 +303,20 @@ TEST(Files, OnlyATerminalGetsColourAndShortLines) {
   const std::string broken =
       "opens a.aep, which lacks One,\r\n"
       "                   ふたつふたつ, Three, Four,\r\n"
-      "                   Fiver\r\n";
+      "                   Fiver,\r\n"
+      "                   ながいながいながいながいながい\r\n"
+      "                   た\r\n";
   EXPECT_THAT(onTerminal("NO_COLOR= TERM=xterm").output,
               AllOf(HasSubstr("\x1b[34mhost     \x1b[0m  opens"), HasSubstr(broken)));
   for (const std::string variables : {"NO_COLOR=1 TERM=xterm", "TERM=dumb"}) {
     EXPECT_THAT(onTerminal(variables).output,
                 AllOf(Not(HasSubstr("\x1b[")), HasSubstr("host       " + broken)));
   }
-  EXPECT_THAT(RunCommand("TERM=xterm " + host).output,
-              AllOf(Not(HasSubstr("\x1b[")), HasSubstr("One, ふたつふたつ, Three, Four, Fiver\n")));
+  EXPECT_THAT(
+      RunCommand("TERM=xterm " + host).output,
+      AllOf(Not(HasSubstr("\x1b[")), HasSubstr("One, ふたつふたつ, Three, Four, Fiver, なが")));
+  EXPECT_THAT(onTerminal("BEHAVIOUR=\"crash after printing\"").output,
+              HasSubstr("crash: the process crashed in the idle hook: Aborted\r\n"));
 }
 
 }  // namespace

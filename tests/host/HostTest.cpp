@@ -68,8 +68,12 @@ TEST(Host, CatchesWhatAPluginDoesWrong) {
        "crash: the process crashed in the idle hook: Segmentation fault\n"
        "    tick 1, host call ReleaseSuite(\"AEGP Register Suite\", 6), step "},
       {"crash", "libtest-plugin.so(+0x"},
-      {"crash after printing", "plug-in    prints: last words\\x1b \\xc2\\x9b \u00e9\n"},
+      {"crash after printing",
+       "plug-in    prints: last words\\x1b \\xc2\\x9b \u00e9 \uFFFD in file\n"},
       {"crash after printing", "plug-in    writes to standard error: and more"},
+      {"crash after printing much",
+       "plug-in    prints: (37865 bytes are left out)\n        plug-in    prints: xxx"},
+      {"crash after printing much", "x\n        plug-in    prints: the end\n"},
       {"crash at exit", "crash: the process crashed in the static destructor: Aborted\n"},
       {"report at exit", "user-report: the user saw a report that no step expects: at exit"},
       {"acquire when finalised",
@@ -152,10 +156,11 @@ TEST(Host, NoticesADialogThatNeverBegins) {
 
 TEST(Host, LeavesNothingBehindWhenInterrupted) {
   const TemporaryFolder folder;
-  const std::string story = folder.Write("story.yaml", Behaviour("interrupt")).string();
+  const std::string variants = "variants: [{name: a}, {name: b}]\n";
+  const std::string story = folder.Write("story.yaml", variants + Behaviour("interrupt")).string();
   std::filesystem::create_directory(folder.path() / "tmp");
   setenv("TMPDIR", (folder.path() / "tmp").c_str(), 1);
-  const Played played = RunHost("--plugin " TEST_PLUGIN " " + story + " " + story);
+  const Played played = RunHost("--plugin " TEST_PLUGIN " " + story);
   EXPECT_EQ(played.code, 130);
   EXPECT_THAT(played.output, Not(AnyOf(HasSubstr("goodbye"), HasSubstr("result:"))));
   EXPECT_TRUE(std::filesystem::is_empty(folder.path() / "tmp"));
@@ -455,6 +460,7 @@ TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {
       {"--plugin " TEST_PLUGIN, 2, "SESSION is required"},
       {"--plugin " TEST_PLUGIN " nowhere.yaml", 2, "nowhere.yaml: can't be read"},
       {"--plugin" + story + story, 2, "story.yaml can't be loaded: "},
+      {"--plugin " TEST_PLUGIN + story + story, 2, "story.yaml: a session of "},
       {"--plugin " MODULE_WITHOUT_ENTRY + story, 2, " exports no EntryPointFunc"},
       {"--plugin " TEST_PLUGIN " --entry Other" + story, 2, " exports no Other"},
       {"--plugin " TEST_PLUGIN " --filter nobody" + story, 2, "no session has a name like that"},

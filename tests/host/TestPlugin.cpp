@@ -246,8 +246,16 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"crash", [] { raise(SIGSEGV); }},
     {"crash after printing",
      [] {
-       std::printf("last words\x1b \xc2\x9b \xc3\xa9");
+       std::printf("last words\x1b \xc2\x9b \xc3\xa9 \xff in %s/file",
+                   std::filesystem::current_path().c_str());
        std::fputs("and more\n", stderr);
+       std::abort();
+     }},
+    {"crash after printing much",
+     [] {
+       std::puts(std::string(300'000, 'x').c_str());
+       std::puts("the end");
+       std::fflush(stdout);
        std::abort();
      }},
     {"crash at exit", [] { heldToTheEnd.crashes = true; }},

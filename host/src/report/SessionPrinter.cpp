@@ -56,8 +56,11 @@ void VerdictPrinter::end(const SessionInfo& session, const Played& played) {
   const char* const word = played.failed ? "FAIL" : played.findings.empty() ? "ok" : "warn";
   fmt::print("{:<5} {}\n", word, session.name);
   for (const FoundInSession& found : played.findings) {
-    fmt::print("      {}: {}\n", KindOf(found.finding).name, EscapeLines(found.text));
+    std::string text = EscapeLines(found.text);
+    ReplaceAll(text, "\n", "\n    ");
+    fmt::print("      {}: {}\n", KindOf(found.finding).name, text);
   }
+  if (!played.complete) fmt::print("      not every step was played\n");
   if (!played.folder.empty()) fmt::print("      kept: {}\n", played.folder.string());
 }
 

@@ -19,10 +19,8 @@
 namespace host {
 namespace {
 
-// Where the text of an entry begins.
-constexpr size_t kTextColumn = 19;
-// Less isn't worth a break.
-constexpr size_t kLeastWidth = kTextColumn + 20;
+// A narrower terminal isn't worth a break: the text of an entry begins at column 19 or later.
+constexpr size_t kLeastWidth = 40;
 
 constexpr std::string_view kPlain = "\x1b[0m";
 constexpr std::string_view kRed = "\x1b[31m";
@@ -35,40 +33,36 @@ bool IsSet(const char* variable) {
   return value && *value != '\0';
 }
 
-// How many columns of a terminal the text takes. The locale is for this alone: that of the process
-// would be the plug-in's too.
-size_t ColumnsOf(std::string_view text) {
+// How many bytes of the text take at most `width` columns of a terminal. The locale is for this
+// alone: that of the process would be the plug-in's too.
+size_t BytesThatFit(std::string_view text, size_t width) {
   static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
   const locale_t before = uselocale(unicode);
   size_t columns = 0;
-  for (auto at = text.begin(); at != text.end();) {
-    const int width = wcwidth(static_cast<wchar_t>(utf8::next(at, text.end())));
-    columns += width < 0 ? 1 : static_cast<size_t>(width);
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (const char* next = at; next != end; at = next) {
+    const int more = wcwidth(static_cast<wchar_t>(utf8::next(next, end)));
+    columns += more < 0 ? 1 : static_cast<size_t>(more);
+    if (columns > width) break;
   }
   uselocale(before);
-  return columns;
+  return static_cast<size_t>(at - text.data());
 }
 
-// Breaks the text at spaces into lines of at most `width` columns. A longer word stays whole.
-std::vector<std::string> Wrap(const std::string& text, size_t width) {
+// Breaks the text into lines of at most `width` columns, at spaces where there are any.
+std::vector<std::string> Wrap(std::string_view text, size_t width) {
   std::vector<std::string> lines;
-  std::string line;
-  size_t used = 0;
-  for (size_t begin = 0; begin < text.size();) {
-    // A word, with the spaces before it.
-    const size_t word = std::min(text.find_first_not_of(' ', begin), text.size());
-    const size_t end = std::min(text.find(' ', word), text.size());
-    const size_t columns = ColumnsOf(std::string_view(text).substr(begin, end - begin));
-    if (!line.empty() && used + columns > width) {
-      lines.push_back(std::exchange(line, text.substr(word, end - word)));
-      used = columns - (word - begin);
-    } else {
-      line += text.substr(begin, end - begin);
-      used += columns;
-    }
-    begin = end;
+  size_t fits = 0;
+  while ((fits = BytesThatFit(text, width)) < text.size()) {
+    const size_t space = text.rfind(' ', fits);
+    const bool isBetweenWords =
+        space != std::string_view::npos && text.find_first_not_of(' ') < space;
+    const size_t end = isBetweenWords ? space : fits;
+    lines.emplace_back(text.substr(0, text.find_last_not_of(' ', end - 1) + 1));
+    text.remove_prefix(std::min(text.find_first_not_of(' ', end), text.size()));
   }
-  lines.push_back(line);
+  if (!text.empty() || lines.empty()) lines.emplace_back(text);
   return lines;
 }
 
@@ -131,17 +125,19 @@ std::string Transcript::takeMet() {
 
 std::string Transcript::line(const Event& event) {
   const bool isNewTick = std::exchange(mLastTick, event.tick) != event.tick;
+  const std::string tick = fmt::format("{:>6}", isNewTick ? std::to_string(event.tick) : "");
+  std::string actor = fmt::format("{:<9}", NameOf(event.actor));
   std::string text = EscapeControls(event.text);
   if (mStyle.width >= kLeastWidth) {
-    text = Join(Wrap(text, mStyle.width - kTextColumn), "\n" + std::string(kTextColumn, ' '));
+    const size_t column = fmt::format("{}  {}  ", tick, actor).size();
+    text = Join(Wrap(text, mStyle.width - column), "\n" + std::string(column, ' '));
   }
-  std::string actor = fmt::format("{:<9}", NameOf(event.actor));
   if (mStyle.colour) {
     actor = fmt::format("{}{}{}", kColours[static_cast<size_t>(event.actor)], actor, kPlain);
     if (event.kind == EventKind::expectation && !event.met)
       text = fmt::format("{}{}{}", kRed, text, kPlain);
   }
-  return fmt::format("{:>6}  {}  {}\n", isNewTick ? std::to_string(event.tick) : "", actor, text);
+  return fmt::format("{}  {}  {}\n", tick, actor, text);
 }
 
 }  // namespace host

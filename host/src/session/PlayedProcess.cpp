@@ -30,22 +30,29 @@ namespace {
 constexpr int64_t kNanoseconds = 1'000'000'000;
 // Of one kind. A plug-in that makes a misuse makes it again and again.
 constexpr size_t kMostFindings = 100;
-// Of the output that a process leaves behind, in bytes.
-constexpr size_t kMostOutput = 65536;
+// Of each output that a process leaves behind, in bytes. It may have printed without end.
+constexpr uintmax_t kMostOutput = 262'144;
 // How long a process that hangs may take to write its backtrace.
 constexpr int64_t kTimeToEnd = kNanoseconds;
 
-std::vector<std::string> ReadLinesFrom(const std::filesystem::path& file, off_t place) {
-  std::error_code ignored;
-  if (std::filesystem::file_size(file, ignored) == static_cast<uintmax_t>(place)) return {};
+// What a process has written to a file beyond what its timeline shows.
+struct RestOfOutput {
+  uintmax_t leftOut = 0;  ///< bytes at its beginning
+  std::vector<std::string> lines;
+};
+
+RestOfOutput ReadRest(const std::filesystem::path& file, off_t taken) {
+  RestOfOutput rest;
+  std::error_code error;
+  const uintmax_t size = std::filesystem::file_size(file, error);
+  const auto begin = static_cast<uintmax_t>(taken);
+  if (error || size <= begin) return rest;
+  // What it wrote last says most about its end.
+  if (size - begin > kMostOutput) rest.leftOut = size - begin - kMostOutput;
   std::ifstream stream(file, std::ios::binary);
-  stream.seekg(place);
-  std::string text(kMostOutput, '\0');
-  stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<size_t>(stream.gcount()));
-  std::vector<std::string> lines = Split(text, '\n');
-  if (lines.back().empty()) lines.pop_back();
-  return lines;
+  stream.seekg(static_cast<std::streamoff>(begin + rest.leftOut));
+  for (std::string line; std::getline(stream, line);) rest.lines.push_back(line);
+  return rest;
 }
 
 // Counts each kind for itself, so that those that are allowed don't hide others.
@@ -165,7 +172,8 @@ bool PlayedProcess::update() {
   readReports();
   endGroup();
   mProcess = -1;
-  addRestOfOutput();
+  addRestOf(kStdoutFile, mFlight->stdoutTaken, StdoutText);
+  addRestOf(kStderrFile, mFlight->stderrTaken, StderrText);
   endRunning();
   addHowItEnded(status);
   return false;
@@ -235,13 +243,11 @@ void PlayedProcess::endIfHanging() {
   }
 }
 
-void PlayedProcess::addRestOfOutput() {
-  for (const auto& line : ReadLinesFrom(mFolder / kStdoutFile, mFlight->stdoutTaken)) {
-    addOutput(StdoutText(line));
-  }
-  for (const auto& line : ReadLinesFrom(mFolder / kStderrFile, mFlight->stderrTaken)) {
-    addOutput(StderrText(line));
-  }
+void PlayedProcess::addRestOf(const char* file, off_t taken,
+                              std::string (*describe)(std::string_view)) {
+  const RestOfOutput rest = ReadRest(mFolder / file, taken);
+  if (rest.leftOut > 0) addOutput(describe(fmt::format("({} bytes are left out)", rest.leftOut)));
+  for (const std::string& line : rest.lines) addOutput(describe(line));
 }
 
 void PlayedProcess::addOutput(std::string text) {
@@ -252,11 +258,23 @@ void PlayedProcess::addOutput(std::string text) {
   if (!entry.hook.empty() && (mRunning.empty() || mRunning.back().name != entry.hook)) {
     Event begin = entry;
     begin.kind = EventKind::begin;
-    begin.name = std::exchange(begin.hook, "");
+    begin.name = std::exchange(begin.hook, runningHook());
     takeEvent(std::move(begin));
   }
-  entry.text = std::move(text);
-  takeEvent(std::move(entry));
+  entry.text = withoutFolder(std::move(text));
+  // As through the pipe, which takes UTF-8 alone.
+  takeEvent(EventFrom(Json::parse(Dump(ToJson(entry)))));
+}
+
+std::string PlayedProcess::runningHook() const {
+  const auto found = std::find_if(mRunning.rbegin(), mRunning.rend(),
+                                  [](const Event& begin) { return begin.span == SpanKind::hook; });
+  return found == mRunning.rend() ? "" : found->name;
+}
+
+std::string PlayedProcess::withoutFolder(std::string text) const {
+  ReplaceAll(text, mFolder.string() + "/", "");
+  return text;
 }
 
 // What had begun when the process ended.
@@ -281,7 +299,8 @@ void PlayedProcess::addHowItEnded(int status) {
     const std::string whose =
         inAnotherThread ? fmt::format("the main thread was {}, ", mainPlace) : "";
     mFindings.push_back({finding, fmt::format("{}\n    {}{}", what, whose, where()), head});
-    for (const std::string& frame : frames) mFindings.back().text += "\n    " + frame;
+    for (const std::string& frame : frames)
+      mFindings.back().text += "\n    " + withoutFolder(frame);
   };
   if (mAskedToEnd != 0) {
     add(Finding::timeout,

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "FlightRecord.h"
@@ -55,8 +56,12 @@ class PlayedProcess {
   void takeReport(const Report& report);
   void endIfHanging();
   void takeEvent(Event event);
-  void addRestOfOutput();
+  void addRestOf(const char* file, off_t taken, std::string (*describe)(std::string_view));
   void addOutput(std::string text);
+  /// Returns the name of the innermost hook that has begun, or an empty one.
+  std::string runningHook() const;
+  /// Returns the text with the paths of the session folder from there on.
+  std::string withoutFolder(std::string text) const;
   void endRunning();
   void addHowItEnded(int status);
   std::string where() const;

@@ -89,10 +89,8 @@ bool Tell(Job& job, const std::vector<RunListener*>& listeners) {
   return job.result.has_value();
 }
 
-}  // namespace
-
-int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
-                 const std::vector<RunListener*>& listeners) {
+void PlayAll(const std::vector<Session>& sessions, const RunOptions& options,
+             const std::vector<RunListener*>& listeners) {
   Janitor janitor;
   CatchSignals();
   Jobs jobs;
@@ -119,7 +117,24 @@ int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options
       if (stops) jobs.clear();
     }
   }
+}
+
+void Finish(const std::vector<RunListener*>& listeners) {
   for (RunListener* const listener : listeners) listener->finish();
+}
+
+}  // namespace
+
+int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
+                 const std::vector<RunListener*>& listeners) {
+  try {
+    PlayAll(sessions, options, listeners);
+  } catch (...) {
+    // The files are to be whole, with what was played before.
+    Finish(listeners);
+    throw;
+  }
+  Finish(listeners);
   return caughtSignal;
 }
 

@@ -10,7 +10,7 @@ namespace host {
 namespace {
 
 // Freed blocks that the allocator keeps at hand count as in use. They came to 2 KB.
-constexpr int64_t kLittleMemory = 16 * 1024;
+constexpr int64_t kLittleMemory = 16'384;
 
 template <typename Iterator>
 int64_t CountEntries(const std::filesystem::path& folder) {
