@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <stdexcept>
 
 #include "ErrorCodes.h"
@@ -94,12 +95,13 @@ std::optional<std::string> Call::answer(const std::string& field) const {
   return found->second;
 }
 
-void Call::leaveList(char* list, uint64_t capacity) {
-  if (std::optional<std::string> text = answer("text")) {
-    std::replace(text->begin(), text->end(), ';', '\n');
-    mAnswerFits = writeBuffer(list, capacity, *text);
+void Call::leaveText(std::string_view name, char* text, uint64_t capacity) {
+  if (std::optional<std::string> answered = answer("text")) {
+    std::replace(answered->begin(), answered->end(), ';', '\n');
+    mAnswerFits = writeBuffer(text, capacity, *answered);
   }
-  note("list", readBuffer(list, capacity));
+  if (answer("fill") == "true") std::memset(text, 'x', capacity);
+  note(name, readBuffer(text, capacity));
 }
 
 void Call::leaveSize(uint64_t& size) {

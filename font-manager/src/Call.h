@@ -28,7 +28,7 @@ class Call {
   [[nodiscard]] std::optional<std::string> answer(const std::string& field) const;
 
   /// Replaces an out-argument by the session's answer, if any, and notes it.
-  void leaveList(char* list, uint64_t capacity);
+  void leaveText(std::string_view name, char* text, uint64_t capacity);
   void leaveSize(uint64_t& size);
   void leaveCount(int32_t& count);
 

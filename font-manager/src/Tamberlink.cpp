@@ -75,7 +75,7 @@ Strings pickFonts(const Strings& offered, const Strings& wanted) {
 uint32_t endWithId(Call& call, const std::optional<std::string>& identifier, char* id,
                    uint64_t& size) {
   const bool fits = writeBuffer(id, size, identifier.value_or(""));
-  call.note("id", readBuffer(id, size));
+  call.leaveText("id", id, size);
   call.leaveSize(size);
   if (!identifier) return call.end(kNotFound);
   return call.end(fits ? kSuccess : kIndexOutOfRange);
@@ -119,7 +119,7 @@ uint32_t HandleOpenExistingDocument(const char* path, char* list, uint64_t* size
   call.note("path", path);
   call.note("size", *size);
   const uint32_t result = openDocument(path, list, *size, *count);
-  call.leaveList(list, *size);
+  call.leaveText("list", list, *size);
   call.leaveSize(*size);
   call.leaveCount(*count);
   return call.end(result);
@@ -157,7 +157,7 @@ uint32_t InvokeResolveDialog(char* list, uint64_t* size) noexcept {
   const Strings picked =
       pickFonts(split(text, '\n'), split(call.answer("choose").value_or(""), ';'));
   const bool fits = writeBuffer(list, *size, join(picked));
-  call.leaveList(list, *size);
+  call.leaveText("list", list, *size);
   call.leaveSize(*size);
   return call.end(fits ? kSuccess : kIndexOutOfRange);
 }

@@ -30,7 +30,9 @@ std::string join(const Strings& strings) {
 }
 
 std::string readBuffer(const char* buffer, uint64_t capacity) {
-  return {buffer, strnlen(buffer, capacity)};
+  const size_t length = strnlen(buffer, capacity);
+  if (length == capacity && capacity > 0) return "(not terminated)";
+  return {buffer, length};
 }
 
 bool writeBuffer(char* buffer, uint64_t capacity, std::string_view text) {

@@ -20,7 +20,8 @@ std::pair<std::string, std::string> splitOnce(std::string_view text, char separa
 /// Joins the strings with line feeds.
 std::string join(const Strings& strings);
 
-/// Reads the text in a caller's buffer of `capacity` bytes, up to the first NUL if there is one.
+/// Reads the text in a caller's buffer of `capacity` bytes. Returns "(not terminated)" if there is
+/// no NUL in it.
 std::string readBuffer(const char* buffer, uint64_t capacity);
 
 /// Writes the text and a terminator to a caller's buffer of `capacity` bytes. If they don't fit,

@@ -76,6 +76,22 @@ TEST(Sweep, PlaysEachTrialInTheFolderOfTheSession) {
   EXPECT_THAT(swept.output, Not(HasSubstr(" 0 trials")));
 }
 
+TEST(Sweep, CountsTheCallsThatComeWhileASessionSettles) {
+  const TemporaryFolder folder;
+  const Played swept = Sweep(folder, Behaviour("need the memory suite at death", "[tick, tick]"),
+                             std::string("--allow null-argument ") + kWithFontManager);
+  EXPECT_THAT(swept.output, HasSubstr("crash: the process crashed in the death hook"));
+}
+
+TEST(Sweep, BlamesNoPluginForWhatIsRight) {
+  const TemporaryFolder folder;
+  for (const char* behaviour : {"ignore its children", "group for undo", "report"}) {
+    const Played swept = Sweep(
+        folder, Behaviour(behaviour, "[tick, expect: {reports: [something is up]}]"), kCareless);
+    EXPECT_EQ(swept.code, 0) << swept.output;
+  }
+}
+
 TEST(Sweep, TakesAnErrorThatAFailingCallCausesAsRight) {
   const TemporaryFolder folder;
   // The test plug-in returns what `AEGP_InsertMenuCommand` answers from its entry point.
@@ -116,6 +132,9 @@ TEST(TolerantSession, AsksAtItsEndWhatBecameOfAnActivation) {
        {"project-left-closed: the plug-in closed projects/a.aep",
         "activation-never-ends: the plug-in doesn't see a dialog",
         "activation-never-ends: the framework isn't told of a saved project"}},
+      {"pass odd buffers",
+       {"bad-argument: InvokeResolveDialog: list has no terminator",
+        "bad-argument: GetIDForDocument: size is 257, of a buffer of 256 bytes"}},
       {"activate without a look at the fonts",
        {"font-still-missing: Garamond is active, and projects/a.aep lacks it"}},
   };

@@ -154,6 +154,17 @@ TEST(Host, NoticesADialogThatNeverBegins) {
   EXPECT_THAT(played.output, HasSubstr("dialog-never-began: the dialog \"Preferences\""));
 }
 
+TEST(Host, EndsASessionThatHoldsTheHostItselfUp) {
+  const Played played = Play(
+      "files: {behaviour: put a pipe in the place of the project}\n"
+      "projects: {projects/a.aep: []}\n"
+      "steps: [open by double click: projects/a.aep, tick, edit, save]\n",
+      "--timeout 1");
+  EXPECT_EQ(played.code, 1);
+  EXPECT_THAT(played.output, HasSubstr("timeout: the host itself is held up for 1 s\n"));
+  EXPECT_EQ(Play(Behaviour("hold a stream")).code, 0);
+}
+
 TEST(Host, LeavesNothingBehindWhenInterrupted) {
   const TemporaryFolder folder;
   const std::string variants = "variants: [{name: a}, {name: b}]\n";

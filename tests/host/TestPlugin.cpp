@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <future>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -195,10 +196,23 @@ void LeaveDaemonBehind() {
   _exit(0);
 }
 
+// Has one thread hold a stream for good, as one that waits for input does.
+void HoldAStream() {
+  static std::FILE* const stream = std::fopen("/dev/null", "r");
+  std::promise<void> holds;
+  std::thread([&holds] {
+    flockfile(stream);
+    holds.set_value();
+    Hang();
+  }).detach();
+  holds.get_future().wait();
+}
+
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*);
 
 bool throwsInCommand = false;
 bool repeatsCommand = false;
+bool needsMemoryAtDeath = false;
 // Their dates are printed at the next tick.
 std::vector<std::string> writtenFiles;
 
@@ -294,6 +308,14 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        Commands()->AEGP_RemoveMenuCommand(command);
        Commands()->AEGP_EnableCommand(command);
      }},
+    {"need the memory suite at death", [] { needsMemoryAtDeath = true; }},
+    {"ignore its children", [] { std::signal(SIGCHLD, SIG_IGN); }},
+    {"hold a stream", HoldAStream},
+    {"put a pipe in the place of the project",
+     [] {
+       unlink("projects/a.aep");
+       mkfifo("projects/a.aep", 0600);
+     }},
     {"throw in a thread",
      [] { std::thread([] { throw std::runtime_error("from a [thread]\nof mine"); }).join(); }},
     {"hang", Hang},
@@ -371,6 +393,10 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] { Commands()->AEGP_InsertMenuCommand(command, "Nowhere", 0, AEGP_MENU_INSERT_SORTED); }},
     {"enable outside a hook", [] { Commands()->AEGP_EnableCommand(command); }},
     {"keep an undo group", [] { Utility()->AEGP_StartUndoGroup("Undo"); }},
+    {"group for undo",
+     [] {
+       if (Utility()->AEGP_StartUndoGroup("Undo") == A_Err_NONE) Utility()->AEGP_EndUndoGroup();
+     }},
     {"end an undo group", [] { Utility()->AEGP_EndUndoGroup(); }},
     {"interrupt",
      [] {
@@ -409,6 +435,12 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] {
        ActivateAndForget();
        OpenAgain();
+     }},
+    {"pass odd buffers",
+     [] {
+       WriteJournal(
+           "InvokeResolveDialog\tlist=(not terminated)\tsize=131072\tlist=\tsize=0\n"
+           "GetIDForDocument\tpath=a\tsize=257\tid=(not terminated)\tsize=257\n");
      }},
     {"report", [] { Utility()->AEGP_ReportInfo(pluginId, "something is up"); }},
     {"keep a preference", KeepAPreference},
@@ -459,6 +491,7 @@ A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
   static const std::string behaviour = TakeBehaviour();
   static bool isDone = behaviour.empty();
   if (behaviour == "fail") return 42;
+  if (needsMemoryAtDeath) const Memory memory;
   for (const std::string& file : writtenFiles) {
     struct stat status {};
     stat(file.c_str(), &status);
@@ -488,6 +521,12 @@ A_Err Command(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command picked, AEGP_H
 }
 
 A_Err Death(AEGP_GlobalRefcon, AEGP_DeathRefcon) {
+  const void* suite = nullptr;
+  if (needsMemoryAtDeath && basic->AcquireSuite("AEGP Memory Suite", 1, &suite) == A_Err_NONE) {
+    basic->ReleaseSuite("AEGP Memory Suite", 1);
+  } else if (needsMemoryAtDeath) {
+    std::abort();
+  }
   std::printf("goodbye\n");
   return A_Err_NONE;
 }

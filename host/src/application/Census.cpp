@@ -3,9 +3,11 @@
 namespace host {
 
 void Census::tell(std::string_view function) {
-  const auto number = mNumbers.try_emplace(std::string(function), 0).first;
-  ++number->second;
-  if (!mResting) mListener({number->first, number->second, mEntry});
+  auto& [name, calls] = *mCalls.try_emplace(std::string(function)).first;
+  ++calls.number;
+  calls.inEntry = calls.entry == mEntry ? calls.inEntry + 1 : 1;
+  calls.entry = mEntry;
+  if (!mResting) mListener({name, calls.number, mEntry, calls.inEntry});
 }
 
 }  // namespace host

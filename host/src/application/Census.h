@@ -25,12 +25,18 @@ class Census {
   }
 
  private:
+  struct Calls {
+    int64_t number = 0;
+    int64_t entry = 0;    ///< of the latest
+    int64_t inEntry = 0;  ///< during that entry
+  };
+
   void tell(std::string_view function);
 
   std::function<void(const CountedCall&)> mListener;
   bool mResting = false;
   int64_t mEntry = 0;
-  std::map<std::string, int64_t, std::less<>> mNumbers;
+  std::map<std::string, Calls, std::less<>> mCalls;
 };
 
 }  // namespace host

@@ -209,8 +209,8 @@ void Host::enterPlugin(const char* hook) {
     mAnswered.clear();
     census.enter();
     if (mBeforeEntry) mBeforeEntry();
+    mFlight->turnBegan = MonotonicNow();
   }
-  if (mFlight->callBegan == 0) mFlight->callBegan = MonotonicNow();
   ++mDepth;
   mHook = hook;
   mFlight->inHostCall = false;
@@ -223,7 +223,7 @@ void Host::leavePlugin(const char* outerHook) {
   Note(mFlight->hook, outerHook);
   --mDepth;
   if (*outerHook != '\0') return;
-  mFlight->callBegan = 0;
+  mFlight->turnBegan = MonotonicNow();
   nestsTooDeep = false;
 }
 
@@ -259,8 +259,8 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   }
   // Before it leaves the hook, for `where`.
   if (result != A_Err_NONE) noteError(hook, result);
-  leavePlugin(outerHook);
   timeline.drain();
+  leavePlugin(outerHook);
   timeline.endLast();
   fileDates.update();
   if (result == A_Err_NONE) return;
@@ -388,11 +388,15 @@ A_Err Host::openProject(const std::string& path) {
 void Host::saveProject(const std::string& path) {
   WriteLines(path, mProject->fonts);
   SetModificationDate(path, VirtualNow());
+  // `path` may be the project's own.
+  const std::string before = mProject->path;
   mProject->path = path;
   mProject->reportedPath = std::filesystem::path(path).u16string();
   mProject->dirty = false;
   timeline.add(Actor::host, fmt::format("has written {}", path));
   noteProject();
+  if (before == path) return;
+  for (const auto& listener : mProjectListeners) listener({before, path, *mHook != '\0', true});
 }
 
 void Host::showOpenProjectDialog() {
@@ -482,6 +486,7 @@ void Host::quit() {
 void Host::beginStep(std::string_view place) {
   Note(mFlight->step, place);
   mFlight->stepNumber = mFlight->stepsPlayed + 1;
+  mFlight->turnBegan = MonotonicNow();
   timeline.beginStep(place);
 }
 
@@ -492,8 +497,8 @@ void Host::endSteps() const {
 void Host::beginDestructors() {
   timeline.drain();
   timeline.endAll();
-  mFlight->callBegan = 0;
   enterPlugin("static destructor");
+  mFlight->turnBegan = MonotonicNow();
   mReporter.send(ReportKind::destroying, "");
 }
 

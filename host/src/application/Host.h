@@ -92,11 +92,12 @@ struct Project {
   std::unique_ptr<_AEGP_Project*> mOpaque = std::make_unique<_AEGP_Project*>();
 };
 
-/// A project takes the place of another.
+/// A project takes the place of another, or gets another path.
 struct ProjectChange {
   std::string closed;  ///< the path of the project before; empty if it was never saved
   std::string opened;  ///< the path of the new one
   bool byPlugin = false;
+  bool isSave = false;  ///< the project stays
 };
 
 /// The host's own commands.
@@ -203,6 +204,8 @@ class Host {
   /// Calls `action` each time before the host calls the plug-in, except from within such a call.
   void beforeEntries(std::function<void()> action) { mBeforeEntry = std::move(action); }
 
+  /// Lets the host take any time until it calls the plug-in.
+  void takeAnyTime() { mFlight->turnBegan = 0; }
   /// Copies to another record where the session is.
   void copyFlight(FlightRecord& record) const;
   /// Reports from now on to another process that waits, and tells it of no event. For a fork of the

@@ -43,6 +43,15 @@ size_t IndexOf(std::string_view name, int32 version) {
   return static_cast<size_t>(found - kSuites.begin());
 }
 
+std::string NameOf(std::string_view suite, int32 version) {
+  return fmt::format("{} {}", suite, version);
+}
+
+void NoteRefusal(std::string_view suite, int32 version) {
+  TheHost().noteFailure("AcquireSuite");
+  TheHost().noteFailure(NameOf(suite, version));
+}
+
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   HostCall call(SuiteId::basic, "AcquireSuite", name, int64_t{version});
   call.needs(name, "name");
@@ -50,12 +59,13 @@ SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   // Also where the session lets the call fail.
   if (call.misuse() == A_Err_NONE) *suite = nullptr;
   if (const A_Err error = call.error()) {
+    if (call.misuse() == A_Err_NONE) NoteRefusal(name, version);
     // What the code that the host's makers give away throws for any suite that it lacks.
     TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
     return error;
   }
   if (TheHost().faults.refuses(name, version)) {
-    TheHost().noteFailure("AcquireSuite");
+    NoteRefusal(name, version);
     TheHost().noteOnce(fmt::format("refuses {} {}", name, version));
   } else {
     *suite = TheHost().suites.acquire(name, version, TheHost().origin("AcquireSuite"));
@@ -171,6 +181,12 @@ SPBasicSuite* BasicSuite() {
 
 bool HasSuite(std::string_view name, int32 version) {
   return IndexOf(name, version) < kSuites.size();
+}
+
+bool HasSuite(std::string_view nameAndVersion) {
+  return std::any_of(kSuites.begin(), kSuites.end(), [&](const Suite& suite) {
+    return NameOf(suite.name, suite.version) == nameAndVersion;
+  });
 }
 
 const void* SuiteLedger::acquire(std::string_view name, int32 version, const Origin& origin) {

@@ -33,6 +33,8 @@ SPBasicSuite* BasicSuite();
 
 /// Returns whether this host has the suite.
 bool HasSuite(std::string_view name, int32 version);
+/// Does the same for a name such as "AEGP Memory Suite 1".
+bool HasSuite(std::string_view nameAndVersion);
 
 /// Keeps account of acquisitions and releases of suites.
 class SuiteLedger {

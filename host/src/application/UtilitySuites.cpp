@@ -52,16 +52,18 @@ A_Err StartUndoGroup(const A_char* name) {
   return A_Err_NONE;
 }
 
+// Does its work before it fails for the session, so that a group that is left is the plug-in's.
 template <SuiteId suite>
 A_Err EndUndoGroup() {
   HostCall call(suite, "AEGP_EndUndoGroup");
-  if (call.misuse() == A_Err_NONE && TheHost().undoGroups == 0) {
+  if (call.misuse() != A_Err_NONE) return call.misuse();
+  if (TheHost().undoGroups == 0) {
     call.misused(Finding::unbalancedUndoGroup, "no undo group was started");
+    return call.misuse();
   }
-  if (const A_Err error = call.error()) return error;
   --TheHost().undoGroups;
   TheHost().timeline.add(Actor::plugIn, "ends an undo group");
-  return A_Err_NONE;
+  return call.error();
 }
 
 template <SuiteId suite>

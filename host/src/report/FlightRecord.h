@@ -15,9 +15,9 @@ namespace host {
 /// that waits for it, so that it can be read after a crash. Texts are NUL-terminated and cut to
 /// their arrays.
 struct FlightRecord {
-  /// When the call of the plug-in that is under way began, by `MonotonicNow`; 0 outside the
-  /// plug-in.
-  std::atomic<int64_t> callBegan{0};
+  /// When the call of the plug-in that is under way, or else the host's own work, began, by
+  /// `MonotonicNow`; 0 while that may take any time.
+  std::atomic<int64_t> turnBegan{0};
   std::array<char, 64> hook{};  ///< "idle hook", "static constructor"; empty in the host itself
   std::array<char, 512> hostCall{};  ///< the latest host call, with its arguments
   bool inHostCall = false;           ///< it is under way, and no hook within it

@@ -31,6 +31,7 @@ struct CountedCall {
   std::string function;  ///< of the host, or an operation of a framework
   int64_t number = 0;    ///< among the calls of the function, from 1
   int64_t entry = 0;     ///< the call of the plug-in by the host during which it came, from 1
+  int64_t inEntry = 0;   ///< the number among the function's calls during that one, from 1
 };
 
 /// What went wrong in a trial of a session.

@@ -73,7 +73,9 @@ void Timeline::addExpectation(std::string_view key, std::string_view difference)
 }
 
 void Timeline::drain() {
-  std::fflush(nullptr);
+  // Not all streams: a thread of the plug-in's may wait for one, and hold it.
+  std::fflush(stdout);
+  std::fflush(stderr);
   for (const std::string& line : mStdout.newLines()) takeStdoutLine(line);
   for (const std::string& line : mStderr.newLines()) takeStderrLine(line);
   mFlight->stdoutTaken = mStdout.taken();

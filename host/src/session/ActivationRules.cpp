@@ -33,12 +33,16 @@ void ActivationRules::begin(Host& host) {
 }
 
 void ActivationRules::takeChange(const ProjectChange& change) {
+  if (!change.byPlugin) mUsersTick = mHost->timeline.tick;
+  if (change.isSave) return;
   if (!change.byPlugin) {
     mClosed.reset();
     mLatest.reset();
   } else if (change.opened.empty() && !change.closed.empty()) {
-    mClosed = Closed{change.closed, mHost->timeline.tick, mHost->errorsShown(), false,
-                     change.closed != mDocument};
+    const int64_t tick = mHost->timeline.tick;
+    // The plug-in hasn't seen it in an idle hook yet.
+    const bool isNew = mUsersTick >= tick - 1 && change.closed != mDocument;
+    mClosed = Closed{change.closed, tick, mHost->errorsShown(), false, isNew};
   } else if (mClosed && change.opened == mClosed->path) {
     mClosed.reset();
   }
@@ -111,7 +115,7 @@ void ActivationRules::checkProjectIsOpen() {
   mHost->report(
       Finding::projectLeftClosed,
       fmt::format("the plug-in closed {}{}{}{}", mClosed->path,
-                  mClosed->isOther ? ", which isn't the activation's" : "",
+                  mClosed->isNew ? ", whose path was new" : "",
                   mClosed->isDisabled ? ", and was disabled when the reopening was due" : "",
                   mHost->where()));
 }

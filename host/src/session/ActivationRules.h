@@ -32,7 +32,7 @@ class ActivationRules {
     int64_t tick = 0;         ///< on which the plug-in closed it
     int64_t errorsShown = 0;  ///< by then
     bool isDisabled = false;  ///< when it was last asked, as far as the reopening's tick
-    bool isOther = false;     ///< than the project that the framework was told of
+    bool isNew = false;       ///< by its path since the tick before, and no document yet
   };
   struct Activated {
     std::string path;
@@ -54,6 +54,7 @@ class ActivationRules {
   bool mEnabled = false;             ///< what the framework said last
   std::string mDocument;             ///< the path that the framework was told of last
   int64_t mDocumentsSaved = 0;       ///< how many calls told the framework of one
+  int64_t mUsersTick = -1;           ///< after which the user last changed projects
   std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again
   std::optional<Activated> mLatest;  ///< for an open clean project, and nothing came between
 };

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <vector>
 
+#include "Removal.h"
 #include "TextFile.h"
 
 namespace host {
@@ -31,6 +32,11 @@ timespec DateOf(const fs::path& file) {
   return status.st_mtim;
 }
 
+// Without what is in folders that a plug-in has closed to readers.
+fs::recursive_directory_iterator Walk(const fs::path& folder) {
+  return fs::recursive_directory_iterator(folder, fs::directory_options::skip_permission_denied);
+}
+
 bool IsSame(const timespec& one, const timespec& other) {
   return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
 }
@@ -38,7 +44,7 @@ bool IsSame(const timespec& one, const timespec& other) {
 }  // namespace
 
 FolderSnapshot::FolderSnapshot(const fs::path& folder) : mFolder(folder) {
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+  for (const fs::directory_entry& entry : Walk(folder)) {
     if (!entry.is_symlink() && entry.is_directory()) {
       mFolders.insert(entry.path());
     } else if (!entry.is_symlink() && entry.is_regular_file()) {
@@ -49,14 +55,19 @@ FolderSnapshot::FolderSnapshot(const fs::path& folder) : mFolder(folder) {
   }
 }
 
+bool FolderSnapshot::knows(const fs::directory_entry& entry) const {
+  if (entry.is_symlink()) return mOthers.contains(entry.path());
+  if (entry.is_directory()) return mFolders.contains(entry.path());
+  return (entry.is_regular_file() && mFiles.contains(entry.path())) ||
+         mOthers.contains(entry.path());
+}
+
 void FolderSnapshot::removeOthers() const {
   std::vector<fs::path> others;
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(mFolder)) {
-    const fs::path& path = entry.path();
-    const bool isKnown = mFolders.contains(path) || mFiles.contains(path) || mOthers.contains(path);
-    if (!isKnown) others.push_back(entry.path());
+  for (const fs::directory_entry& entry : Walk(mFolder)) {
+    if (!knows(entry)) others.push_back(entry.path());
   }
-  for (const fs::path& path : others) fs::remove_all(path);
+  for (const fs::path& path : others) RemoveWholly(path);
 }
 
 void FolderSnapshot::restore() const {

@@ -25,6 +25,7 @@ class FolderSnapshot {
     timespec date{};
   };
 
+  bool knows(const std::filesystem::directory_entry& entry) const;
   void removeOthers() const;
 
   std::filesystem::path mFolder;

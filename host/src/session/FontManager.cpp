@@ -204,6 +204,26 @@ void EndActivation(Timeline& timeline) {
   timeline.setState(kActivation, "0");
 }
 
+// What the plug-in passes: of an argument that goes both ways, the journal has this first.
+void CheckBuffers(Host& host, const FrameworkCall& call) {
+  constexpr int64_t kIdSize = 256;
+  constexpr int64_t kListSize = 0x20000;
+  const bool isList = FindLast(call.fields, "list") != nullptr;
+  for (const auto& [name, value] : call.fields) {
+    if (value == "(not terminated)") {
+      host.reportMisuse(Finding::badArgument,
+                        fmt::format("{}: {} has no terminator", call.operation, name));
+    }
+    if (name != "size") continue;
+    const int64_t most = isList ? kListSize : kIdSize;
+    if (value == "0" || std::strtoll(value.c_str(), nullptr, 10) > most) {
+      host.reportMisuse(Finding::badArgument, fmt::format("{}: size is {}, of a buffer of {} bytes",
+                                                          call.operation, value, most));
+    }
+    return;
+  }
+}
+
 void TakeJournal(Host& host) {
   for (std::string& line : frameworkLog.journal.newLines()) {
     host.timeline.shortenPaths(line);
@@ -214,6 +234,7 @@ void TakeJournal(Host& host) {
     const bool isRunning = frameworkLog.activationBegan.has_value();
     const bool isFaulty = frameworkLog.answersLeft.take(call.operation, number);
     if (isFaulty) host.noteFailure(call.operation);
+    CheckBuffers(host, call);
     host.timeline.show(Actor::framework, call.text, {call.operation, call.fields});
     frameworkLog.rules.take(call.operation, call.fields, isFaulty, isRunning);
     frameworkLog.calls.push_back(std::move(call));
@@ -343,7 +364,7 @@ void ReadExpectedCalls(const YamlValue& value, std::vector<ExpectedCall>& calls,
 
 std::string ReadAnswerField(const YamlValue& field) {
   if (field.key() == "choose" || field.key() == "text") return Join(field.texts(), ";");
-  if (field.key() == "start") return field.boolean() ? "true" : "false";
+  if (field.key() == "start" || field.key() == "fill") return field.boolean() ? "true" : "false";
   if (field.key() == "result") return fmt::format("{:#010x}", field.integer(0, 0xFFFFFFFF));
   return fmt::format("{}", field.integer(std::numeric_limits<int32_t>::min(),
                                          std::numeric_limits<int64_t>::max()));
@@ -360,7 +381,7 @@ Answer ReadAnswer(const std::string& operation, const YamlValue& fields) {
   FindOperation(fields, operation);
   Answer answer{operation, operation};
   for (const auto& [key, field] :
-       fields.fields({"call", "choose", "start", "result", "text", "count", "size"})) {
+       fields.fields({"call", "choose", "start", "result", "text", "fill", "count", "size"})) {
     answer.line += fmt::format("\t{}={}", key, ReadAnswerField(field));
     if (key == "call") answer.call = field.integer(1, std::numeric_limits<int32_t>::max());
     answer.isFault = answer.isFault || (key != "call" && key != "choose" && key != "start");
@@ -503,7 +524,10 @@ std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
   };
   add("result: ", kResults);
   if (has("list") && has("size")) add("result: ", kResults, ", text: [Garamond]");
-  if (has("size")) add("size: ", kSizes);
+  if (has("size")) {
+    add("size: ", kSizes);
+    add("fill: ", std::array{"true"});
+  }
   if (has("count")) add("count: ", kCounts);
   return steps;
 }

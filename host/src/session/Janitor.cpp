@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "Removal.h"
+
 namespace host {
 namespace {
 
@@ -37,10 +39,7 @@ namespace {
     line.clear();
   }
   for (const std::string& group : groups) kill(-std::stoi(group), SIGKILL);
-  for (const std::string& folder : folders) {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-  }
+  for (const std::string& folder : folders) RemoveWholly(folder);
   _exit(0);
 }
 

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "Suites.h"
+
 namespace host {
 namespace {
 
@@ -22,7 +24,8 @@ Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
   if (const YamlValue* after = Find(fields, "after")) {
     acceptance.after = after->texts();
     for (const std::string& call : acceptance.after) {
-      const bool isKnown = CanFail(call) || !part.faultsOf({call, 1, 0}).empty();
+      const bool isKnown =
+          CanFail(call) || HasSuite(call) || !part.faultsOf({call, 1, 0, 0}).empty();
       if (!isKnown) after->fail(fmt::format("there is no call '{}' that could fail", call));
     }
   }

@@ -93,10 +93,10 @@ std::vector<std::string> Frames(const std::string& report) {
   return frames;
 }
 
-// The call of the plug-in, the number and the function, each on a line.
+// The function and the numbers of a `CountedCall`, each on a line.
 CountedCall ParseCall(const std::string& text) {
   const std::vector<std::string> lines = Split(text, '\n');
-  return {lines.at(2), std::stoll(lines.at(1)), std::stoll(lines.at(0))};
+  return {lines.at(0), std::stoll(lines.at(1)), std::stoll(lines.at(2)), std::stoll(lines.at(3))};
 }
 
 // The number of the trial on a line, then the finding.
@@ -159,7 +159,6 @@ bool PlayedProcess::update() {
   const bool mayReport = readReports();
   int status = 0;
   const pid_t ended = waitpid(mProcess, &status, WNOHANG);
-  if (ended < 0) throw std::runtime_error("can't wait for a process");
   if (ended == 0) {
     // Its end is near, unless the plug-in has closed the pipe. A closed pipe is always readable.
     if (!mayReport && !std::exchange(mPipeIsClosed, true)) {
@@ -172,6 +171,8 @@ bool PlayedProcess::update() {
   readReports();
   endGroup();
   mProcess = -1;
+  // The plug-in that waits for its trial has taken its end, or ignores `SIGCHLD`.
+  if (ended < 0) status = mEnded ? W_EXITCODE(kPlayedExitCode, 0) : W_EXITCODE(EXIT_FAILURE, 0);
   addRestOf(kStdoutFile, mFlight->stdoutTaken, StdoutText);
   addRestOf(kStderrFile, mFlight->stderrTaken, StderrText);
   endRunning();
@@ -232,7 +233,7 @@ void PlayedProcess::takeEvent(Event event) {
 }
 
 void PlayedProcess::endIfHanging() {
-  const int64_t began = mFlight->callBegan;
+  const int64_t began = mFlight->turnBegan;
   const int64_t now = MonotonicNow();
   if (mAskedToEnd != 0) {
     if (now - mAskedToEnd > kTimeToEnd) kill(mProcess, SIGKILL);
@@ -302,9 +303,11 @@ void PlayedProcess::addHowItEnded(int status) {
     for (const std::string& frame : frames)
       mFindings.back().text += "\n    " + withoutFolder(frame);
   };
+  const auto limit = mOptions.timeout.count();
   if (mAskedToEnd != 0) {
     add(Finding::timeout,
-        fmt::format("the plug-in doesn't return within {} s {}", mOptions.timeout.count(), place));
+        *hook ? fmt::format("the plug-in doesn't return within {} s {}", limit, place)
+              : fmt::format("the host itself is held up for {} s", limit));
   } else if (WIFSIGNALED(status)) {
     add(Finding::crash,
         fmt::format("the process crashed {}: {}", place, strsignal(WTERMSIG(status))));

@@ -35,7 +35,8 @@ bool playsASession = false;
 
 void CountCalls(Host& host) {
   host.census.listen([&host](const CountedCall& call) {
-    host.send(ReportKind::call, fmt::format("{}\n{}\n{}", call.entry, call.number, call.function));
+    host.send(ReportKind::call,
+              fmt::format("{}\n{}\n{}\n{}", call.function, call.number, call.entry, call.inEntry));
   });
 }
 
@@ -50,7 +51,7 @@ void CheckNothingIsLeft(Host& host, const Session& session) {
   for (const auto& check : session.finalChecks) check(host);
 }
 
-void PlaySession(const Session& session, const TrialRunner& trials, Host& host) {
+void PlaySession(const Session& session, TrialRunner& trials, Host& host) {
   for (const auto& preparation : session.preparations) preparation(host);
   for (const Step& step : session.steps) {
     if (step.quits && host.settings().tolerant && session.settles) {
@@ -60,12 +61,13 @@ void PlaySession(const Session& session, const TrialRunner& trials, Host& host) 
     PlayStep(step, host);
     host.endStep();
   }
+  trials.checkCallHasCome();
   CheckNothingIsLeft(host, session);
   host.endSteps();
 }
 
 void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {
-  const TrialRunner trials(session, setup.options, setup.folder, host);
+  TrialRunner trials(session, setup.options, setup.folder, host);
   const auto tryTo = [&](const std::function<void()>& action) {
     try {
       action();

@@ -1,8 +1,12 @@
 #include "SessionFolder.h"
 
+#include <fmt/format.h>
+
+#include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 
+#include "Removal.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
 
@@ -39,8 +43,7 @@ SessionFolder::~SessionFolder() {
 }
 
 void SessionFolder::remove() {
-  std::error_code ignored;
-  fs::remove_all(mPath, ignored);
+  if (!RemoveWholly(mPath)) fmt::print(stderr, "can't remove {}\n", mPath.string());
   mJanitor.forget(mPath);
 }
 

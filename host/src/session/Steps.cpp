@@ -332,7 +332,8 @@ std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {
     steps.push_back({value.place(), [](Host& host) { host.start(); }});
   }
   for (const YamlValue& step : list) steps.push_back(ReadStep(step, draft));
-  if (!draft.quit) steps.push_back({value.place(), Quit, true});
+  const std::string last = list.empty() ? value.place() : list.back().place();
+  if (!draft.quit) steps.push_back({last, Quit, true});
   return steps;
 }
 

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 #include "Progress.h"
@@ -36,27 +35,8 @@ class Results final : public RunListener {
   size_t mCount;
 };
 
-// How often each function had been called before a call of the plug-in by the host.
-class CallsBefore {
- public:
-  void add(const CountedCall& call) {
-    if (call.entry != mEntry) mBefore = mSoFar;
-    mEntry = call.entry;
-    mSoFar[call.function] = call.number;
-  }
-  int64_t of(const std::string& function) const {
-    const auto found = mBefore.find(function);
-    return found == mBefore.end() ? 0 : found->second;
-  }
-
- private:
-  int64_t mEntry = 0;
-  std::map<std::string, int64_t> mBefore;
-  std::map<std::string, int64_t> mSoFar;
-};
-
 // A function of the host answers an error.
-Trial MakeHostTrial(const CountedCall& call, int64_t callsBefore) {
+Trial MakeHostTrial(const CountedCall& call) {
   const A_Err error =
       call.function == "AcquireSuite" ? A_Err{PF_Err_BAD_CALLBACK_PARAM} : kSweepError;
   Trial trial;
@@ -64,9 +44,7 @@ Trial MakeHostTrial(const CountedCall& call, int64_t callsBefore) {
   trial.what = fmt::format("call {} of {} fails with {}", call.number, call.function, error);
   trial.step = fmt::format("fail: {{function: {}, result: {}, call: {}}}", call.function, error,
                            call.number);
-  trial.plant = [=](Host& host) {
-    host.faults.failCall(call.function, error, call.number - callsBefore);
-  };
+  trial.plant = [=](Host& host) { host.faults.failCall(call.function, error, call.inEntry); };
   trial.isAwaited = [](const Host& host) { return host.faults.waitsForCall(); };
   return trial;
 }
@@ -74,10 +52,8 @@ Trial MakeHostTrial(const CountedCall& call, int64_t callsBefore) {
 // The calls come in their order, so that the trials do.
 std::vector<Trial> MakeTrials(const std::vector<CountedCall>& calls, const SessionPart& part) {
   std::vector<Trial> trials;
-  CallsBefore before;
   for (const CountedCall& call : calls) {
-    before.add(call);
-    if (CanFail(call.function)) trials.push_back(MakeHostTrial(call, before.of(call.function)));
+    if (CanFail(call.function)) trials.push_back(MakeHostTrial(call));
     for (const std::string& step : part.faultsOf(call)) {
       trials.push_back({call.entry, step, step, ReadPartStep(step, part),
                         [&part](const Host&) { return part.awaitsCall(); }});

@@ -26,6 +26,8 @@ void TrialRunner::playDue() {
   };
   if (!isDue()) return;
   mHost.timeline.drain();
+  // Each trial has a time limit of its own.
+  mHost.takeAnyTime();
   const FolderSnapshot snapshot(mFolder);
   while (isDue()) {
     if (play(mNext++)) return;
@@ -54,14 +56,16 @@ bool TrialRunner::play(size_t trial) {
   }
   const Played played = process->result();
   if (!played.failed) return false;
+  // Without any, something that is allowed ended it early.
   for (const FoundInSession& found : played.findings) {
     mHost.send(ReportKind::trial, fmt::format("{}\n{}", trial, ToReport(found)));
   }
   return false;
 }
 
-void TrialRunner::checkCallHasCome() const {
-  if (!mPlayed || !mPlayed->isAwaited(mHost)) return;
+void TrialRunner::checkCallHasCome() {
+  const Trial* const played = std::exchange(mPlayed, nullptr);
+  if (!played || !played->isAwaited(mHost)) return;
   mHost.report(Finding::setup, "the call that is to go wrong never came" + mHost.where());
 }
 

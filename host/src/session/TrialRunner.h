@@ -24,8 +24,8 @@ class TrialRunner {
   TrialRunner& operator=(const TrialRunner&) = delete;
 
   /// Reports it if this process plays a trial whose call hasn't come. To be called before the
-  /// session settles.
-  void checkCallHasCome() const;
+  /// session settles, and after its last step.
+  void checkCallHasCome();
 
  private:
   void playDue();
@@ -37,7 +37,7 @@ class TrialRunner {
   Host& mHost;
   std::vector<Trial> mTrials;
   size_t mNext = 0;                ///< the first trial that hasn't begun
-  const Trial* mPlayed = nullptr;  ///< by this process
+  const Trial* mPlayed = nullptr;  ///< by this process, and not checked yet
 };
 
 }  // namespace host
