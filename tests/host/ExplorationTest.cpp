@@ -85,7 +85,8 @@ TEST(Sweep, CountsTheCallsThatComeWhileASessionSettles) {
 
 TEST(Sweep, BlamesNoPluginForWhatIsRight) {
   const TemporaryFolder folder;
-  for (const char* behaviour : {"ignore its children", "group for undo", "report"}) {
+  for (const char* behaviour :
+       {"ignore its children", "hold a stream", "group for undo", "report"}) {
     const Played swept = Sweep(
         folder, Behaviour(behaviour, "[tick, expect: {reports: [something is up]}]"), kCareless);
     EXPECT_EQ(swept.code, 0) << swept.output;

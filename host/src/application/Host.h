@@ -204,8 +204,8 @@ class Host {
   /// Calls `action` each time before the host calls the plug-in, except from within such a call.
   void beforeEntries(std::function<void()> action) { mBeforeEntry = std::move(action); }
 
-  /// Lets the host take any time until it calls the plug-in.
-  void takeAnyTime() { mFlight->turnBegan = 0; }
+  /// Begins the time limit of what is under way again, or ends it until the host calls the plug-in.
+  void limitTime(bool isLimited) { mFlight->turnBegan = isLimited ? MonotonicNow() : 0; }
   /// Copies to another record where the session is.
   void copyFlight(FlightRecord& record) const;
   /// Reports from now on to another process that waits, and tells it of no event. For a fork of the

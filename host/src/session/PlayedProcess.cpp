@@ -128,7 +128,6 @@ bool PlayedProcess::fork() {
   if (mCrashReport < 0 || pipe2(ends.data(), O_CLOEXEC) != 0) {
     throw std::runtime_error("can't make a pipe");
   }
-  std::fflush(nullptr);
   mProcess = ::fork();
   if (mProcess < 0) throw std::runtime_error("can't make a process");
   const bool isNew = mProcess == 0;

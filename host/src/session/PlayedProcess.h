@@ -26,8 +26,9 @@ class PlayedProcess {
   PlayedProcess(const PlayedProcess&) = delete;
   PlayedProcess& operator=(const PlayedProcess&) = delete;
 
-  /// Forks. Returns true in the new process, which plays the session with `setup` and `flight` and
-  /// never destroys its copy of this object. Throws `std::runtime_error` if it can't.
+  /// Forks, with what streams hold that aren't flushed. Returns true in the new process, which
+  /// plays the session with `setup` and `flight` and never destroys its copy of this object. Throws
+  /// `std::runtime_error` if it can't.
   bool fork();
   PlayerSetup setup() const { return {mOptions, mFolder, mPipe}; }
   /// In the new process, where it reports to.

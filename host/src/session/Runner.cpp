@@ -4,6 +4,7 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <deque>
 #include <iterator>
 #include <memory>
@@ -33,6 +34,7 @@ struct Job {
   Job(const Session& session, const RunOptions& options, Janitor& janitor)
       : folder(session.setUp, janitor, options.keep),
         process(session, options, folder.path(), &janitor) {
+    std::fflush(nullptr);
     if (process.fork()) PlayAndExit(session, process.setup(), process.flight());
   }
 

@@ -26,8 +26,6 @@ void TrialRunner::playDue() {
   };
   if (!isDue()) return;
   mHost.timeline.drain();
-  // Each trial has a time limit of its own.
-  mHost.takeAnyTime();
   const FolderSnapshot snapshot(mFolder);
   while (isDue()) {
     if (play(mNext++)) return;
@@ -49,11 +47,14 @@ bool TrialRunner::play(size_t trial) {
     mPlayed->plant(mHost);
     return true;
   }
+  // The trial has a time limit of its own.
+  mHost.limitTime(false);
   while (process->update()) {
     constexpr int kMilliseconds = 20;
     pollfd awaited{process->awaited(), POLLIN, 0};
     poll(&awaited, 1, kMilliseconds);
   }
+  mHost.limitTime(true);
   const Played played = process->result();
   if (!played.failed) return false;
   // Without any, something that is allowed ended it early.
