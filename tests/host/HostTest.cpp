@@ -359,6 +359,8 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
 TEST(Host, NamesTheFaultsInWhatASessionSaysOfTheFontManager) {
   const std::vector<std::pair<std::string, std::string>> cases{
       {"framework: {missing export: Gone}\nsteps: []", ": the framework has no operation 'Gone'"},
+      {"processes: [x/y]\nsteps: []", "story.yaml:1: processes: there is no y in "},
+      {"steps: [framework answers: [PluginIsEnabled: {count: 1}]]", "known are call, result\n"},
       {"vault: {Futura: never}\nsteps: []", "story.yaml:1: Futura: has to be automatic, choice or"},
       {"steps:\n  - expect:\n      framework: [PluginIsEnabled]\n", "story.yaml:3: framework: "},
       {"steps:\n  - expect: {framework: [1 PlugIsEnabled]}\n", "no operation 'PlugIsEnabled'"},

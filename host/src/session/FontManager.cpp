@@ -26,6 +26,10 @@ constexpr char kFramework[] = "Tamberlink.framework";
 struct Operation {
   std::string_view name;
   std::vector<std::string_view> arguments;
+
+  bool has(std::string_view argument) const {
+    return std::find(arguments.begin(), arguments.end(), argument) != arguments.end();
+  }
 };
 
 const std::vector<Operation> kOperations{
@@ -303,8 +307,7 @@ ExpectedCall ReadExpectedCall(const YamlValue& value) {
   const Operation& operation = FindOperation(value, call.operation);
   if (!hasFields) return call;
   for (const auto& [name, field] : entries.front().second.fields()) {
-    const auto& known = operation.arguments;
-    if (name != "result" && std::find(known.begin(), known.end(), name) == known.end()) {
+    if (name != "result" && !operation.has(name)) {
       field.fail(fmt::format("{} has no argument '{}'", operation.name, name));
     }
     call.fields.emplace_back(name, field.text());
@@ -377,11 +380,19 @@ struct Answer {
   bool isFault = false;
 };
 
+std::vector<std::string_view> AnswerKeys(const Operation& operation) {
+  std::vector<std::string_view> keys{"call", "result"};
+  if (operation.name == "InvokeResolveDialog") keys.push_back("choose");
+  if (operation.has("start")) keys.push_back("start");
+  if (operation.has("count")) keys.push_back("count");
+  if (operation.has("size")) keys.insert(keys.end(), {"size", "fill"});
+  if (operation.has("size") && operation.has("list")) keys.push_back("text");
+  return keys;
+}
+
 Answer ReadAnswer(const std::string& operation, const YamlValue& fields) {
-  FindOperation(fields, operation);
   Answer answer{operation, operation};
-  for (const auto& [key, field] :
-       fields.fields({"call", "choose", "start", "result", "text", "fill", "count", "size"})) {
+  for (const auto& [key, field] : fields.fields(AnswerKeys(FindOperation(fields, operation)))) {
     answer.line += fmt::format("\t{}={}", key, ReadAnswerField(field));
     if (key == "call") answer.call = field.integer(1, std::numeric_limits<int32_t>::max());
     answer.isFault = answer.isFault || (key != "call" && key != "choose" && key != "start");
@@ -470,7 +481,12 @@ void FontManager::readKeys(const YamlValue& root, const std::map<std::string, Ya
   if (const YamlValue* processes = Find(fields, "processes")) {
     for (const YamlValue& process : processes->list()) {
       const std::string path = process.path();
-      session.setUp.processes.emplace_back(path, mFolder / std::filesystem::path(path).filename());
+      const fs::path executable = mFolder / fs::path(path).filename();
+      if (!fs::is_regular_file(executable)) {
+        process.fail(
+            fmt::format("there is no {} in {}", executable.filename().string(), mFolder.string()));
+      }
+      session.setUp.processes.emplace_back(path, executable);
       session.preparations.emplace_back(
           [path](Host& host) { host.timeline.add(Actor::desktop, fmt::format("{} runs", path)); });
     }
@@ -511,10 +527,6 @@ std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
       std::find_if(kOperations.begin(), kOperations.end(),
                    [&](const Operation& each) { return each.name == call.function; });
   if (operation == kOperations.end()) return {};
-  const auto has = [&](std::string_view name) {
-    const auto& arguments = operation->arguments;
-    return std::find(arguments.begin(), arguments.end(), name) != arguments.end();
-  };
   std::vector<std::string> steps;
   const auto add = [&](const char* before, const auto& values, const char* after = "") {
     for (const char* value : values) {
@@ -523,12 +535,13 @@ std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
     }
   };
   add("result: ", kResults);
-  if (has("list") && has("size")) add("result: ", kResults, ", text: [Garamond]");
-  if (has("size")) {
+  if (operation->has("list") && operation->has("size"))
+    add("result: ", kResults, ", text: [Garamond]");
+  if (operation->has("size")) {
     add("size: ", kSizes);
     add("fill: ", std::array{"true"});
   }
-  if (has("count")) add("count: ", kCounts);
+  if (operation->has("count")) add("count: ", kCounts);
   return steps;
 }
 

@@ -27,7 +27,8 @@ void ReadVersion(const YamlValue& value, HostSettings& host) {
   const bool hasDot = major.ec == std::errc() && major.ptr != end && *major.ptr == '.';
   if (!hasDot) value.fail(fmt::format("has to be a version such as 114.0, not '{}'", text));
   const auto minor = std::from_chars(major.ptr + 1, end, host.minorVersion);
-  if (minor.ec != std::errc() || minor.ptr != end) {
+  const bool isWhole = minor.ec == std::errc() && minor.ptr == end;
+  if (!isWhole || host.majorVersion < 0 || host.minorVersion < 0) {
     value.fail(fmt::format("has to be a version such as 114.0, not '{}'", text));
   }
 }

@@ -147,12 +147,14 @@ Action ReadDialog(const YamlValue& value, Draft& draft) {
   if (value.isMap()) {
     const auto fields = value.fields({"title", "class"});
     if (const YamlValue* text = Find(fields, "title")) title = text->text();
-    if (const YamlValue* name = Find(fields, "class")) className = name->text();
+    if (const YamlValue* name = Find(fields, "class")) {
+      className = name->text();
+      if (!KnowsWindowClass(draft.host, className)) {
+        name->fail(fmt::format("there is no window class '{}'", className));
+      }
+    }
   } else {
     title = value.text();
-  }
-  if (!KnowsWindowClass(draft.host, className)) {
-    value.fail(fmt::format("there is no window class '{}'", className));
   }
   return [title, className](Host& host) { host.showDialog(title, className); };
 }
@@ -287,7 +289,7 @@ Action ReadRepeat(const YamlValue& value, Draft& draft) {
   std::vector<Step> steps;
   for (const YamlValue& step : list->list()) {
     steps.push_back(ReadStep(step, draft));
-    if (steps.back().quits) step.fail("can't be repeated");
+    if (steps.back().quits) NameAndValue(step).second.fail("can't be repeated");
   }
   return [steps, times = count->integer(1, kMostTicks)](Host& host) {
     for (int64_t i = 0; i < times; ++i) {

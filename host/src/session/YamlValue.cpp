@@ -51,7 +51,8 @@ YamlValue YamlValue::withNothing(std::string key) const {
 }
 
 std::string YamlValue::place() const {
-  return fmt::format("{}:{}", *mFile, mNode.Mark().line + 1);
+  // An empty file has no mark.
+  return fmt::format("{}:{}", *mFile, std::max(mNode.Mark().line, 0) + 1);
 }
 
 void YamlValue::fail(std::string_view what) const {
