@@ -33,15 +33,19 @@ void ActivationRules::begin(Host& host) {
 }
 
 void ActivationRules::takeChange(const ProjectChange& change) {
-  if (!change.byPlugin) mUsersTick = mHost->timeline.tick;
+  if (!change.byPlugin) {
+    mUsersTick = mHost->timeline.tick;
+    mUsersFailures = mHost->failures();
+  }
   if (change.isSave) return;
   if (!change.byPlugin) {
     mClosed.reset();
     mLatest.reset();
   } else if (change.opened.empty() && !change.closed.empty()) {
     const int64_t tick = mHost->timeline.tick;
-    // The plug-in hasn't seen it in an idle hook yet.
-    const bool isNew = mUsersTick >= tick - 1 && change.closed != mDocument;
+    // No idle hook has seen it yet, or a call failed that would have told.
+    const bool isUnseen = mUsersTick >= tick - 1 || mHost->failures() > mUsersFailures;
+    const bool isNew = isUnseen && change.closed != mDocument;
     mClosed = Closed{change.closed, tick, mHost->errorsShown(), false, isNew};
   } else if (mClosed && change.opened == mClosed->path) {
     mClosed.reset();

@@ -55,6 +55,7 @@ class ActivationRules {
   std::string mDocument;             ///< the path that the framework was told of last
   int64_t mDocumentsSaved = 0;       ///< how many calls told the framework of one
   int64_t mUsersTick = -1;           ///< after which the user last changed projects
+  int64_t mUsersFailures = 0;        ///< of calls until then
   std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again
   std::optional<Activated> mLatest;  ///< for an open clean project, and nothing came between
 };

@@ -57,7 +57,7 @@ bool TrialRunner::play(size_t trial) {
   mHost.limitTime(true);
   const Played played = process->result();
   if (!played.failed) return false;
-  // Without any, something that is allowed ended it early.
+  // None is left if `--allow` covers what ended it.
   for (const FoundInSession& found : played.findings) {
     mHost.send(ReportKind::trial, fmt::format("{}\n{}", trial, ToReport(found)));
   }
