@@ -46,7 +46,7 @@ void PrintAndSave(const std::vector<Failure>& failures, const std::filesystem::p
   std::set<std::string> names;
   for (const Failure& failure : failures) {
     std::string name = FileNameOf(failure.title);
-    // Titles that differ in other letters alone have one name.
+    // Titles that differ only in replaced characters give one name.
     for (int i = 2; !names.insert(name).second; ++i) {
       name = FileNameOf(fmt::format("{} {}", failure.title, i));
     }

@@ -88,7 +88,8 @@ TEST(Sweep, BlamesNoPluginForWhatIsRight) {
   for (const char* behaviour :
        {"ignore its children", "hold a stream", "group for undo", "report"}) {
     const Played swept = Sweep(
-        folder, Behaviour(behaviour, "[tick, expect: {reports: [something is up]}]"), kCareless);
+        folder, Behaviour(behaviour, "[tick, open menu, expect: {reports: [something is up]}]"),
+        kCareless);
     EXPECT_EQ(swept.code, 0) << swept.output;
   }
 }

@@ -259,6 +259,7 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   }
   // Before it leaves the hook, for `where`.
   if (result != A_Err_NONE) noteError(hook, result);
+  // What it drains is of this hook, for `where` and for the time limit.
   timeline.drain();
   leavePlugin(outerHook);
   timeline.endLast();

@@ -47,11 +47,6 @@ std::string NameOf(std::string_view suite, int32 version) {
   return fmt::format("{} {}", suite, version);
 }
 
-void NoteRefusal(std::string_view suite, int32 version) {
-  TheHost().noteFailure("AcquireSuite");
-  TheHost().noteFailure(NameOf(suite, version));
-}
-
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   HostCall call(SuiteId::basic, "AcquireSuite", name, int64_t{version});
   call.needs(name, "name");
@@ -59,14 +54,15 @@ SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   // Also where the session lets the call fail.
   if (call.misuse() == A_Err_NONE) *suite = nullptr;
   if (const A_Err error = call.error()) {
-    if (call.misuse() == A_Err_NONE) NoteRefusal(name, version);
+    if (call.misuse() == A_Err_NONE) TheHost().noteFailure(NameOf(name, version));
     // What the code that the host's makers give away throws for any suite that it lacks.
     TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
     return error;
   }
   if (TheHost().faults.refuses(name, version)) {
-    NoteRefusal(name, version);
-    TheHost().noteOnce(fmt::format("refuses {} {}", name, version));
+    TheHost().noteFailure("AcquireSuite");
+    TheHost().noteFailure(NameOf(name, version));
+    TheHost().noteOnce("refuses " + NameOf(name, version));
   } else {
     *suite = TheHost().suites.acquire(name, version, TheHost().origin("AcquireSuite"));
     if (!*suite)

@@ -31,8 +31,8 @@ class ActivationRules {
     std::string path;
     int64_t tick = 0;         ///< on which the plug-in closed it
     int64_t errorsShown = 0;  ///< by then
-    bool isDisabled = false;  ///< when it was last asked, as far as the reopening's tick
-    bool isNew = false;       ///< by its path since the tick before, and no document yet
+    bool isDisabled = false;  ///< by its last answer up to the reopening's tick
+    bool isNew = false;       ///< the plug-in may not have seen its path
   };
   struct Activated {
     std::string path;

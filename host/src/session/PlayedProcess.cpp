@@ -170,7 +170,8 @@ bool PlayedProcess::update() {
   readReports();
   endGroup();
   mProcess = -1;
-  // The plug-in that waits for its trial has taken its end, or ignores `SIGCHLD`.
+  // The process that waits for a trial holds the plug-in. It may ignore `SIGCHLD`, or wait for all
+  // children, and then the trial's status is lost.
   if (ended < 0) status = mEnded ? W_EXITCODE(kPlayedExitCode, 0) : W_EXITCODE(EXIT_FAILURE, 0);
   addRestOf(kStdoutFile, mFlight->stdoutTaken, StdoutText);
   addRestOf(kStderrFile, mFlight->stderrTaken, StderrText);
