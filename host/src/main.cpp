@@ -241,7 +241,7 @@ void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
   command
       .add_option_function<int64_t>(
           "--timeout", [&](int64_t seconds) { options.timeout = std::chrono::seconds(seconds); },
-          "How many seconds a call of the plug-in, or the host's work between two, may take, 10 by "
+          "How many seconds a call of the plug-in, or the host's work between two, may take, 30 by "
           "default")
       ->check(CLI::Range(1, 86400));
   command.add_flag("--strict", options.strict, "Lets warnings fail a session");

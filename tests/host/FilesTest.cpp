@@ -32,11 +32,11 @@ std::string Read(const std::filesystem::path& file) {
 
 /// A run of a session, with the files about it.
 struct Recorded {
-  explicit Recorded(const std::string& session) {
+  explicit Recorded(const std::string& session, const std::string& options = "") {
     const std::string story = folder.Write("story.yaml", session).string();
-    played = RunHost("--plugin " TEST_PLUGIN " --timeout 1 --json " + path("json") + " --html " +
-                     path("html") + " --junit " + path("junit") + " --trace " + path("trace") +
-                     " " + story);
+    played = RunHost("--plugin " TEST_PLUGIN " " + options + " --json " + path("json") +
+                     " --html " + path("html") + " --junit " + path("junit") + " --trace " +
+                     path("trace") + " " + story);
   }
 
   std::string path(const std::string& name) const { return (folder.path() / name).string(); }
@@ -145,7 +145,8 @@ steps:
   - wait: 5
   - tick
   - edit
-)");
+)",
+                       behaviour == "hang" ? "--timeout 5" : "");
     std::vector<Json> findings = run.objects("finding");
     ASSERT_FALSE(findings.empty()) << run.played.output;
     Json finding = findings.front();

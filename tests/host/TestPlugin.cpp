@@ -456,6 +456,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        utime("dated", &dates);
        writtenFiles = {folder + "/written", folder + "/new/folder/written", folder + "/dated"};
      }},
+    {"leave a trace", [] { std::ofstream(std::getenv("TRACE")) << "left"; }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
     {"print without end",

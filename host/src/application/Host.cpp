@@ -130,7 +130,7 @@ void Host::reportLeaks() {
 
 void Host::prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
                    FlightRecord& flight) {
-  mReporter.attach(reportPipe);
+  mReporter.attach(reportPipe, flight);
   mSettings = settings;
   mModule = module;
   mFlight = &flight;
@@ -209,7 +209,7 @@ void Host::enterPlugin(const char* hook) {
     mAnswered.clear();
     census.enter();
     if (mBeforeEntry) mBeforeEntry();
-    mFlight->turnBegan = MonotonicNow();
+    mFlight->watchdogStart = MonotonicNow();
   }
   ++mDepth;
   mHook = hook;
@@ -223,7 +223,7 @@ void Host::leavePlugin(const char* outerHook) {
   Note(mFlight->hook, outerHook);
   --mDepth;
   if (*outerHook != '\0') return;
-  mFlight->turnBegan = MonotonicNow();
+  mFlight->watchdogStart = MonotonicNow();
   nestsTooDeep = false;
 }
 
@@ -259,7 +259,7 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   }
   // Before it leaves the hook, for `where`.
   if (result != A_Err_NONE) noteError(hook, result);
-  // What it drains is of this hook, for `where` and for the time limit.
+  // What it drains is of this hook, for `where`.
   timeline.drain();
   leavePlugin(outerHook);
   timeline.endLast();
@@ -487,7 +487,7 @@ void Host::quit() {
 void Host::beginStep(std::string_view place) {
   Note(mFlight->step, place);
   mFlight->stepNumber = mFlight->stepsPlayed + 1;
-  mFlight->turnBegan = MonotonicNow();
+  mFlight->watchdogStart = MonotonicNow();
   timeline.beginStep(place);
 }
 
@@ -499,7 +499,7 @@ void Host::beginDestructors() {
   timeline.drain();
   timeline.endAll();
   enterPlugin("static destructor");
-  mFlight->turnBegan = MonotonicNow();
+  mFlight->watchdogStart = MonotonicNow();
   mReporter.send(ReportKind::destroying, "");
 }
 
@@ -589,7 +589,7 @@ void Host::copyFlight(FlightRecord& record) const {
 }
 
 void Host::moveTo(int reportPipe, FlightRecord& flight) {
-  mReporter.attach(reportPipe);
+  mReporter.attach(reportPipe, flight);
   mFlight = &flight;
   timeline.moveTo(flight);
 }

@@ -205,7 +205,7 @@ class Host {
   void beforeEntries(std::function<void()> action) { mBeforeEntry = std::move(action); }
 
   /// Begins the time limit of what is under way again, or ends it until the host calls the plug-in.
-  void limitTime(bool isLimited) { mFlight->turnBegan = isLimited ? MonotonicNow() : 0; }
+  void limitTime(bool isLimited) { mFlight->watchdogStart = isLimited ? MonotonicNow() : 0; }
   /// Copies to another record where the session is.
   void copyFlight(FlightRecord& record) const;
   /// Reports from now on to another process that waits, and tells it of no event. For a fork of the

@@ -11,13 +11,16 @@
 
 namespace host {
 
+/// Nanoseconds of a clock that sessions don't stop.
+int64_t MonotonicNow();
+
 /// What the process that plays a session is doing. Lies in memory that it shares with the process
 /// that waits for it, so that it can be read after a crash. Texts are NUL-terminated and cut to
 /// their arrays.
 struct FlightRecord {
   /// When the call of the plug-in that is under way, or else the host's own work, began, by
-  /// `MonotonicNow`; 0 while that may take any time.
-  std::atomic<int64_t> turnBegan{0};
+  /// `MonotonicNow`; 0 while no time limit runs.
+  std::atomic<int64_t> watchdogStart{0};
   std::array<char, 64> hook{};  ///< "idle hook", "static constructor"; empty in the host itself
   std::array<char, 512> hostCall{};  ///< the latest host call, with its arguments
   bool inHostCall = false;           ///< it is under way, and no hook within it
@@ -29,6 +32,24 @@ struct FlightRecord {
   int64_t stepsPlayed = 0;
   off_t stdoutTaken = 0;  ///< bytes of the plug-in's output that are on the timeline
   off_t stderrTaken = 0;
+};
+
+/// Keeps the time limit from running while this process does what isn't the plug-in's, such as
+/// waiting until the other process takes in what it reports. Can be nested.
+class WatchdogPause {
+ public:
+  explicit WatchdogPause(FlightRecord& record)
+      : mRecord(record), mStart(record.watchdogStart.exchange(0)), mBegan(MonotonicNow()) {}
+  ~WatchdogPause() {
+    if (mStart != 0) mRecord.watchdogStart = mStart + MonotonicNow() - mBegan;
+  }
+  WatchdogPause(const WatchdogPause&) = delete;
+  WatchdogPause& operator=(const WatchdogPause&) = delete;
+
+ private:
+  FlightRecord& mRecord;
+  int64_t mStart;
+  int64_t mBegan;
 };
 
 /// Owns a flight record that a child process shares.
@@ -58,8 +79,5 @@ template <size_t size>
 void Note(std::array<char, size>& field, std::string_view text) {
   field[text.copy(field.data(), size - 1)] = '\0';
 }
-
-/// Nanoseconds of a clock that sessions don't stop.
-int64_t MonotonicNow();
 
 }  // namespace host

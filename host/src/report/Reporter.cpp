@@ -8,8 +8,9 @@
 
 namespace host {
 
-void Reporter::attach(int pipe) {
+void Reporter::attach(int pipe, FlightRecord& flight) {
   mPipe = pipe;
+  mFlight = &flight;
   mProcess = getpid();
 }
 
@@ -21,6 +22,7 @@ void Reporter::sendFromFork(ReportKind kind, std::string_view text) const {
   const uint64_t size = text.size();
   std::string bytes(1, static_cast<char>(kind));
   bytes.append(reinterpret_cast<const char*>(&size), sizeof size).append(text);
+  const WatchdogPause pause(*mFlight);
   for (size_t sent = 0; sent < bytes.size();) {
     const ssize_t written = write(mPipe, bytes.data() + sent, bytes.size() - sent);
     if (written < 0 && errno == EINTR) continue;

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "FlightRecord.h"
+
 // The reports that the process that plays a session sends to the one that waits for it. They go
 // through a pipe: static destructors report after the exit code is fixed, and a report has to
 // survive a crash that comes later.
@@ -32,13 +34,15 @@ struct Report {
 /// a process that the plug-in has forked.
 class Reporter {
  public:
-  void attach(int pipe);
+  /// Time that the other process needs doesn't count for the time limit of `flight`.
+  void attach(int pipe, FlightRecord& flight);
   void send(ReportKind kind, std::string_view text) const;
   /// Does the same in such a process, too.
   void sendFromFork(ReportKind kind, std::string_view text) const;
 
  private:
   int mPipe = -1;
+  FlightRecord* mFlight = nullptr;
   int mProcess = 0;
 };
 

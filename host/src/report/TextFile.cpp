@@ -45,11 +45,11 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
   }
 }
 
-std::vector<std::string> Split(std::string_view text, char separator) {
+std::vector<std::string> Split(std::string_view text, std::string_view separator) {
   std::vector<std::string> parts;
   size_t begin = 0;
   for (size_t end = 0; (end = text.find(separator, begin)) != std::string_view::npos;
-       begin = end + 1) {
+       begin = end + separator.size()) {
     parts.emplace_back(text.substr(begin, end - begin));
   }
   parts.emplace_back(text.substr(begin));
@@ -81,7 +81,7 @@ std::string EscapeControls(std::string_view text) {
 }
 
 std::string EscapeLines(std::string_view text) {
-  std::vector<std::string> lines = Split(text, '\n');
+  std::vector<std::string> lines = Split(text, "\n");
   std::transform(lines.begin(), lines.end(), lines.begin(), EscapeControls);
   return Join(lines, "\n");
 }

@@ -14,7 +14,7 @@ namespace host {
 
 std::string Join(const std::vector<std::string>& parts, std::string_view separator);
 void ReplaceAll(std::string& text, std::string_view from, std::string_view to);
-std::vector<std::string> Split(std::string_view text, char separator);
+std::vector<std::string> Split(std::string_view text, std::string_view separator);
 /// Writes control characters as escapes: a line feed as "\n", an escape as "\x1b". Those beyond
 /// ASCII, which a terminal also acts on, too.
 std::string EscapeControls(std::string_view text);

@@ -76,17 +76,24 @@ void Timeline::drain() {
   // Not all streams: a thread of the plug-in's may wait for one, and hold it.
   std::fflush(stdout);
   std::fflush(stderr);
-  for (const std::string& line : mStdout.newLines()) takeStdoutLine(line);
-  for (const std::string& line : mStderr.newLines()) takeStderrLine(line);
-  mFlight->stdoutTaken = mStdout.taken();
-  mFlight->stderrTaken = mStderr.taken();
+  takeLines(mStdout.newLines(), mStderr.newLines());
   for (const auto& source : mSources) source();
 }
 
 void Timeline::drainRest() {
   drain();
-  if (const std::string rest = mStdout.takeRest(); !rest.empty()) takeStdoutLine(rest);
-  if (const std::string rest = mStderr.takeRest(); !rest.empty()) takeStderrLine(rest);
+  const auto lineOf = [](std::string rest) {
+    return rest.empty() ? std::vector<std::string>() : std::vector{std::move(rest)};
+  };
+  takeLines(lineOf(mStdout.takeRest()), lineOf(mStderr.takeRest()));
+}
+
+void Timeline::takeLines(const std::vector<std::string>& out, const std::vector<std::string>& err) {
+  if (out.empty() && err.empty()) return;
+  // Making entries of what it printed isn't the plug-in's work.
+  const WatchdogPause pause(*mFlight);
+  for (const std::string& line : out) takeStdoutLine(line);
+  for (const std::string& line : err) takeStderrLine(line);
   mFlight->stdoutTaken = mStdout.taken();
   mFlight->stderrTaken = mStderr.taken();
 }

@@ -119,6 +119,7 @@ class Timeline {
     const RunningCall* outerCall = nullptr;  ///< in which it began
   };
 
+  void takeLines(const std::vector<std::string>& out, const std::vector<std::string>& err);
   void takeStdoutLine(const std::string& line);
   void takeStderrLine(const std::string& line);
   EventHead headWithin(size_t spans, Actor actor) const;

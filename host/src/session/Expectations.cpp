@@ -207,13 +207,60 @@ Check ReadGrowth(const YamlValue& value) {
   };
 }
 
-// Texts by file, or "none" for a file that must not be there.
+// Returns whether the line is the expected one, in which each "..." stands for any text.
+bool FitsLine(const std::string& expected, std::string_view line) {
+  const Texts parts = Split(expected, "...");
+  if (parts.size() == 1) return line == expected;
+  if (!line.starts_with(parts.front())) return false;
+  line.remove_prefix(parts.front().size());
+  for (size_t i = 1; i + 1 < parts.size(); ++i) {
+    const size_t place = line.find(parts[i]);
+    if (place == std::string_view::npos) return false;
+    line.remove_prefix(place + parts[i].size());
+  }
+  return line.ends_with(parts.back());
+}
+
+// Looks for the lines one after the other. Others may come between.
+std::string FindLines(const Host& host, const std::string& path, const Texts& expected) {
+  const Texts lines = Shorten(host, ReadLines(host.inFolder(path)));
+  auto next = lines.begin();
+  for (const std::string& text : expected) {
+    const std::string wanted = Shorten(host, Resolve(host, text));
+    const auto found = std::find_if(
+        next, lines.end(), [&](const std::string& line) { return FitsLine(wanted, line); });
+    if (found == lines.end()) {
+      const std::string rest = Join({next, lines.end()}, "\n              ");
+      return fmt::format("    expected: {}: {}\n    found:    {}", path, EscapeControls(wanted),
+                         rest.empty() ? "no more lines" : EscapeLines(rest));
+    }
+    next = std::next(found);
+  }
+  return "";
+}
+
+Check ReadHasLines(const std::string& path, const YamlValue& value) {
+  const auto fields = value.fields({"has lines"});
+  const YamlValue* lines = Find(fields, "has lines");
+  if (!lines) value.fail("has to be a text, or a map with the key 'has lines'");
+  return [path, expected = lines->texts()](Host& host) { return FindLines(host, path, expected); };
+}
+
+// Texts by file, or "none" for a file that must not be there, or lines that are there.
 Check ReadFiles(const YamlValue& value) {
   std::vector<std::pair<std::string, std::string>> files;
+  std::vector<Check> checks;
   for (const auto& [path, text] : value.fields()) {
-    files.emplace_back(text.checkedPath(path), text.text());
+    if (text.isMap()) {
+      checks.push_back(ReadHasLines(text.checkedPath(path), text));
+    } else {
+      files.emplace_back(text.checkedPath(path), text.text());
+    }
   }
-  return [files](Host& host) {
+  return [files, checks](Host& host) {
+    for (const Check& check : checks) {
+      if (std::string difference = check(host); !difference.empty()) return difference;
+    }
     Texts expected;
     Texts found;
     for (const auto& [path, text] : files) {

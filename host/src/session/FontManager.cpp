@@ -13,6 +13,7 @@
 #include <stdexcept>
 
 #include "ActivationRules.h"
+#include "HelperProcess.h"
 #include "TextFile.h"
 
 namespace host {
@@ -162,7 +163,7 @@ std::string Unescape(std::string_view escaped) {
 }
 
 FrameworkCall ParseJournalLine(const std::string& line) {
-  const std::vector<std::string> parts = Split(line, '\t');
+  const std::vector<std::string> parts = Split(line, "\t");
   FrameworkCall call;
   call.operation = call.text = parts.front();
   for (size_t i = 1; i < parts.size(); ++i) {
@@ -486,9 +487,11 @@ void FontManager::readKeys(const YamlValue& root, const std::map<std::string, Ya
         process.fail(
             fmt::format("there is no {} in {}", executable.filename().string(), mFolder.string()));
       }
-      session.setUp.processes.emplace_back(path, executable);
-      session.preparations.emplace_back(
-          [path](Host& host) { host.timeline.add(Actor::desktop, fmt::format("{} runs", path)); });
+      session.setUp.executables.emplace_back(path, executable);
+      session.preparations.emplace_back([path](Host& host) {
+        StartHelperProcess(host.inFolder(path));
+        host.timeline.add(Actor::desktop, fmt::format("{} runs", path));
+      });
     }
   }
   session.preparations.emplace_back(FollowJournal);

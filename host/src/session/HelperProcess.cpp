@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
 #include <stdexcept>
 
 namespace host {
@@ -20,15 +19,11 @@ std::array<int, 2> MakePipe() {
   return ends;
 }
 
-[[noreturn]] void Become(const std::filesystem::path& executable,
-                         const std::filesystem::path& folder, int input, int output) {
+[[noreturn]] void Become(const std::filesystem::path& executable, int input, int output) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   dup2(input, STDIN_FILENO);
   dup2(output, STDOUT_FILENO);
-  setenv("HOME", folder.c_str(), 1);
-  if (chdir(folder.c_str()) == 0) {
-    execl(executable.c_str(), executable.c_str(), static_cast<char*>(nullptr));
-  }
+  execl(executable.c_str(), executable.c_str(), static_cast<char*>(nullptr));
   _exit(127);
 }
 
@@ -42,27 +37,21 @@ bool ReadsLine(int output) {
 
 }  // namespace
 
-HelperProcess::HelperProcess(const std::filesystem::path& executable,
-                             const std::filesystem::path& folder) {
+void StartHelperProcess(const std::filesystem::path& executable) {
+  // This process keeps its end of the input for as long as it lives.
   const std::array<int, 2> input = MakePipe();
   const std::array<int, 2> output = MakePipe();
-  mProcess = fork();
-  if (mProcess < 0) throw std::runtime_error("can't make a process");
-  if (mProcess == 0) Become(executable, folder, input[0], output[1]);
-  mInput = input[1];
+  const pid_t process = fork();
+  if (process < 0) throw std::runtime_error("can't make a process");
+  if (process == 0) Become(executable, input[0], output[1]);
   close(input[0]);
   close(output[1]);
   const bool ready = ReadsLine(output[0]);
   close(output[0]);
   if (ready) return;
-  close(mInput);
-  waitpid(mProcess, nullptr, 0);
+  close(input[1]);
+  waitpid(process, nullptr, 0);
   throw std::runtime_error(fmt::format("{} ended before it was ready", executable.string()));
-}
-
-HelperProcess::~HelperProcess() {
-  close(mInput);
-  waitpid(mProcess, nullptr, 0);
 }
 
 }  // namespace host

@@ -1,25 +1,12 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
 
 namespace host {
 
-/// A process that runs beside a session. Its working directory and `HOME` are the session folder.
-/// Ends with this object, and when this process dies.
-class HelperProcess {
- public:
-  /// Starts the process and waits for its first line of output. Throws `std::runtime_error` if it
-  /// can't be started or ends before that.
-  HelperProcess(const std::filesystem::path& executable, const std::filesystem::path& folder);
-  ~HelperProcess();
-  HelperProcess(const HelperProcess&) = delete;
-  HelperProcess& operator=(const HelperProcess&) = delete;
-
- private:
-  pid_t mProcess = -1;
-  int mInput = -1;
-};
+/// Starts a process that runs beside a session, as the plug-in finds it among the running ones. Its
+/// working directory is this process's, and it ends when this process does. Waits for its first
+/// line of output. Throws `std::runtime_error` if it can't be started or ends before that.
+void StartHelperProcess(const std::filesystem::path& executable);
 
 }  // namespace host

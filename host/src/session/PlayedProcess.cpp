@@ -80,7 +80,7 @@ std::string ReadAll(int descriptor) {
 std::vector<std::string> Frames(const std::string& report) {
   // As a backtrace names the program.
   const std::string host = program_invocation_name;
-  std::vector<std::string> frames = Split(report, '\n');
+  std::vector<std::string> frames = Split(report, "\n");
   const auto leadsIn = [&](const std::string& frame) {
     return frame.empty() || frame.starts_with(host + "(") ||
            frame.find("/libc.so") != std::string::npos;
@@ -95,7 +95,7 @@ std::vector<std::string> Frames(const std::string& report) {
 
 // The function and the numbers of a `CountedCall`, each on a line.
 CountedCall ParseCall(const std::string& text) {
-  const std::vector<std::string> lines = Split(text, '\n');
+  const std::vector<std::string> lines = Split(text, "\n");
   return {lines.at(0), std::stoll(lines.at(1)), std::stoll(lines.at(2)), std::stoll(lines.at(3))};
 }
 
@@ -131,8 +131,9 @@ bool PlayedProcess::fork() {
   mProcess = ::fork();
   if (mProcess < 0) throw std::runtime_error("can't make a process");
   const bool isNew = mProcess == 0;
-  // In both processes, because either may be the first to need it.
-  setpgid(mProcess, mProcess);
+  // The plug-in looks for the font manager in its session. A trial is in that of its session.
+  if (isNew && mJanitor) setsid();
+  if (!mJanitor) setpgid(mProcess, mProcess);
   close(ends[isNew ? 0 : 1]);
   mPipe = ends[isNew ? 1 : 0];
   if (!isNew) fcntl(mPipe, F_SETFL, O_NONBLOCK);
@@ -233,12 +234,11 @@ void PlayedProcess::takeEvent(Event event) {
 }
 
 void PlayedProcess::endIfHanging() {
-  const int64_t began = mFlight->turnBegan;
+  const int64_t began = mFlight->watchdogStart;
   const int64_t now = MonotonicNow();
   if (mAskedToEnd != 0) {
     if (now - mAskedToEnd > kTimeToEnd) kill(mProcess, SIGKILL);
-  } else if (began != 0 &&
-             now - std::max(began, mTimeRunsSince) > mOptions.timeout.count() * kNanoseconds) {
+  } else if (began != 0 && now - began > mOptions.timeout.count() * kNanoseconds) {
     mAskedToEnd = now;
     kill(mProcess, kHangSignal);
   }

@@ -42,9 +42,6 @@ class PlayedProcess {
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Returns false when
   /// the process has ended. Throws `std::runtime_error` if the plug-in's module can't be loaded.
   bool update();
-  /// Begins the time limit of what is under way again. For when nobody took in what the
-  /// process reports, so that it had to wait.
-  void restartTimeLimit() { mTimeRunsSince = MonotonicNow(); }
   /// Returns the events since the last call.
   std::vector<Event> takeEvents();
   /// What came of the session, once `update` has returned false.
@@ -87,8 +84,7 @@ class PlayedProcess {
   bool mPlayed = false;
   bool mOver = false;  ///< the session ended, played or not
   bool mEnded = false;
-  int64_t mTimeRunsSince = 0;  ///< at the earliest
-  int64_t mAskedToEnd = 0;     ///< when a hang was noticed; 0 if none was
+  int64_t mAskedToEnd = 0;  ///< when a hang was noticed; 0 if none was
 };
 
 }  // namespace host

@@ -13,6 +13,7 @@
 #include "CrashReport.h"
 #include "Runner.h"
 #include "Steps.h"
+#include "TextFile.h"
 #include "TrialRunner.h"
 
 namespace host {
@@ -108,6 +109,11 @@ void PlayAndExit(const Session& session, const PlayerSetup& setup, FlightRecord&
   DetachFromTerminal();
   if (chdir(setup.folder.c_str()) != 0) _exit(1);
   setenv("HOME", setup.folder.c_str(), 1);
+  for (const auto& [name, text] : session.environment) {
+    std::string resolved = text;
+    ReplaceAll(resolved, "${session}", setup.folder.string());
+    setenv(name.c_str(), resolved.c_str(), 1);
+  }
   playsASession = true;
   PlaySteps(session, setup, flight, TheHost());
   std::exit(kPlayedExitCode);

@@ -17,8 +17,6 @@
 namespace host {
 namespace {
 
-constexpr int64_t kLongTime = 100'000'000;  // nanoseconds
-
 volatile sig_atomic_t caughtSignal = 0;
 
 void CatchSignals() {
@@ -47,17 +45,9 @@ struct Job {
 
 using Jobs = std::deque<std::unique_ptr<Job>>;
 
-// The processes that run beside a session are in the list of processes that every session sees, so
-// that such a session is played alone.
-bool HasRoomFor(const Session& session, const Jobs& jobs, size_t most) {
-  size_t running = 0;
-  bool alone = !session.setUp.processes.empty();
-  for (const auto& job : jobs) {
-    if (job->result) continue;
-    ++running;
-    alone = alone || !job->process.session().setUp.processes.empty();
-  }
-  return alone ? running == 0 : running < most;
+size_t CountRunning(const Jobs& jobs) {
+  return static_cast<size_t>(
+      std::count_if(jobs.begin(), jobs.end(), [](const auto& job) { return !job->result; }));
 }
 
 // Waits until a process has something to report, but not long: one may hang, or end without a word.
@@ -99,7 +89,7 @@ void PlayAll(const std::vector<Session>& sessions, const RunOptions& options,
   auto next = sessions.begin();
   bool stops = false;
   while (caughtSignal == 0) {
-    while (!stops && next != sessions.end() && HasRoomFor(*next, jobs, options.jobs)) {
+    while (!stops && next != sessions.end() && CountRunning(jobs) < options.jobs) {
       jobs.push_back(std::make_unique<Job>(*next++, options, janitor));
     }
     if (jobs.empty()) break;
@@ -107,13 +97,7 @@ void PlayAll(const std::vector<Session>& sessions, const RunOptions& options,
     for (const auto& job : jobs) Update(*job);
     // It may have ended the processes too, which says nothing of their sessions.
     if (caughtSignal != 0) break;
-    // A listener that waits for its reader keeps the processes waiting.
-    const int64_t before = MonotonicNow();
-    const bool isOver = !jobs.empty() && Tell(*jobs.front(), listeners);
-    if (MonotonicNow() - before > kLongTime) {
-      for (const auto& job : jobs) job->process.restartTimeLimit();
-    }
-    if (isOver) {
+    if (Tell(*jobs.front(), listeners)) {
       stops = stops || (options.failFast && jobs.front()->result->failed);
       jobs.pop_front();
       if (stops) jobs.clear();

@@ -14,7 +14,7 @@ namespace host {
 struct RunOptions {
   PluginModule module;                ///< its path is absolute
   std::filesystem::path fontManager;  ///< absolute, or empty for none
-  std::chrono::seconds timeout{10};   ///< for each call of the plug-in
+  std::chrono::seconds timeout{30};   ///< for each call of the plug-in
   size_t jobs = 1;                    ///< how many sessions are played at the same time
   bool failFast = false;              ///< begin no session after one has failed
   bool keep = false;                  ///< keep the session folders

@@ -105,10 +105,22 @@ FolderSetup ReadFolder(const Fields& fields) {
   return setup;
 }
 
+std::vector<std::pair<std::string, std::string>> ReadEnvironment(const YamlValue& value) {
+  std::vector<std::pair<std::string, std::string>> variables;
+  for (const auto& [name, text] : value.fields()) {
+    if (name.empty() || name.find('=') != std::string::npos) {
+      text.fail(fmt::format("'{}' can't be the name of a variable", name));
+    }
+    variables.emplace_back(name, text.text());
+  }
+  return variables;
+}
+
 Session ReadSession(const YamlValue& root, std::string name, const std::string& file,
                     const SessionPart& part) {
-  std::vector<std::string_view> keys{"about", "variants", "host",     "projects", "active fonts",
-                                     "files", "accepted", "tolerant", "settles",  "steps"};
+  std::vector<std::string_view> keys{"about",        "variants",    "host",     "projects",
+                                     "active fonts", "files",       "accepted", "tolerant",
+                                     "settles",      "environment", "steps"};
   const std::vector<std::string_view> more = part.keys();
   keys.insert(keys.end(), more.begin(), more.end());
   const Fields fields = root.fields(keys);
@@ -122,6 +134,9 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   }
   if (const YamlValue* tolerant = Find(fields, "tolerant")) {
     session.host.tolerant = tolerant->boolean();
+  }
+  if (const YamlValue* environment = Find(fields, "environment")) {
+    session.environment = ReadEnvironment(*environment);
   }
   if (const YamlValue* settles = Find(fields, "settles")) session.settles = settles->boolean();
   session.setUp = ReadFolder(fields);

@@ -20,8 +20,8 @@ struct FolderSetup {
   std::vector<std::string> activeFonts;
   std::vector<std::pair<std::string, std::string>> files;            ///< path and text
   std::vector<std::pair<std::string, std::filesystem::path>> links;  ///< path and target folder
-  /// Executables that run beside the session: their path, and the file to copy there.
-  std::vector<std::pair<std::string, std::filesystem::path>> processes;
+  std::vector<std::pair<std::string, std::filesystem::path>>
+      executables;  ///< path and the original
 };
 
 using Action = std::function<void(Host&)>;
@@ -43,6 +43,8 @@ struct Trial {
 
 struct Session : SessionInfo {
   HostSettings host;
+  /// Variables of the process that plays the session. `${session}` stands for the session folder.
+  std::vector<std::pair<std::string, std::string>> environment;
   FolderSetup setUp;
   std::vector<Action> preparations;  ///< before the first step
   std::vector<Step> steps;           ///< with the first start and the last quit

@@ -38,7 +38,6 @@ SessionFolder::SessionFolder(const FolderSetup& setup, const Janitor& janitor, b
 }
 
 SessionFolder::~SessionFolder() {
-  mProcesses.clear();
   if (!mKeep) remove();
 }
 
@@ -62,12 +61,10 @@ void SessionFolder::fill(const FolderSetup& setup) {
     fs::create_directories((mPath / path).parent_path());
     fs::create_directory_symlink(target, mPath / path);
   }
-  for (const auto& [path, source] : setup.processes) {
-    const fs::path executable = mPath / path;
-    fs::create_directories(executable.parent_path());
+  for (const auto& [path, source] : setup.executables) {
+    fs::create_directories((mPath / path).parent_path());
     // Copied, because the path of a running process is that of the file behind all links.
-    fs::copy_file(source, executable);
-    mProcesses.emplace_back(executable, mPath);
+    fs::copy_file(source, mPath / path);
   }
 }
 

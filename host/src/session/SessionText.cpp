@@ -39,9 +39,9 @@ YAML::Node Resolve(const YAML::Node& node, const Variables& variables) {
 
 // In the order in which a person reads a session.
 void Emit(YAML::Emitter& emitter, const YAML::Node& session) {
-  static constexpr std::array<std::string_view, 12> kOrder{
-      "about",        "tolerant", "settles",   "accepted",  "host",  "projects",
-      "active fonts", "vault",    "framework", "processes", "files", "steps"};
+  static constexpr std::array<std::string_view, 13> kOrder{
+      "about",        "environment", "tolerant",  "settles",   "accepted", "host", "projects",
+      "active fonts", "vault",       "framework", "processes", "files",    "steps"};
   emitter << YAML::BeginMap;
   for (const std::string_view key : kOrder) {
     const YAML::Node value = session[std::string(key)];
@@ -75,7 +75,7 @@ std::string WriteSession(const YAML::Node& session, const std::string& comment) 
   YAML::Emitter emitter;
   Emit(emitter, session);
   std::string text;
-  for (const std::string& line : Split(comment, '\n'))
+  for (const std::string& line : Split(comment, "\n"))
     text += line.empty() ? "#\n" : "# " + line + "\n";
   return text + emitter.c_str() + "\n";
 }

@@ -17,13 +17,14 @@ namespace fs = std::filesystem;
 // standard input, so also when this process ends in any way.
 class RunningCopy {
  public:
-  explicit RunningCopy(const fs::path& executable) {
+  explicit RunningCopy(const fs::path& executable, bool hasOwnSession = false) {
     fs::create_directories(executable.parent_path());
     fs::copy_file(fs::path(FONT_MANAGER) / "Oxbrim", executable);
     int input[2], output[2];
     if (pipe(input) != 0 || pipe(output) != 0) throw std::runtime_error("no pipe");
     mPid = fork();
     if (mPid == 0) {
+      if (hasOwnSession) setsid();
       dup2(input[0], STDIN_FILENO);
       dup2(output[1], STDOUT_FILENO);
       close(input[1]);
@@ -52,13 +53,16 @@ class RunningCopy {
   int mInput = -1;
 };
 
-TEST(RunningProcess, IsFoundByItsExactNameAndTheLowestIdDecides) {
+TEST(RunningProcess, IsFoundInItsSessionByItsExactNameAndTheLowestIdDecides) {
   TemporaryFolder folder;
   std::string found = "untouched";
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kUnknownError);
   const RunningCopy other(folder.path() / "oxbrim");
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kUnknownError);
   EXPECT_EQ(found, "untouched");
+
+  const RunningCopy elsewhere(folder.path() / "Elsewhere/Oxbrim", true);
+  EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kUnknownError);
 
   const fs::path places[] = {folder.path() / "First Apps", folder.path() / "Second"};
   const RunningCopy first(places[0] / "Oxbrim");

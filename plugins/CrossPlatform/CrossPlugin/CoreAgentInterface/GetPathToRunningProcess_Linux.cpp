@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -10,8 +12,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// In ascending order.
+// In ascending order. Only those of this process's session, so that two runs on one machine don't
+// find each other's processes.
 std::vector<int> RunningProcessIDs() {
+  const pid_t session = getsid(0);
   std::vector<int> pids;
   std::error_code error;
   for (fs::directory_iterator entry("/proc", error), end; !error && entry != end;
@@ -19,7 +23,8 @@ std::vector<int> RunningProcessIDs() {
     const std::string name = entry->path().filename().string();
     int pid = 0;
     const auto [rest, failure] = std::from_chars(name.data(), name.data() + name.size(), pid);
-    if (failure == std::errc() && rest == name.data() + name.size()) pids.push_back(pid);
+    const bool isProcess = failure == std::errc() && rest == name.data() + name.size();
+    if (isProcess && getsid(pid) == session) pids.push_back(pid);
   }
   std::sort(pids.begin(), pids.end());
   return pids;
@@ -32,7 +37,7 @@ std::vector<std::string> GetRunningExecutables() {
   for (const int pid : RunningProcessIDs()) {
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/" + std::to_string(pid) + "/exe", error);
-    // Other users' processes can't be read, and those of the kernel have no executable.
+    // One that has ended meanwhile, or another user's, can't be read.
     if (!error) executables.push_back(executable);
   }
   return executables;
