@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <latch>
 #include <thread>
 
 #include "GUtils.h"
@@ -14,9 +15,16 @@ namespace {
 constexpr uint32_t kDeadlock = 0x0100100B;
 constexpr uint32_t kBusy = 0x0100100C;
 
-uint32_t OnAnotherThread(const std::function<uint32_t()>& operation) {
+using Operation = std::function<uint32_t(GMutex&)>;
+const Operation kLock = &GMutex::Lock, kTryLock = &GMutex::TryLock, kUnlock = &GMutex::Unlock;
+
+Operation Timed(unsigned int limit) {
+  return [limit](GMutex& mutex) { return mutex.TryLockWithTimeout(limit); };
+}
+
+uint32_t OnAnotherThread(GMutex& mutex, const Operation& operation) {
   uint32_t code = 0;
-  std::thread([&] { code = operation(); }).join();
+  std::thread([&] { code = operation(mutex); }).join();
   return code;
 }
 
@@ -28,48 +36,52 @@ State StateOf(GMutex& mutex) {
   return code == 0 ? kFree : code == kDeadlock ? kOurs : kTheirs;
 }
 
-TEST(GMutex, KeepsItsTableOfStates) {
-  using Event = std::function<uint32_t(GMutex&)>;
-  const Event lock = &GMutex::Lock, tryLock = &GMutex::TryLock, unlock = &GMutex::Unlock;
-  const auto timed = [](unsigned int limit) -> Event {
-    return [limit](GMutex& mutex) { return mutex.TryLockWithTimeout(limit); };
-  };
-  const Event strangersUnlock = [&](GMutex& mutex) {
-    return OnAnotherThread([&] { return mutex.Unlock(); });
-  };
+TEST(GMutex, OnlyTheOwnerUnlocksAndOnlyAFreeMutexIsTaken) {
+  const Operation strangersUnlock = [](GMutex& mutex) { return OnAnotherThread(mutex, kUnlock); };
   const struct {
+    const char* name;
     State before;
-    std::vector<Event> events;
+    Operation event;
     uint32_t answer;
     State after;
-  } rows[] = {
-      {kFree, {lock, tryLock, timed(5), timed(0xFFFFFFFF)}, 0, kOurs},
-      {kFree, {unlock}, kDeadlock, kFree},
-      {kOurs, {lock, tryLock, timed(5), timed(0xFFFFFFFF), strangersUnlock}, kDeadlock, kOurs},
-      {kOurs, {unlock}, 0, kFree},
-      {kTheirs, {tryLock, timed(0), timed(5)}, kBusy, kTheirs},
-      {kTheirs, {unlock}, kDeadlock, kTheirs}};
+  } rows[] = {{"lock, free", kFree, kLock, 0, kOurs},
+              {"try, free", kFree, kTryLock, 0, kOurs},
+              {"timed, free", kFree, Timed(5), 0, kOurs},
+              {"without a limit, free", kFree, Timed(0xFFFFFFFF), 0, kOurs},
+              {"unlock, free", kFree, kUnlock, kDeadlock, kFree},
+              {"lock, ours", kOurs, kLock, kDeadlock, kOurs},
+              {"try, ours", kOurs, kTryLock, kDeadlock, kOurs},
+              {"timed, ours", kOurs, Timed(5), kDeadlock, kOurs},
+              {"without a limit, ours", kOurs, Timed(0xFFFFFFFF), kDeadlock, kOurs},
+              {"a stranger's unlock, ours", kOurs, strangersUnlock, kDeadlock, kOurs},
+              {"unlock, ours", kOurs, kUnlock, 0, kFree},
+              {"try, theirs", kTheirs, kTryLock, kBusy, kTheirs},
+              {"timed by 0, theirs", kTheirs, Timed(0), kBusy, kTheirs},
+              {"timed, theirs", kTheirs, Timed(5), kBusy, kTheirs},
+              {"unlock, theirs", kTheirs, kUnlock, kDeadlock, kTheirs}};
   for (const auto& row : rows) {
-    for (const Event& event : row.events) {
-      SCOPED_TRACE(testing::Message() << &row - rows << ", " << &event - row.events.data());
-      GMutex mutex;
-      if (row.before == kOurs) mutex.Lock();
-      if (row.before == kTheirs) OnAnotherThread([&] { return mutex.Lock(); });
-      EXPECT_EQ(event(mutex), row.answer);
-      EXPECT_EQ(StateOf(mutex), row.after);
-      // A refused second lock doesn't count.
-      mutex.Unlock();
-      EXPECT_EQ(StateOf(mutex), row.after == kTheirs ? kTheirs : kFree);
-    }
+    SCOPED_TRACE(row.name);
+    GMutex mutex;
+    if (row.before == kOurs) mutex.Lock();
+    if (row.before == kTheirs) OnAnotherThread(mutex, kLock);
+    EXPECT_EQ(row.event(mutex), row.answer);
+    EXPECT_EQ(StateOf(mutex), row.after);
+    // A refused second lock doesn't count.
+    mutex.Unlock();
+    EXPECT_EQ(StateOf(mutex), row.after == kTheirs ? kTheirs : kFree);
   }
-  EXPECT_EQ(posixFakes.timedWaitDeadlines.size(), 1u) << "only one of the events waits";
 }
 
-TEST(GMutex, ATimedAcquireWaitsForOneDeadlineThroughSpuriousWakeUps) {
+class AHeldGMutex : public testing::Test {
+ protected:
+  AHeldGMutex() { OnAnotherThread(mutex, kLock); }
+
   GMutex mutex;
-  OnAnotherThread([&] { return mutex.Lock(); });
+};
+
+TEST_F(AHeldGMutex, IsAwaitedUntilOneDeadlineThroughSpuriousWakeUps) {
   posixFakes.now = {1000, 700000};
-  posixFakes.timedWaitResults = {0, 0, ETIMEDOUT};
+  posixFakes.waitResults = {0, 0, ETIMEDOUT};
   EXPECT_EQ(mutex.TryLockWithTimeout(1500), kBusy);
   ASSERT_EQ(posixFakes.timedWaitDeadlines.size(), 3u);
   for (const timespec& deadline : posixFakes.timedWaitDeadlines) {
@@ -77,20 +89,45 @@ TEST(GMutex, ATimedAcquireWaitsForOneDeadlineThroughSpuriousWakeUps) {
   }
 }
 
-TEST(GMutex, ResultsOfThePlatformBecomeCodes) {
+TEST_F(AHeldGMutex, TurnsResultsOfThePlatformIntoCodes) {
   const std::pair<int, uint32_t> rows[] = {
       {EDEADLK, kDeadlock}, {EINVAL, 0x0200100B}, {ETIMEDOUT, kBusy}, {EPERM, 0x01000000}};
-  GMutex mutex;
-  OnAnotherThread([&] { return mutex.Lock(); });
   for (const auto& [result, code] : rows) {
-    posixFakes.timedWaitResults = {result};
+    posixFakes.waitResults = {result, 0, result};
     EXPECT_EQ(mutex.TryLockWithTimeout(1), code) << result;
+    EXPECT_EQ(mutex.Lock(), code) << result << " after a spurious wake-up";
+    EXPECT_EQ(StateOf(mutex), kTheirs) << result;
   }
 }
 
-TEST(GMutexDeathTest, AMutexThatCantBeMadeEndsTheProcess) {
-  posixFakes.conditionInitResult = EAGAIN;
-  EXPECT_DEATH(GMutex(), "result == 0");
+TEST(GMutex, IsLeftFreeIfItBecomesSoOnlyWhenTheTimeIsUp) {
+  GMutex mutex;
+  std::latch held(1), timeIsUp(1);
+  std::thread holder([&] {
+    mutex.Lock();
+    held.count_down();
+    timeIsUp.wait();
+    mutex.Unlock();
+  });
+  held.wait();
+  posixFakes.duringWait = [&] {
+    timeIsUp.count_down();
+    holder.join();
+  };
+  EXPECT_EQ(mutex.TryLockWithTimeout(5), kBusy);
+  EXPECT_EQ(StateOf(mutex), kFree);
+}
+
+TEST(GMutexDeathTest, AMutexThatCantBeMadeOrDestroyedEndsTheProcess) {
+  for (const char* function : {"pthread_mutex_init", "pthread_cond_init", "pthread_mutex_destroy",
+                               "pthread_cond_destroy"}) {
+    SCOPED_TRACE(function);
+    const auto makeAndDestroy = [&] {
+      posixFakes.failing = function;
+      GMutex();
+    };
+    EXPECT_DEATH(makeAndDestroy(), "result == 0");
+  }
 }
 
 TEST(GUtils, ADeadlineCarriesIntoTheSeconds) {

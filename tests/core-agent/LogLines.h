@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "AfterEachTest.h"
 #include "GLogger.h"
 
 /// Registers an appender with a logger and keeps the lines that it gets.
@@ -48,6 +49,11 @@ class LogLines {
   // Shared, because the logger keeps the appender.
   std::shared_ptr<std::vector<std::string>> mLines = std::make_shared<std::vector<std::string>>();
 };
+
+inline const bool kSharedLoggerIsReset = AfterEachTest([] {
+  GLogger::GetSharedInstance()->RemoveAllAppenders();
+  GLogger::GetSharedInstance()->ResetAllLoggingLevels();
+});
 
 /// Returns the entry of a failed check as `LogLines::Entries` does.
 inline std::string CheckEntry(const std::string& category, const std::string& name,

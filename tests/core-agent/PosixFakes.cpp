@@ -4,12 +4,34 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 
+#include "AfterEachTest.h"
+
 PosixFakes posixFakes;
-std::vector<size_t>* formatBufferSizes = nullptr;
+
+namespace {
+
+const bool kResets = AfterEachTest([] { posixFakes = {}; });
+
+int Wait(pthread_mutex_t* mutex) {
+  pthread_mutex_unlock(mutex);
+  posixFakes.duringWait();
+  pthread_mutex_lock(mutex);
+  if (posixFakes.waitResults.empty()) return ETIMEDOUT;
+  const int result = posixFakes.waitResults.front();
+  posixFakes.waitResults.erase(posixFakes.waitResults.begin());
+  return result;
+}
+
+int ResultOf(std::string_view function) {
+  return function == posixFakes.failing ? EAGAIN : 0;
+}
+
+}  // namespace
 
 #pragma GCC visibility push(default)
 extern "C" {
@@ -24,21 +46,38 @@ int usleep(useconds_t microseconds) {
   return 0;
 }
 
-int pthread_cond_init(pthread_cond_t* condition, const pthread_condattr_t*) noexcept {
-  *condition = PTHREAD_COND_INITIALIZER;
-  return posixFakes.conditionInitResult;
+int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t*) noexcept {
+  *mutex = PTHREAD_MUTEX_INITIALIZER;
+  return ResultOf(__func__);
 }
 
-int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t*, const timespec* deadline) {
+int pthread_mutex_destroy(pthread_mutex_t*) noexcept {
+  return ResultOf(__func__);
+}
+
+int pthread_cond_init(pthread_cond_t* condition, const pthread_condattr_t*) noexcept {
+  *condition = PTHREAD_COND_INITIALIZER;
+  return ResultOf(__func__);
+}
+
+int pthread_cond_destroy(pthread_cond_t*) noexcept {
+  return ResultOf(__func__);
+}
+
+int pthread_cond_wait(pthread_cond_t*, pthread_mutex_t* mutex) {
+  return Wait(mutex);
+}
+
+int pthread_cond_timedwait(pthread_cond_t*, pthread_mutex_t* mutex, const timespec* deadline) {
   posixFakes.timedWaitDeadlines.push_back(*deadline);
-  if (posixFakes.timedWaitResults.empty()) return ETIMEDOUT;
-  const int result = posixFakes.timedWaitResults.front();
-  posixFakes.timedWaitResults.erase(posixFakes.timedWaitResults.begin());
-  return result;
+  return Wait(mutex);
 }
 
 int vsnprintf(char* buffer, size_t size, const char* format, va_list arguments) noexcept {
-  if (formatBufferSizes != nullptr) formatBufferSizes->push_back(size);
+  if (posixFakes.formatFails) {
+    std::fill_n(buffer, size, 'x');
+    return -1;
+  }
   static const auto real =
       reinterpret_cast<int (*)(char*, size_t, const char*, va_list)>(dlsym(RTLD_NEXT, "vsnprintf"));
   return real(buffer, size, format, arguments);

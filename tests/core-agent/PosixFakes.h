@@ -2,9 +2,10 @@
 
 #include <sys/time.h>
 
-#include <cstddef>
 #include <ctime>
+#include <functional>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 /// The results that tests set for functions of the C library, and the arguments that these got. The
@@ -12,15 +13,19 @@
 struct PosixFakes {
   /// The time that `gettimeofday` gives. Without one, it gives the real time in whole seconds.
   std::optional<timeval> now;
-  /// The results of the next timed waits, which return at once. Further ones return ETIMEDOUT.
-  std::vector<int> timedWaitResults;
+  /// The results of the next waits for a condition, with and without a deadline, which return at
+  /// once. Further ones return ETIMEDOUT.
+  std::vector<int> waitResults;
   std::vector<timespec> timedWaitDeadlines;
+  /// Runs during a wait, which has released the platform's mutex.
+  std::function<void()> duringWait = [] {};
   /// The arguments of `usleep`, which returns at once.
   std::vector<unsigned int> sleeps;
-  /// The result of every `pthread_cond_init`.
-  int conditionInitResult = 0;
+  /// The name of a function that makes or destroys a mutex or a condition, and fails.
+  std::string_view failing;
+  /// Makes `vsnprintf` fail after it has filled the buffer.
+  bool formatFails = false;
 };
-extern PosixFakes posixFakes;
 
-/// Gets the buffer size of every `vsnprintf`, unless null.
-extern std::vector<size_t>* formatBufferSizes;
+/// As new at the start of every test.
+extern PosixFakes posixFakes;

@@ -6,8 +6,11 @@
 #include "GMutex.h"
 #include "GScopedLock.h"
 
-/// The one instance of `T`, made on first use under a lock. Never destroyed, so that code at
-/// process exit can use it. Any thread.
+/// The one instance of `T`, made on first use under a lock. Any thread.
+///
+/// Never destroyed, and still not for use once static objects are being destroyed: the static
+/// objects that `T` works with may be gone by then. So nobody may log in a static destructor, where
+/// even a failed check ends the process.
 template <typename T>
 class GSingleton {
  public:

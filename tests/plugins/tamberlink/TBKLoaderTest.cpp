@@ -28,6 +28,23 @@ TEST(TBKLoader, FillsTheTableFromAFullFramework) {
 
   EXPECT_EQ(TBKLoader::GetThisSharedInstance("/elsewhere"), loader);
   EXPECT_THAT(traces.lines, IsEmpty());
+
+  delete loader;
+  EXPECT_EQ(TBKLoader::GetThisSharedInstance("/elsewhere"), nullptr);
+}
+
+TEST(TBKLoader, KeepsTheFirst1023BytesOfAVersion) {
+  const std::string version(1024, '7');
+  TemporaryFolder folder;
+  folder.Write("F.framework/Info.plist",
+               R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>)"
+               "<key>CFBundleShortVersionString</key><string>" +
+                   version + "</string></dict></plist>");
+  std::filesystem::copy_file(kFontManager + "/Tamberlink.framework/Tamberlink",
+                             folder.path() / "F.framework/F");
+  const TBKLoader* loader = TBKLoader::GetThisSharedInstance(folder.path() / "F.framework");
+  ASSERT_NE(loader, nullptr);
+  EXPECT_EQ(loader->frameworkVersion, version.substr(1));
 }
 
 TEST(TBKLoader, CountsWhatAFrameworkLacks) {
