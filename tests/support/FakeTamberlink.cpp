@@ -37,12 +37,14 @@ std::string Quoted(const char* text) {
 }
 
 uint32_t HandleOpenExistingDocument(const char* path, char* list, uint64_t* size, int32_t* count) {
+  const std::string call = "HandleOpenExistingDocument " + Quoted(path) + " " + Quoted(list) +
+                           " of " + std::to_string(*size) + ", " + std::to_string(*count);
   const auto answer = fake_tamberlink.open.front();
   if (fake_tamberlink.open.size() > 1) fake_tamberlink.open.pop_front();
   Fill(list, answer.text, 0x20000);
   *size = answer.size;
   *count = answer.count;
-  return Record("HandleOpenExistingDocument " + Quoted(path), answer.result);
+  return Record(call, answer.result);
 }
 
 uint32_t InvokeResolveDialog(char* list, uint64_t* size) {
@@ -60,7 +62,7 @@ TBKLoader* FakeTamberlink::Install() {
   loader->pfHandleOpenExistingDocument = HandleOpenExistingDocument;
   loader->pfInvokeResolveDialog = InvokeResolveDialog;
   loader->pfActivateChosenFonts = [](const char* path, char* list, int32_t* count) {
-    *count = 0;
+    *count = fake_tamberlink.chosenCount;
     return Record("ActivateChosenFonts " + Quoted(path) + " " + Quoted(list));
   };
   loader->pfInvokeRestrictedFontsDialog = [](const char* path, char* list) {

@@ -27,6 +27,8 @@ struct FakeTamberlink {
   std::deque<OpenAnswer> open = {OpenAnswer()};
   /// The user's choice in `InvokeResolveDialog`.
   std::string chosen;
+  /// The count of `ActivateChosenFonts`.
+  int32_t chosenCount = 0;
 
   /// Loads the framework and fills its table with the recording operations. Returns the instance.
   TBKLoader* Install();

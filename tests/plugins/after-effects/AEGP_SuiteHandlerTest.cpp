@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "AE_GeneralPlug.h"
 #include "FakeHost.h"
 
 namespace {
@@ -27,18 +28,36 @@ TEST(SuiteHandler, AcquiresOnFirstUseAndReleasesInTheOrderOfTheList) {
                           "-AEGP Persistent Data Suite 3", "-AEGP Utility Suite 13"));
 }
 
+// What the host answers to an acquisition.
+SPErr acquireResult = 0;
+const void* acquiredTable = nullptr;
+
+SPErr AnswerAcquisition(const char*, int32, const void** suite) {
+  *suite = acquiredTable;
+  return acquireResult;
+}
+
 TEST(SuiteHandler, ThrowsForWhatTheHostLacksAndTriesAgain) {
   EXPECT_THROW(AEGP_SuiteHandler(nullptr), int);
-  AEGP_SuiteHandler handler(fake_host.basicSuite());
-  fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
-  try {
-    handler.ProjSuite6();
-    ADD_FAILURE() << "throws nothing";
-  } catch (int error) {
-    EXPECT_EQ(error, 516);
+  SPBasicSuite basic = *fake_host.basicSuite();
+  basic.AcquireSuite = AnswerAcquisition;
+  const AEGP_SuiteHandler handler(&basic);
+  const AEGP_ProjSuite6 table{};
+  const std::pair<SPErr, const void*> refusals[] = {{1, nullptr}, {1, &table}, {0, nullptr}};
+  for (const auto& [result, given] : refusals) {
+    SCOPED_TRACE(testing::Message() << result << (given ? " with a table" : " without a table"));
+    acquireResult = result;
+    acquiredTable = given;
+    try {
+      handler.ProjSuite6();
+      ADD_FAILURE() << "throws nothing";
+    } catch (int error) {
+      EXPECT_EQ(error, 516);
+    }
   }
-  fake_host.refusedSuites.clear();
-  EXPECT_NE(handler.ProjSuite6(), nullptr);
+  acquireResult = 0;
+  acquiredTable = &table;
+  EXPECT_EQ(handler.ProjSuite6(), &table);
 }
 
 }  // namespace

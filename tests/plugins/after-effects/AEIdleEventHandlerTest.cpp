@@ -162,6 +162,19 @@ TEST_F(IdleEventsTest, EachTimeThatItIsDisabledTheUserGetsOneMessage) {
                           "ShowNotLoggedInMessageBox"));
 }
 
+TEST_F(IdleEventsTest, AnActivationDoesNotBringTheMessageBack) {
+  fake_tamberlink.showLogin = true;
+  state.startFontActivationProcess();
+  for (const bool enabled : {false, true, false}) {
+    fake_tamberlink.enabled = enabled;
+    virtual_time += 10;
+    Run();
+  }
+  EXPECT_THAT(fake_tamberlink.calls,
+              ElementsAre("PluginIsEnabled", "ShouldShowLogin", "ShowNotLoggedInMessageBox",
+                          "PluginIsEnabled", "PluginIsEnabled"));
+}
+
 class ActivationProcessTest : public IdleEventsTest {
  protected:
   ActivationProcessTest() {
@@ -192,7 +205,8 @@ TEST_F(ActivationProcessTest, ScheduleOfACleanProjectWithActivatedFonts) {
     EXPECT_EQ(state.fontActivationInProgress, tick < 25);
   }
   EXPECT_EQ(fake_host.openedPath, u"/a.aep");
-  EXPECT_THAT(fake_tamberlink.calls, ElementsAre("HandleOpenExistingDocument '/a.aep'"));
+  EXPECT_THAT(fake_tamberlink.calls,
+              ElementsAre("HandleOpenExistingDocument '/a.aep' '' of 131072, 0"));
 }
 
 TEST_F(ActivationProcessTest, ResultSelectsTheDialog) {
@@ -212,6 +226,36 @@ TEST_F(ActivationProcessTest, ResultSelectsTheDialog) {
     EXPECT_EQ(Step(1), row.flags);
     EXPECT_EQ(state.fontsToResolve + state.restrictedFonts, "");
   }
+}
+
+TEST_F(ActivationProcessTest, ACountAboveZeroClosesTheProjectWhateverTheResult) {
+  fake_tamberlink.chosen = "F";
+  const struct {
+    uint32_t result;
+    int32_t countOnOpen, countByChoice;
+    bool closes;
+  } rows[] = {
+      {CoreErrorCodes::kSuccess, 0, 0, false},      {CoreErrorCodes::kSuccess, 0, 1, true},
+      {CoreErrorCodes::kSuccess, -1, 0, false},     {CoreErrorCodes::kSuccess, 0, -1, false},
+      {CoreErrorCodes::kUnknownError, 0, 1, false}, {CoreErrorCodes::kUnknownError, 1, 0, true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message()
+                 << row.result << ": " << row.countOnOpen << ", " << row.countByChoice);
+    state.projectIsReopening = false;
+    fake_tamberlink.open = {{.result = row.result, .text = "F", .count = row.countOnOpen}};
+    fake_tamberlink.chosenCount = row.countByChoice;
+    Step(1);
+    EXPECT_EQ(state.projectIsReopening, row.closes);
+  }
+}
+
+TEST_F(ActivationProcessTest, ARepeatedCallGetsWhatTheFirstOneLeft) {
+  fake_tamberlink.open = {
+      {.result = CoreErrorCodes::kIndexOutOfRange, .text = "F", .count = 3, .size = 10}, {}};
+  Step(1);
+  EXPECT_THAT(fake_tamberlink.calls,
+              ElementsAre("HandleOpenExistingDocument '/a.aep' '' of 131072, 0",
+                          "HandleOpenExistingDocument '/a.aep' 'F' of 10, 3"));
 }
 
 TEST_F(ActivationProcessTest, TheFrameworksClaimsStayWithinTheBuffer) {

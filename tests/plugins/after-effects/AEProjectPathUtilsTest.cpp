@@ -38,6 +38,15 @@ TEST_F(PathUtilsTest, PathsComeOutAsUTF8) {
   }
 }
 
+TEST_F(PathUtilsTest, AHandleThatCantBeLockedIsGivenBack) {
+  fake_host.path = u"/a.aep";
+  fake_host.failures = {{"AEGP_LockMemHandle", 1}};
+  EXPECT_EQ(Path(), "");
+  EXPECT_THAT(fake_host.TakeCalls(),
+              ElementsAre("AEGP_GetProjectByIndex(0)", "AEGP_GetProjectPath", "AEGP_LockMemHandle",
+                          "AEGP_UnlockMemHandle", "AEGP_FreeMemHandle"));
+}
+
 TEST_F(PathUtilsTest, OpenGivesTheHostUTF16UpToTheFirstInvalidByte) {
   struct {
     std::string path;

@@ -47,6 +47,37 @@ TEST(EntryPoint, StartsInOrderAndHoldsNoSuite) {
   EXPECT_THAT(fake_tamberlink.calls, ElementsAre(kInitialize));
 }
 
+TEST(EntryPoint, RemembersARefusedHostAndNothingElseOfIt) {
+  const std::pair<int32_t, int32_t> versions[] = {{112, 9}, {113, 0}, {113, 4}};
+  for (const auto& [major, minor] : versions) {
+    EXPECT_EQ(EntryPointFunc(fake_host.basicSuite(), major, minor, 5, nullptr), 0);
+    EXPECT_EQ(global_state.hostMajorVersion, major);
+    EXPECT_EQ(global_state.hostMinorVersion, minor);
+    EXPECT_EQ(global_state.picaBasicSuite, nullptr);
+    EXPECT_EQ(global_state.pluginId, 0);
+  }
+}
+
+TEST(EntryPoint, EndsAtTheFirstRegistrationThatFailsAndReportsIt) {
+  const std::vector<std::string> registrations = {
+      "AEGP_RegisterIdleHook", "AEGP_RegisterDeathHook", "AEGP_RegisterUpdateMenuHook",
+      "AEGP_GetUniqueCommand", "AEGP_InsertMenuCommand", "AEGP_RegisterCommandHook"};
+  std::vector<std::string> expected;
+  for (const std::string& failing : registrations) {
+    SCOPED_TRACE(failing);
+    fake_host.failures = {{failing, 77}, {"AEGP_ReportInfo", 78}};
+    EXPECT_EQ(Start(), 77);
+    std::vector<std::string> called;
+    for (const std::string& call : fake_host.TakeCalls()) {
+      called.push_back(call.substr(0, call.find('(')));
+    }
+    EXPECT_EQ(called.back(), "AEGP_ReportInfo");
+    called.pop_back();
+    expected.push_back(failing);
+    EXPECT_EQ(called, expected);
+  }
+}
+
 TEST(EntryPoint, ReturnsTheFirstErrorAlsoWhenItCannotBeReported) {
   fake_host.failures = {{"AEGP_RegisterIdleHook", 77}};
   fake_host.refusedSuites = {{"AEGP Utility Suite", 7}};
