@@ -94,7 +94,8 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"use a closed project", {"stale-project: AEGP_GetProjectPath: the project was closed"}, {}},
     {"use no project", {"unknown-handle: AEGP_GetProjectPath: there is no such project"}, {}},
     {"call from a thread",
-     {"wrong-thread: AcquireSuite: called from another thread, while the main thread was\n    in "
+     {"wrong-thread: AcquireSuite of the basic suite: called from another thread, while the main "
+      "thread was\n    in "
       "the "},
      {}},
     {"register late", {"late-hook: AEGP_RegisterIdleHook: the entry point has returned"}, {}},

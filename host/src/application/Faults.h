@@ -1,7 +1,6 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -16,77 +15,11 @@ namespace host {
 /// The name of a fault: a dialog throws an exception at a key event.
 inline constexpr char kSendEvent[] = "sendEvent";
 
-/// The functions that a session can make fail: all that the host supplies, and `kSendEvent`.
-inline constexpr std::array<std::string_view, 53> kFunctionsThatCanFail{
-    "AcquireSuite",
-    "ReleaseSuite",
-    "IsEqual",
-    "FreeBlock",
-    "AllocateBlock",
-    "ReallocateBlock",
-    "AEGP_RegisterCommandHook",
-    "AEGP_RegisterDeathHook",
-    "AEGP_RegisterIdleHook",
-    "AEGP_RegisterUpdateMenuHook",
-    "AEGP_CheckMarkMenuCommand",
-    "AEGP_DisableCommand",
-    "AEGP_DoCommand",
-    "AEGP_EnableCommand",
-    "AEGP_GetUniqueCommand",
-    "AEGP_InsertMenuCommand",
-    "AEGP_RemoveMenuCommand",
-    "AEGP_SetMenuCommandName",
-    "AEGP_EndUndoGroup",
-    "AEGP_HostIsActivated",
-    "AEGP_IsScriptingAvailable",
-    "AEGP_ReportInfo",
-    "AEGP_ReportInfoUnicode",
-    "AEGP_StartUndoGroup",
-    "AEGP_UpdateFontList",
-    "AEGP_WriteToOSConsole",
-    "PF_RefreshAllWindows",
-    "AEGP_GetNumProjects",
-    "AEGP_GetProjectByIndex",
-    "AEGP_GetProjectName",
-    "AEGP_GetProjectPath",
-    "AEGP_NewProject",
-    "AEGP_OpenProjectFromPath",
-    "AEGP_ProjectIsDirty",
-    "AEGP_FreeMemHandle",
-    "AEGP_GetMemHandleSize",
-    "AEGP_GetMemStats",
-    "AEGP_LockMemHandle",
-    "AEGP_NewMemHandle",
-    "AEGP_ResizeMemHandle",
-    "AEGP_UnlockMemHandle",
-    "AEGP_DeleteEntry",
-    "AEGP_DoesKeyExist",
-    "AEGP_GetApplicationBlob",
-    "AEGP_GetFpLong",
-    "AEGP_GetLong",
-    "AEGP_GetNumKeys",
-    "AEGP_GetNumSections",
-    "AEGP_GetString",
-    "AEGP_SetFpLong",
-    "AEGP_SetLong",
-    "AEGP_SetString",
-    kSendEvent,
-};
-
-/// Returns whether `function` is one of them.
-constexpr bool CanFail(std::string_view function) {
-  return std::find(kFunctionsThatCanFail.begin(), kFunctionsThatCanFail.end(), function) !=
-         kFunctionsThatCanFail.end();
-}
-
-/// The name of a function that can fail. Another name doesn't compile.
-struct FailingFunction {
-  // Not explicit, so that callers pass the text.
-  consteval FailingFunction(const char* function) : name(function) {
-    if (!CanFail(function)) throw "not among kFunctionsThatCanFail";
-  }
-  std::string_view name;
-};
+/// Returns the functions that a session can make fail: all that the host supplies, and
+/// `kSendEvent`.
+const std::set<std::string, std::less<>>& FunctionsThatCanFail();
+/// Adds one of them. For the suites' tables. `name` is static text. Returns true.
+bool AddFunctionThatCanFail(const char* name);
 
 /// The failures that a session asks for.
 class Faults {
@@ -107,7 +40,7 @@ class Faults {
   void refuse(const std::string& suite, int32 version) { mRefused.emplace(suite, version); }
 
   /// Counts a call. Returns the error that it has to return, or 0.
-  A_Err take(FailingFunction function);
+  A_Err take(std::string_view function);
   /// Returns whether the host has to refuse the suite.
   bool refuses(std::string_view suite, int32 version) const;
   /// Returns the functions that were called less often than they were to fail.

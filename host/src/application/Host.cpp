@@ -15,6 +15,7 @@
 
 #include "Dialogs.h"
 #include "EventJson.h"
+#include "SuiteCall.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
 #include "desktop/Application.h"
@@ -224,7 +225,7 @@ void Host::leavePlugin(const char* outerHook) {
   --mDepth;
   if (*outerHook != '\0') return;
   mFlight->watchdogStart = MonotonicNow();
-  nestsTooDeep = false;
+  mNestsTooDeep = false;
 }
 
 void Host::endFork(const char* hook) const {
@@ -568,14 +569,31 @@ void Host::reportMisuse(Finding finding, std::string_view text) {
   timeline.add(Actor::host, fmt::format("finds {}: {}", name, text));
 }
 
-void Host::reportFromOtherThread(std::string_view function) const {
+void Host::reportNotSupplied(const std::string& function) {
+  timeline.record.notSupplied.push_back({function, where(), timeline.head(Actor::plugIn)});
+  noteOnce(fmt::format("{} is not supplied by this host", function));
+}
+
+bool Host::refusesMoreHooks() {
+  constexpr int kMaxDepth = 100;
+  if (mNestsTooDeep) return true;
+  if (mDepth < kMaxDepth) return false;
+  mNestsTooDeep = true;
+  SuiteCall::current().misused(
+      Finding::nestedTooDeep,
+      fmt::format("{} calls of hooks are under way, each within the one before", kMaxDepth));
+  return true;
+}
+
+A_Err Host::reportFromOtherThread(SuiteId suite, std::string_view function) const {
   // The timeline is the main thread's.
   EventHead head = HeadOf(*mFlight);
   head.call = {};
   sendFinding({Finding::wrongThread,
-               fmt::format("{}: called from another thread, while the main thread was{}", function,
-                           where()),
+               fmt::format("{} of {}: called from another thread, while the main thread was{}",
+                           function, NameOf(suite), where()),
                std::move(head)});
+  return PF_Err_BAD_CALLBACK_PARAM;
 }
 
 void Host::copyFlight(FlightRecord& record) const {

@@ -183,8 +183,11 @@ class Host {
   void report(Finding finding, std::string_view text);
   /// Reports a misuse of the host, with where it happened. The session may still expect it.
   void reportMisuse(Finding finding, std::string_view text);
-  /// Reports a host call from another thread than the main one. For any thread.
-  void reportFromOtherThread(std::string_view function) const;
+  /// Reports a host call from another thread than the main one. For any thread. Returns the error
+  /// that the call answers.
+  A_Err reportFromOtherThread(SuiteId suite, std::string_view function) const;
+  /// Notes that the plug-in calls a function that this host doesn't supply.
+  void reportNotSupplied(const std::string& function);
   /// Takes back the misuses reported since the last call: the session expects them.
   void expectMisuses() const { mReporter.send(ReportKind::expected, ""); }
   /// Notes that a call has failed, for the acceptances that ask for it.
@@ -226,8 +229,9 @@ class Host {
   /// Returns whether the handle is that of a project that was closed.
   bool wasProject(AEGP_ProjectH project) const { return mClosedProjects.contains(project); }
   std::string frontApplication() const;
-  /// How many calls of the plug-in are under way, each within the one before.
-  int depth() const { return mDepth; }
+  /// For a function that calls hooks: returns whether it mustn't, because too many are under way,
+  /// each within the one before. That is a misuse, once.
+  bool refusesMoreHooks();
   /// Returns the absolute path of a file in the session folder. The plug-in may have changed the
   /// working directory.
   std::string inFolder(const std::string& path) const;
@@ -252,7 +256,6 @@ class Host {
   Preferences preferences;
   FileDates fileDates;
   int undoGroups = 0;              ///< those that were started and not ended
-  bool nestsTooDeep = false;       ///< the plug-in, since the outermost call of it began
   bool commandWasHandled = false;  ///< of the command that the user picked last
 
  private:
@@ -287,7 +290,8 @@ class Host {
   FlightRecord* mFlight = nullptr;
   pthread_t mMainThread{};
   const char* mHook = "";  ///< that is running; empty in the host itself
-  int mDepth = 0;
+  int mDepth = 0;  ///< how many calls of the plug-in are under way, each within the one before
+  bool mNestsTooDeep = false;  ///< the plug-in, since the outermost of them began
   std::filesystem::path mFolder;
   bool mEnding = false;  ///< an exception has left the plug-in
   bool mStarting = false;

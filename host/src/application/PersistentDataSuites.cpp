@@ -4,82 +4,41 @@
 #include <cstring>
 #include <string>
 
-#include "Host.h"
-#include "HostCall.h"
-#include "SuiteTables.h"
+#include "SuiteFunction.h"
 
-// Versions 3 and 4 differ in `AEGP_GetApplicationBlob` alone. Preferences are texts, whatever the
+// Versions 3 and 4 differ only in `AEGP_GetApplicationBlob`. Preferences are texts, whatever the
 // type by which they are set.
 
 namespace host {
 namespace {
 
-A_Err GiveBlob(HostCall& call, AEGP_PersistentBlobH* blob) {
-  call.needs(blob, "blobPH");
-  if (const A_Err error = call.error()) return error;
+A_Err GetApplicationBlob3(AEGP_PersistentBlobH* blob) {
   *blob = TheHost().preferences.handle();
   return A_Err_NONE;
 }
 
-A_Err GetApplicationBlob3(AEGP_PersistentBlobH* blob) {
-  HostCall call(SuiteId::persistentData3, "AEGP_GetApplicationBlob", blob);
-  return GiveBlob(call, blob);
+A_Err GetApplicationBlob4(AEGP_PersistentType, AEGP_PersistentBlobH* blob) {
+  return GetApplicationBlob3(blob);
 }
 
-A_Err GetApplicationBlob4(AEGP_PersistentType type, AEGP_PersistentBlobH* blob) {
-  HostCall call(SuiteId::persistentData4, "AEGP_GetApplicationBlob", int64_t{type}, blob);
-  return GiveBlob(call, blob);
-}
-
-// The arguments that name an entry.
-void NeedsEntry(HostCall& call, AEGP_PersistentBlobH blob, const A_char* section,
-                const A_char* key) {
-  if (call.misuse() != A_Err_NONE) return;
-  call.needsPreferences(blob);
-  call.needs(section, "section_keyZ");
-  call.needs(key, "value_keyZ");
-}
-
-template <SuiteId suite>
-A_Err GetNumSections(AEGP_PersistentBlobH blob, A_long* count) {
-  HostCall call(suite, "AEGP_GetNumSections", blob, count);
-  call.needsPreferences(blob);
-  call.needs(count, "num_sectionPL");
-  if (const A_Err error = call.error()) return error;
+A_Err GetNumSections(AEGP_PersistentBlobH, A_long* count) {
   *count = static_cast<A_long>(TheHost().preferences.sections().size());
   return A_Err_NONE;
 }
 
-template <SuiteId suite>
-A_Err DoesKeyExist(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key,
+A_Err DoesKeyExist(AEGP_PersistentBlobH, const A_char* section, const A_char* key,
                    A_Boolean* exists) {
-  HostCall call(suite, "AEGP_DoesKeyExist", blob, section, key, exists);
-  NeedsEntry(call, blob, section, key);
-  call.needs(exists, "existsPB");
-  if (const A_Err error = call.error()) return error;
   *exists = TheHost().preferences.find(section, key) ? 1 : 0;
   return A_Err_NONE;
 }
 
-template <SuiteId suite>
-A_Err GetNumKeys(AEGP_PersistentBlobH blob, const A_char* section, A_long* count) {
-  HostCall call(suite, "AEGP_GetNumKeys", blob, section, count);
-  call.needsPreferences(blob);
-  call.needs(section, "section_keyZ");
-  call.needs(count, "num_keysPL");
-  if (const A_Err error = call.error()) return error;
+A_Err GetNumKeys(AEGP_PersistentBlobH, const A_char* section, A_long* count) {
   *count = static_cast<A_long>(TheHost().preferences.countKeys(section));
   return A_Err_NONE;
 }
 
-template <SuiteId suite>
-A_Err GetString(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key,
+A_Err GetString(AEGP_PersistentBlobH, const A_char* section, const A_char* key,
                 const A_char* fallback, A_u_long size, A_char* buffer, A_u_long* actualSize) {
-  HostCall call(suite, "AEGP_GetString", blob, section, key, fallback, int64_t{size},
-                static_cast<const void*>(buffer), actualSize);
-  NeedsEntry(call, blob, section, key);
-  call.needs(buffer, "bufZ");
-  if (const A_Err error = call.error()) return error;
   const std::string* preference = TheHost().preferences.find(section, key);
   const std::string text = preference ? *preference : fallback ? fallback : "";
   if (actualSize) *actualSize = static_cast<A_u_long>(text.size() + 1);
@@ -90,11 +49,8 @@ A_Err GetString(AEGP_PersistentBlobH blob, const A_char* section, const A_char* 
 
 // A text that isn't a number counts as none.
 template <typename Number>
-A_Err GetNumber(HostCall& call, AEGP_PersistentBlobH blob, const A_char* section, const A_char* key,
-                Number fallback, Number* value) {
-  NeedsEntry(call, blob, section, key);
-  call.needs(value, "the value");
-  if (const A_Err error = call.error()) return error;
+A_Err GetNumber(AEGP_PersistentBlobH, const A_char* section, const A_char* key, Number fallback,
+                Number* value) {
   *value = fallback;
   if (const std::string* text = TheHost().preferences.find(section, key)) {
     Number read{};
@@ -105,55 +61,20 @@ A_Err GetNumber(HostCall& call, AEGP_PersistentBlobH blob, const A_char* section
   return A_Err_NONE;
 }
 
-template <SuiteId suite>
-A_Err GetLong(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key, A_long fallback,
-              A_long* value) {
-  HostCall call(suite, "AEGP_GetLong", blob, section, key, int64_t{fallback}, value);
-  return GetNumber(call, blob, section, key, fallback, value);
-}
-
-template <SuiteId suite>
-A_Err GetFpLong(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key,
-                A_FpLong fallback, A_FpLong* value) {
-  HostCall call(suite, "AEGP_GetFpLong", blob, section, key, fallback, value);
-  return GetNumber(call, blob, section, key, fallback, value);
-}
-
-A_Err Set(HostCall& call, AEGP_PersistentBlobH blob, const A_char* section, const A_char* key,
-          const std::string& text) {
-  NeedsEntry(call, blob, section, key);
-  if (const A_Err error = call.error()) return error;
+A_Err SetString(AEGP_PersistentBlobH, const A_char* section, const A_char* key,
+                const A_char* text) {
   TheHost().preferences.set(section, key, text);
   TheHost().timeline.add(Actor::plugIn,
                          fmt::format("sets preference {} / {} to \"{}\"", section, key, text));
   return A_Err_NONE;
 }
 
-template <SuiteId suite>
-A_Err SetString(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key,
-                const A_char* text) {
-  HostCall call(suite, "AEGP_SetString", blob, section, key, text);
-  return Set(call, blob, section, key, call.needs(text, "strZ") ? text : "");
+template <typename Number>
+A_Err SetNumber(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key, Number value) {
+  return SetString(blob, section, key, fmt::format("{}", value).c_str());
 }
 
-template <SuiteId suite>
-A_Err SetLong(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key, A_long value) {
-  HostCall call(suite, "AEGP_SetLong", blob, section, key, int64_t{value});
-  return Set(call, blob, section, key, fmt::format("{}", value));
-}
-
-template <SuiteId suite>
-A_Err SetFpLong(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key,
-                A_FpLong value) {
-  HostCall call(suite, "AEGP_SetFpLong", blob, section, key, value);
-  return Set(call, blob, section, key, fmt::format("{}", value));
-}
-
-template <SuiteId suite>
-A_Err DeleteEntry(AEGP_PersistentBlobH blob, const A_char* section, const A_char* key) {
-  HostCall call(suite, "AEGP_DeleteEntry", blob, section, key);
-  NeedsEntry(call, blob, section, key);
-  if (const A_Err error = call.error()) return error;
+A_Err DeleteEntry(AEGP_PersistentBlobH, const A_char* section, const A_char* key) {
   TheHost().preferences.remove(section, key);
   TheHost().timeline.add(Actor::plugIn, fmt::format("removes preference {} / {}", section, key));
   return A_Err_NONE;
@@ -161,49 +82,63 @@ A_Err DeleteEntry(AEGP_PersistentBlobH blob, const A_char* section, const A_char
 
 }  // namespace
 
+// The functions that both versions have.
+#define COUNT_SECTIONS(suite) \
+  SUPPLIED(suite, AEGP_GetNumSections, Body<GetNumSections>, "blobH", "num_sectionPL")
+#define LOOK_UP(suite)                                                                          \
+  SUPPLIED(suite, AEGP_DoesKeyExist, Body<DoesKeyExist>, "blobH", "section_keyZ", "value_keyZ", \
+           "existsPB"),                                                                         \
+      SUPPLIED(suite, AEGP_GetNumKeys, Body<GetNumKeys>, "blobH", "section_keyZ", "num_keysPL")
+#define GET_VALUES(suite)                                                                 \
+  SUPPLIED(suite, AEGP_GetString, Body<GetString>, "blobH", "section_keyZ", "value_keyZ", \
+           "default?", "buf_size", "bufZ", "actual_buf_sizePL?"),                         \
+      SUPPLIED(suite, AEGP_GetLong, Body<GetNumber<A_long>>, "blobH", "section_keyZ",     \
+               "value_keyZ", "defaultL", "valuePL"),                                      \
+      SUPPLIED(suite, AEGP_GetFpLong, Body<GetNumber<A_FpLong>>, "blobH", "section_keyZ", \
+               "value_keyZ", "defaultF", "valuePF")
+#define SET_VALUES(suite)                                                                          \
+  SUPPLIED(suite, AEGP_SetString, Body<SetString>, "blobH", "section_keyZ", "value_keyZ", "strZ"), \
+      SUPPLIED(suite, AEGP_SetLong, Body<SetNumber<A_long>>, "blobH", "section_keyZ",              \
+               "value_keyZ", "valueL"),                                                            \
+      SUPPLIED(suite, AEGP_SetFpLong, Body<SetNumber<A_FpLong>>, "blobH", "section_keyZ",          \
+               "value_keyZ", "valueF")
+#define DELETE_ENTRY(suite) \
+  SUPPLIED(suite, AEGP_DeleteEntry, Body<DeleteEntry>, "blobH", "section_keyZ", "value_keyZ")
+
 const AEGP_PersistentDataSuite3 kPersistentDataSuite3{
-    .AEGP_GetApplicationBlob = GetApplicationBlob3,
-    .AEGP_GetNumSections = GetNumSections<SuiteId::persistentData3>,
+    SUPPLIED(persistentData3, AEGP_GetApplicationBlob, Body<GetApplicationBlob3>, "blobPH"),
+    COUNT_SECTIONS(persistentData3),
     NOT_SUPPLIED(persistentData3, AEGP_GetSectionKeyByIndex),
-    .AEGP_DoesKeyExist = DoesKeyExist<SuiteId::persistentData3>,
-    .AEGP_GetNumKeys = GetNumKeys<SuiteId::persistentData3>,
+    LOOK_UP(persistentData3),
     NOT_SUPPLIED(persistentData3, AEGP_GetValueKeyByIndex),
     NOT_SUPPLIED(persistentData3, AEGP_GetDataHandle),
     NOT_SUPPLIED(persistentData3, AEGP_GetData),
-    .AEGP_GetString = GetString<SuiteId::persistentData3>,
-    .AEGP_GetLong = GetLong<SuiteId::persistentData3>,
-    .AEGP_GetFpLong = GetFpLong<SuiteId::persistentData3>,
+    GET_VALUES(persistentData3),
     NOT_SUPPLIED(persistentData3, AEGP_SetDataHandle),
     NOT_SUPPLIED(persistentData3, AEGP_SetData),
-    .AEGP_SetString = SetString<SuiteId::persistentData3>,
-    .AEGP_SetLong = SetLong<SuiteId::persistentData3>,
-    .AEGP_SetFpLong = SetFpLong<SuiteId::persistentData3>,
-    .AEGP_DeleteEntry = DeleteEntry<SuiteId::persistentData3>,
+    SET_VALUES(persistentData3),
+    DELETE_ENTRY(persistentData3),
     NOT_SUPPLIED(persistentData3, AEGP_GetPrefsDirectory),
 };
 
 const AEGP_PersistentDataSuite4 kPersistentDataSuite4{
-    .AEGP_GetApplicationBlob = GetApplicationBlob4,
-    .AEGP_GetNumSections = GetNumSections<SuiteId::persistentData4>,
+    SUPPLIED(persistentData4, AEGP_GetApplicationBlob, Body<GetApplicationBlob4>, "blob_type",
+             "blobPH"),
+    COUNT_SECTIONS(persistentData4),
     NOT_SUPPLIED(persistentData4, AEGP_GetSectionKeyByIndex),
-    .AEGP_DoesKeyExist = DoesKeyExist<SuiteId::persistentData4>,
-    .AEGP_GetNumKeys = GetNumKeys<SuiteId::persistentData4>,
+    LOOK_UP(persistentData4),
     NOT_SUPPLIED(persistentData4, AEGP_GetValueKeyByIndex),
     NOT_SUPPLIED(persistentData4, AEGP_GetDataHandle),
     NOT_SUPPLIED(persistentData4, AEGP_GetData),
-    .AEGP_GetString = GetString<SuiteId::persistentData4>,
-    .AEGP_GetLong = GetLong<SuiteId::persistentData4>,
-    .AEGP_GetFpLong = GetFpLong<SuiteId::persistentData4>,
+    GET_VALUES(persistentData4),
     NOT_SUPPLIED(persistentData4, AEGP_GetTime),
     NOT_SUPPLIED(persistentData4, AEGP_GetARGB),
     NOT_SUPPLIED(persistentData4, AEGP_SetDataHandle),
     NOT_SUPPLIED(persistentData4, AEGP_SetData),
-    .AEGP_SetString = SetString<SuiteId::persistentData4>,
-    .AEGP_SetLong = SetLong<SuiteId::persistentData4>,
-    .AEGP_SetFpLong = SetFpLong<SuiteId::persistentData4>,
+    SET_VALUES(persistentData4),
     NOT_SUPPLIED(persistentData4, AEGP_SetTime),
     NOT_SUPPLIED(persistentData4, AEGP_SetARGB),
-    .AEGP_DeleteEntry = DeleteEntry<SuiteId::persistentData4>,
+    DELETE_ENTRY(persistentData4),
     NOT_SUPPLIED(persistentData4, AEGP_GetPrefsDirectory),
 };
 

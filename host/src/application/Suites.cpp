@@ -9,9 +9,7 @@
 #include <cstring>
 #include <numeric>
 
-#include "Host.h"
-#include "HostCall.h"
-#include "SuiteTables.h"
+#include "SuiteFunction.h"
 
 namespace host {
 namespace {
@@ -48,100 +46,73 @@ std::string NameOf(std::string_view suite, int32 version) {
 }
 
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
-  HostCall call(SuiteId::basic, "AcquireSuite", name, int64_t{version});
-  call.needs(name, "name");
-  call.needs(suite, "suite");
-  // Also where the session lets the call fail.
-  if (call.misuse() == A_Err_NONE) *suite = nullptr;
-  if (const A_Err error = call.error()) {
-    if (call.misuse() == A_Err_NONE) TheHost().noteFailure(NameOf(name, version));
-    // What the code that the host's makers give away throws for any suite that it lacks.
-    TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
-    return error;
-  }
   if (TheHost().faults.refuses(name, version)) {
     TheHost().noteFailure("AcquireSuite");
-    TheHost().noteFailure(NameOf(name, version));
     TheHost().noteOnce("refuses " + NameOf(name, version));
-  } else {
-    *suite = TheHost().suites.acquire(name, version, TheHost().origin("AcquireSuite"));
-    if (!*suite)
-      TheHost().noteOnce(fmt::format("{} {} is not supplied by this host", name, version));
+    return PF_Err_BAD_CALLBACK_PARAM;
   }
+  *suite = TheHost().suites.acquire(name, version, TheHost().origin("AcquireSuite"));
   if (*suite) return A_Err_NONE;
-  TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
+  TheHost().noteOnce(NameOf(name, version) + " is not supplied by this host");
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 
+void NoteNotAcquired(const char* name, int32 version, const void** suite) {
+  if (!name || !suite) return;
+  *suite = nullptr;
+  if (HasSuite(name, version)) TheHost().noteFailure(NameOf(name, version));
+  // What the code that the host's makers give away throws for any suite that it lacks.
+  TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
+}
+
 SPErr ReleaseSuite(const char* name, int32 version) {
-  HostCall call(SuiteId::basic, "ReleaseSuite", name, int64_t{version});
-  if (!call.needs(name, "name") || call.misuse() != A_Err_NONE) return call.misuse();
-  if (!TheHost().suites.release(name, version)) {
-    const Origin* const released = TheHost().suites.released(name, version);
-    call.misused(Finding::suiteReleasedTooOften,
-                 fmt::format("{} {} isn't acquired{}", name, version,
-                             released ? fmt::format("; the one from {} was released before",
-                                                    released->text())
-                                      : ""));
-  }
-  return call.error();
+  if (TheHost().suites.release(name, version)) return A_Err_NONE;
+  const Origin* const released = TheHost().suites.released(name, version);
+  return SuiteCall::current().misused(
+      Finding::suiteReleasedTooOften,
+      fmt::format(
+          "{} {} isn't acquired{}", name, version,
+          released ? fmt::format("; the one from {} was released before", released->text()) : ""));
 }
 
 SPBoolean IsEqual(const char* token1, const char* token2) {
-  HostCall call(SuiteId::basic, "IsEqual", token1, token2);
-  call.needs(token1, "token1");
-  call.needs(token2, "token2");
-  if (call.error() != A_Err_NONE) return 0;
   return std::strcmp(token1, token2) == 0 ? 1 : 0;
 }
 
 SPErr AllocateBlock(size_t size, void** block) {
-  HostCall call(SuiteId::basic, "AllocateBlock", static_cast<int64_t>(size), block);
-  call.needs(block, "block");
-  if (const A_Err error = call.error()) return error;
   *block = TheHost().blocks.allocate(size, TheHost().origin("AllocateBlock"));
   return *block ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
 }
 
-bool NeedsBlock(HostCall& call, void* block) {
-  if (call.misuse() != A_Err_NONE || !call.needs(block, "block")) return false;
-  if (TheHost().blocks.holds(block)) return true;
-  const Origin* const freed = TheHost().blocks.freed(block);
-  call.misused(
-      Finding::unknownBlock,
-      freed ? "the block was freed before; it is from " + freed->text() : "there is no such block");
-  return false;
-}
-
 SPErr FreeBlock(void* block) {
-  HostCall call(SuiteId::basic, "FreeBlock", block);
-  if (NeedsBlock(call, block)) TheHost().blocks.free(block);
-  return call.error();
+  TheHost().blocks.free(block);
+  return A_Err_NONE;
 }
 
 SPErr ReallocateBlock(void* block, size_t newSize, void** newBlock) {
-  HostCall call(SuiteId::basic, "ReallocateBlock", block, static_cast<int64_t>(newSize), newBlock);
-  if (NeedsBlock(call, block)) call.needs(newBlock, "newBlock");
-  if (const A_Err error = call.error()) return error;
   void* const moved = TheHost().blocks.reallocate(block, newSize);
   if (!moved) return A_Err_GENERIC;
   *newBlock = moved;
   return A_Err_NONE;
 }
 
+using Acquire = Body<AcquireSuite, Order::faultFirst, NoteNotAcquired>;
+using Release = Body<ReleaseSuite, Order::workFirst>;
+using Freeing = Body<FreeBlock, Order::workFirst>;
+
 SPBasicSuite basicSuite{
-    .AcquireSuite = AcquireSuite,
-    .ReleaseSuite = ReleaseSuite,
-    .IsEqual = IsEqual,
-    .AllocateBlock = AllocateBlock,
-    .FreeBlock = FreeBlock,
-    .ReallocateBlock = ReallocateBlock,
+    SUPPLIED(basic, AcquireSuite, Acquire, "name", "version", "suite"),
+    SUPPLIED(basic, ReleaseSuite, Release, "name", "version"),
+    SUPPLIED(basic, IsEqual, Body<IsEqual>, "token1", "token2"),
+    SUPPLIED(basic, AllocateBlock, Body<AllocateBlock>, "size", "block"),
+    SUPPLIED(basic, FreeBlock, Freeing, "block"),
+    SUPPLIED(basic, ReallocateBlock, Body<ReallocateBlock>, "block", "newSize", "newBlock"),
     NOT_SUPPLIED(basic, Undefined),
 };
 
 constexpr size_t kMostFreedBlocks = 256;
 
-// The sanitizer is the plug-in's, so its function is known at run time alone.
+// The sanitizer is the plug-in's, so its function is known only at run time.
 void Poison(void* block) {
   using Function = void (*)(const volatile void*, size_t);
   static const auto poison =
@@ -151,32 +122,16 @@ void Poison(void* block) {
 
 }  // namespace
 
-A_Err NoteNotSupplied(SuiteId suite, const char* function) {
-  Host& host = TheHost();
-  if (!host.isMainThread()) {
-    host.reportFromOtherThread(function);
-    return PF_Err_BAD_CALLBACK_PARAM;
-  }
-  Note(host.flight().hostCall, function);
-  const RunningCall running{function};
-  const RunningCall* const outer = std::exchange(host.timeline.call, &running);
-  if (!host.suites.isAcquired(suite)) {
-    host.reportMisuse(Finding::releasedSuite,
-                      fmt::format("{}: its suite isn't acquired", function));
-  }
-  host.timeline.record.notSupplied.push_back(
-      {function, host.where(), host.timeline.head(Actor::plugIn)});
-  host.noteOnce(fmt::format("{} is not supplied by this host", function));
-  host.timeline.call = outer;
-  return PF_Err_BAD_CALLBACK_PARAM;
-}
-
 SPBasicSuite* BasicSuite() {
   return &basicSuite;
 }
 
 bool HasSuite(std::string_view name, int32 version) {
   return IndexOf(name, version) < kSuites.size();
+}
+
+std::string_view NameOf(SuiteId suite) {
+  return suite == SuiteId::basic ? "the basic suite" : kSuites[static_cast<size_t>(suite)].name;
 }
 
 bool HasSuite(std::string_view nameAndVersion) {

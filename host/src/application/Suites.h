@@ -31,6 +31,8 @@ enum class SuiteId {
 /// Returns the table for a plug-in's entry point. Its suites act on `TheHost()`.
 SPBasicSuite* BasicSuite();
 
+/// Returns the suite's name, without its version.
+std::string_view NameOf(SuiteId suite);
 /// Returns whether this host has the suite.
 bool HasSuite(std::string_view name, int32 version);
 /// Does the same for a name such as "AEGP Memory Suite 1".

@@ -176,8 +176,9 @@ class StepMaker {
 
   std::string faultStep() {
     if (mRandom.oneIn(6)) return fmt::format("refuse: {}", mRandom.among(kSuites));
-    const std::string_view function =
-        mRandom.oneIn(4) ? mRandom.among(kFunctionsThatCanFail) : mRandom.among(kUsualFunctions);
+    const std::set<std::string, std::less<>>& all = FunctionsThatCanFail();
+    const auto any = std::next(all.begin(), static_cast<std::ptrdiff_t>(mRandom.below(all.size())));
+    const std::string_view function = mRandom.oneIn(4) ? *any : mRandom.among(kUsualFunctions);
     const int result = mRandom.among(kErrors);
     // Some functions are called on every tick, and some once.
     const std::string count = Count(mRandom, mRandom.oneIn(2) ? 2 : 40);

@@ -164,7 +164,8 @@ Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
   const YamlValue* name = Find(fields, "function");
   if (!name) value.fail("the key 'function' is missing");
   const std::string function = name->text();
-  if (!CanFail(function)) name->fail(fmt::format("the host has no '{}' that could fail", function));
+  if (!FunctionsThatCanFail().contains(function))
+    name->fail(fmt::format("the host has no '{}' that could fail", function));
   const YamlValue* code = Find(fields, "result");
   const YamlValue* count = Find(fields, "times");
   const YamlValue* call = Find(fields, "call");

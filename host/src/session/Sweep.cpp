@@ -53,7 +53,7 @@ Trial MakeHostTrial(const CountedCall& call) {
 std::vector<Trial> MakeTrials(const std::vector<CountedCall>& calls, const SessionPart& part) {
   std::vector<Trial> trials;
   for (const CountedCall& call : calls) {
-    if (CanFail(call.function)) trials.push_back(MakeHostTrial(call));
+    if (FunctionsThatCanFail().contains(call.function)) trials.push_back(MakeHostTrial(call));
     for (const std::string& step : part.faultsOf(call)) {
       trials.push_back({call.entry, step, step, ReadPartStep(step, part),
                         [&part](const Host&) { return part.awaitsCall(); }});
