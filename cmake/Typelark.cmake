@@ -18,6 +18,10 @@ if(TYPELARK_SANITIZE)
     -fsanitize=${TYPELARK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(typelark-options INTERFACE -fsanitize=${TYPELARK_SANITIZE})
 endif()
+# A Mac keeps symbols beside what ships, not in it.
+if(APPLE)
+  target_compile_options(typelark-options INTERFACE -g)
+endif()
 
 # lld links several times faster than the default linker. It can't optimize GCC's objects across units.
 find_program(TYPELARK_LLD ld.lld)

@@ -4,10 +4,11 @@
 
 #include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
+#include "OldSuites.h"
 #include "SPBasic.h"
 
-// What the plug-in believes of the host's headers, whosever they are. The host is called by
-// position, so that a wrong belief would call another function of it; here it doesn't compile.
+// Compile-time checks of the host's headers, ours or the SDK's. Suites are called by position, so a
+// wrong offset would call the wrong function.
 
 namespace {
 
@@ -42,7 +43,7 @@ HOST_FACT(AEGP_CommandSuite1, AEGP_InsertMenuCommand, 1, int32_t, Text, char, in
 HOST_FACT(AEGP_CommandSuite1, AEGP_EnableCommand, 4, int32_t);
 HOST_FACT(AEGP_CommandSuite1, AEGP_DoCommand, 7, int32_t);
 
-HOST_FACT(AEGP_UtilitySuite3, AEGP_ReportInfo, 0, int32_t, Text);
+HOST_FACT(UtilitySuiteVersion7, AEGP_ReportInfo, 0, int32_t, Text);
 HOST_FACT(AEGP_UtilitySuite6, AEGP_UpdateFontList, 31);
 
 HOST_FACT(AEGP_ProjSuite6, AEGP_GetProjectByIndex, 1, int32_t, Project*);
@@ -57,10 +58,21 @@ HOST_FACT(AEGP_MemorySuite1, AEGP_UnlockMemHandle, 3, Memory);
 
 HOST_FACT(PF_AdvAppSuite2, PF_RefreshAllWindows, 5);
 
-HOST_FACT(AEGP_PersistentDataSuite3, AEGP_GetApplicationBlob, 0, Blob*);
-HOST_FACT(AEGP_PersistentDataSuite3, AEGP_SetString, 13, Blob, Text, Text, Text);
+HOST_FACT(PersistentDataSuiteVersion3, AEGP_GetApplicationBlob, 0, Blob*);
+HOST_FACT(PersistentDataSuiteVersion3, AEGP_SetString, 13, Blob, Text, Text, Text);
 HOST_FACT(AEGP_PersistentDataSuite4, AEGP_GetString, 8, Blob, Text, Text, Text, uint32_t, char*,
           uint32_t*);
+
+// Headers that declare the old suites define these macros.
+#ifdef kAEGPUtilitySuiteVersion3
+static_assert(kAEGPUtilitySuiteVersion3 == 7);
+HOST_FACT(AEGP_UtilitySuite3, AEGP_ReportInfo, 0, int32_t, Text);
+#endif
+#ifdef kAEGPPersistentDataSuiteVersion3
+static_assert(kAEGPPersistentDataSuiteVersion3 == 3);
+HOST_FACT(AEGP_PersistentDataSuite3, AEGP_GetApplicationBlob, 0, Blob*);
+HOST_FACT(AEGP_PersistentDataSuite3, AEGP_SetString, 13, Blob, Text, Text, Text);
+#endif
 
 #undef HOST_FACT
 

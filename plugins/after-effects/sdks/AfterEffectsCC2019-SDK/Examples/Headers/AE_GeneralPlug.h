@@ -92,6 +92,12 @@ typedef struct AEGP_CommandSuite1 {
   A_Err (*AEGP_DoCommand)(AEGP_Command command);
 } AEGP_CommandSuite1;
 
+/* The number in a version macro's name is that of the struct. Its value is acquired. */
+#define kAEGPUtilitySuite "AEGP Utility Suite"
+#define kAEGPUtilitySuiteVersion3 7
+#define kAEGPPersistentDataSuite "AEGP Persistent Data Suite"
+#define kAEGPPersistentDataSuiteVersion3 3
+
 /* "AEGP Utility Suite", version 7 */
 typedef struct AEGP_UtilitySuite3 {
   /* Shows the user a message. */

@@ -6,6 +6,7 @@
 #include "AEGP_SuiteList.h"
 #include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
+#include "OldSuites.h"
 #include "SPBasic.h"
 
 /// Caches the host's suites. An accessor acquires its suite at the first call; later calls are one
@@ -27,8 +28,8 @@ class AEGP_SuiteHandler {
   const AEGP_RegisterSuite5* RegisterSuite5() const {
     return Suite<AEGP_RegisterSuite5, AEGP_SuiteIndex("AEGP Register Suite", 6)>();
   }
-  const AEGP_UtilitySuite3* UtilitySuite3() const {
-    return Suite<AEGP_UtilitySuite3, AEGP_SuiteIndex("AEGP Utility Suite", 7)>();
+  const UtilitySuiteVersion7* UtilitySuite3() const {
+    return Suite<UtilitySuiteVersion7, AEGP_SuiteIndex("AEGP Utility Suite", 7)>();
   }
   const AEGP_UtilitySuite6* UtilitySuite6() const {
     return Suite<AEGP_UtilitySuite6, AEGP_SuiteIndex("AEGP Utility Suite", 13)>();
@@ -42,8 +43,8 @@ class AEGP_SuiteHandler {
   const PF_AdvAppSuite2* AdvAppSuite2() const {
     return Suite<PF_AdvAppSuite2, AEGP_SuiteIndex("PF AE Adv App Suite", 2)>();
   }
-  const AEGP_PersistentDataSuite3* PersistentDataSuite3() const {
-    return Suite<AEGP_PersistentDataSuite3, AEGP_SuiteIndex("AEGP Persistent Data Suite", 3)>();
+  const PersistentDataSuiteVersion3* PersistentDataSuite3() const {
+    return Suite<PersistentDataSuiteVersion3, AEGP_SuiteIndex("AEGP Persistent Data Suite", 3)>();
   }
   const AEGP_PersistentDataSuite4* PersistentDataSuite4() const {
     return Suite<AEGP_PersistentDataSuite4, AEGP_SuiteIndex("AEGP Persistent Data Suite", 4)>();
