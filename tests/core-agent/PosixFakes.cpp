@@ -27,6 +27,11 @@ int Wait(pthread_mutex_t* mutex) {
   return result;
 }
 
+template <typename Function>
+Function* Real(const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
 int ResultOf(std::string_view function) {
   return function == posixFakes.failing ? EAGAIN : 0;
 }
@@ -46,9 +51,9 @@ int usleep(useconds_t microseconds) {
   return 0;
 }
 
-int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t*) noexcept {
-  *mutex = PTHREAD_MUTEX_INITIALIZER;
-  return ResultOf(__func__);
+int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t* attributes) noexcept {
+  if (ResultOf(__func__) != 0) return ResultOf(__func__);
+  return Real<decltype(pthread_mutex_init)>(__func__)(mutex, attributes);
 }
 
 int pthread_mutex_destroy(pthread_mutex_t*) noexcept {
@@ -78,8 +83,7 @@ int vsnprintf(char* buffer, size_t size, const char* format, va_list arguments) 
     std::fill_n(buffer, size, 'x');
     return -1;
   }
-  static const auto real =
-      reinterpret_cast<int (*)(char*, size_t, const char*, va_list)>(dlsym(RTLD_NEXT, "vsnprintf"));
+  static const auto real = Real<decltype(vsnprintf)>(__func__);
   return real(buffer, size, format, arguments);
 }
 }
