@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -14,7 +15,10 @@
 #include <map>
 #include <memory>
 #include <regex>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -24,6 +28,7 @@
 #include "HtmlFile.h"
 #include "JUnitFile.h"
 #include "JsonFile.h"
+#include "OutputFile.h"
 #include "Runner.h"
 #include "Session.h"
 #include "SessionPrinter.h"
@@ -124,20 +129,33 @@ std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart
                  std::back_inserter(sessions),
                  [&](const Session& session) { return std::regex_search(session.name, filter); });
   }
-  if (sessions.empty()) throw host::SessionFileError("no session has a name like that");
+  if (sessions.empty()) {
+    throw host::SessionFileError("no session matches --filter " + selection.filter);
+  }
   return sessions;
 }
 
-// Plays the sessions for the printer and for each file that is asked for. Returns the exit code.
-template <typename Printer>
-int Play(const std::vector<Session>& sessions, const RunOptions& options, const Files& files,
-         Printer& printer) {
-  std::vector<std::unique_ptr<RunListener>> writers;
+using Writers = std::vector<std::unique_ptr<RunListener>>;
+
+// Makes a writer for each file that is asked for.
+Writers OpenFiles(const Files& files) {
+  const std::array<std::string_view, 4> paths{files.json, files.html, files.junit, files.trace};
+  if (std::count(paths.begin(), paths.end(), host::OutputFile::kStandardOutput) > 1) {
+    throw std::runtime_error("only one file can be -, which is standard output");
+  }
+  Writers writers;
   const std::string program = kProgram;
   if (!files.json.empty()) writers.push_back(std::make_unique<host::JsonFile>(files.json, program));
   if (!files.html.empty()) writers.push_back(std::make_unique<host::HtmlFile>(files.html, program));
   if (!files.junit.empty()) writers.push_back(std::make_unique<host::JUnitFile>(files.junit));
   if (!files.trace.empty()) writers.push_back(std::make_unique<host::TraceFile>(files.trace));
+  return writers;
+}
+
+// Plays the sessions for the printer and the writers. Returns the exit code.
+template <typename Printer>
+int Play(const std::vector<Session>& sessions, const RunOptions& options, const Writers& writers,
+         Printer& printer) {
   std::vector<RunListener*> listeners{&printer};
   for (const auto& writer : writers) listeners.push_back(writer.get());
   const int signal = host::PlaySessions(sessions, options, listeners);
@@ -148,16 +166,18 @@ int Play(const std::vector<Session>& sessions, const RunOptions& options, const 
 int Run(const Selection& selection, const RunOptions& options, const Files& files) {
   const host::FontManager fontManager(options.fontManager);
   const std::vector<Session> sessions = LoadAll(selection, fontManager);
+  const Writers writers = OpenFiles(files);
   host::SessionPrinter printer(selection.quiet, sessions.size());
-  return Play(sessions, options, files, printer);
+  return Play(sessions, options, writers, printer);
 }
 
 // Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
 int Validate(RunOptions options, const Files& files) {
   if (!options.strict) options.allowed.insert(host::Finding::userReport);
   const host::FontManager fontManager(options.fontManager);
+  const Writers writers = OpenFiles(files);
   host::VerdictPrinter printer;
-  return Play(host::ValidationSessions(fontManager), options, files, printer);
+  return Play(host::ValidationSessions(fontManager), options, writers, printer);
 }
 
 int List(const Selection& selection, const RunOptions& options) {
@@ -186,11 +206,22 @@ host::Limits LoadLimitsOf(const Trials& trials, const host::SessionPart& part) {
   return trials.limits.empty() ? host::Limits{} : host::LoadLimits(trials.limits, part);
 }
 
+// Before anything is played, which can take minutes.
+void MakeFolder(const std::string& folder) {
+  if (folder.empty()) return;
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) {
+    throw std::runtime_error(fmt::format("can't make the folder {}: {}", folder, error.message()));
+  }
+}
+
 int Sweep(const Selection& selection, const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
   const host::Limits limits = LoadLimitsOf(trials, fontManager);
   std::vector<Session> sessions = LoadAll(selection, fontManager);
   for (Session& session : sessions) host::Accept(limits, session);
+  MakeFolder(trials.save);
   return CodeOf(host::PrintSweep(sessions, options, fontManager, trials.save));
 }
 
@@ -198,6 +229,7 @@ int PlayRandom(const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
   host::RandomOptions random{trials.seed, trials.count, {}, LoadLimitsOf(trials, fontManager)};
   if (!trials.from.empty()) random.from = host::LoadSessions(trials.from, fontManager);
+  MakeFolder(trials.save);
   return CodeOf(host::PrintRandom(random, options, fontManager, trials.save));
 }
 
@@ -262,8 +294,7 @@ void AddJobs(CLI::App& command, size_t& jobs) {
 void AddTrials(CLI::App& command, Trials& trials, size_t& jobs) {
   command.add_option("--accept", trials.limits, "A file whose 'accepted' counts in every session")
       ->check(CLI::ExistingFile);
-  command.add_option("--save", trials.save, "The folder for the sessions that repeat what failed")
-      ->check(CLI::ExistingDirectory);
+  command.add_option("--save", trials.save, "The folder for the sessions that repeat what failed");
   AddJobs(command, jobs);
 }
 

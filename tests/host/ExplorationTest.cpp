@@ -37,8 +37,7 @@ std::string SavedSession(const TemporaryFolder& folder) {
 
 TEST(Sweep, NamesTheCallWhoseFailureIsMishandledAndRepeatsIt) {
   const TemporaryFolder folder;
-  const std::string save = folder.Write("saved/.keep", "").parent_path().string();
-  std::filesystem::remove(folder.path() / "saved/.keep");
+  const std::string save = (folder.path() / "saved").string();
   const Played swept =
       Sweep(folder, Behaviour("read the path carelessly"), kCareless + " --save " + save);
   EXPECT_EQ(swept.code, 1);
@@ -50,6 +49,14 @@ TEST(Sweep, NamesTheCallWhoseFailureIsMishandledAndRepeatsIt) {
   EXPECT_EQ(repeated.code, 1);
   EXPECT_THAT(repeated.output, AllOf(HasSubstr("AEGP_LockMemHandle fails with 24301"),
                                      HasSubstr("handle-leaked: a memory handle is left")));
+}
+
+TEST(Sweep, PlaysNothingIfItCannotSave) {
+  const TemporaryFolder folder;
+  const std::string file = folder.Write("file", "").string();
+  const Played played = Sweep(folder, "steps: [tick]", " --save " + file + "/saved");
+  EXPECT_EQ(played.code, 2);
+  EXPECT_EQ(played.output, "can't make the folder " + file + "/saved: Not a directory\n");
 }
 
 TEST(Sweep, SaysWhereATrialWentWrongAndLetsWarningsPass) {

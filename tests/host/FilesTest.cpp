@@ -288,6 +288,24 @@ TEST(Files, AFailedWriteIsAnError) {
   }
 }
 
+TEST(Files, ADashIsStandardOutputAndMovesTheTimelineToStandardError) {
+  const Recorded run("steps: [tick]");
+  const std::string play =
+      AEGP_HOST " run --plugin " TEST_PLUGIN " " + run.path("story.yaml") + " --";
+  for (const std::string option : {"json", "html", "junit", "trace"}) {
+    SCOPED_TRACE(option);
+    EXPECT_EQ(RunCommand("(" + play + option + " - 2>/dev/null)").output, Read(run.path(option)));
+    EXPECT_EQ(RunCommand("(" + play + option + " - 3>&1 >/dev/null 2>&3)").output,
+              run.played.output);
+    const Played full = RunCommand("(" + play + option + " - >/dev/full)");
+    EXPECT_EQ(full.code, 2);
+    EXPECT_THAT(full.output, HasSubstr("can't write standard output: "));
+  }
+  const Played twice = RunCommand(play + "json - --html -");
+  EXPECT_EQ(twice.code, 2);
+  EXPECT_EQ(twice.output, "only one file can be -, which is standard output\n");
+}
+
 TEST(Files, OnlyATerminalGetsColourAndShortLines) {
   const TemporaryFolder folder;
   const std::string story = folder

@@ -557,6 +557,16 @@ steps:
               HasSubstr("story.yaml:1: A=B: 'A=B' can't be the name of a variable"));
 }
 
+TEST(Host, ComparesReportsAsTheyAreAndShowsThemEscaped) {
+  const auto expecting = [](const std::string& report) {
+    return Play(Behaviour("report two lines", "[tick, expect: {reports: [" + report + "]}]"));
+  };
+  EXPECT_EQ(expecting("\"one\\ntwo\"").code, 0);
+  EXPECT_THAT(expecting("'one\\ntwo'").output,
+              HasSubstr("    expected: one\\\\ntwo\n    found:    one\\ntwo\n"));
+  EXPECT_THAT(Play(Behaviour("report two lines")).output, HasSubstr("expects: one\\ntwo\n"));
+}
+
 TEST(Host, StaysInItsFolderWhereverThePluginGoes) {
   const Played played = Play(Behaviour("leave the folder", R"(
   - tick
@@ -578,7 +588,8 @@ TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {
       {"--plugin " TEST_PLUGIN + story + story, 2, "story.yaml: a session of "},
       {"--plugin " MODULE_WITHOUT_ENTRY + story, 2, " exports no EntryPointFunc"},
       {"--plugin " TEST_PLUGIN " --entry Other" + story, 2, " exports no Other"},
-      {"--plugin " TEST_PLUGIN " --filter nobody" + story, 2, "no session has a name like that"},
+      {"--plugin " TEST_PLUGIN " --filter nobody" + story, 2,
+       "no session matches --filter nobody\n"},
   };
   for (const auto& [arguments, code, message] : cases) {
     SCOPED_TRACE(arguments);

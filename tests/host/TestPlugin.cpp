@@ -443,6 +443,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
            "GetIDForDocument\tpath=a\tsize=257\tid=(not terminated)\tsize=257\n");
      }},
     {"report", [] { Utility()->AEGP_ReportInfo(pluginId, "something is up"); }},
+    {"report two lines", [] { Utility()->AEGP_ReportInfo(pluginId, "one\ntwo"); }},
     {"keep a preference", KeepAPreference},
     {"write files",
      [] {

@@ -104,7 +104,9 @@ void Host::reportUnexpected() {
   }
   for (const auto& [text, where, head] : record.reports) {
     report({Finding::userReport,
-            fmt::format("the user saw a report that no step expects: {}{}", text, where), head});
+            fmt::format("the user saw a report that no step expects: {}{}", EscapeControls(text),
+                        where),
+            head});
   }
   for (const auto& [function, where, head] : record.notSupplied) {
     report({Finding::notSupplied,

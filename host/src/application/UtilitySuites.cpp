@@ -3,7 +3,6 @@
 #include <filesystem>
 
 #include "SuiteFunction.h"
-#include "TextFile.h"
 
 namespace host {
 namespace {
@@ -13,7 +12,7 @@ void Report(const std::string& text) {
   // What a failing call has caused the user to see.
   if (TheHost().settings().tolerant && TheHost().hasAnsweredError()) return;
   TheHost().timeline.record.reports.push_back(
-      {EscapeControls(text), TheHost().where(), TheHost().timeline.head(Actor::plugIn)});
+      {text, TheHost().where(), TheHost().timeline.head(Actor::plugIn)});
 }
 
 A_Err ReportInfo(AEGP_PluginID, const A_char* text) {

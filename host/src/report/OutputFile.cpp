@@ -1,16 +1,29 @@
 #include "OutputFile.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
-#include <utility>
 
 namespace host {
+namespace {
 
-OutputFile::OutputFile(std::string path)
-    : mPath(std::move(path)), mFile(std::fopen(mPath.c_str(), "wbe")) {
+// Returns null if that fails.
+std::FILE* TakeStandardOutput() {
+  const int file = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+  if (file < 0 || std::fflush(stdout) != 0 || dup2(STDERR_FILENO, STDOUT_FILENO) < 0)
+    return nullptr;
+  return fdopen(file, "wb");
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path)
+    : mName(path == kStandardOutput ? "standard output" : path),
+      mFile(path == kStandardOutput ? TakeStandardOutput() : std::fopen(path.c_str(), "wbe")) {
   if (!mFile) fail();
 }
 
@@ -23,7 +36,7 @@ void OutputFile::flush() {
 }
 
 void OutputFile::fail() const {
-  throw std::runtime_error(fmt::format("can't write {}: {}", mPath, std::strerror(errno)));
+  throw std::runtime_error(fmt::format("can't write {}: {}", mName, std::strerror(errno)));
 }
 
 }  // namespace host

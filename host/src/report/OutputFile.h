@@ -11,8 +11,12 @@ namespace host {
 /// throws `std::runtime_error` with the file's name if a write fails.
 class OutputFile {
  public:
-  /// Creates or replaces the file.
-  explicit OutputFile(std::string path);
+  /// The path that stands for standard output.
+  static constexpr std::string_view kStandardOutput = "-";
+
+  /// Creates or replaces the file. A file that is standard output has it to itself: what the
+  /// process prints from then on goes to standard error.
+  explicit OutputFile(const std::string& path);
   void write(std::string_view text);
   /// Writes what a buffer holds.
   void flush();
@@ -24,7 +28,7 @@ class OutputFile {
 
   [[noreturn]] void fail() const;
 
-  std::string mPath;
+  std::string mName;
   std::unique_ptr<std::FILE, Close> mFile;
 };
 

@@ -18,9 +18,14 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+// Shows texts that differ as ones that differ: a line feed as "\n", a backslash as two.
+std::string Escape(std::string text) {
+  ReplaceAll(text, "\\", R"(\\)");
+  return EscapeControls(text);
+}
+
 std::string Mismatch(const std::string& expected, const std::string& found) {
-  return fmt::format("    expected: {}\n    found:    {}", EscapeControls(expected),
-                     EscapeControls(found));
+  return fmt::format("    expected: {}\n    found:    {}", Escape(expected), Escape(found));
 }
 
 std::string Show(const Texts& list) {
@@ -39,8 +44,8 @@ std::string CompareLists(const Texts& expected, const Texts& found) {
     const bool isExpected = i < expected.size();
     const bool isFound = i < found.size();
     if (isExpected && isFound && expected[i] == found[i]) continue;
-    if (isExpected) lines += fmt::format("\n    - {} {}", i + 1, EscapeControls(expected[i]));
-    if (isFound) lines += fmt::format("\n    + {} {}", i + 1, EscapeControls(found[i]));
+    if (isExpected) lines += fmt::format("\n    - {} {}", i + 1, Escape(expected[i]));
+    if (isFound) lines += fmt::format("\n    + {} {}", i + 1, Escape(found[i]));
   }
   return lines;
 }
