@@ -10,7 +10,6 @@
 #include <thread>
 
 #include "CppCoreMacros.h"
-#include "GBlockingLockStrategy.h"
 #include "GDateTime.h"
 #include "GLogger.h"
 #include "GMutex.h"
@@ -68,7 +67,7 @@ void GScopedLockOnAGMutex(benchmark::State& state) {
   const IdleThread other;
   GMutex mutex;
   for ([[maybe_unused]] auto _ : state) {
-    const GScopedLock lock(mutex, true, new GBlockingLockStrategy);
+    const GScopedLock lock(mutex);
     benchmark::DoNotOptimize(lock.IsLocked());
   }
 }

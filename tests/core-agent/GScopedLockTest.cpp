@@ -75,8 +75,8 @@ TEST_F(GScopedLockTest, AFailedUnlockLeavesAnErrorAndTheLock) {
 TEST(GScopedLock, BlocksWithoutAStrategyAndCannotTakeWhatItsThreadHolds) {
   GMutex mutex;
   {
-    const GScopedLock outer(mutex, true, nullptr);
-    EXPECT_FALSE(GScopedLock(mutex, true, nullptr).IsLocked());
+    const GScopedLock outer(mutex);
+    EXPECT_FALSE(GScopedLock(mutex).IsLocked());
     EXPECT_EQ(mutex.TryLock(), GMutex::kMutexDeadlockErr) << "the outer lock is still held";
   }
   EXPECT_EQ(mutex.TryLock(), 0u);

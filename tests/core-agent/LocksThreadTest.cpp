@@ -64,7 +64,7 @@ TEST(LocksThreads, EightThreadsLogLockTimeOutAndLookUpNamesAtOnce) {
     for (int round = 0; round < kRounds; ++round) {
       names += GetNameForErrorCode(CoreErrorCodes::kError) == "CoreErrorCodes::kError";
       logger.LogError("threads", "%s", Text(number, round).c_str());
-      const GScopedLock lock(shared, true, new GBlockingLockStrategy);
+      const GScopedLock lock(shared);
       if (lock.IsLocked()) ++guarded;
       if (round % 50 == number)
         timeouts += heldThroughout.TryLockWithTimeout(2) == GLockable::kLockBusyErr;

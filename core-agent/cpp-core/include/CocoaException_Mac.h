@@ -9,7 +9,7 @@ extern "C" {
 /// Runs `function` with `context`. Returns the Cocoa exception that ended it, autoreleased, or nil.
 ///
 /// C++ exceptions pass. C++ destructors on the way run for both kinds.
-id CocoaExceptionRaisedBy(void (*function)(void* context), void* context);
+id RunCatchingCocoaException(void (*function)(void* context), void* context);
 
 #ifdef __cplusplus
 }

@@ -10,6 +10,8 @@
 /// Taking the lock can fail: test `IsLocked` before you touch the data that it guards.
 class GScopedLock {
  public:
+  /// Takes the lock at once, by a `GBlockingLockStrategy`. `lockable` must outlive this object.
+  explicit GScopedLock(GLockable& lockable);
   /// Takes the lock at once if `lockNow`. `lockable` must outlive this object. Takes ownership of
   /// `strategy`. Null stands for a new `GBlockingLockStrategy`.
   GScopedLock(GLockable& lockable, bool lockNow, GLockStrategy* strategy);

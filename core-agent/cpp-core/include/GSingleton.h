@@ -2,7 +2,6 @@
 
 #include <atomic>
 
-#include "GBlockingLockStrategy.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
 
@@ -20,7 +19,7 @@ class GSingleton {
     if (T* const instance = sInstance.load(std::memory_order_acquire)) return instance;
     // Local, because the first use may come at load time, before statics of a template are built.
     static GMutex sInstanceLock;
-    const GScopedLock lock(sInstanceLock, true, new GBlockingLockStrategy);
+    const GScopedLock lock(sInstanceLock);
     if (lock.IsLocked() && sInstance.load(std::memory_order_relaxed) == nullptr) {
       sInstance.store(new T, std::memory_order_release);
     }

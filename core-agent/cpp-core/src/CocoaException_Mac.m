@@ -2,7 +2,7 @@
 
 // Plain Objective-C, because not every compiler's C++ runtime can match the class of a Cocoa
 // exception in a handler.
-id CocoaExceptionRaisedBy(void (*function)(void* context), void* context) {
+id RunCatchingCocoaException(void (*function)(void* context), void* context) {
   @try {
     function(context);
   } @catch (id exception) {

@@ -6,7 +6,6 @@
 #include <map>
 
 #include "ErrorCatalogueRows.h"
-#include "GBlockingLockStrategy.h"
 #include "GMutex.h"
 #include "GScopedLock.h"
 
@@ -45,7 +44,7 @@ std::string GetNameForErrorCode(uint32_t code) {
   static constinit std::atomic<const NameMap*> gMap = nullptr;
   const NameMap* names = gMap.load(std::memory_order_acquire);
   if (names == nullptr) {
-    const GScopedLock lock(mutex, true, new GBlockingLockStrategy);
+    const GScopedLock lock(mutex);
     if (!lock.IsLocked()) return kUnknownName;
     names = gMap.load(std::memory_order_relaxed);
     if (names == nullptr) {

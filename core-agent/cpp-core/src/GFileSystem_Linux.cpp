@@ -9,15 +9,10 @@
 #include <iterator>
 #include <vector>
 
+#include "GFileSystemPlatform.h"
 #include "GStringUtils.h"
-#include "PathText.h"
 
 namespace {
-
-// The platform exception of this half.
-struct ExpansionFailure {
-  const char* description;
-};
 
 // The upper half of Mac OS Roman. The C library's table maps two codes to other characters than the
 // file systems of that time meant: 0xC6, the increment sign, and 0xF0, the manufacturer's logo.
@@ -52,45 +47,32 @@ std::string HomeDirectory(const std::string& user) {
   return found == nullptr ? "" : found->pw_dir;
 }
 
-}  // namespace
-
-PathText OSTextFromUTF8(const char* bytes) {
-  const std::string path = bytes;
-  return utf8::is_valid(path) ? std::make_shared<const std::string>(path) : nullptr;
-}
-
-PathText OSTextFromMacOSRoman(const char* bytes) {
-  const auto text = std::make_shared<std::string>();
-  for (const char byte : std::string(bytes)) {
+std::string TextFromMacOSRoman(const std::string& bytes) {
+  std::string text;
+  for (const char byte : bytes) {
     const auto code = static_cast<unsigned char>(byte);
     utf8::append(code < 0x80 ? char32_t{code} : char32_t{kMacOSRoman[code - 0x80u]},
-                 std::back_inserter(*text));
+                 std::back_inserter(text));
   }
   return text;
 }
 
-std::string OSExpandTilde(const PathText& text) {
-  const std::string& path = *static_cast<const std::string*>(text.get());
-  if (!GStringUtils::BeginsWith(path, "~")) return path;
+}  // namespace
+
+PathExpansion OSExpandTilde(const char* bytes, PathEncoding encoding) {
+  const std::string path = encoding == PathEncoding::kUTF8 ? bytes : TextFromMacOSRoman(bytes);
+  if (!utf8::is_valid(path)) return {};
+  if (!GStringUtils::BeginsWith(path, "~")) return {PathExpansion::kExpanded, path};
 
   const size_t end = std::min(path.find('/'), path.size());
   const std::string user = path.substr(1, end - 1);
   const std::string home = HomeDirectory(user);
   if (!GStringUtils::BeginsWith(home, "/")) {
-    // A file may begin with a tilde too.
-    if (!user.empty()) return path;
-    throw ExpansionFailure{"The user has no home directory"};
+    // "~name" may also be the name of a file.
+    if (!user.empty()) return {PathExpansion::kExpanded, path};
+    return {PathExpansion::kFailed, "The user has no home directory"};
   }
-  if (!utf8::is_valid(home)) throw ExpansionFailure{"The home directory isn't UTF-8"};
+  if (!utf8::is_valid(home)) return {PathExpansion::kFailed, "The home directory isn't UTF-8"};
   const std::string full = GStringUtils::StripTrailingString(home, "/") + path.substr(end);
-  return full.empty() ? "/" : full;
-}
-
-std::optional<std::string> OSExceptionRaisedBy(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const ExpansionFailure& failure) {
-    return failure.description;
-  }
-  return std::nullopt;
+  return {PathExpansion::kExpanded, full.empty() ? "/" : full};
 }

@@ -6,11 +6,11 @@
 
 #include "CppCoreMacros.h"
 #include "GFileSystem.h"
+#include "GFileSystemPlatform.h"
 #include "GFileSystemSpec.h"
 #include "GLogger.h"
 #include "GScopedManagedMemory.h"
 #include "GStringUtils.h"
-#include "PathText.h"
 
 namespace {
 
@@ -51,27 +51,24 @@ uint32_t GFileSystem::OSExpandPath(std::string& path) {
   if (path.empty()) return err;
   {
     const GScopedManagedMemory scope;
-    PathText text;
-    const std::optional<std::string> exception = OSExceptionRaisedBy([&] {
-      text = OSTextFromUTF8(path.c_str());
-      if (!text) {
-        GLogger::GetSharedInstance()->LogWarning(
-            "FileSystem",
-            "GFileSystem::OSExpandPath(), called with invalid UTF8 Path. Attempting convserion "
-            "with other encodings.");
-        text = OSTextFromMacOSRoman(path.c_str());
-      }
-      if (text) {
-        path = OSExpandTilde(text);
-      } else {
-        err = kInvalidCharacterForFileSystemRepresentation;
-      }
-    });
-    if (exception) {
-      path.clear();
-      GLogger::GetSharedInstance()->LogError(
-          "FileSystem", "GFileSystem::OSExpandPath(), exception caught\n- %s", exception->c_str());
+    PathExpansion expansion = OSExpandTilde(path.c_str(), PathEncoding::kUTF8);
+    if (expansion.outcome == PathExpansion::kNotText) {
+      GLogger::GetSharedInstance()->LogWarning(
+          "FileSystem",
+          "GFileSystem::OSExpandPath(), called with invalid UTF8 Path. Attempting convserion "
+          "with other encodings.");
+      expansion = OSExpandTilde(path.c_str(), PathEncoding::kMacOSRoman);
+    }
+    if (expansion.outcome == PathExpansion::kExpanded) {
+      path = expansion.text;
+    } else {
       err = kInvalidCharacterForFileSystemRepresentation;
+    }
+    if (expansion.outcome == PathExpansion::kFailed) {
+      path.clear();
+      GLogger::GetSharedInstance()->LogError("FileSystem",
+                                             "GFileSystem::OSExpandPath(), exception caught\n- %s",
+                                             expansion.text.c_str());
     }
   }
   CORE_CHECK_RESULT(err, "FileSystem");

@@ -1,35 +1,37 @@
-// The Cocoa half. What POSIX is enough for is in GFileSystem_Mac.cpp.
+// The half that needs Cocoa. The half that needs only POSIX is in GFileSystem_Mac.cpp.
 #import <Foundation/Foundation.h>
 
 #include "CocoaException_Mac.h"
-#include "PathText.h"
+#include "GFileSystemPlatform.h"
 
 namespace {
 
-PathText Owned(NSString* text) {
-  return {text, [](NSString* released) { [released release]; }};
+struct Work {
+  const char* bytes;
+  PathEncoding encoding;
+  PathExpansion expansion;
+};
+
+NSString* NewText(const char* bytes, PathEncoding encoding) {
+  if (encoding == PathEncoding::kUTF8) return [[NSString alloc] initWithUTF8String:bytes];
+  return [[NSString alloc] initWithCString:bytes encoding:NSMacOSRomanStringEncoding];
+}
+
+void Expand(void* context) {
+  auto& [bytes, encoding, expansion] = *static_cast<Work*>(context);
+  NSString* const text = [NewText(bytes, encoding) autorelease];
+  if (!text) return;
+  const char* const path = [[text stringByExpandingTildeInPath] fileSystemRepresentation];
+  expansion = path ? PathExpansion{PathExpansion::kExpanded, path}
+                   : PathExpansion{PathExpansion::kFailed, "No file system representation"};
 }
 
 }  // namespace
 
-PathText OSTextFromUTF8(const char* bytes) {
-  return Owned([[NSString alloc] initWithUTF8String:bytes]);
-}
-
-PathText OSTextFromMacOSRoman(const char* bytes) {
-  return Owned([[NSString alloc] initWithCString:bytes encoding:NSMacOSRomanStringEncoding]);
-}
-
-std::string OSExpandTilde(const PathText& text) {
-  NSString* const path = static_cast<NSString*>(const_cast<void*>(text.get()));
-  return [[path stringByExpandingTildeInPath] fileSystemRepresentation];
-}
-
-std::optional<std::string> OSExceptionRaisedBy(const std::function<void()>& work) {
-  const id exception = CocoaExceptionRaisedBy(
-      [](void* context) { (*static_cast<const std::function<void()>*>(context))(); },
-      const_cast<std::function<void()>*>(&work));
-  if (!exception) return std::nullopt;
+PathExpansion OSExpandTilde(const char* bytes, PathEncoding encoding) {
+  Work work = {bytes, encoding, {}};
+  const id exception = RunCatchingCocoaException(Expand, &work);
+  if (!exception) return work.expansion;
   const char* const description = [[exception description] UTF8String];
-  return description ? description : "";
+  return {PathExpansion::kFailed, description ? description : ""};
 }

@@ -3,7 +3,6 @@
 #include <utility>
 #include <vector>
 
-#include "GBlockingLockStrategy.h"
 #include "GDateTime.h"
 #include "GScopedLock.h"
 #include "GSingleton.h"
@@ -33,15 +32,6 @@ void FormatMessage(std::vector<char>& buffer, const std::string& format, va_list
   va_end(secondPass);
 }
 
-// Ends the delivery of a line, also if an appender throws: the thread may log again.
-struct DeliveryEnd {
-  GScopedLock& lock;
-  void*& thread;
-  ~DeliveryEnd() {
-    if (lock.Lock()) thread = nullptr;
-  }
-};
-
 }  // namespace
 
 GLogger* GLogger::GetSharedInstance() {
@@ -57,28 +47,28 @@ GLogger::~GLogger() {
 }
 
 void GLogger::ResetAllLoggingLevels() {
-  const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
+  const GScopedLock lock(mLoggingLevelsLock);
   if (!lock.IsLocked()) return;
   mLoggingLevels.clear();
   mLoggingLevels[mDefaultLoggingIdentifier] = kLoggingLevelWarning;
 }
 
 void GLogger::SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level) {
-  const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
+  const GScopedLock lock(mLoggingLevelsLock);
   if (lock.IsLocked()) mLoggingLevels[GStringUtils::OSToLowerCase(identifier)] = level;
 }
 
 void GLogger::AddAppender(const std::string& key, std::unique_ptr<GLogAppender> appender) {
   // Deleted after the lock is released, because its destructor may log.
   std::unique_ptr<GLogAppender> replaced;
-  const GScopedLock lock(mAppendersLock, true, new GBlockingLockStrategy);
+  const GScopedLock lock(mAppendersLock);
   if (!lock.IsLocked()) return;
   GLogAppender*& registered = mAppenders[key];
   replaced.reset(std::exchange(registered, appender.release()));
 }
 
 void GLogger::RemoveAllAppenders() {
-  const GScopedLock lock(mAppendersLock, true, new GBlockingLockStrategy);
+  const GScopedLock lock(mAppendersLock);
   if (!lock.IsLocked()) return;
   for (const auto& [key, appender] : mAppenders) delete appender;
   mAppenders.clear();
@@ -147,21 +137,20 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   // a lock that their own thread holds.
   bool mayGoOn = false;
   {
-    const GScopedLock lock(sCurrentLogThreadMutex, true, new GBlockingLockStrategy);
+    const GScopedLock lock(sCurrentLogThreadMutex);
     mayGoOn = lock.IsLocked() &&
               !GThread::AreThreadsEqual(sCurrentLogThread, GThread::GetCurrentThread());
   }
   if (!mayGoOn) return;
 
-  const GScopedLock appendersLock(mAppendersLock, true, new GBlockingLockStrategy);
+  const GScopedLock appendersLock(mAppendersLock);
   if (!appendersLock.IsLocked()) return;
-  GScopedLock threadLock(sCurrentLogThreadMutex, true, new GBlockingLockStrategy);
+  GScopedLock threadLock(sCurrentLogThreadMutex);
   if (threadLock.IsLocked()) {
     sCurrentLogThread = GThread::GetCurrentThread();
     threadLock.Unlock();
   }
 
-  const DeliveryEnd end{threadLock, sCurrentLogThread};
   if (!mAppenders.empty()) {
     static std::vector<char> sStringBuffer(256);  // guarded by mAppendersLock, never shrinks
     FormatMessage(sStringBuffer, format, arguments);
@@ -170,6 +159,8 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
     line.append(sStringBuffer.data()).append("\n");
     for (const auto& [key, appender] : mAppenders) appender->Append(line);
   }
+
+  if (threadLock.Lock()) sCurrentLogThread = nullptr;
 }
 
 const std::string& GLogger::GetDefaultLoggingIdentifier() const {
@@ -177,7 +168,7 @@ const std::string& GLogger::GetDefaultLoggingIdentifier() const {
 }
 
 GLogger::LoggingLevel GLogger::GetLoggingLevelForIdentifier(const std::string& identifier) {
-  const GScopedLock lock(mLoggingLevelsLock, true, new GBlockingLockStrategy);
+  const GScopedLock lock(mLoggingLevelsLock);
   if (!lock.IsLocked()) return kLoggingLevelUnset;
   auto found = mLoggingLevels.find(GStringUtils::OSToLowerCase(identifier));
   if (found == mLoggingLevels.end() && identifier != mDefaultLoggingIdentifier) {

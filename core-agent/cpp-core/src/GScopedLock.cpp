@@ -3,6 +3,8 @@
 #include "CppCoreMacros.h"
 #include "GBlockingLockStrategy.h"
 
+GScopedLock::GScopedLock(GLockable& lockable) : GScopedLock(lockable, true, nullptr) {}
+
 GScopedLock::GScopedLock(GLockable& lockable, bool lockNow, GLockStrategy* strategy)
     : mLockable(lockable),
       mLockStrategy(strategy != nullptr ? strategy : new GBlockingLockStrategy) {

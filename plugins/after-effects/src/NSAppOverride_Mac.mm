@@ -83,7 +83,7 @@ NSEvent* escapeKeyEvent(NSWindow* window) {
 void sendEscapeKey(NSWindow* window) {
   // Keep the window alive: its modal session still begins, even if Escape closes and releases it.
   [[window retain] autorelease];
-  const id exception = CocoaExceptionRaisedBy(
+  const id exception = RunCatchingCocoaException(
       [](void* context) {
         NSWindow* target = static_cast<NSWindow*>(context);
         NSEvent* escape = escapeKeyEvent(target);
