@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "CocoaFakes.h"
+#include "FreshCocoaFakes.h"
 #include "GDateTime.h"
 #include "LogLines.h"
 

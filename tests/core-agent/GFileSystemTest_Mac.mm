@@ -3,7 +3,7 @@
 #include <functional>
 #include <optional>
 
-#include "CocoaFakes.h"
+#include "FreshCocoaFakes.h"
 #include "GFileSystem.h"
 #include "GScopedManagedMemory.h"
 #include "LogLines.h"
@@ -121,6 +121,7 @@ TEST_F(GFileSystemExpandPath, LogsWhyThePlatformFailedAndClearsThePath) {
 TEST_F(GFileSystemExpandPath, LetsOtherExceptionsPassAndReleasesTheText) {
   nextText.emplace(TextClass(), @selector(initWithUTF8String:), Probe);
   expand = []() -> NSString* { throw 516; };
+  textsGone = 0;
   std::string path = "~/x";
   EXPECT_THROW(GFileSystem::OSExpandPath(path), int);
   EXPECT_EQ(path, "~/x");

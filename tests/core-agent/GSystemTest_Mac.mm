@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "CocoaFakes.h"
+#include "FreshCocoaFakes.h"
 #include "GSystem.h"
 #include "LogLines.h"
 #include "ReplacedMethod.h"

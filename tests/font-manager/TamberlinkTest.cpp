@@ -23,15 +23,16 @@ using CoreErrorCodes::kNotFound;
 using CoreErrorCodes::kSuccess;
 using GFile::kOpenFailed;
 
-/// The built module's export, with the type from its header.
+/// The module's export, with the type from its header.
 #define EXPORT(name) loadExport<decltype(name)>(#name)
 
 namespace {
 
+// The test's own copy of the module, so that its state is new.
+void* module = nullptr;
+
 template <typename Function>
 Function* loadExport(const char* name) {
-  static void* const module = dlopen(FONT_MANAGER "/Tamberlink.framework/Tamberlink", RTLD_NOW);
-  if (module == nullptr) throw std::runtime_error(dlerror());
   void* const symbol = dlsym(module, name);
   if (symbol == nullptr) throw std::runtime_error(dlerror());
   return reinterpret_cast<Function*>(symbol);
@@ -72,6 +73,10 @@ class TamberlinkTest : public testing::Test {
  protected:
   TamberlinkTest() {
     std::filesystem::current_path(mFolder.path());
+    const auto file = mFolder.path() / "Tamberlink";
+    std::filesystem::copy_file(FONT_MANAGER "/Tamberlink.framework/Tamberlink", file);
+    module = dlopen(file.c_str(), RTLD_NOW);
+    if (module == nullptr) throw std::runtime_error(dlerror());
     write("vault",
           "Auto A\tautomatic\nAuto B\tautomatic\nPick A\tchoice\nPick B\tchoice\n"
           "Closed A\trestricted\nClosed B\trestricted\n");

@@ -37,13 +37,12 @@ const AEGP_RegisterSuite5 kRegisterSuite = [] {
               std::to_string(id) + "," + std::to_string(priority) + "," + std::to_string(command),
               [&] { fake_host.commandHook = hook; });
   };
-  suite.AEGP_RegisterUpdateMenuHook = [](AEGP_PluginID id, AEGP_UpdateMenuHook hook,
+  suite.AEGP_RegisterUpdateMenuHook = [](AEGP_PluginID id, AEGP_UpdateMenuHook,
                                          AEGP_UpdateMenuRefcon) {
-    return Do("AEGP_RegisterUpdateMenuHook", std::to_string(id),
-              [&] { fake_host.updateMenuHook = hook; });
+    return fake_host.Call("AEGP_RegisterUpdateMenuHook", std::to_string(id));
   };
-  suite.AEGP_RegisterDeathHook = [](AEGP_PluginID id, AEGP_DeathHook hook, AEGP_DeathRefcon) {
-    return Do("AEGP_RegisterDeathHook", std::to_string(id), [&] { fake_host.deathHook = hook; });
+  suite.AEGP_RegisterDeathHook = [](AEGP_PluginID id, AEGP_DeathHook, AEGP_DeathRefcon) {
+    return fake_host.Call("AEGP_RegisterDeathHook", std::to_string(id));
   };
   suite.AEGP_RegisterIdleHook = [](AEGP_PluginID id, AEGP_IdleHook hook, AEGP_IdleRefcon) {
     return Do("AEGP_RegisterIdleHook", std::to_string(id), [&] { fake_host.idleHook = hook; });
@@ -61,9 +60,6 @@ const AEGP_CommandSuite1 kCommandSuite = [] {
     return fake_host.Call("AEGP_InsertMenuCommand", std::to_string(command) + "," + name + "," +
                                                         std::to_string(menu) + "," +
                                                         std::to_string(after));
-  };
-  suite.AEGP_EnableCommand = [](AEGP_Command command) {
-    return fake_host.Call("AEGP_EnableCommand", std::to_string(command));
   };
   suite.AEGP_DoCommand = [](AEGP_Command command) {
     return fake_host.Call("AEGP_DoCommand", std::to_string(command));

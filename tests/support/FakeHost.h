@@ -12,7 +12,7 @@
 /// for the process, because suite functions are plain functions.
 struct FakeHost {
   /// The calls in order: a suite function with some of its arguments, as
-  /// "AEGP_EnableCommand(900)"; an acquisition as "+AEGP Proj Suite 9"; a release as "-AEGP Proj
+  /// "AEGP_DoCommand(2372)"; an acquisition as "+AEGP Proj Suite 9"; a release as "-AEGP Proj
   /// Suite 9".
   std::vector<std::string> calls;
   /// The error of each function that fails, by its name. The function does nothing else.
@@ -27,8 +27,6 @@ struct FakeHost {
 
   AEGP_IdleHook idleHook = nullptr;
   AEGP_CommandHook commandHook = nullptr;
-  AEGP_UpdateMenuHook updateMenuHook = nullptr;
-  AEGP_DeathHook deathHook = nullptr;
 
   /// Records the call. Returns the error of the function, or 0.
   A_Err Call(const std::string& function, const std::string& arguments = "");

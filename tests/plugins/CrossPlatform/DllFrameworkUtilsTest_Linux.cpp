@@ -37,10 +37,13 @@ TEST_F(LoadFrameworkTest, LoadsWithoutAReadableList) {
 
 TEST_F(LoadFrameworkTest, TakesTheModuleFromWithinTheFrameworkOnly) {
   EXPECT_FALSE(Load(folder.path()));
-  // The second one exists, but outside the framework.
-  for (const char* name : {"Other", "/lib/x86_64-linux-gnu/libm.so.6"}) {
-    const std::string entry = "<key>CFBundleExecutable</key><string>" + std::string(name);
-    EXPECT_FALSE(Load(Framework(entry + "</string>")));
+  const fs::path outside = folder.path() / "Outside";
+  fs::copy_file(TAMBERLINK_FRAMEWORK "/Tamberlink", outside);
+  EXPECT_TRUE(Load(outside));
+  for (const std::string& name :
+       {std::string("Other"), std::string("../Outside"), outside.string()}) {
+    EXPECT_FALSE(Load(Framework("<key>CFBundleExecutable</key><string>" + name + "</string>")))
+        << name;
   }
 }
 

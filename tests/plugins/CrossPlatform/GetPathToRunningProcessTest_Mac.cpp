@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "CocoaFakes.h"
 #include "CoreErrorCodes.h"
 #include "FakeWorkspace.h"
+#include "FreshCocoaFakes.h"
 #include "GScopedManagedMemory.h"
 #include "TemporaryFolder.h"
 

@@ -30,15 +30,6 @@ TEST_F(ManagerTest, DiskCacheSettingIsTextWithADefault) {
   EXPECT_EQ(manager.enableDiskCache(), 3);
 }
 
-TEST_F(ManagerTest, FontUpdateIsFollowedByARefreshWhoseCodeCounts) {
-  fake_host.failures = {{"AEGP_UpdateFontList", 4}};
-  EXPECT_EQ(manager.updateFontList(), 0);
-  EXPECT_THAT(fake_host.TakeCalls(), ElementsAre("AEGP_UpdateFontList", "PF_RefreshAllWindows"));
-  fake_host.failures = {{"PF_RefreshAllWindows", 5}};
-  EXPECT_EQ(manager.updateFontList(), 5);
-  EXPECT_EQ(manager.refreshAllWindows(), 5);
-}
-
 TEST_F(ManagerTest, NeedsNoSuiteButTheCallsOwn) {
   fake_host.refusedSuites = {{"AEGP Memory Suite", 1}};
   EXPECT_NE(manager.getProjectPathMemHandle(manager.getProjectByIndex(0)), nullptr);

@@ -3,12 +3,15 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "AfterEachTest.h"
 #include "CocoaFakes.h"
 #include "FakeWorkspace.h"
 #include "FrontApplication.h"
 #include "GScopedManagedMemory.h"
 
 namespace {
+
+const bool kStartsFresh = AfterEachTest([] { fakeWorkspace = {}; });
 
 constexpr int kDock = 2;
 constexpr int kOther = 3;
@@ -27,7 +30,8 @@ TEST(BackgroundForegroundSwitcher, GoesToTheDockAndBackWhenTheHostIsInFront) {
   char name[] = "any name";
   for (const auto& row : cases) {
     for (char* given : {name, static_cast<char*>(nullptr)}) {
-      SCOPED_TRACE(testing::Message() << row.front << row.dockRuns);
+      SCOPED_TRACE(testing::Message()
+                   << row.front << (row.dockRuns ? ", with" : ", without") << " the Dock");
       fakeWorkspace.applications = {{getpid(), "host", {}}, {kOther, "other", {}}};
       if (row.dockRuns) fakeWorkspace.applications.push_back({kDock, "com.apple.dock", {}});
       fakeWorkspace.front = row.front;

@@ -23,19 +23,6 @@ class GlobalStateTest : public testing::Test {
   GlobalState state;
 };
 
-TEST_F(GlobalStateTest, StartsWithNothing) {
-  const GlobalState s;
-  EXPECT_FALSE(s.pluginId || s.picaBasicSuite || s.hostMajorVersion || s.hostMinorVersion ||
-               s.menuCommand || s.tamberlinkInitialized || s.suppressModalWindows ||
-               s.lastProjectDirty || s.currentProjectDirty || s.currentProjectModificationDate ||
-               s.currentTime || s.fontActivationInProgress || s.ticksSinceActivationStart ||
-               s.projectIsReopening || s.suiteHandlerManager || s.projectPathUtils ||
-               s.backgroundForegroundSwitcher);
-  EXPECT_EQ(s.lastProjectPath + s.currentProjectPath + s.fontsToResolve + s.restrictedFonts +
-                s.activationProjectPath,
-            "");
-}
-
 TEST_F(GlobalStateTest, SnapshotHoldsTheProjectItsFileAndTheClock) {
   TemporaryFolder folder;
   const auto file = folder.Write("ü.aep", "");
@@ -61,16 +48,6 @@ TEST_F(GlobalStateTest, SnapshotHoldsTheProjectItsFileAndTheClock) {
   EXPECT_FALSE(state.currentProjectDirty);
 }
 
-TEST_F(GlobalStateTest, BuildsItsCollaboratorsOnce) {
-  state.updateGlobalState();
-  const auto switcher = state.backgroundForegroundSwitcher;
-  EXPECT_TRUE(switcher && state.suiteHandlerManager && state.projectPathUtils);
-  fake_host.calls.clear();
-  state.updateGlobalState();
-  EXPECT_EQ(state.backgroundForegroundSwitcher, switcher);
-  EXPECT_EQ(std::count(fake_host.calls.begin(), fake_host.calls.end(), "+AEGP Proj Suite 9"), 0);
-}
-
 TEST_F(GlobalStateTest, StartReadsThePathAfreshAndRestartsTheCount) {
   fake_host.path = u"/a.aep";
   state.suppressModalWindows = true;
@@ -85,32 +62,6 @@ TEST_F(GlobalStateTest, StartReadsThePathAfreshAndRestartsTheCount) {
   state.startFontActivationProcess();
   EXPECT_EQ(state.activationProjectPath, "/b.aep");
   EXPECT_EQ(state.ticksSinceActivationStart, 0);
-}
-
-TEST_F(GlobalStateTest, StartWithoutAPathOnlyForgetsTheOldOne) {
-  state.activationProjectPath = "/a.aep";
-  state.ticksSinceActivationStart = 7;
-  state.suppressModalWindows = true;
-  state.startFontActivationProcess();
-  EXPECT_EQ(state.activationProjectPath, "");
-  EXPECT_EQ(state.ticksSinceActivationStart, 7);
-  EXPECT_FALSE(state.fontActivationInProgress);
-  EXPECT_TRUE(state.suppressModalWindows);
-}
-
-TEST_F(GlobalStateTest, EndLeavesTheReopeningAndTheTextsAlone) {
-  state.activationProjectPath = "/a.aep";
-  state.fontActivationInProgress = true;
-  state.projectIsReopening = true;
-  state.fontsToResolve = "F";
-  state.restrictedFonts = "R";
-  state.endFontActivationProcess();
-  EXPECT_EQ(state.activationProjectPath, "");
-  EXPECT_FALSE(state.fontActivationInProgress);
-  EXPECT_TRUE(state.suppressModalWindows);
-  EXPECT_TRUE(state.projectIsReopening);
-  EXPECT_EQ(state.fontsToResolve, "F");
-  EXPECT_EQ(state.restrictedFonts, "R");
 }
 
 TEST_F(GlobalStateTest, EnabledIsAskedEachTimeAndKeepsTheLatestAnswer) {

@@ -137,7 +137,11 @@ class ModuleTest : public testing::Test {
   void SetUp() override {
     std::filesystem::current_path(folder.path());
     setenv("HOME", folder.path().c_str(), 1);
-    void* module = dlopen(AE_TYPELARK, RTLD_NOW | RTLD_LOCAL);
+    host = {};
+    // A file of its own for each test, so that the module's state is new.
+    const auto file = folder.path() / "AETypelark";
+    std::filesystem::copy_file(AE_TYPELARK, file);
+    void* module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(module, nullptr) << dlerror();
     entry = reinterpret_cast<EntryPoint>(dlsym(module, "EntryPointFunc"));
     ASSERT_NE(entry, nullptr);

@@ -8,6 +8,7 @@
 
 #include "AEIdleEventHandler.h"
 #include "AETypelark.h"
+#include "AfterEachTest.h"
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
@@ -58,8 +59,18 @@ constexpr char kFonts[] = "Resolve Fonts";
 constexpr char kOther[] = "Resolve Fonts ";
 constexpr char kFontsBefore114[] = "After Effects";
 
+const bool kForgetsKeys = AfterEachTest([] {
+  receivedKeys.clear();
+  onKey = [] {};
+});
+
 enum class State { kQuiet, kOpenDialogSeen, kCandidates };
 constexpr State kStates[] = {State::kQuiet, State::kOpenDialogSeen, State::kCandidates};
+
+std::ostream& operator<<(std::ostream& stream, State state) {
+  constexpr const char* kNames[] = {"quiet", "open dialog seen", "candidates"};
+  return stream << kNames[static_cast<size_t>(state)];
+}
 
 class OverrideStateTest : public OverrideTest {
  protected:
@@ -109,7 +120,8 @@ TEST_F(OverrideStateTest, MovesAsTheDialogsSay) {
       {quiet, quiet, kOther, kEnabled, false},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(testing::Message() << static_cast<int>(row.from) << row.title << row.enabled);
+    SCOPED_TRACE(testing::Message()
+                 << row.from << ", " << row.title << (row.enabled ? ", enabled" : ", disabled"));
     Enter(row.from);
     fake_tamberlink.enabled = row.enabled;
     const std::string line = "Saw a DVAMacDialog titled: " + std::string(row.title) + "\n";
@@ -127,7 +139,7 @@ TEST_F(OverrideStateTest, MovesAsTheDialogsSay) {
 TEST_F(OverrideStateTest, StaysAsItIsForOtherWindowsAndWhileItMustNotSuppress) {
   for (const State state : kStates) {
     for (const char* title : {kOpen, kFonts, kOther}) {
-      SCOPED_TRACE(testing::Message() << static_cast<int>(state) << title);
+      SCOPED_TRACE(testing::Message() << state << ", " << title);
       Enter(state);
       testing::internal::CaptureStdout();
       EXPECT_FALSE(Show(Dialog(title, kPanelClass)));
@@ -142,24 +154,24 @@ TEST_F(OverrideStateTest, StaysAsItIsForOtherWindowsAndWhileItMustNotSuppress) {
 
 TEST_F(OverrideStateTest, IsQuietOnceAProjectWasOpened) {
   fake_tamberlink.startRequested = true;
-  const std::function<void()> openings[] = {
-      projectWasOpened,
-      // These fail to start an activation, which needs the refused suite.
-      [] {
-        A_Boolean handled = 0;
-        MenuCommandHook(nullptr, nullptr, global_state.menuCommand, 1, 0, &handled);
-        EXPECT_EQ(handled, 1);
-      },
-      [] {
-        global_state.currentProjectPath = "/b.aep";
-        global_state.currentProjectModificationDate = 1;
-        TBKCallTracker tracker;
-        EXPECT_THROW(runIdleEvents(&global_state, &tracker), int);
-      }};
-  for (const auto& open : openings) {
+  // The last two fail to start an activation, which needs the refused suite.
+  const std::pair<const char*, std::function<void()>> openings[] = {
+      {"told so", projectWasOpened},
+      {"by the menu command",
+       [] {
+         A_Boolean handled = 0;
+         MenuCommandHook(nullptr, nullptr, global_state.menuCommand, 1, 0, &handled);
+         EXPECT_EQ(handled, 1);
+       }},
+      {"seen on a tick", [] {
+         global_state.currentProjectPath = "/b.aep";
+         global_state.currentProjectModificationDate = 1;
+         TBKCallTracker tracker;
+         EXPECT_THROW(runIdleEvents(&global_state, &tracker), int);
+       }}};
+  for (const auto& [how, open] : openings) {
     for (const State state : kStates) {
-      SCOPED_TRACE(&open - openings);
-      SCOPED_TRACE(static_cast<int>(state));
+      SCOPED_TRACE(testing::Message() << how << ", " << state);
       Enter(state);
       fake_host.refusedSuites = {{"AEGP Proj Suite", 9}};
       open();
@@ -205,6 +217,13 @@ TEST_F(OverrideTest, Hosts113DismissTheirDialogOnceTheOpenDialogIsHidden) {
   Show(open);
   open.Hide();
   EXPECT_TRUE(ShowTitled(kFontsBefore114));
+}
+
+TEST_F(OverrideTest, AnOpenDialogStaysWhenAnotherWindowGoes) {
+  global_state.hostMajorVersion = 113;
+  Show(Dialog(kOpen));
+  { const TestDialog other(kOther, kPanelClass); }
+  EXPECT_FALSE(ShowTitled(kFontsBefore114));
 }
 
 TEST_F(OverrideTest, AnOpenDialogThatIsGoneCountsAsHidden) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "AfterEachTest.h"
 #include "DllFrameworkUtils.h"
 #include "TemporaryFolder.h"
 #include "TraceLog.h"
@@ -14,6 +15,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const std::string kFontManager = FONT_MANAGER;
+
+const bool kUnloads = AfterEachTest([] {
+  std::filesystem::current_path("/");
+  delete TBKLoader::GetThisSharedInstance(kFontManager + "/Tamberlink.framework");
+});
 
 TEST(TBKLoader, FillsTheTableFromAFullFramework) {
   TBKLoader* loader = TBKLoader::GetThisSharedInstance(kFontManager + "/Tamberlink.framework");
@@ -99,7 +105,6 @@ TEST(TBKLoader, AFailedSearchIsMadeAgain) {
   traces.lines.clear();
   EXPECT_NE(TBKLoader::GetSharedInstance(), nullptr);
   EXPECT_THAT(traces.lines, Contains("  Loaded Tamberlink.framework"));
-  EXPECT_EQ(traces.lines.size(), 3u + 26u + 1u);
 }
 
 // Searches, and returns the path that it tried to load.
