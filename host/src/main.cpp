@@ -22,18 +22,18 @@
 #include <thread>
 #include <vector>
 
-#include "Exploration.h"
 #include "Findings.h"
 #include "FontManager.h"
 #include "HtmlFile.h"
 #include "JUnitFile.h"
 #include "JsonFile.h"
 #include "OutputFile.h"
+#include "RandomRun.h"
 #include "Runner.h"
 #include "Session.h"
 #include "SessionPrinter.h"
+#include "Sweep.h"
 #include "TextFile.h"
-#include "TraceFile.h"
 #include "Validation.h"
 
 namespace {
@@ -68,6 +68,7 @@ struct Selection {
   std::vector<std::string> files;
   std::string filter;
   bool quiet = false;
+  bool showsCalls = false;
 };
 
 // The files that are written about a run. An empty name stands for none.
@@ -75,7 +76,6 @@ struct Files {
   std::string json;
   std::string html;
   std::string junit;
-  std::string trace;
 };
 
 // Puts the folder in front of each name that two files have. Throws `SessionFileError` if that
@@ -109,6 +109,17 @@ std::regex MakeFilter(const std::string& text) {
   }
 }
 
+// Keeps the sessions whose name the expression finds. Throws `SessionFileError` if there is none.
+std::vector<Session> Filter(std::vector<Session> sessions, const std::string& expression) {
+  const std::regex filter = MakeFilter(expression);
+  std::erase_if(sessions,
+                [&](const Session& session) { return !std::regex_search(session.name, filter); });
+  if (sessions.empty()) {
+    throw host::SessionFileError("no session matches --filter " + expression);
+  }
+  return sessions;
+}
+
 // Throws one `SessionFileError` with all faults of all files.
 std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart& part) {
   std::vector<std::pair<std::string, std::vector<Session>>> files;
@@ -122,40 +133,26 @@ std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart
   }
   if (!faults.empty()) throw host::SessionFileError(host::Join(faults, "\n"));
   TellNamesApart(files);
-  const std::regex filter = MakeFilter(selection.filter);
   std::vector<Session> sessions;
   for (auto& [file, loaded] : files) {
-    std::copy_if(std::make_move_iterator(loaded.begin()), std::make_move_iterator(loaded.end()),
-                 std::back_inserter(sessions),
-                 [&](const Session& session) { return std::regex_search(session.name, filter); });
+    std::move(loaded.begin(), loaded.end(), std::back_inserter(sessions));
   }
-  if (sessions.empty()) {
-    throw host::SessionFileError("no session matches --filter " + selection.filter);
-  }
-  return sessions;
+  return Filter(std::move(sessions), selection.filter);
 }
 
-using Writers = std::vector<std::unique_ptr<RunListener>>;
-
-// Makes a writer for each file that is asked for.
-Writers OpenFiles(const Files& files) {
-  const std::array<std::string_view, 4> paths{files.json, files.html, files.junit, files.trace};
+// Plays the sessions and writes the files that are asked for. Returns the exit code.
+int Play(const std::vector<Session>& sessions, const RunOptions& options, const Files& files,
+         host::Detail detail) {
+  const std::array<std::string_view, 3> paths{files.json, files.html, files.junit};
   if (std::count(paths.begin(), paths.end(), host::OutputFile::kStandardOutput) > 1) {
     throw std::runtime_error("only one file can be -, which is standard output");
   }
-  Writers writers;
+  std::vector<std::unique_ptr<RunListener>> writers;
   const std::string program = kProgram;
   if (!files.json.empty()) writers.push_back(std::make_unique<host::JsonFile>(files.json, program));
   if (!files.html.empty()) writers.push_back(std::make_unique<host::HtmlFile>(files.html, program));
   if (!files.junit.empty()) writers.push_back(std::make_unique<host::JUnitFile>(files.junit));
-  if (!files.trace.empty()) writers.push_back(std::make_unique<host::TraceFile>(files.trace));
-  return writers;
-}
-
-// Plays the sessions for the printer and the writers. Returns the exit code.
-template <typename Printer>
-int Play(const std::vector<Session>& sessions, const RunOptions& options, const Writers& writers,
-         Printer& printer) {
+  host::SessionPrinter printer(detail);
   std::vector<RunListener*> listeners{&printer};
   for (const auto& writer : writers) listeners.push_back(writer.get());
   const int signal = host::PlaySessions(sessions, options, listeners);
@@ -163,21 +160,25 @@ int Play(const std::vector<Session>& sessions, const RunOptions& options, const 
   return printer.printOutcome() ? kOk : kFailed;
 }
 
+void ShowCalls(std::vector<Session>& sessions) {
+  for (Session& session : sessions) session.host.showsCalls = true;
+}
+
 int Run(const Selection& selection, const RunOptions& options, const Files& files) {
   const host::FontManager fontManager(options.fontManager);
-  const std::vector<Session> sessions = LoadAll(selection, fontManager);
-  const Writers writers = OpenFiles(files);
-  host::SessionPrinter printer(selection.quiet, sessions.size());
-  return Play(sessions, options, writers, printer);
+  std::vector<Session> sessions = LoadAll(selection, fontManager);
+  if (selection.showsCalls) ShowCalls(sessions);
+  return Play(sessions, options, files,
+              selection.quiet ? host::Detail::failures : host::Detail::everything);
 }
 
 // Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
-int Validate(RunOptions options, const Files& files) {
+int Validate(const Selection& selection, RunOptions options, const Files& files) {
   if (!options.strict) options.allowed.insert(host::Finding::userReport);
   const host::FontManager fontManager(options.fontManager);
-  const Writers writers = OpenFiles(files);
-  host::VerdictPrinter printer;
-  return Play(host::ValidationSessions(fontManager), options, writers, printer);
+  const std::vector<Session> sessions =
+      Filter(host::ValidationSessions(fontManager), selection.filter);
+  return Play(sessions, options, files, host::Detail::findings);
 }
 
 int List(const Selection& selection, const RunOptions& options) {
@@ -190,20 +191,23 @@ int List(const Selection& selection, const RunOptions& options) {
 
 // The options of `sweep` and `random`.
 struct Trials {
-  std::string limits;  // the file, or empty for none
+  std::string knownIssues;  // the file, or empty for none
   std::string save;
-  std::string from;
   uint64_t seed = 1;
   uint64_t count = 1000;
 };
 
-int CodeOf(const host::Explored& explored) {
-  if (explored.signal != 0) return kSignalled + explored.signal;
-  return explored.failed ? kFailed : kOk;
+// Prints the outcome. Returns the exit code.
+int EndTrials(const std::string& outcome, const host::FailurePrinter& printer, int signal) {
+  fmt::print("{}, {} failed\n", outcome, printer.count());
+  if (signal != 0) return kSignalled + signal;
+  fmt::print("result: {}\n", printer.count() > 0 ? "failed" : "ok");
+  return printer.count() > 0 ? kFailed : kOk;
 }
 
-host::Limits LoadLimitsOf(const Trials& trials, const host::SessionPart& part) {
-  return trials.limits.empty() ? host::Limits{} : host::LoadLimits(trials.limits, part);
+host::KnownIssues LoadKnownIssuesOf(const Trials& trials, const host::SessionPart& part) {
+  return trials.knownIssues.empty() ? host::KnownIssues{}
+                                    : host::LoadKnownIssues(trials.knownIssues, part);
 }
 
 // Before anything is played, which can take minutes.
@@ -218,19 +222,28 @@ void MakeFolder(const std::string& folder) {
 
 int Sweep(const Selection& selection, const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
-  const host::Limits limits = LoadLimitsOf(trials, fontManager);
+  const host::KnownIssues knownIssues = LoadKnownIssuesOf(trials, fontManager);
   std::vector<Session> sessions = LoadAll(selection, fontManager);
-  for (Session& session : sessions) host::Accept(limits, session);
+  for (Session& session : sessions) host::Accept(knownIssues, session);
+  const size_t count = sessions.size();
   MakeFolder(trials.save);
-  return CodeOf(host::PrintSweep(sessions, options, fontManager, trials.save));
+  host::FailurePrinter printer(trials.save);
+  const host::SweepResult result = host::Sweep(std::move(sessions), options, fontManager, printer);
+  return EndTrials(fmt::format("{} calls in {} session{}, {} trials", result.calls, count,
+                               count == 1 ? "" : "s", result.trials),
+                   printer, result.signal);
 }
 
 int PlayRandom(const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
-  host::RandomOptions random{trials.seed, trials.count, {}, LoadLimitsOf(trials, fontManager)};
-  if (!trials.from.empty()) random.from = host::LoadSessions(trials.from, fontManager);
+  const host::RandomOptions random{trials.seed, trials.count,
+                                   LoadKnownIssuesOf(trials, fontManager)};
   MakeFolder(trials.save);
-  return CodeOf(host::PrintRandom(random, options, fontManager, trials.save));
+  host::FailurePrinter printer(trials.save);
+  const host::RandomResult result = host::PlayRandomSessions(random, options, fontManager, printer);
+  return EndTrials(fmt::format("{} session{} of seed {}", result.played,
+                               result.played == 1 ? "" : "s", random.seed),
+                   printer, result.signal);
 }
 
 int ListFindings() {
@@ -248,10 +261,14 @@ void AddFontManager(CLI::App& command, std::string& fontManager) {
       ->check(CLI::ExistingDirectory);
 }
 
-void AddSelection(CLI::App& command, Selection& selection, std::string& fontManager) {
-  command.add_option("SESSION", selection.files, "The session files")->required();
+void AddFilter(CLI::App& command, Selection& selection) {
   command.add_option("--filter", selection.filter,
                      "Takes only the sessions whose name the regular expression finds");
+}
+
+void AddSelection(CLI::App& command, Selection& selection, std::string& fontManager) {
+  command.add_option("SESSION", selection.files, "The session files")->required();
+  AddFilter(command, selection);
   AddFontManager(command, fontManager);
 }
 
@@ -259,7 +276,6 @@ void AddFiles(CLI::App& command, Files& files) {
   command.add_option("--json", files.json, "Writes the timelines and findings as JSON objects");
   command.add_option("--html", files.html, "Writes a page that shows the timelines and findings");
   command.add_option("--junit", files.junit, "Writes the results as a JUnit file");
-  command.add_option("--trace", files.trace, "Writes the timelines as a trace, for Perfetto");
 }
 
 // `module` is how the command line names the plug-in's module.
@@ -292,7 +308,8 @@ void AddJobs(CLI::App& command, size_t& jobs) {
 }
 
 void AddTrials(CLI::App& command, Trials& trials, size_t& jobs) {
-  command.add_option("--accept", trials.limits, "A file whose 'accepted' counts in every session")
+  command
+      .add_option("--accept", trials.knownIssues, "A file whose 'accepted' counts in every session")
       ->check(CLI::ExistingFile);
   command.add_option("--save", trials.save, "The folder for the sessions that repeat what failed");
   AddJobs(command, jobs);
@@ -308,25 +325,26 @@ struct Arguments {
   std::vector<std::string> allowed;
 };
 
-void AddKeep(CLI::App& command, RunOptions& options) {
-  command.add_flag("--keep", options.keep, "Keeps the session folders and says where they are");
-}
-
 void AddPlaying(CLI::App& app, Arguments& arguments) {
   CLI::App& run = *app.add_subcommand("run", "Plays each session in a process of its own");
   AddRunOptions(run, "--plugin", arguments.options, arguments.allowed);
-  AddKeep(run, arguments.options);
-  AddFiles(run, arguments.files);
   AddSelection(run, arguments.selection, arguments.fontManager);
   run.add_flag("--quiet", arguments.selection.quiet, "Shows only the sessions that fail");
-  AddJobs(run, arguments.options.jobs);
-  run.add_flag("--fail-fast", arguments.options.failFast, "Ends with the first session that fails");
+  run.add_flag("--calls", arguments.selection.showsCalls,
+               "Shows each call of the host with its arguments and its result");
   CLI::App& validate = *app.add_subcommand(
       "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
   AddRunOptions(validate, "MODULE", arguments.options, arguments.allowed);
-  AddKeep(validate, arguments.options);
-  AddFiles(validate, arguments.files);
+  AddFilter(validate, arguments.selection);
   AddFontManager(validate, arguments.fontManager);
+  for (CLI::App* const command : {&run, &validate}) {
+    AddFiles(*command, arguments.files);
+    AddJobs(*command, arguments.options.jobs);
+    command->add_flag("--keep", arguments.options.keep,
+                      "Keeps the session folders and says where they are");
+    command->add_flag("--fail-fast", arguments.options.failFast,
+                      "Ends with the first session that fails");
+  }
 }
 
 void AddExploring(CLI::App& app, Arguments& arguments) {
@@ -346,10 +364,6 @@ void AddExploring(CLI::App& app, Arguments& arguments) {
   random.add_option("--count", trials.count, "How many sessions to play")
       ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()))
       ->capture_default_str();
-  random
-      .add_option("--from", trials.from,
-                  "Makes the sessions of this one: some of its steps, and others between them")
-      ->check(CLI::ExistingFile);
 }
 
 void AddListing(CLI::App& app, Arguments& arguments) {
@@ -371,7 +385,7 @@ int RunCommand(const std::string& command, Arguments& arguments) {
   }
   if (command == "sweep") return Sweep(arguments.selection, arguments.trials, options);
   if (command == "random") return PlayRandom(arguments.trials, options);
-  if (command == "validate") return Validate(options, arguments.files);
+  if (command == "validate") return Validate(arguments.selection, options, arguments.files);
   return Run(arguments.selection, options, arguments.files);
 }
 

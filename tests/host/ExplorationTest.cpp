@@ -73,7 +73,7 @@ TEST(Sweep, SaysWhereATrialWentWrongAndLetsWarningsPass) {
   EXPECT_EQ(Sweep(folder, Behaviour("enable outside a hook"), kCareless + " --strict").code, 1);
 }
 
-TEST(Sweep, PlaysEachTrialInTheFolderOfTheSession) {
+TEST(Sweep, PlaysEachTrialFromTheStart) {
   const TemporaryFolder folder;
   const Played swept = Sweep(folder,
                              "files: {behaviour: leave a mark}\nprojects: {projects/a.aep: [A]}\n"
@@ -122,19 +122,6 @@ TEST(Random, ShortensASessionThatFailsAndTheSeedRepeatsIt) {
   EXPECT_EQ(RunCommand(arguments).output, played.output);
 }
 
-TEST(Random, MakesSessionsOfAnother) {
-  const TemporaryFolder folder;
-  const std::string story = folder
-                                .Write("story.yaml",
-                                       "projects: {projects/a.aep: [A]}\n"
-                                       "steps: [start: , repeat: {times: 2, steps: "
-                                       "[save as: b.aep, open: b.aep]}, remove: projects/a.aep]\n")
-                                .string();
-  const Played played =
-      RunHost(kPlugin + kCareless + " --seed 2 --count 60 --from " + story, "random");
-  EXPECT_THAT(played.output, HasSubstr("60 sessions of seed 2"));
-}
-
 TEST(TolerantSession, AsksAtItsEndWhatBecameOfAnActivation) {
   const std::vector<std::pair<std::string, std::vector<std::string>>> cases{
       {"activate and forget",
@@ -158,12 +145,12 @@ TEST(TolerantSession, AsksAtItsEndWhatBecameOfAnActivation) {
   }
 }
 
-TEST(TolerantSession, PassesOverWhatCannotBePlayed) {
+TEST(TolerantSession, SkipsWhatCannotBePlayed) {
   const Played played =
       Play("tolerant: true\nsteps: [save, repeat: {times: 3, steps: [pick: Nothing, tick]}]\n");
   EXPECT_EQ(played.code, 0) << played.output;
-  EXPECT_THAT(played.output, AllOf(HasSubstr("passes over the step: a project without a path"),
-                                   HasSubstr("passes over the step: no menu has an item"),
+  EXPECT_THAT(played.output, AllOf(HasSubstr("skips the step: a project without a path"),
+                                   HasSubstr("skips the step: no menu has an item"),
                                    HasSubstr("\n     3  user ")));
 }
 

@@ -91,6 +91,7 @@ void Hooks::addCommandHook(const CommandHook& hook) {
 void Host::finish() {
   timeline.drainRest();
   timeline.endAll();
+  for (const auto& check : mFinalChecks) check();
   reportUnexpected();
   reportLeaks();
   mReporter.send(ReportKind::end, "");
@@ -210,8 +211,6 @@ void Host::start() {
 void Host::enterPlugin(const char* hook) {
   if (*mHook == '\0') {
     mAnswered.clear();
-    census.enter();
-    if (mBeforeEntry) mBeforeEntry();
     mFlight->watchdogStart = MonotonicNow();
   }
   ++mDepth;
@@ -230,16 +229,6 @@ void Host::leavePlugin(const char* outerHook) {
   mNestsTooDeep = false;
 }
 
-void Host::endFork(const char* hook) const {
-  mReporter.sendFromFork(
-      ReportKind::finding,
-      ToReport({Finding::forkReturned,
-                fmt::format("a process that the plug-in forked returns from the {} at tick {}",
-                            hook, timeline.tick),
-                timeline.head(Actor::plugIn)}));
-  _exit(EXIT_FAILURE);
-}
-
 void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   const char* const outerHook = mHook;
   A_Err result = A_Err_NONE;
@@ -254,7 +243,8 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
                                            DescribeException(), where()));
     mEnding = true;
   }
-  if (mFlight->isOfFork) endFork(hook);
+  // There would be two hosts.
+  if (mFlight->isOfFork) _exit(EXIT_FAILURE);
   // Not through the plug-in's frames: it might catch it.
   if (mEnding && *outerHook == '\0') throw SessionEnded{};
   if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
@@ -425,8 +415,9 @@ void Host::showDialog(const std::string& title, const std::string& className) {
                 ? "Escape"
                 : fmt::format("key {} for window {}", event.keyCode, event.windowNumber);
         timeline.add(Actor::plugIn, fmt::format("sends {} to {}", key, Quoted(target.title())));
-        census.count(kSendEvent);
-        if (!faults.take(kSendEvent)) return;
+        const A_Err fault = faults.take(kSendEvent);
+        showCall({kSendEvent}, fault);
+        if (fault == A_Err_NONE) return;
         noteFailure(kSendEvent);
         throw desktop::Exception("the window takes no events");
       });
@@ -571,6 +562,10 @@ void Host::reportMisuse(Finding finding, std::string_view text) {
   timeline.add(Actor::host, fmt::format("finds {}: {}", name, text));
 }
 
+void Host::showCall(const RunningCall& running, A_Err result) {
+  if (mSettings.showsCalls) timeline.addCall(running, result);
+}
+
 void Host::reportNotSupplied(const std::string& function) {
   timeline.record.notSupplied.push_back({function, where(), timeline.head(Actor::plugIn)});
   noteOnce(fmt::format("{} is not supplied by this host", function));
@@ -596,22 +591,6 @@ A_Err Host::reportFromOtherThread(SuiteId suite, std::string_view function) cons
                            function, NameOf(suite), where()),
                std::move(head)});
   return PF_Err_BAD_CALLBACK_PARAM;
-}
-
-void Host::copyFlight(FlightRecord& record) const {
-  record.tick = mFlight->tick;
-  record.time = mFlight->time;
-  record.stepsPlayed = mFlight->stepsPlayed;
-  record.step = mFlight->step;
-  record.stepNumber = mFlight->stepNumber;
-  record.stdoutTaken = mFlight->stdoutTaken;
-  record.stderrTaken = mFlight->stderrTaken;
-}
-
-void Host::moveTo(int reportPipe, FlightRecord& flight) {
-  mReporter.attach(reportPipe, flight);
-  mFlight = &flight;
-  timeline.moveTo(flight);
 }
 
 void Host::giveUp(Finding finding, const std::string& text) {

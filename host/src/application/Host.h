@@ -16,7 +16,6 @@
 
 #include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
-#include "Census.h"
 #include "Faults.h"
 #include "FileDates.h"
 #include "Findings.h"
@@ -53,6 +52,7 @@ struct HostSettings {
   std::vector<std::pair<std::string, std::string>> windowClasses;  ///< name and base
   std::vector<std::string> applications{"com.apple.dock"};  ///< bundle ids of the others that run
   Preferences::Sections preferences;
+  bool showsCalls = false;  ///< on the timeline: each call of a suite function, with its result
   std::vector<Acceptance> accepted;
   /// The session goes on where a step can't be played, and it is right that the plug-in shows an
   /// error that a function of the host has answered.
@@ -177,8 +177,8 @@ class Host {
   /// Reports what no step has expected, and what the plug-in has leaked. To be called after the
   /// last call of the plug-in.
   void finish();
-  /// Sends a report of another kind.
-  void send(ReportKind kind, std::string_view text) const { mReporter.send(kind, text); }
+  /// Has `check` run after the last call of the plug-in, before `finish` does its work.
+  void beforeFinish(std::function<void()> check) { mFinalChecks.push_back(std::move(check)); }
   /// Reports a finding. The session goes on.
   void report(Finding finding, std::string_view text);
   /// Reports a misuse of the host, with where it happened. The session may still expect it.
@@ -186,6 +186,8 @@ class Host {
   /// Reports a host call from another thread than the main one. For any thread. Returns the error
   /// that the call answers.
   A_Err reportFromOtherThread(SuiteId suite, std::string_view function) const;
+  /// Adds a call of the plug-in's to the timeline, if the session shows calls.
+  void showCall(const RunningCall& running, A_Err result);
   /// Notes that the plug-in calls a function that this host doesn't supply.
   void reportNotSupplied(const std::string& function);
   /// Takes back the misuses reported since the last call: the session expects them.
@@ -204,16 +206,7 @@ class Host {
   void watchProjects(std::function<void(const ProjectChange&)> listener) {
     mProjectListeners.push_back(std::move(listener));
   }
-  /// Calls `action` each time before the host calls the plug-in, except from within such a call.
-  void beforeEntries(std::function<void()> action) { mBeforeEntry = std::move(action); }
 
-  /// Begins the time limit of what is under way again, or ends it until the host calls the plug-in.
-  void limitTime(bool isLimited) { mFlight->watchdogStart = isLimited ? MonotonicNow() : 0; }
-  /// Copies to another record where the session is.
-  void copyFlight(FlightRecord& record) const;
-  /// Reports from now on to another process that waits, and tells it of no event. For a fork of the
-  /// process that has played so far. The record outlives the host.
-  void moveTo(int reportPipe, FlightRecord& flight);
   /// Reports a finding, with where it happened, and ends the session.
   [[noreturn]] void giveUp(Finding finding, const std::string& text);
   /// Says for a finding where the session is: the hook, the tick, the host call and the step.
@@ -247,7 +240,6 @@ class Host {
 
   Timeline timeline;
   Faults faults;
-  Census census;
   MemoryHandles memory;
   SuiteLedger suites;
   Blocks blocks;
@@ -270,7 +262,6 @@ class Host {
   void callPlugin(const char* hook, const std::function<A_Err()>& call);
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
-  [[noreturn]] void endFork(const char* hook) const;
   void replaceProject(std::unique_ptr<Project> project);
   void noteError(const char* hook, A_Err result);
   void reportLostWork(const ProjectChange& change);
@@ -305,8 +296,8 @@ class Host {
   std::vector<A_Err> mAnswered;  ///< since the host called the plug-in
   int64_t mErrorsShown = 0;
   std::vector<std::function<void(const ProjectChange&)>> mProjectListeners;
+  std::vector<std::function<void()>> mFinalChecks;
   bool mPluginHasClosed = false;  ///< a project, and hasn't opened one since
-  std::function<void()> mBeforeEntry;
   std::deque<desktop::WindowClass> mWindowClasses;
   std::map<std::string, int32_t> mApplications;  ///< process ids by bundle id
   bool mUserSwitches = false;

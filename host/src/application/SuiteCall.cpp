@@ -128,7 +128,6 @@ A_Err SuiteCall::misused(Finding finding, std::string_view what) {
 }
 
 A_Err SuiteCall::fault() {
-  TheHost().census.count(mRunning.function);
   const A_Err result = TheHost().faults.take(mRunning.function);
   if (result != A_Err_NONE) {
     TheHost().noteFailure(mRunning.function);
@@ -139,6 +138,7 @@ A_Err SuiteCall::fault() {
 
 void SuiteCall::answer(A_Err result) {
   if (result != A_Err_NONE) TheHost().noteAnswer(result);
+  TheHost().showCall(mRunning, result);
 }
 
 }  // namespace host

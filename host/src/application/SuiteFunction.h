@@ -95,8 +95,8 @@ class SuiteFunction<suite, function, Body<work, order, onFailure>, names...> {
       }
       SuiteCall call(suite, function.text, arguments...);
       Result result = run(call, arguments...);
+      call.answer(canFail ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});
       if constexpr (canFail) {
-        call.answer(result);
         if constexpr (!std::is_null_pointer_v<decltype(onFailure)>) {
           if (result != A_Err_NONE) onFailure(arguments...);
         }
@@ -107,8 +107,9 @@ class SuiteFunction<suite, function, Body<work, order, onFailure>, names...> {
     static Result run(SuiteCall& call, Arguments... arguments) {
       constexpr bool canFail = std::is_same_v<Result, A_Err>;
       if (call.error() == A_Err_NONE) (CheckArgument<names>(call, arguments), ...);
-      if (call.error() != A_Err_NONE) return static_cast<Result>(canFail ? call.error() : 0);
+      // Also counts a call that is wrong.
       const A_Err fault = call.fault();
+      if (call.error() != A_Err_NONE) return static_cast<Result>(canFail ? call.error() : 0);
       if (order == Order::faultFirst && fault != A_Err_NONE) {
         return static_cast<Result>(canFail ? fault : 0);
       }

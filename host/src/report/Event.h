@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -72,7 +73,8 @@ struct Event : EventHead {
   explicit Event(EventHead head) : EventHead(std::move(head)) {}
 
   EventKind kind = EventKind::entry;
-  std::string text;  ///< of an entry or expectation; may hold control characters
+  std::string text;               ///< of an entry or expectation; may hold control characters
+  std::optional<int64_t> result;  ///< of an entry that shows a call of the host: what it answered
 
   std::string name;   ///< of a hook, dialog or state, or the key of an expectation
   std::string value;  ///< of a state

@@ -81,6 +81,7 @@ Json ToJson(const Event& event) {
     case EventKind::entry:
       json["text"] = event.text;
       AddCall(event.call, json);
+      if (event.result) json["result"] = *event.result;
       break;
     case EventKind::expectation:
       json["text"] = event.text;
@@ -106,6 +107,7 @@ Event EventFrom(const Json& json) {
   switch (event.kind) {
     case EventKind::entry:
       event.text = json.at("text");
+      if (json.contains("result")) event.result = json.at("result");
       break;
     case EventKind::expectation:
       event.text = json.at("text");

@@ -20,7 +20,6 @@ enum class Finding {
   crash,
   timeout,
   processEnded,
-  forkReturned,
   dialogNeverBegan,
   hostCommandHandled,
   notSupplied,
@@ -75,8 +74,6 @@ inline constexpr std::array kFindingKinds{
                 "A call of the plug-in, or the host itself, takes longer than the time limit."},
     FindingKind{Finding::processEnded, "process-ended", Level::error,
                 "The plug-in ends the host's process."},
-    FindingKind{Finding::forkReturned, "fork-returned", Level::error,
-                "A process that the plug-in forks returns to the host, as a second one."},
     FindingKind{
         Finding::dialogNeverBegan, "dialog-never-began", Level::error,
         "A modal session of the host doesn't begin, because the plug-in doesn't pass it on."},
@@ -184,7 +181,6 @@ constexpr bool CanBeAccepted(Finding finding) {
     case Finding::crash:
     case Finding::timeout:
     case Finding::processEnded:
-    case Finding::forkReturned:
       return false;
     default:
       return true;

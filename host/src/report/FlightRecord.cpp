@@ -26,13 +26,10 @@ void KeepFromForks(FlightRecord& record) {
   static FlightRecord* kept = nullptr;
   kept = &record;
   pthread_atfork(nullptr, nullptr, [] {
-    // For the finding that the fork returns.
-    const int64_t step = kept->stepNumber;
     // In the place of the shared memory.
     const void* const own = mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
                                  MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (own == MAP_FAILED) _exit(EXIT_FAILURE);
-    kept->stepNumber = step;
     kept->isOfFork = true;
   });
 }

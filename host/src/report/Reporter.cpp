@@ -11,14 +11,10 @@ namespace host {
 void Reporter::attach(int pipe, FlightRecord& flight) {
   mPipe = pipe;
   mFlight = &flight;
-  mProcess = getpid();
 }
 
 void Reporter::send(ReportKind kind, std::string_view text) const {
-  if (mPipe >= 0 && mProcess == getpid()) sendFromFork(kind, text);
-}
-
-void Reporter::sendFromFork(ReportKind kind, std::string_view text) const {
+  if (mPipe < 0 || mFlight->isOfFork) return;
   const uint64_t size = text.size();
   std::string bytes(1, static_cast<char>(kind));
   bytes.append(reinterpret_cast<const char*>(&size), sizeof size).append(text);

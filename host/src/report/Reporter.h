@@ -13,12 +13,10 @@
 namespace host {
 
 enum class ReportKind : char {
-  event = 'V',     ///< an event, as a JSON object
-  finding = 'F',   ///< a finding, see `ToReport`
-  misuse = 'M',    ///< the same, for a misuse of the host that the session may still expect
-  expected = 'X',  ///< the session expects every misuse since the last such report
-  call = 'C',      ///< a call that could have failed: the plug-in's call, the number, the function
-  trial = 'T',     ///< the number of a trial of the session, and what went wrong in it
+  event = 'V',       ///< an event, as a JSON object
+  finding = 'F',     ///< a finding, see `ToReport`
+  misuse = 'M',      ///< the same, for a misuse of the host that the session may still expect
+  expected = 'X',    ///< the session expects every misuse since the last such report
   unloadable = 'U',  ///< the plug-in's module can't be loaded, and why
   played = 'P',      ///< all steps were played
   destroying = 'D',  ///< the session is over, played or not
@@ -37,13 +35,10 @@ class Reporter {
   /// Time that the other process needs doesn't count for the time limit of `flight`.
   void attach(int pipe, FlightRecord& flight);
   void send(ReportKind kind, std::string_view text) const;
-  /// Does the same in such a process, too.
-  void sendFromFork(ReportKind kind, std::string_view text) const;
 
  private:
   int mPipe = -1;
   FlightRecord* mFlight = nullptr;
-  int mProcess = 0;
 };
 
 /// Reads the report at `place` and moves `place` past it. Returns false if it isn't whole.

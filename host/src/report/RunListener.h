@@ -26,28 +26,13 @@ struct FoundInSession {
   EventHead head;    ///< of the moment in which it came up
 };
 
-/// A call that could have failed.
-struct CountedCall {
-  std::string function;  ///< of the host, or an operation of a framework
-  int64_t number = 0;    ///< among the calls of the function, from 1
-  int64_t entry = 0;     ///< the call of the plug-in by the host during which it came, from 1
-  int64_t inEntry = 0;   ///< the number among the function's calls during that one, from 1
-};
-
-/// What went wrong in a trial of a session.
-struct FoundInTrial {
-  size_t trial = 0;  ///< the place among the session's trials
-  FoundInSession found;
-};
-
 /// What came of a session.
 struct Played {
   std::vector<FoundInSession> findings;  ///< without those that are allowed
   bool complete = false;                 ///< every step was played
-  bool failed = false;
-  std::filesystem::path folder;      ///< where it was kept; empty otherwise
-  std::vector<CountedCall> calls;    ///< if the session counts them
-  std::vector<FoundInTrial> trials;  ///< those that went wrong
+  bool hasErrors = false;                ///< among the findings; with --strict a warning is one
+  bool failed = false;                   ///< has errors, or isn't complete
+  std::filesystem::path folder;          ///< where it was kept; empty otherwise
 };
 
 /// Hears of sessions while they are played, of one after the other in their order. May throw, which

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -9,11 +11,18 @@
 
 namespace host {
 
-/// Prints what happens in the sessions to standard output, and keeps account of those that failed.
+/// What is printed of a session.
+enum class Detail {
+  everything,
+  failures,  ///< only if it fails
+  findings,  ///< only what was found
+};
+
+/// Prints sessions to standard output, and keeps account of those that failed.
 class SessionPrinter final : public RunListener {
  public:
-  /// `quiet` prints only the sessions that fail. `count` is how many are to be played.
-  SessionPrinter(bool quiet, size_t count);
+  explicit SessionPrinter(Detail detail)
+      : mDetail(detail), mTranscript(WantsColour(STDOUT_FILENO)) {}
 
   void begin(const SessionInfo& session) override;
   void take(const Event& event) override;
@@ -24,24 +33,12 @@ class SessionPrinter final : public RunListener {
  private:
   void print(const std::string& text);
 
-  bool mQuiet;
-  size_t mCount;
-  size_t mNumber = 0;
-  bool mPrinted = false;
+  Detail mDetail;
+  size_t mCount = 0;
+  bool mPrinted = false;  ///< a session
   Transcript mTranscript;
-  std::string mKept;  ///< the text of the session, in case that it fails
+  std::string mKept;  ///< the text of the session, in case that it is printed at its end
   std::vector<std::string> mFailed;
-};
-
-/// Prints one line for each session, and below it what was found.
-class VerdictPrinter final : public RunListener {
- public:
-  void end(const SessionInfo& session, const Played& played) override;
-  /// Prints the outcome of the run. Returns whether every session passed.
-  bool printOutcome() const;
-
- private:
-  bool mFailed = false;
 };
 
 }  // namespace host

@@ -62,6 +62,20 @@ void Timeline::add(Actor actor, std::string_view text) {
   show(actor, text, call ? describe(*call) : Call());
 }
 
+void Timeline::addCall(const RunningCall& running, int64_t result) {
+  drain();
+  sendBegins();
+  Event entry = event(EventKind::entry, Actor::plugIn);
+  entry.call = describe(running);
+  std::string arguments;
+  for (const Argument& argument : entry.call.arguments) {
+    arguments += (arguments.empty() ? "" : ", ") + argument.value;
+  }
+  entry.text = fmt::format("calls {}({}): {}", running.function, arguments, result);
+  entry.result = result;
+  send(entry);
+}
+
 void Timeline::addExpectation(std::string_view key, std::string_view difference) {
   sendBegins();
   Event added = event(EventKind::expectation, Actor::session);
@@ -198,7 +212,7 @@ void Timeline::sendBegins() {
 }
 
 void Timeline::send(const Event& event) const {
-  if (!mMuted) mReporter->send(ReportKind::event, Dump(ToJson(event)));
+  mReporter->send(ReportKind::event, Dump(ToJson(event)));
 }
 
 void Timeline::takeStdoutLine(const std::string& line) {

@@ -70,17 +70,14 @@ class Timeline {
   void begin(const Reporter& reporter, FlightRecord& flight);
   /// Has `source` add its own entries each time the timeline takes in what was written.
   void addSource(std::function<void()> source) { mSources.push_back(std::move(source)); }
-  /// Tells another record from now on, and sends no event.
-  void moveTo(FlightRecord& flight) {
-    mFlight = &flight;
-    mMuted = true;
-  }
   /// Has `observer` see each entry that was added.
   void addObserver(std::function<void(const Event&)> observer) {
     mObservers.push_back(std::move(observer));
   }
   /// Adds an entry, which comes from the host function that is running.
   void add(Actor actor, std::string_view text);
+  /// Adds a call of the plug-in's with what it answered.
+  void addCall(const RunningCall& running, int64_t result);
   /// Adds what came of an expectation. It is met if there is no difference.
   void addExpectation(std::string_view key, std::string_view difference);
   /// Takes in what was written. Cheap if there is nothing new.
@@ -131,7 +128,6 @@ class Timeline {
 
   const Reporter* mReporter = nullptr;
   FlightRecord* mFlight = nullptr;
-  bool mMuted = false;
   std::string mPlace;
   std::vector<Span> mSpans;  ///< those that run, the innermost last
   std::map<std::string, std::string> mStates;

@@ -105,12 +105,9 @@ void ActivationRules::check() {
 }
 
 void ActivationRules::settle() {
-  // The calls that come now are no part of the session.
-  mHost->census.rest(true);
   mHost->faults.rest(true);
   letTimeGoBy();
   check();
-  mHost->census.rest(false);
   mHost->faults.rest(false);
 }
 

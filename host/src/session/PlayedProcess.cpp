@@ -93,29 +93,17 @@ std::vector<std::string> Frames(const std::string& report) {
   return frames;
 }
 
-// The function and the numbers of a `CountedCall`, each on a line.
-CountedCall ParseCall(const std::string& text) {
-  const std::vector<std::string> lines = Split(text, "\n");
-  return {lines.at(0), std::stoll(lines.at(1)), std::stoll(lines.at(2)), std::stoll(lines.at(3))};
-}
-
-// The number of the trial on a line, then the finding.
-FoundInTrial ParseTrial(const std::string& text) {
-  const size_t end = text.find('\n');
-  return {std::stoull(text.substr(0, end)), FoundFrom(std::string_view(text).substr(end + 1))};
-}
-
 }  // namespace
 
 PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
-                             std::filesystem::path folder, Janitor* janitor)
+                             std::filesystem::path folder, Janitor& janitor)
     : mSession(session), mOptions(options), mFolder(std::move(folder)), mJanitor(janitor) {}
 
 PlayedProcess::~PlayedProcess() {
   if (mProcess > 0) {
     kill(mProcess, SIGKILL);
     waitpid(mProcess, nullptr, 0);
-    endGroup();
+    mJanitor.cleanUpAfter(mProcess);
   }
   close(mPipe);
   close(mEnd);
@@ -131,28 +119,18 @@ bool PlayedProcess::fork() {
   mProcess = ::fork();
   if (mProcess < 0) throw std::runtime_error("can't make a process");
   const bool isNew = mProcess == 0;
-  // The plug-in looks for the font manager in its session. A trial is in that of its session.
-  if (isNew && mJanitor) setsid();
-  if (!mJanitor) setpgid(mProcess, mProcess);
+  // The plug-in finds the font manager in its own session.
+  if (isNew) setsid();
   close(ends[isNew ? 0 : 1]);
   mPipe = ends[isNew ? 1 : 0];
   if (!isNew) fcntl(mPipe, F_SETFL, O_NONBLOCK);
-  if (mJanitor && isNew) mJanitor->leave();
-  if (mJanitor && !isNew) mJanitor->watchGroup(mProcess);
+  if (!isNew) mJanitor.watch(mProcess);
   if (isNew) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     InstallCrashReport(mCrashReport);
     KeepFromForks(*mFlight);
   }
   return isNew;
-}
-
-void PlayedProcess::endGroup() {
-  if (mJanitor) {
-    mJanitor->endGroup(mProcess);
-  } else {
-    kill(-mProcess, SIGKILL);
-  }
 }
 
 bool PlayedProcess::update() {
@@ -169,11 +147,8 @@ bool PlayedProcess::update() {
   }
   // What it wrote before it ended. Others may hold the pipe open.
   readReports();
-  endGroup();
+  mJanitor.cleanUpAfter(mProcess);
   mProcess = -1;
-  // The process that waits for a trial holds the plug-in. It may ignore `SIGCHLD`, or wait for all
-  // children, and then the trial's status is lost.
-  if (ended < 0) status = mEnded ? W_EXITCODE(kPlayedExitCode, 0) : W_EXITCODE(EXIT_FAILURE, 0);
   addRestOf(kStdoutFile, mFlight->stdoutTaken, StdoutText);
   addRestOf(kStderrFile, mFlight->stderrTaken, StderrText);
   endRunning();
@@ -206,12 +181,6 @@ void PlayedProcess::takeReport(const Report& report) {
       break;
     case ReportKind::expected:
       mMisuses.clear();
-      break;
-    case ReportKind::call:
-      mCalls.push_back(ParseCall(report.text));
-      break;
-    case ReportKind::trial:
-      mTrials.push_back(ParseTrial(report.text));
       break;
     case ReportKind::unloadable:
       throw std::runtime_error(report.text);
@@ -341,14 +310,12 @@ Played PlayedProcess::result() {
     return mOptions.allowed.contains(found.finding);
   });
   played.complete = mPlayed;
-  played.failed =
-      !mPlayed ||
+  played.hasErrors =
       std::any_of(played.findings.begin(), played.findings.end(), [&](const FoundInSession& found) {
         return mOptions.strict || KindOf(found.finding).level == Level::error;
       });
+  played.failed = !mPlayed || played.hasErrors;
   if (mOptions.keep) played.folder = mFolder;
-  played.calls = mCalls;
-  played.trials = mTrials;
   return played;
 }
 

@@ -17,10 +17,10 @@ namespace host {
 /// A session that is being played in a process of its own, seen from the process that waits.
 class PlayedProcess {
  public:
-  /// `folder` is the session folder. `janitor` may be null, if another process cleans up after this
-  /// one. All arguments outlive this object. Throws `std::runtime_error` if there is no memory.
+  /// `folder` is the session folder. All arguments outlive this object. Throws `std::runtime_error`
+  /// if there is no memory.
   PlayedProcess(const Session& session, const RunOptions& options, std::filesystem::path folder,
-                Janitor* janitor);
+                Janitor& janitor);
   /// Ends the process, and those that the plug-in left behind.
   ~PlayedProcess();
   PlayedProcess(const PlayedProcess&) = delete;
@@ -31,11 +31,8 @@ class PlayedProcess {
   /// `std::runtime_error` if it can't.
   bool fork();
   PlayerSetup setup() const { return {mOptions, mFolder, mPipe}; }
-  /// In the new process, where it reports to.
-  int reportPipe() const { return mPipe; }
   FlightRecord& flight() const { return *mFlight; }
 
-  const Session& session() const { return mSession; }
   /// The descriptor that becomes readable when there is something to take in. Negative if there is
   /// none.
   int awaited() const { return mPipeIsClosed ? mEnd : mPipe; }
@@ -48,7 +45,6 @@ class PlayedProcess {
   Played result();
 
  private:
-  void endGroup();
   /// Returns false if the process can't report any more.
   bool readReports();
   void takeReport(const Report& report);
@@ -67,7 +63,7 @@ class PlayedProcess {
   const Session& mSession;
   const RunOptions& mOptions;
   const std::filesystem::path mFolder;
-  Janitor* const mJanitor;
+  Janitor& mJanitor;
   SharedFlightRecord mFlight;
   pid_t mProcess = -1;
   int mPipe = -1;              ///< the end for reading; in the new process, the end for writing
@@ -77,8 +73,6 @@ class PlayedProcess {
   std::string mUnread;  ///< bytes of the pipe that aren't a whole report
   std::vector<Event> mEvents;
   std::vector<Event> mRunning;  ///< begins of hooks and dialogs that still run
-  std::vector<CountedCall> mCalls;
-  std::vector<FoundInTrial> mTrials;
   std::vector<FoundInSession> mFindings;
   std::vector<FoundInSession> mMisuses;  ///< that the session may still expect
   bool mPlayed = false;

@@ -8,13 +8,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <functional>
 
 #include "CrashReport.h"
 #include "Runner.h"
 #include "Steps.h"
 #include "TextFile.h"
-#include "TrialRunner.h"
 
 namespace host {
 namespace {
@@ -34,58 +32,43 @@ bool playsASession = false;
   on_exit(finish, nullptr);
 }
 
-void CountCalls(Host& host) {
-  host.census.listen([&host](const CountedCall& call) {
-    host.send(ReportKind::call,
-              fmt::format("{}\n{}\n{}\n{}", call.function, call.number, call.entry, call.inEntry));
-  });
-}
-
 // The session must have used all that it set up.
 void CheckNothingIsLeft(Host& host, const Session& session) {
   host.timeline.drain();
-  if (host.settings().tolerant) return;
-  for (const std::string& function : host.faults.unmet()) {
-    host.report(Finding::setup,
-                fmt::format("{} wasn't called as often as it was to fail", function));
+  if (!host.settings().tolerant) {
+    for (const std::string& function : host.faults.unmet()) {
+      host.report(Finding::setup,
+                  fmt::format("{} wasn't called as often as it was to fail", function));
+    }
   }
   for (const auto& check : session.finalChecks) check(host);
 }
 
-void PlaySession(const Session& session, TrialRunner& trials, Host& host) {
+void PlaySession(const Session& session, Host& host) {
   for (const auto& preparation : session.preparations) preparation(host);
   for (const Step& step : session.steps) {
     if (step.quits && host.settings().tolerant && session.settles) {
-      trials.checkCallHasCome();
+      host.beginStep(kSettling);
       for (const auto& settle : session.settling) settle(host);
     }
     PlayStep(step, host);
     host.endStep();
   }
-  trials.checkCallHasCome();
   CheckNothingIsLeft(host, session);
   host.endSteps();
 }
 
 void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {
-  TrialRunner trials(session, setup.options, setup.folder, host);
-  const auto tryTo = [&](const std::function<void()>& action) {
-    try {
-      action();
-    } catch (const SessionEnded&) {
-      // The finding was reported before it was thrown.
-    } catch (const std::exception& error) {
-      host.report(Finding::setup,
-                  fmt::format("the session can't go on: {}{}", error.what(), host.where()));
-    }
-  };
-  tryTo([&] {
+  try {
     host.prepare(session.host, setup.options.module, setup.reportPipe, flight);
-    if (session.countsCalls) CountCalls(host);
-    PlaySession(session, trials, host);
-  });
-  // Trials may begin here too.
-  tryTo([&] { host.beginDestructors(); });
+    PlaySession(session, host);
+  } catch (const SessionEnded&) {
+    // The finding was reported before it was thrown.
+  } catch (const std::exception& error) {
+    host.report(Finding::setup,
+                fmt::format("the session can't go on: {}{}", error.what(), host.where()));
+  }
+  host.beginDestructors();
 }
 
 // What is read from the terminal is for the user's shell, and a signal of the terminal for the

@@ -29,13 +29,15 @@ void CatchSignals() {
 }
 
 struct Job {
-  Job(const Session& session, const RunOptions& options, Janitor& janitor)
-      : folder(session.setUp, janitor, options.keep),
-        process(session, options, folder.path(), &janitor) {
+  Job(std::shared_ptr<const Session> played, const RunOptions& options, Janitor& janitor)
+      : session(std::move(played)),
+        folder(session->setUp, options.keep),
+        process(*session, options, folder.path(), janitor) {
     std::fflush(nullptr);
-    if (process.fork()) PlayAndExit(session, process.setup(), process.flight());
+    if (process.fork()) PlayAndExit(*session, process.setup(), process.flight());
   }
 
+  std::shared_ptr<const Session> session;
   SessionFolder folder;
   PlayedProcess process;
   std::optional<Played> result;  ///< once the session is over
@@ -70,7 +72,7 @@ void Update(Job& job) {
 
 // Tells the listeners what is new of the session whose turn it is. Returns whether it is over.
 bool Tell(Job& job, const std::vector<RunListener*>& listeners) {
-  const SessionInfo& session = job.process.session();
+  const SessionInfo& session = *job.session;
   for (RunListener* const listener : listeners) {
     if (!job.announced) listener->begin(session);
     for (const Event& event : job.events) listener->take(event);
@@ -81,26 +83,25 @@ bool Tell(Job& job, const std::vector<RunListener*>& listeners) {
   return job.result.has_value();
 }
 
-void PlayAll(const std::vector<Session>& sessions, const RunOptions& options,
+void PlayAll(const NextSession& next, const RunOptions& options,
              const std::vector<RunListener*>& listeners) {
   Janitor janitor;
   CatchSignals();
   Jobs jobs;
-  auto next = sessions.begin();
-  bool stops = false;
+  std::shared_ptr<const Session> session = next();
   while (caughtSignal == 0) {
-    while (!stops && next != sessions.end() && CountRunning(jobs) < options.jobs) {
-      jobs.push_back(std::make_unique<Job>(*next++, options, janitor));
+    for (; session && CountRunning(jobs) < options.jobs; session = next()) {
+      jobs.push_back(std::make_unique<Job>(std::move(session), options, janitor));
     }
     if (jobs.empty()) break;
     WaitForReports(jobs);
     for (const auto& job : jobs) Update(*job);
     // It may have ended the processes too, which says nothing of their sessions.
     if (caughtSignal != 0) break;
-    if (Tell(*jobs.front(), listeners)) {
-      stops = stops || (options.failFast && jobs.front()->result->failed);
+    while (!jobs.empty() && Tell(*jobs.front(), listeners)) {
+      const bool isLast = options.failFast && jobs.front()->result->failed;
       jobs.pop_front();
-      if (stops) jobs.clear();
+      if (isLast) return;
     }
   }
 }
@@ -111,10 +112,10 @@ void Finish(const std::vector<RunListener*>& listeners) {
 
 }  // namespace
 
-int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
+int PlaySessions(const NextSession& next, const RunOptions& options,
                  const std::vector<RunListener*>& listeners) {
   try {
-    PlayAll(sessions, options, listeners);
+    PlayAll(next, options, listeners);
   } catch (...) {
     // The files are to be whole, with what was played before.
     Finish(listeners);
@@ -122,6 +123,17 @@ int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options
   }
   Finish(listeners);
   return caughtSignal;
+}
+
+int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
+                 const std::vector<RunListener*>& listeners) {
+  auto place = sessions.begin();
+  const auto next = [&]() -> std::shared_ptr<const Session> {
+    if (place == sessions.end()) return nullptr;
+    // Without an owner: the caller holds them all.
+    return {std::shared_ptr<const Session>(), &*place++};
+  };
+  return PlaySessions(next, options, listeners);
 }
 
 }  // namespace host

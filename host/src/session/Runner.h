@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -22,9 +24,15 @@ struct RunOptions {
   std::set<Finding> allowed;          ///< findings that don't count
 };
 
+/// Returns the next session to play, or null when there are no more.
+using NextSession = std::function<std::shared_ptr<const Session>()>;
+
 /// Plays each session in a process of its own. The listeners hear of them. Returns the signal that
 /// ended it, or 0. Throws `std::runtime_error` if a session can't be set up or the plug-in's module
 /// can't be loaded.
+int PlaySessions(const NextSession& next, const RunOptions& options,
+                 const std::vector<RunListener*>& listeners);
+/// Does the same for all of these sessions.
 int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
                  const std::vector<RunListener*>& listeners);
 

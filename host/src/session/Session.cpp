@@ -8,7 +8,7 @@
 #include <set>
 
 #include "Dialogs.h"
-#include "Limits.h"
+#include "KnownIssues.h"
 #include "SessionPart.h"
 #include "SessionText.h"
 #include "Steps.h"

@@ -32,14 +32,8 @@ struct Step {
   bool quits = false;  ///< ends the host
 };
 
-/// A session from one point on, with one thing going wrong.
-struct Trial {
-  int64_t entry = 0;  ///< the call of the plug-in, as the census counts, before which it begins
-  std::string what;   ///< as "call 3 of AEGP_GetProjectPath fails with 24301"
-  std::string step;   ///< YAML of the step that makes it go wrong in a session from its beginning
-  Action plant;       ///< makes it go wrong from that point
-  std::function<bool(const Host&)> isAwaited;  ///< the call hasn't come since
-};
+/// The place of what happens while a session settles.
+inline constexpr char kSettling[] = "settling";
 
 struct Session : SessionInfo {
   HostSettings host;
@@ -54,10 +48,6 @@ struct Session : SessionInfo {
   /// Reads its text again, without variants and their variables. Nobody holds it: each process of a
   /// session is a copy of one that knows all sessions.
   std::function<YAML::Node()> text;
-  bool countsCalls = false;  ///< reports each call that could have failed
-  /// Makes the trials, in the order of their beginnings. The process that plays the session calls
-  /// it, so that no other has to hold them. Null for none.
-  std::function<std::vector<Trial>()> makeTrials;
 };
 
 class SessionPart;

@@ -26,9 +26,8 @@ fs::path MakeFolder() {
 
 }  // namespace
 
-SessionFolder::SessionFolder(const FolderSetup& setup, const Janitor& janitor, bool keep)
-    : mJanitor(janitor), mKeep(keep), mPath(MakeFolder()) {
-  if (!mKeep) mJanitor.watch(mPath);
+SessionFolder::SessionFolder(const FolderSetup& setup, bool keep)
+    : mKeep(keep), mPath(MakeFolder()) {
   try {
     fill(setup);
   } catch (...) {
@@ -43,7 +42,6 @@ SessionFolder::~SessionFolder() {
 
 void SessionFolder::remove() {
   if (!RemoveWholly(mPath)) fmt::print(stderr, "can't remove {}\n", mPath.string());
-  mJanitor.forget(mPath);
 }
 
 void SessionFolder::fill(const FolderSetup& setup) {

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "Janitor.h"
 #include "Session.h"
 
 namespace host {
@@ -12,7 +11,7 @@ namespace host {
 class SessionFolder {
  public:
   /// Throws `std::runtime_error` if a file can't be put in place.
-  SessionFolder(const FolderSetup& setup, const Janitor& janitor, bool keep);
+  SessionFolder(const FolderSetup& setup, bool keep);
   ~SessionFolder();
   SessionFolder(const SessionFolder&) = delete;
   SessionFolder& operator=(const SessionFolder&) = delete;
@@ -23,7 +22,6 @@ class SessionFolder {
   void fill(const FolderSetup& setup);
   void remove();
 
-  const Janitor& mJanitor;
   bool mKeep;
   std::filesystem::path mPath;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -14,6 +15,12 @@ namespace host {
 
 /// Compares at an `expect` step. Returns what is wrong, or an empty text.
 using Check = std::function<std::string(Host&)>;
+
+/// A call that can go wrong.
+struct CountedCall {
+  std::string function;  ///< of the host, or an operation of a framework
+  int64_t number = 0;    ///< among the calls of the function in the session, from 1
+};
 
 /// Words of a session that the host itself doesn't know, such as those about a font manager. Every
 /// reader throws `SessionFileError`.
@@ -36,8 +43,8 @@ class SessionPart {
   /// at the beginning of a session. Returns none for a call that isn't one of this part.
   virtual std::vector<std::string> faultsOf(const CountedCall& call) const = 0;
 
-  /// Returns whether, in the session that this process plays, an answer waits for a call by its
-  /// number.
+  /// Returns whether, in the session that this process plays, an answer still waits for the call
+  /// that has its number.
   virtual bool awaitsCall() const = 0;
 
   /// Adds keys of this part to a session that is made up.

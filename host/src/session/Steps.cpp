@@ -313,15 +313,15 @@ void PlayStep(const Step& step, Host& host) {
     step.play(host);
   } catch (const StepImpossible& impossible) {
     if (!host.settings().tolerant) host.giveUp(Finding::setup, impossible.why);
-    host.timeline.add(Actor::session, fmt::format("passes over the step: {}", impossible.why));
+    host.timeline.add(Actor::session, fmt::format("skips the step: {}", impossible.why));
   }
 }
 
-Action ReadPartStep(const std::string& yaml, const SessionPart& part) {
+Step ReadStepOf(const std::string& yaml, const SessionPart& part) {
   static const Variables kNoVariables;
-  const YamlValue step(YAML::Load(yaml), "step", &yaml, &kNoVariables);
-  const auto [name, value] = NameAndValue(step);
-  return part.readStep(name, value);
+  static const HostSettings kAnyHost;
+  SessionDraft draft{part, kAnyHost, {}};
+  return ReadStep(YamlValue(YAML::Load(yaml), "step", &yaml, &kNoVariables), draft);
 }
 
 std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {

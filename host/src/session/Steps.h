@@ -29,7 +29,7 @@ bool NeedsHost(const YAML::Node& step);
 /// Plays a step. One that can't be played ends the session, or is passed over by a tolerant one.
 void PlayStep(const Step& step, Host& host);
 
-/// Reads a step of `part` from YAML of our own making.
-Action ReadPartStep(const std::string& yaml, const SessionPart& part);
+/// Reads a step from YAML of our own making, one that can come before the host starts.
+Step ReadStepOf(const std::string& yaml, const SessionPart& part);
 
 }  // namespace host

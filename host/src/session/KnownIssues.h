@@ -16,15 +16,15 @@ namespace host {
 std::vector<Acceptance> ReadAcceptances(const YamlValue& list, const SessionPart& part);
 
 /// What a plug-in is meant to get wrong in any session.
-struct Limits {
+struct KnownIssues {
   YAML::Node list;
   std::vector<Acceptance> accepted;
 };
 
 /// Reads a file with the key `accepted`, as a session has it. Throws `SessionFileError`.
-Limits LoadLimits(const std::filesystem::path& file, const SessionPart& part);
+KnownIssues LoadKnownIssues(const std::filesystem::path& file, const SessionPart& part);
 
-/// Has the session accept these as well, and its text say so. `limits` outlives the session.
-void Accept(const Limits& limits, Session& session);
+/// Has the session accept these as well, and its text say so. `issues` outlives the session.
+void Accept(const KnownIssues& issues, Session& session);
 
 }  // namespace host

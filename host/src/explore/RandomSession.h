@@ -11,9 +11,4 @@ namespace host {
 /// `part` knows, in any order. One session in two has faults.
 YAML::Node MakeRandomSession(Random& random, const SessionPart& part);
 
-/// Makes a tolerant session of another one: puts random steps between its own, and leaves out some
-/// of these. `session` has no variants.
-YAML::Node MakeRandomSessionFrom(const YAML::Node& session, Random& random,
-                                 const SessionPart& part);
-
 }  // namespace host

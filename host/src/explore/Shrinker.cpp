@@ -1,4 +1,4 @@
-#include "Reduction.h"
+#include "Shrinker.h"
 
 #include <algorithm>
 #include <charconv>
@@ -10,12 +10,12 @@ namespace host {
 namespace {
 
 // Tries smaller sessions, and keeps each one that still fails.
-class Reducer {
+class Shrinker {
  public:
-  Reducer(const YAML::Node& session, const StillFails& stillFails, int mostTrials)
-      : mSession(YAML::Clone(session)), mStillFails(stillFails), mTrialsLeft(mostTrials) {}
+  Shrinker(const YAML::Node& session, const StillFails& stillFails, int maxTrials)
+      : mSession(YAML::Clone(session)), mStillFails(stillFails), mTrialsLeft(maxTrials) {}
 
-  YAML::Node reduce() {
+  YAML::Node shrink() {
     bool isSmaller = true;
     while (isSmaller && mTrialsLeft > 0) {
       isSmaller = false;
@@ -142,8 +142,8 @@ class Reducer {
 
 }  // namespace
 
-YAML::Node Reduce(const YAML::Node& session, const StillFails& stillFails, int mostTrials) {
-  return Reducer(session, stillFails, mostTrials).reduce();
+YAML::Node Shrink(const YAML::Node& session, const StillFails& stillFails, int maxTrials) {
+  return Shrinker(session, stillFails, maxTrials).shrink();
 }
 
 }  // namespace host

@@ -1,4 +1,4 @@
-#include "Limits.h"
+#include "KnownIssues.h"
 
 #include <fmt/format.h>
 
@@ -25,7 +25,7 @@ Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
     acceptance.after = after->texts();
     for (const std::string& call : acceptance.after) {
       const bool isKnown = FunctionsThatCanFail().contains(call) || HasSuite(call) ||
-                           !part.faultsOf({call, 1, 0, 0}).empty();
+                           !part.faultsOf({call, 1}).empty();
       if (!isKnown) after->fail(fmt::format("there is no call '{}' that could fail", call));
     }
   }
@@ -40,23 +40,23 @@ std::vector<Acceptance> ReadAcceptances(const YamlValue& list, const SessionPart
   return acceptances;
 }
 
-Limits LoadLimits(const std::filesystem::path& file, const SessionPart& part) {
+KnownIssues LoadKnownIssues(const std::filesystem::path& file, const SessionPart& part) {
   static const Variables kNoVariables;
   const std::string name = file.string();
   const YAML::Node node = ParseYaml(name, ReadSessionFile(file));
-  const YamlValue root(node, "limits", &name, &kNoVariables);
+  const YamlValue root(node, "known issues", &name, &kNoVariables);
   const auto fields = root.fields({"accepted"});
   const YamlValue* accepted = Find(fields, "accepted");
   if (!accepted) root.fail("the key 'accepted' is missing");
   return {node["accepted"], ReadAcceptances(*accepted, part)};
 }
 
-void Accept(const Limits& limits, Session& session) {
+void Accept(const KnownIssues& issues, Session& session) {
   auto& accepted = session.host.accepted;
-  accepted.insert(accepted.end(), limits.accepted.begin(), limits.accepted.end());
-  session.text = [&limits, read = session.text] {
+  accepted.insert(accepted.end(), issues.accepted.begin(), issues.accepted.end());
+  session.text = [&issues, read = session.text] {
     YAML::Node text = read();
-    for (const YAML::Node& each : limits.list) text["accepted"].push_back(YAML::Clone(each));
+    for (const YAML::Node& each : issues.list) text["accepted"].push_back(YAML::Clone(each));
     return text;
   };
 }

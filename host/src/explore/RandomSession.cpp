@@ -76,22 +76,6 @@ class StepMaker {
   StepMaker(Random& random, const SessionPart& part, bool hasFaults, std::set<std::string> projects)
       : mRandom(random), mPart(part), mHasFaults(hasFaults), mProjects(std::move(projects)) {}
 
-  // Returns whether a step of another session can come here, and takes note of it.
-  bool take(const YAML::Node& step) {
-    if (!step.IsMap()) return true;
-    const std::string name = step.begin()->first.Scalar();
-    if (name == "repeat") {
-      const YAML::Node steps = step.begin()->second["steps"];
-      return std::all_of(steps.begin(), steps.end(),
-                         [&](const YAML::Node& each) { return take(each); });
-    }
-    const std::string project =
-        step.begin()->second.IsScalar() ? step.begin()->second.Scalar() : "";
-    if (name == "save as") mProjects.insert(project);
-    if (name == "open" || name == "open by double click") return mProjects.contains(project);
-    return name != "remove" || mProjects.erase(project) > 0;
-  }
-
   // Returns steps as YAML.
   Names next() {
     switch (mRandom.below(mHasFaults ? 7 : 6)) {
@@ -258,29 +242,6 @@ YAML::Node MakeRandomSession(Random& random, const SessionPart& part) {
   const size_t count = 1 + random.below(kMostSteps);
   for (size_t i = 0; i < count; ++i) Append(steps, maker.next());
   PutStart(steps, random);
-  root["steps"] = steps;
-  return root;
-}
-
-YAML::Node MakeRandomSessionFrom(const YAML::Node& session, Random& random,
-                                 const SessionPart& part) {
-  YAML::Node root = YAML::Clone(session);
-  root["tolerant"] = true;
-  if (random.oneIn(4)) root["settles"] = false;
-  std::set<std::string> projects;
-  for (const auto& project : session["projects"]) projects.insert(project.first.Scalar());
-  const bool hasFaults = random.oneIn(2);
-  StepMaker maker(random, part, hasFaults, std::move(projects));
-  YAML::Node steps(YAML::NodeType::Sequence);
-  bool mayInsert = std::none_of(session["steps"].begin(), session["steps"].end(),
-                                [](const YAML::Node& step) { return IsStep(step, "start"); });
-  for (const YAML::Node& step : session["steps"]) {
-    if (IsStep(step, "quit")) break;
-    const bool isLeftOut = !IsStep(step, "start") && random.oneIn(8);
-    if (!IsStep(step, "expect") && !isLeftOut && maker.take(step)) steps.push_back(step);
-    mayInsert = mayInsert || IsStep(step, "start");
-    if (mayInsert && random.oneIn(4)) Append(steps, maker.next());
-  }
   root["steps"] = steps;
   return root;
 }

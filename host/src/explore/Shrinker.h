@@ -11,7 +11,7 @@ namespace host {
 using StillFails = std::function<bool(const YAML::Node&)>;
 
 /// Returns the shortest session found that still fails: without the steps, set-up and numbers that
-/// the failure doesn't need. Asks at most `mostTrials` times.
-YAML::Node Reduce(const YAML::Node& session, const StillFails& stillFails, int mostTrials);
+/// the failure doesn't need. Asks at most `maxTrials` times.
+YAML::Node Shrink(const YAML::Node& session, const StillFails& stillFails, int maxTrials);
 
 }  // namespace host
