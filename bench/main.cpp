@@ -63,8 +63,8 @@ int main(int argc, char** argv) {
   KeepingReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::printf("\n");
-  bool within = RatioWithin(reporter, "UneventfulTick/ASCII", "UneventfulTickFloor/ASCII", 1.15);
-  within &= RatioWithin(reporter, "UneventfulTick/Japanese", "UneventfulTickFloor/Japanese", 1.6);
+  bool within = RatioWithin(reporter, "UneventfulTick/ASCII", "UneventfulTickFloor/ASCII", 1.25);
+  within &= RatioWithin(reporter, "UneventfulTick/Japanese", "UneventfulTickFloor/Japanese", 1.7);
   for (const std::string path : {"ASCII", "Japanese"}) {
     within &= CounterWithin(reporter, "UneventfulTick/" + path + ".allocations", 1);
     within &= CounterWithin(reporter, "UneventfulTick/" + path + ".suites", 0);

@@ -14,7 +14,6 @@ std::string createUTF8StringFromA_UTF16String(unsigned short* text) {
   if (!text) return {};
   unsigned short* end = text;
   unsigned int bits = 0;
-#pragma GCC unroll 8
   while (*end != 0) bits |= *end++;
   // Runs on every tick, and most paths are ASCII, where a unit is a byte.
   if (bits < 0x80) return {text, end};
