@@ -13,7 +13,8 @@ using Names = std::set<std::string>;
 
 Names exportsOf(const std::string& folder) {
   const std::string module = FONT_MANAGER "/" + folder + "Tamberlink.framework/Tamberlink";
-  FILE* const output = popen((NM " -D --defined-only --format=posix " + module).c_str(), "r");
+  FILE* const output =
+      popen((NM " -D --defined-only --format=posix '" + module + "'").c_str(), "r");
   Names names;
   for (char line[512]; fgets(line, sizeof line, output) != nullptr;) {
     names.insert(std::string(line).substr(0, std::string(line).find(' ')));
