@@ -140,6 +140,29 @@ CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef k
   return [[Object(bundle) infoDictionary] objectForKey:Object(key)];
 }
 
+Boolean CFBundleLoadExecutableAndReturnError(CFBundleRef bundle, CFErrorRef* error) {
+  const bool fails = Fails(__func__);
+  const OwnPool pool;
+  if (!fails && dlopen(Executable(Object(bundle)), RTLD_NOW | RTLD_LOCAL)) return true;
+  NSString* description = fails ? @"made to fail" : [NSString stringWithUTF8String:dlerror()];
+  NSDictionary* info = [NSDictionary dictionaryWithObject:description
+                                                   forKey:NSLocalizedDescriptionKey];
+  NSError* failure = [[NSError alloc] initWithDomain:NSCocoaErrorDomain code:3587 userInfo:info];
+  *error = static_cast<CFErrorRef>(Made(__func__, failure));
+  return false;
+}
+
+CFStringRef CFErrorCopyDescription(CFErrorRef error) {
+  Fails(__func__);
+  const OwnPool pool;
+  NSString* description = [[Object(error) localizedDescription] retain];
+  return static_cast<CFStringRef>(Made(__func__, description));
+}
+
+CFIndex CFErrorGetCode(CFErrorRef error) {
+  return [Object(error) code];
+}
+
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef name) {
   Fails(__func__);
   const OwnPool pool;

@@ -33,11 +33,12 @@ std::vector<RunningApplication> Workspace::runningApplicationsWithBundleIdentifi
   return matching;
 }
 
-void Workspace::activate(int32_t processIdentifier) {
+bool Workspace::activate(int32_t processIdentifier) {
   const RunningApplication* application = find(processIdentifier);
-  if (!application) return;
+  if (!application) return false;
   mFront = processIdentifier;
   if (mActivationObserver) mActivationObserver(*application);
+  return true;
 }
 
 void Workspace::addRunningApplication(RunningApplication application) {

@@ -5,9 +5,11 @@
 #include "AEIdleEventHandler.h"
 #include "AETypelark_Strings.h"
 #include "AE_APISuiteHandlerManager.h"
+#include "DebugUtils.h"
 #include "GlobalState.h"
 #include "NSAppOverride.h"
 #include "TBKLoader.h"
+#include "TraceFile.h"
 
 namespace {
 
@@ -26,6 +28,11 @@ void reportStartFailure(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin
   } catch (int) {
     // The host can't show the report. It still gets the error.
   }
+}
+
+A_Err traced(const char* function, A_Err error) {
+  OutputIndentedAndFormattedString(0, "%s returned %d", function, error);
+  return error;
 }
 
 // Returns whether to start an activation, once the user is done.
@@ -48,7 +55,13 @@ A_Err EntryPointFunc(SPBasicSuite* pica_basicP, A_long major_version, A_long min
                      AEGP_PluginID plugin_id, AEGP_GlobalRefcon* /*global_refconP*/) {
   global_state.hostMajorVersion = major_version;
   global_state.hostMinorVersion = minor_version;
-  if (!isHostFit(major_version, minor_version)) return A_Err_NONE;
+  StartTraceFile();
+  OutputIndentedAndFormattedString(0, "Typelark %s in After Effects %d.%d", TYPELARK_VERSION,
+                                   major_version, minor_version);
+  if (!isHostFit(major_version, minor_version)) {
+    OutputIndentedAndFormattedString(0, "The host is too old: 113.5 is the first that will do");
+    return A_Err_NONE;
+  }
   global_state.picaBasicSuite = pica_basicP;
   global_state.pluginId = plugin_id;
   try {
@@ -76,13 +89,16 @@ A_Err bootstrap(AE_APISuiteHandlerManager* manager, GlobalState* state) {
 A_Err registerForAEEventNotifications(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin_id) {
   if (!manager) return A_Err_NONE;
   AEGP_SuiteHandler* suites = manager->suite_handler_ptr();
-  A_Err error = suites->RegisterSuite5()->AEGP_RegisterIdleHook(plugin_id, IdleHook, nullptr);
+  A_Err error = traced("AEGP_RegisterIdleHook", suites->RegisterSuite5()->AEGP_RegisterIdleHook(
+                                                    plugin_id, IdleHook, nullptr));
   if (error == A_Err_NONE) {
-    error = suites->RegisterSuite5()->AEGP_RegisterDeathHook(plugin_id, DeathHook, nullptr);
+    error = traced("AEGP_RegisterDeathHook",
+                   suites->RegisterSuite5()->AEGP_RegisterDeathHook(plugin_id, DeathHook, nullptr));
   }
   if (error == A_Err_NONE) {
-    error =
-        suites->RegisterSuite5()->AEGP_RegisterUpdateMenuHook(plugin_id, UpdateMenuHook, nullptr);
+    error = traced(
+        "AEGP_RegisterUpdateMenuHook",
+        suites->RegisterSuite5()->AEGP_RegisterUpdateMenuHook(plugin_id, UpdateMenuHook, nullptr));
   }
   return error;
 }
@@ -91,20 +107,24 @@ A_Err addMenuItems(AE_APISuiteHandlerManager* manager, AEGP_Command* command,
                    AEGP_PluginID plugin_id) {
   if (!manager) return A_Err_NONE;
   AEGP_SuiteHandler* suites = manager->suite_handler_ptr();
-  A_Err error = suites->CommandSuite1()->AEGP_GetUniqueCommand(command);
+  A_Err error =
+      traced("AEGP_GetUniqueCommand", suites->CommandSuite1()->AEGP_GetUniqueCommand(command));
   if (error == A_Err_NONE) {
-    error = suites->CommandSuite1()->AEGP_InsertMenuCommand(
-        *command, GetStringPtr(kStringMenuItem), AEGP_Menu_WINDOW, AEGP_MENU_INSERT_SORTED);
+    error = traced("AEGP_InsertMenuCommand", suites->CommandSuite1()->AEGP_InsertMenuCommand(
+                                                 *command, GetStringPtr(kStringMenuItem),
+                                                 AEGP_Menu_WINDOW, AEGP_MENU_INSERT_SORTED));
   }
   if (error == A_Err_NONE) {
-    error = suites->RegisterSuite5()->AEGP_RegisterCommandHook(
-        plugin_id, AEGP_HP_BeforeAE, AEGP_Command_ALL, MenuCommandHook, nullptr);
+    error = traced("AEGP_RegisterCommandHook",
+                   suites->RegisterSuite5()->AEGP_RegisterCommandHook(
+                       plugin_id, AEGP_HP_BeforeAE, AEGP_Command_ALL, MenuCommandHook, nullptr));
   }
   return error;
 }
 
 void installAndStartDialogSuppression() {
   SwizzleNSAppBeginModal();
+  traceModalOverride();
   global_state.setShouldSuppressModalWindows(true);
 }
 
@@ -124,6 +144,7 @@ A_Err IdleHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_IdleRefcon /*refcon*/,
   } catch (int) {
     // The host lacks a suite. It would show an error at every tick.
   }
+  traceModalOverride();
   // The next tick compares with these, also after a tick that did nothing with them.
   global_state.lastProjectDirty = global_state.currentProjectDirty;
   global_state.lastProjectPath = global_state.currentProjectPath;
@@ -134,6 +155,7 @@ A_Err MenuCommandHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_CommandRefcon /*
                       AEGP_Command command, AEGP_HookPriority /*hook_priority*/,
                       A_Boolean /*already_handled*/, A_Boolean* handled) {
   if (command != global_state.menuCommand) return A_Err_NONE;
+  if (TraceIsOn()) OutputIndentedAndFormattedString(0, "Handling the menu command");
   if (invokeCommandDialog()) {
     try {
       global_state.startFontActivationProcess();
@@ -158,6 +180,7 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_UpdateMenuRefcon 
 }
 
 A_Err DeathHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_DeathRefcon /*refcon*/) {
+  OutputIndentedAndFormattedString(0, "The host quits");
   if (!TBKLoader::GetSharedInstance()) return A_Err_NONE;
   TamberlinkDocumentId id{};
   CallTamberlink(&TBKLoader::pfHandleCloseDocument, global_state.lastProjectPath.c_str(),

@@ -5,18 +5,25 @@
 #include "DebugUtils.h"
 #include "FrontApplication.h"
 
+void TraceActivation(int pid, bool accepted) {
+  if (!TraceIsOn()) return;
+  OutputIndentedAndFormattedString(0, "The platform %s to bring process %d to the front",
+                                   accepted ? "agreed" : "refused", pid);
+}
+
 void BackgroundForegroundSwitcher::backgroundForegroundApp(char* /*application_name*/) {
   OutputIndentedAndFormattedString(+1, "BackgroundForegroundSwitcher::backgroundForegroundApp");
   const int own = getpid();
   int front = 0;
   GetFrontProcessID(front);
-  if (own == front) {
-    int dock = 0;
-    GetProcessID("com.apple.dock", dock);
-    if (dock != 0) {
-      SetFrontApplication(dock);
-      SetFrontApplication(own);
-    }
+  int dock = 0;
+  if (own == front) GetProcessID("com.apple.dock", dock);
+  if (dock != 0) {
+    SetFrontApplication(dock);
+    SetFrontApplication(own);
+  } else if (TraceIsOn()) {
+    OutputIndentedAndFormattedString(0, "No switch: host %d, application in front %d, Dock %d", own,
+                                     front, dock);
   }
   OutputIndentedAndFormattedString(-1,
                                    "Exiting BackgroundForegroundSwitcher::backgroundForegroundApp");

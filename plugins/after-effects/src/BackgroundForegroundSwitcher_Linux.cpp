@@ -19,5 +19,5 @@ int GetProcessID(const char* bundle_id, int& pid) {
 }
 
 void SetFrontApplication(int pid) {
-  Workspace::sharedWorkspace().activate(pid);
+  TraceActivation(pid, Workspace::sharedWorkspace().activate(pid));
 }

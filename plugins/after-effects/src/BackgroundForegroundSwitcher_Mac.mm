@@ -31,6 +31,6 @@ int GetProcessID(const char* bundle_id, int& pid) {
 }
 
 void SetFrontApplication(int pid) {
-  [[NSRunningApplication runningApplicationWithProcessIdentifier:pid]
-      activateWithOptions:kAllWindowsIgnoringOtherApplications];
+  TraceActivation(pid, [[NSRunningApplication runningApplicationWithProcessIdentifier:pid]
+                           activateWithOptions:kAllWindowsIgnoringOtherApplications]);
 }

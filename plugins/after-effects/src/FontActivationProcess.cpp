@@ -5,6 +5,7 @@
 
 #include "AEIdleEventHandler.h"
 #include "BackgroundForegroundSwitcher.h"
+#include "DebugUtils.h"
 #include "TBKLoader.h"
 
 namespace {
@@ -76,10 +77,21 @@ void showRestrictedFonts(GlobalStateInterface* state, TBKCallTracker* tracker,
   state->restrictedFonts.clear();
 }
 
+void traceStep(const GlobalStateInterface& state, const char* step) {
+  if (!TraceIsOn()) return;
+  OutputIndentedAndFormattedString(0, "Activation of '%s', tick %d: %s",
+                                   state.activationProjectPath.c_str(),
+                                   state.ticksSinceActivationStart, step);
+}
+
 // The host finds a project's new fonts when it opens it. A project with unsaved changes stays open.
 void closeProjectUnlessDirty(GlobalStateInterface* state) {
   _AEGP_Project** project = state->suiteHandlerManager->getProjectByIndex(0);
-  if (state->suiteHandlerManager->isProjectDirty(project)) return;
+  if (state->suiteHandlerManager->isProjectDirty(project)) {
+    traceStep(*state, "the project has unsaved changes and stays open");
+    return;
+  }
+  traceStep(*state, "the project is closed, to be reopened");
   state->suiteHandlerManager->closeCurrentProject();
   state->SetProjectIsReopening(true);
 }
@@ -125,12 +137,16 @@ A_Err reopenProject(GlobalStateInterface* state, TBKCallTracker* tracker) {
 A_Err runStepInFontActivationProcess(GlobalStateInterface* state, TBKCallTracker* tracker) {
   const int32_t tick = state->ticksSinceActivationStart;
   if (tick == kTickOfDocument) {
+    traceStep(*state, "the framework activates the fonts");
     activateFontsOfDocument(state, tracker);
   } else if (tick == kTickOfFontListUpdate) {
+    traceStep(*state, "the host updates its font list");
     updateFontList(state, tracker);
   } else if (tick == kTickOfReopening && state->ProjectIsReopening()) {
+    traceStep(*state, "the host reopens the project");
     return reopenProject(state, tracker);
   } else if (tick >= kTickOfEnd) {
+    traceStep(*state, "the end");
     state->SetProjectIsReopening(false);
     state->endFontActivationProcess();
   }

@@ -15,5 +15,8 @@ int GetFrontProcessID(int& pid);
 /// `kNoSuchApplication`.
 int GetProcessID(const char* bundle_id, int& pid);
 
-/// Brings the application to the front, with all its windows, if it can be.
+/// Brings the application to the front, with all its windows, if it can be. Traces the outcome.
 void SetFrontApplication(int pid);
+
+/// Traces an attempt of `SetFrontApplication`, for the platforms' halves.
+void TraceActivation(int pid, bool accepted);

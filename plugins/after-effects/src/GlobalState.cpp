@@ -5,6 +5,7 @@
 #include "AEProjectPathUtils.h"
 #include "AE_APISuiteHandlerManager.h"
 #include "BackgroundForegroundSwitcher.h"
+#include "DebugUtils.h"
 #include "NSAppOverride.h"
 #include "TBKLoader.h"
 #include "VeldraneFileUtils.h"
@@ -31,6 +32,12 @@ void GlobalState::startFontActivationProcess() {
   AE_APISuiteHandlerManager manager(picaBasicSuite);
   AEProjectPathUtils pathUtils;
   activationProjectPath = pathUtils.getAfterEffectsProjectPathUTF8(&manager);
+  if (TraceIsOn()) {
+    OutputIndentedAndFormattedString(0, "%s",
+                                     activationProjectPath.empty()
+                                         ? "No activation starts: the project has no path"
+                                         : "An activation starts");
+  }
   if (activationProjectPath.empty()) return;
   ticksSinceActivationStart = 0;
   fontActivationInProgress = true;
@@ -68,6 +75,7 @@ void GlobalState::updateGlobalState() {
   if (!backgroundForegroundSwitcher) {
     backgroundForegroundSwitcher = std::make_shared<BackgroundForegroundSwitcher>();
   }
+  const int64_t lastModificationDate = currentProjectModificationDate;
   currentProjectPath = projectPathUtils->getAfterEffectsProjectPathUTF8(suiteHandlerManager.get());
   currentProjectDirty = projectPathUtils->isAfterEffectsProjectDirty(suiteHandlerManager.get());
   currentProjectModificationDate =
@@ -76,4 +84,13 @@ void GlobalState::updateGlobalState() {
           : VeldraneFileUtils::GetFileModificationDate(currentProjectPath.c_str());
   currentTime = time(nullptr);
   ++ticksSinceActivationStart;
+  if (TraceIsOn() &&
+      (currentProjectPath != lastProjectPath || currentProjectDirty != lastProjectDirty ||
+       currentProjectModificationDate != lastModificationDate)) {
+    OutputIndentedAndFormattedString(0, "Project '%s', %s, modified at %lld, seen at %lld",
+                                     currentProjectPath.c_str(),
+                                     currentProjectDirty ? "unsaved changes" : "no unsaved changes",
+                                     static_cast<long long>(currentProjectModificationDate),
+                                     static_cast<long long>(currentTime));
+  }
 }

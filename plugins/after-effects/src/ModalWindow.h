@@ -21,6 +21,8 @@ inline constexpr char kEscapeFailed[] = "Exception when sendEscapeKeyToWindow:  
 /// Tests whether the window is of that class or of one derived from it; false if there is no class
 /// of that name.
 bool isKindOfClass(Window* window, const char* className);
+/// Returns the name of the window's class.
+std::string classNameOf(Window* window);
 /// Returns the window's whole title.
 std::string titleOf(Window* window);
 /// Tests whether the window is on the screen.
@@ -36,6 +38,8 @@ void setOpenProjectDialog(Window* window);
 /// Returns the recorded dialog, or null once its window is gone, also if another window has its
 /// address by then.
 Window* openProjectDialog();
+/// Tests whether the application would begin the next modal session with our override.
+bool isOverrideInPlace();
 
 // The portable part.
 

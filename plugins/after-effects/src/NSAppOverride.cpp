@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "DebugUtils.h"
 #include "GlobalState.h"
 #include "ModalWindow.h"
 
@@ -32,27 +33,49 @@ bool listHolds(const char* const* titles, const std::string& title) {
   return false;
 }
 
-void dismissIfMissingFonts(Window* window) {
+// The functions below return what they decided, as the trace tells it.
+
+const char* dismissIfMissingFonts(Window* window) {
   const bool enabled = global_state.isPluginEnabled();
   const bool missing = isMissingFontsWindow(window, global_state.hostMajorVersion);
   if (enabled && missing) {
     suppressWindowAndStartFontActivationProcess(window, global_state.hostMajorVersion);
   }
   setOpenProjectDialog(nullptr);
+  if (!missing) return "It passes: it isn't the missing fonts dialog";
+  return enabled ? "It is dismissed" : "It passes: the framework reports the plug-in disabled";
+}
+
+const char* decideOn(Window* window) {
+  if (!global_state.shouldSuppressModalWindows()) return "It passes: the override is off";
+  if (!isKindOfClass(window, kDialogClass)) return "It passes: it isn't a DVAMacDialog";
+  std::printf("Saw a DVAMacDialog titled: %s\n", titleOf(window).c_str());
+  if (isThisTheOpenProjectDialog(window)) {
+    setOpenProjectDialog(window);
+    lookingForMissingFontsDialogs = true;
+    return "It passes: it is the open project dialog";
+  }
+  if (lookingForMissingFontsDialogs) return dismissIfMissingFonts(window);
+  return "It passes: no open project dialog came before it";
+}
+
+const char* overrideState() {
+  return isOverrideInPlace() ? "The application has the override"
+                             : "The application has another implementation than the override";
 }
 
 }  // namespace
 
 void recordOrDismiss(Window* window) {
-  if (!global_state.shouldSuppressModalWindows()) return;
-  if (!isKindOfClass(window, kDialogClass)) return;
-  std::printf("Saw a DVAMacDialog titled: %s\n", titleOf(window).c_str());
-  if (isThisTheOpenProjectDialog(window)) {
-    setOpenProjectDialog(window);
-    lookingForMissingFontsDialogs = true;
-  } else if (lookingForMissingFontsDialogs) {
-    dismissIfMissingFonts(window);
+  if (!TraceIsOn()) {
+    decideOn(window);
+    return;
   }
+  OutputIndentedAndFormattedString(+1, "A modal dialog begins: class '%s', title '%s'",
+                                   classNameOf(window).c_str(), titleOf(window).c_str());
+  OutputIndentedAndFormattedString(0, "%s", overrideState());
+  OutputIndentedAndFormattedString(0, "%s", decideOn(window));
+  OutputIndentedAndFormattedString(-1, "The modal session begins");
 }
 
 bool isThisTheOpenProjectDialog(Window* window) {
@@ -81,6 +104,14 @@ void suppressWindowAndStartFontActivationProcess(Window* window, int32_t /*aeMaj
 }
 
 }  // namespace modal_window
+
+void traceModalOverride() {
+  static const char* lastState = nullptr;
+  if (!TraceIsOn()) return;
+  const char* const state = modal_window::overrideState();
+  if (state != lastState) OutputIndentedAndFormattedString(0, "%s", state);
+  lastState = state;
+}
 
 void projectWasOpened() {
   modal_window::lookingForMissingFontsDialogs = false;

@@ -7,5 +7,9 @@
 /// second call does nothing. Never undone.
 void SwizzleNSAppBeginModal();
 
+/// Traces whether the application still has the override, if that changed since the last call. Asks
+/// the platform only while the trace is on.
+void traceModalOverride();
+
 /// Ends the project opening under way: the next missing fonts dialog isn't dismissed.
 void projectWasOpened();

@@ -49,6 +49,10 @@ bool isKindOfClass(Window* window, const char* className) {
   return desktopWindow(window)->isKindOfClass(desktop::ClassFromString(className));
 }
 
+std::string classNameOf(Window* window) {
+  return desktopWindow(window)->className();
+}
+
 std::string titleOf(Window* window) {
   return desktopWindow(window)->title();
 }
@@ -75,6 +79,10 @@ void setOpenProjectDialog(Window* window) {
 
 Window* openProjectDialog() {
   return reinterpret_cast<Window*>(desktop::LoadWeak(&sOpenProjectDialog));
+}
+
+bool isOverrideInPlace() {
+  return desktop::Application::sharedApplication().beginModalSession() == beginModalOverride;
 }
 
 }  // namespace modal_window

@@ -152,6 +152,10 @@ bool isKindOfClass(Window* window, const char* className) {
   return name && [cocoaWindow(window) isKindOfClass:NSClassFromString(name)];
 }
 
+std::string classNameOf(Window* window) {
+  return object_getClassName(cocoaWindow(window));
+}
+
 std::string titleOf(Window* window) {
   const char* title = [[cocoaWindow(window) title] UTF8String];
   return title ? title : "";
@@ -175,6 +179,12 @@ void setOpenProjectDialog(Window* window) {
 
 Window* openProjectDialog() {
   return portableWindow(objc_loadWeak(&sOpenProjectDialog));
+}
+
+bool isOverrideInPlace() {
+  // Asks the object: a subclass of the host's may have a method of its own.
+  return [NSApp methodForSelector:@selector(beginModalSessionForWindow:)] ==
+         reinterpret_cast<IMP>(beginModalOverride);
 }
 
 }  // namespace modal_window

@@ -3,48 +3,20 @@
 #include <sys/stat.h>
 
 #include <array>
+#include <map>
+#include <utility>
 
-#include "DebugUtils.h"
+#include "CppCoreMacros.h"
 #include "DllFrameworkUtils.h"
 #include "GetPathToRunningProcess.h"
-
-// The exports in table order. `VerifyThatAllMembersAre` passes over the last two.
-#define TAMBERLINK_VERIFIED_EXPORTS(EXPORT) \
-  EXPORT(ActivateChosenFonts)               \
-  EXPORT(CreateMenusFromJSONBuffer)         \
-  EXPORT(GetAPIVersion)                     \
-  EXPORT(GetIDForDocument)                  \
-  EXPORT(GetMenus)                          \
-  EXPORT(GetSettings)                       \
-  EXPORT(GetSocketPort)                     \
-  EXPORT(HandleCloseDocument)               \
-  EXPORT(HandleCreateNewDocument)           \
-  EXPORT(HandleMenuSelection)               \
-  EXPORT(HandleOpenExistingDocument)        \
-  EXPORT(HandleSaveDocument)                \
-  EXPORT(IdleEvent)                         \
-  EXPORT(InitializeTamberlinkInterface)     \
-  EXPORT(InvokeCommandDialog)               \
-  EXPORT(InvokeResolveDialog)               \
-  EXPORT(InvokeRestrictedFontsDialog)       \
-  EXPORT(PluginIsEnabled)                   \
-  EXPORT(ProcessPanelMessages)              \
-  EXPORT(RegisterPlugPlug)                  \
-  EXPORT(SetPathForDocument)                \
-  EXPORT(TerminateTamberlinkInterface)      \
-  EXPORT(UpdateDocumentFontUsage)           \
-  EXPORT(SetRebuildWorkgroupsMenuCallback)
-
-#define TAMBERLINK_EXPORTS(EXPORT)    \
-  TAMBERLINK_VERIFIED_EXPORTS(EXPORT) \
-  EXPORT(ShowNotLoggedInMessageBox)   \
-  EXPORT(ShouldShowLogin)
 
 TBKLoader* TBKLoader::sSharedInstance = nullptr;
 
 namespace {
 
 constexpr char kFrameworkName[] = "Tamberlink.framework";
+// `VerifyThatAllMembersAre` passes over the last two.
+constexpr int32_t kVerifiedExports = 24;
 
 // False for a directory, so also for a framework.
 bool FileExists(const std::string& path) {
@@ -113,36 +85,53 @@ TBKLoader* TBKLoader::GetThisSharedInstance(const std::string& frameworkPath) {
   sSharedInstance->frameworkPath = frameworkPath;
   sSharedInstance->frameworkVersion = version.data();
   ResetFunctionPointers(sSharedInstance, bundle);
+  OutputIndentedAndFormattedString(0, "Its version is '%s', and it lacks %d exports",
+                                   version.data(), sSharedInstance->missingFunctionCount);
   return sSharedInstance;
 }
 
 void TBKLoader::ResetFunctionPointers(TBKLoader* loader, const void* bundle) {
   if (bundle) loader->missingFunctionCount = 0;
-#define LOOK_UP(name) LookUp(loader->pf##name, bundle, #name, loader->missingFunctionCount);
-  TAMBERLINK_EXPORTS(LOOK_UP)
-#undef LOOK_UP
+#define TBK_EXPORT(name, parameters) TBK_UNCALLED_EXPORT(name)
+#define TBK_UNCALLED_EXPORT(name) \
+  LookUp(loader->pf##name, bundle, #name, loader->missingFunctionCount);
+#include "TBKExports.def"
 }
 
 bool TBKLoader::VerifyThatAllMembersAre(bool nonNull) {
   bool allAre = true;
-#define VERIFY(name)                                                               \
-  if (!pf##name && nonNull) {                                                      \
-    OutputIndentedAndFormattedString(0, "ERROR:  this->pf" #name " is NULL.");     \
-    allAre = false;                                                                \
-  } else if (pf##name && !nonNull) {                                               \
-    OutputIndentedAndFormattedString(0, "ERROR:  this->pf" #name " is not NULL."); \
-    allAre = false;                                                                \
+  int32_t position = 0;
+#define TBK_EXPORT(name, parameters) TBK_UNCALLED_EXPORT(name)
+#define TBK_UNCALLED_EXPORT(name)                                                            \
+  if (++position <= kVerifiedExports && (pf##name != nullptr) != nonNull) {                  \
+    OutputIndentedAndFormattedString(0, nonNull ? "ERROR:  this->pf" #name " is NULL."       \
+                                                : "ERROR:  this->pf" #name " is not NULL."); \
+    allAre = false;                                                                          \
   }
-  TAMBERLINK_VERIFIED_EXPORTS(VERIFY)
-#undef VERIFY
+#include "TBKExports.def"
   return allAre;
+}
+
+void TBKLoader::TraceCall(const void* member, const std::vector<std::string>& arguments,
+                          uint32_t result) const {
+  std::string name;
+#define TBK_EXPORT(export, parameters) TBK_UNCALLED_EXPORT(export)
+#define TBK_UNCALLED_EXPORT(export) \
+  if (member == &pf##export) name = #export;
+#include "TBKExports.def"
+  std::string call = name + "(";
+  for (const std::string& argument : arguments) call += (call.back() == '(' ? "" : ", ") + argument;
+  call += ") returned " + GetNameForErrorCode(result);
+  // The ticks ask these again and again.
+  static std::map<std::string, std::string> answers{{"PluginIsEnabled", ""},
+                                                    {"ShouldShowLogin", ""}};
+  const auto last = answers.find(name);
+  if (last != answers.end() && std::exchange(last->second, call) == call) return;
+  OutputIndentedAndFormattedString(0, "%s (0x%08x)", call.c_str(), result);
 }
 
 void AskWhetherPluginIsEnabled(bool showMessage, bool* enabled) {
   const TBKLoader* loader = TBKLoader::GetSharedInstance();
-  if (loader && loader->pfPluginIsEnabled) {
-    loader->pfPluginIsEnabled(showMessage, enabled);
-  } else {
-    *enabled = false;
-  }
+  if (!loader || !loader->pfPluginIsEnabled) *enabled = false;
+  CallTamberlink(&TBKLoader::pfPluginIsEnabled, showMessage, enabled);
 }

@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "CoreErrorCodes.h"
+#include "DebugUtils.h"
 
 /// The buffer of a document's identifier. The framework may fill it without a terminator.
 using TamberlinkDocumentId = std::array<char, 256>;
@@ -21,53 +23,13 @@ using TamberlinkDocumentId = std::array<char, 256>;
 /// `reply` has 32767 bytes. On entry a `size` is that of the buffer. Results are codes of
 /// `CoreErrorCodes` and its like.
 ///
-/// A function pointer is null if the framework lacks the export of that name. Exports that nobody
-/// calls have no signature here.
+/// The function pointer of each export in `TBKExports.def` has its name after `pf`. It is null if
+/// the framework lacks the export. Exports that nobody calls have no signature.
 class TBKLoader {
  public:
-  /// Activates the fonts in `list` and writes their number to `count`.
-  uint32_t (*pfActivateChosenFonts)(const char* path, char* list, int32_t* count);
-  void (*pfCreateMenusFromJSONBuffer)();
-  void (*pfGetAPIVersion)();
-  /// Writes the document's identifier to `id`.
-  uint32_t (*pfGetIDForDocument)(const char* path, char* id, uint64_t* size);
-  void (*pfGetMenus)();
-  void (*pfGetSettings)();
-  void (*pfGetSocketPort)();
-  /// Tells that the document was closed. The caller zeroes `id`.
-  uint32_t (*pfHandleCloseDocument)(const char* path, char* id);
-  /// Makes a document without a path and writes its identifier to `id`.
-  uint32_t (*pfHandleCreateNewDocument)(char* id, uint64_t* size);
-  void (*pfHandleMenuSelection)();
-  /// Activates the fonts of a document that was opened, and writes their number to `count`. Writes
-  /// those that need the user to `list`: fonts to resolve or restricted fonts, by the result.
-  uint32_t (*pfHandleOpenExistingDocument)(const char* path, char* list, uint64_t* size,
-                                           int32_t* count);
-  /// Tells that the document was saved. The caller zeroes `id`.
-  uint32_t (*pfHandleSaveDocument)(const char* path, char* id);
-  void (*pfIdleEvent)();
-  /// Introduces the caller. Comes before all other calls.
-  uint32_t (*pfInitializeTamberlinkInterface)(const char* bundleId, const char* version);
-  /// Runs the command dialog. Writes to `start` whether to activate the document's fonts again.
-  uint32_t (*pfInvokeCommandDialog)(const char* id, char* reply, bool* start);
-  /// Offers the fonts in `list` to the user and leaves the chosen ones in it.
-  uint32_t (*pfInvokeResolveDialog)(char* list, uint64_t* size);
-  /// Shows the fonts in `list` to the user.
-  uint32_t (*pfInvokeRestrictedFontsDialog)(const char* path, char* list);
-  /// Writes whether the plug-in is enabled, or leaves `enabled` as it is.
-  uint32_t (*pfPluginIsEnabled)(bool showMessage, bool* enabled);
-  void (*pfProcessPanelMessages)();
-  void (*pfRegisterPlugPlug)();
-  /// Gives the document of that `id` its path.
-  uint32_t (*pfSetPathForDocument)(const char* path, const char* id);
-  /// Ends the connection. The last call.
-  uint32_t (*pfTerminateTamberlinkInterface)();
-  void (*pfUpdateDocumentFontUsage)();
-  void (*pfSetRebuildWorkgroupsMenuCallback)();
-  /// Tells the user that nobody is logged in.
-  uint32_t (*pfShowNotLoggedInMessageBox)();
-  /// Writes whether to tell the user so.
-  uint32_t (*pfShouldShowLogin)(bool* show);
+#define TBK_EXPORT(name, parameters) uint32_t(*pf##name) parameters;
+#define TBK_UNCALLED_EXPORT(name) void (*pf##name)();
+#include "TBKExports.def"
 
   /// The path that was loaded.
   std::string frameworkPath;
@@ -98,12 +60,36 @@ class TBKLoader {
   /// each that isn't.
   bool VerifyThatAllMembersAre(bool nonNull);
 
+  /// Traces a call of the operation that `member` points to, with its arguments as the call left
+  /// them. `PluginIsEnabled` and `ShouldShowLogin` are traced only if that differs from last time.
+  void TraceCall(const void* member, const std::vector<std::string>& arguments,
+                 uint32_t result) const;
+
  private:
   TBKLoader();
   static TBKLoader* FindAndLoadSharedInstance();
 
   static TBKLoader* sSharedInstance;
 };
+
+/// Returns what a trace shows of an argument: a text, a number, or nothing of a buffer, which may
+/// lack a terminator.
+inline std::string TraceText(const char* text) {
+  return std::string("'").append(text).append("'");
+}
+inline std::string TraceText(char* /*buffer*/) {
+  return "...";
+}
+inline std::string TraceText(bool value) {
+  return value ? "true" : "false";
+}
+inline std::string TraceText(const bool* value) {
+  return TraceText(*value);
+}
+template <class Number>
+std::string TraceText(const Number* value) {
+  return std::to_string(*value);
+}
 
 /// Calls the framework's operation, as in `CallTamberlink(&TBKLoader::pfShouldShowLogin, &show)`.
 /// Without the framework or the operation, returns `CoreErrorCodes::kNotImplemented` and leaves
@@ -112,8 +98,11 @@ template <class... Parameters>
 uint32_t CallTamberlink(uint32_t (*TBKLoader::*member)(Parameters...),
                         std::type_identity_t<Parameters>... arguments) {
   const TBKLoader* loader = TBKLoader::GetSharedInstance();
-  if (!loader || !(loader->*member)) return CoreErrorCodes::kNotImplemented;
-  return (loader->*member)(arguments...);
+  if (!loader) return CoreErrorCodes::kNotImplemented;
+  const auto operation = loader->*member;
+  const uint32_t result = operation ? operation(arguments...) : CoreErrorCodes::kNotImplemented;
+  if (TraceIsOn()) loader->TraceCall(&(loader->*member), {TraceText(arguments)...}, result);
+  return result;
 }
 
 /// Asks the framework whether the plug-in is enabled. Writes false if it lacks the operation, as

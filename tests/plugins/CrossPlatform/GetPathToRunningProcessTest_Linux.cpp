@@ -8,6 +8,7 @@
 
 #include "CoreErrorCodes.h"
 #include "TemporaryFolder.h"
+#include "TraceLog.h"
 
 namespace {
 
@@ -68,7 +69,15 @@ TEST(RunningProcess, IsFoundInItsSessionByItsExactNameAndTheLowestIdDecides) {
   const RunningCopy first(places[0] / "Oxbrim");
   const RunningCopy second(places[1] / "Oxbrim");
   EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kSuccess);
-  EXPECT_EQ(found, places[first.pid() < second.pid() ? 0 : 1].string() + "/");
+  const size_t lowest = first.pid() < second.pid() ? 0 : 1;
+  EXPECT_EQ(found, places[lowest].string() + "/");
+
+  TraceLog traces;
+  EXPECT_EQ(GetPathToRunningProcessExe("Oxbrim", found), CoreErrorCodes::kSuccess);
+  EXPECT_EQ(found, places[lowest].string() + "/");
+  EXPECT_EQ(traces.lines,
+            (std::vector<std::string>{"Running: '" + places[lowest].string() + "/Oxbrim'",
+                                      "Running: '" + places[1 - lowest].string() + "/Oxbrim'"}));
 }
 
 }  // namespace

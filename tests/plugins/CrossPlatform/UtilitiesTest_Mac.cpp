@@ -13,10 +13,12 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
+using testing::Not;
 
 constexpr char kString[] = "CFStringCreateWithCString";
 constexpr char kURL[] = "CFURLCreateWithFileSystemPath";
@@ -43,6 +45,20 @@ TEST_F(LoadFrameworkTest, KeepsOnlyTheBundleWhateverFails) {
   cocoaFakes.failing.clear();
   EXPECT_TRUE(Load(framework));
   EXPECT_THAT(Owned(), ElementsAre(kBundle));
+}
+
+TEST_F(LoadFrameworkTest, AsksWhyTheExecutableIsNotLoadedOnlyForTheTrace) {
+  constexpr char kLoad[] = "CFBundleLoadExecutableAndReturnError";
+  EXPECT_TRUE(Load(TAMBERLINK_FRAMEWORK));
+  EXPECT_THAT(cocoaFakes.calls, Not(Contains(kLoad)));
+  TraceLog traces;
+  EXPECT_TRUE(Load(TAMBERLINK_FRAMEWORK));
+  EXPECT_THAT(cocoaFakes.calls, Contains(kLoad).Times(1));
+  EXPECT_EQ(traces.lines.size(), 1u);
+  cocoaFakes.failing = {kLoad};
+  EXPECT_TRUE(Load(TAMBERLINK_FRAMEWORK));
+  EXPECT_EQ(traces.lines.back(), "It can't be loaded: made to fail (3587)");
+  EXPECT_THAT(Owned(), ElementsAre(kBundle, kBundle, kBundle));
 }
 
 TEST_F(LoadFrameworkTest, WritesWhereItFoundNoBundle) {

@@ -6,10 +6,12 @@
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
+#include "TraceLog.h"
 #include "VirtualTime.h"
 
 namespace {
 
+using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -89,6 +91,26 @@ TEST(IdleHook, MovesForwardDuringAProcessSoThatNoSaveFollowsIt) {
   fake_tamberlink.calls.clear();
   Tick();
   EXPECT_THAT(fake_tamberlink.calls, Each(Not(StartsWith("Handle"))));
+}
+
+TEST(IdleHook, TracesOnlyWhatIsNewToATick) {
+  ASSERT_EQ(Start(), 0);
+  const auto linesOfTicks = [](int count) {
+    TraceLog traces;
+    for (int tick = 0; tick < count; ++tick) Tick();
+    return traces.lines;
+  };
+  fake_host.path = u"/nowhere/a.aep";
+  fake_host.dirty = true;
+  EXPECT_THAT(linesOfTicks(1),
+              Contains(StartsWith("Project '/nowhere/a.aep', unsaved changes, modified at 0")));
+  EXPECT_THAT(linesOfTicks(60), IsEmpty());
+  fake_host.dirty = false;
+  EXPECT_THAT(linesOfTicks(60),
+              Contains(StartsWith("Project '/nowhere/a.aep', no unsaved changes")).Times(1));
+  fake_tamberlink.enabled = false;
+  linesOfTicks(20);
+  EXPECT_THAT(linesOfTicks(60), IsEmpty());
 }
 
 class MenuCommand : public testing::Test {

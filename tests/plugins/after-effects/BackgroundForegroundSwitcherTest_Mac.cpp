@@ -8,6 +8,7 @@
 #include "FakeWorkspace.h"
 #include "FrontApplication.h"
 #include "GScopedManagedMemory.h"
+#include "TraceLog.h"
 
 namespace {
 
@@ -47,7 +48,10 @@ TEST(FrontApplication, WritesAnIdOnlyWhereThereIsOne) {
   EXPECT_EQ(GetFrontProcessID(pid), -1);
   EXPECT_EQ(GetProcessID("com.apple.dock", pid), -600);
   EXPECT_EQ(pid, 17);
+  TraceLog traces;
   SetFrontApplication(17);
+  EXPECT_EQ(traces.lines,
+            std::vector<std::string>{"The platform refused to bring process 17 to the front"});
   EXPECT_TRUE(fakeWorkspace.activated.empty());
 
   fakeWorkspace.applications = {

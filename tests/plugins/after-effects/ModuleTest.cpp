@@ -198,7 +198,14 @@ TEST_F(ModuleTest, ReturnsTheErrorOfAMissingSuite) {
   EXPECT_EQ(Start(nullptr), 516);
 }
 
-TEST_F(ModuleTest, CallsTheHostAtTheRightPositionsFromTheEntryToTheEndOfAnActivation) {
+// Each row: whether the trace is on.
+class ModuleCallsTest : public ModuleTest, public testing::WithParamInterface<bool> {};
+INSTANTIATE_TEST_SUITE_P(Trace, ModuleCallsTest, testing::Bool());
+
+TEST_P(ModuleCallsTest, GoToTheRightPositionsFromTheEntryToTheEndOfAnActivation) {
+  if (GetParam()) setenv("TYPELARK_TRACE", (folder.path() / "trace").c_str(), 1);
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
   PlaceFramework();
   folder.Write("vault", "Garamond\tautomatic\n");
   const std::u16string project = folder.Write("a.aep", "Garamond\n").u16string();
@@ -224,6 +231,9 @@ TEST_F(ModuleTest, CallsTheHostAtTheRightPositionsFromTheEntryToTheEndOfAnActiva
   EXPECT_EQ(reinterpret_cast<int32_t (*)(void*, void*)>(host.hooks.at("death"))(nullptr, nullptr),
             0);
   EXPECT_THAT(host.TakeCalls(), IsEmpty());
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(std::filesystem::exists(folder.path() / "trace"), GetParam());
 }
 
 }  // namespace

@@ -13,7 +13,9 @@
 #include "FakeTamberlink.h"
 #include "GlobalState.h"
 #include "NSAppOverride.h"
+#include "TraceLog.h"
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -255,6 +257,28 @@ TEST_F(OverrideTest, WritesAnExceptionToTheLogAndTheSuppressionGoesOn) {
   EXPECT_FALSE(ShowTitled(kFonts));
 }
 
+TEST_F(OverrideTest, TracesEachDialogAndWhatItDecided) {
+  TraceLog traces;
+  const auto decided = [&](const char* title, const char* kind = kDialogClass) {
+    traces.lines.clear();
+    Show(Dialog(title, kind));
+    EXPECT_THAT(traces.lines.front(),
+                "A modal dialog begins: class '" + std::string(kind) + "', title '" + title + "'");
+    EXPECT_EQ(traces.lines[1], "  The application has the override");
+    EXPECT_EQ(traces.lines.back(), "The modal session begins");
+    return traces.lines.at(traces.lines.size() - 2).substr(2);
+  };
+  EXPECT_EQ(decided(kFonts), "It passes: no open project dialog came before it");
+  EXPECT_EQ(decided(kOpen), "It passes: it is the open project dialog");
+  EXPECT_EQ(decided(kFonts, kPanelClass), "It passes: it isn't a DVAMacDialog");
+  EXPECT_EQ(decided(kOther), "It passes: it isn't the missing fonts dialog");
+  fake_tamberlink.enabled = false;
+  EXPECT_EQ(decided(kFonts), "It passes: the framework reports the plug-in disabled");
+  fake_tamberlink.enabled = true;
+  EXPECT_EQ(decided(kFonts), "It is dismissed");
+  EXPECT_EQ(decided(kOpen), "It passes: the override is off");
+}
+
 TEST_F(OverrideTest, LetsOtherExceptionsPass) {
   ShowTitled(kOpen);
   onKey = [] { throw std::runtime_error("not the platform's"); };
@@ -274,6 +298,11 @@ TEST_F(OverrideTest, CopiesOfThePluginEachSeeADialogOnce) {
   auto* const third = LoadCopy();
   EXPECT_EQ(second(fake_host.basicSuite(), 114, 0, 5, nullptr), 0);
   EXPECT_EQ(third(fake_host.basicSuite(), 114, 0, 6, nullptr), 0);
+  TraceLog traces;
+  traceModalOverride();
+  traceModalOverride();
+  EXPECT_THAT(traces.lines,
+              ElementsAre("The application has another implementation than the override"));
   // A second exchange by one copy.
   SwizzleNSAppBeginModal();
   const std::string line = "Saw a DVAMacDialog titled: " + std::string(kOpen) + "\n";

@@ -26,6 +26,8 @@ class DESKTOP_EXPORT Application {
 
   /// Begins a modal session, through the current implementation.
   ModalSession beginModalSessionForWindow(Window& window);
+  /// Returns the current implementation of `beginModalSessionForWindow`.
+  BeginModalSession beginModalSession() const { return mBeginModalSession; }
   /// Replaces the implementation of `beginModalSessionForWindow` and returns the former one.
   BeginModalSession exchangeBeginModalSession(BeginModalSession replacement);
   /// Sets what the platform's own implementation does with a window: nothing by default. For the

@@ -16,6 +16,7 @@ class DESKTOP_EXPORT WindowClass {
   WindowClass(const WindowClass&) = delete;
   WindowClass& operator=(const WindowClass&) = delete;
 
+  const std::string& name() const { return mName; }
   /// Returns the base class, or null.
   const WindowClass* base() const { return mBase; }
 
@@ -60,6 +61,8 @@ class DESKTOP_EXPORT Window {
   Window(const Window&) = delete;
   Window& operator=(const Window&) = delete;
 
+  /// Returns the name of the window's class.
+  const std::string& className() const { return mClass.name(); }
   /// Tests whether the window is of that class or of one derived from it; false for null.
   bool isKindOfClass(const WindowClass* windowClass) const;
   /// Returns the title that the user sees.

@@ -26,8 +26,9 @@ class DESKTOP_EXPORT Workspace {
   /// Lists them in the order in which they were added.
   std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(
       const std::string& bundleIdentifier) const;
-  /// Brings the application to the front. Does nothing if there is none with that id.
-  void activate(int32_t processIdentifier);
+  /// Brings the application to the front. Returns false and does nothing if there is none with that
+  /// id.
+  bool activate(int32_t processIdentifier);
 
   /// Adds a running application without activating it.
   void addRunningApplication(RunningApplication application);

@@ -11,9 +11,13 @@
 
 typedef struct __sFILE FILE;
 
+extern FILE* __stderrp;
+#define stderr __stderrp
+
 __BEGIN_DECLS
 int fclose(FILE*);
 int fflush(FILE*);
+int fprintf(FILE*, const char*, ...) __attribute__((format(printf, 2, 3)));
 FILE* fdopen(int, const char*);
 FILE* fopen(const char*, const char*);
 size_t fread(void*, size_t, size_t, FILE*);

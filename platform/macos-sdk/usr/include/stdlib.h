@@ -11,6 +11,7 @@ typedef struct {
 } lldiv_t;
 
 __BEGIN_DECLS
+char* getenv(const char*);
 ldiv_t ldiv(long, long);
 lldiv_t lldiv(long long, long long);
 void* malloc(size_t);

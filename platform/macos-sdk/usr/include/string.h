@@ -10,6 +10,7 @@ void* memcpy(void*, const void*, size_t);
 void* memmove(void*, const void*, size_t);
 void* memset(void*, int, size_t);
 char* strchr(const char*, int);
+char* strerror(int);
 size_t strlcpy(char*, const char*, size_t);
 size_t strlen(const char*);
 char* strpbrk(const char*, const char*);

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "CoreErrorCodes.h"
+#include "DebugUtils.h"
 #include "GFileSystemSpec.h"
 
 namespace {
@@ -22,13 +23,18 @@ bool GetValueAtEndOfThisLine(const char* line, std::string* value) {
 }  // namespace
 
 uint32_t GetPathToRunningProcessExe(const std::string& processName, std::string& folder) {
+  uint32_t code = CoreErrorCodes::kUnknownError;
   for (const std::string& path : GetRunningExecutables()) {
     GFileSystemSpec executable(path.c_str());
     if (executable.GetLastPathComponent() != processName) continue;
+    OutputIndentedAndFormattedString(0, "Running: '%s'", path.c_str());
+    if (code == CoreErrorCodes::kSuccess) continue;
     folder = executable.RemoveLastPathComponent().GetFullPath() + "/";
-    return CoreErrorCodes::kSuccess;
+    code = CoreErrorCodes::kSuccess;
+    // The first decides. Others are of interest only to the trace.
+    if (!TraceIsOn()) break;
   }
-  return CoreErrorCodes::kUnknownError;
+  return code;
 }
 
 uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fileName,
@@ -37,6 +43,8 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
   GetUsersAppDataDirectory(path);
   path += "/" + folderName + "/" + fileName;
   std::ifstream stream(path, std::ios::binary);
+  OutputIndentedAndFormattedString(0, "Launch-info file '%s': %s", path.c_str(),
+                                   stream.is_open() ? "opened" : "not there");
   return ReadConfiguredValue(stream, key, value) ? CoreErrorCodes::kSuccess
                                                  : CoreErrorCodes::kUnknownError;
 }
@@ -44,6 +52,7 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
 bool ReadConfiguredValue(std::istream& stream, const std::string& key, std::string& value) {
   for (std::string line; std::getline(stream, line);) {
     if (line.find(key) != std::string::npos && GetValueAtEndOfThisLine(line.c_str(), &value)) {
+      OutputIndentedAndFormattedString(0, "Its line '%s' gives '%s'", line.c_str(), value.c_str());
       return true;
     }
   }

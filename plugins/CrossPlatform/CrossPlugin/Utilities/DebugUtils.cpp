@@ -35,6 +35,10 @@ void OutputIndentedAndFormattedString(int indentChange, const char* format, ...)
   if (sTraceSink) WriteToSink(indentChange, text.data());
 }
 
+bool TraceIsOn() {
+  return static_cast<bool>(sTraceSink);
+}
+
 void SetTraceSink(std::function<void(std::string_view text)> sink) {
   sTraceSink = std::move(sink);
   sIndent = 0;

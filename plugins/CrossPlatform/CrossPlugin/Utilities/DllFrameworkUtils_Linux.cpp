@@ -10,6 +10,7 @@
 #include <string>
 #include <type_traits>
 
+#include "DebugUtils.h"
 #include "DllFrameworkUtils.h"
 #include "PlatformStringUtils.h"
 
@@ -68,6 +69,10 @@ void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versio
       isModule ? PropertyList(nullptr, plist_free) : ReadInfoDictionary(location);
   void* bundle = OpenModule(isModule ? location : location / ExecutableName(location, dictionary));
   TraceFrameworkOpened(bundle, path);
+  if (!bundle && TraceIsOn()) {
+    const char* reason = dlerror();
+    OutputIndentedAndFormattedString(0, "It can't be loaded: %s", reason ? reason : "no such path");
+  }
   const __CFString* version = GetInfoValue(dictionary, "CFBundleShortVersionString");
   if (bundle && version) {
     std::snprintf(versionOut, versionOutSize, "%s", GetStdString(version).c_str());

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "CFOwned_Mac.h"
+#include "DebugUtils.h"
 #include "DllFrameworkUtils.h"
 #include "PlatformStringUtils.h"
 
@@ -20,11 +21,23 @@ CFBundleRef OpenBundle(const char* path) {
   return bundle;
 }
 
+// The look-ups would load the executable without a word about a failure.
+void TraceLoading(CFBundleRef bundle) {
+  CFErrorRef failure = nullptr;
+  if (CFBundleLoadExecutableAndReturnError(bundle, &failure)) return;
+  const CFOwned<CFErrorRef> error(failure);
+  const CFOwned<CFStringRef> description(error ? CFErrorCopyDescription(error.get()) : nullptr);
+  OutputIndentedAndFormattedString(0, "It can't be loaded: %s (%ld)",
+                                   GetStdString(description.get()).c_str(),
+                                   error ? CFErrorGetCode(error.get()) : 0);
+}
+
 }  // namespace
 
 void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versionOutSize) {
   const CFBundleRef bundle = OpenBundle(path);
   if (!bundle) return nullptr;
+  if (TraceIsOn()) TraceLoading(bundle);
   const CFTypeRef version =
       CFBundleGetValueForInfoDictionaryKey(bundle, CFSTR("CFBundleShortVersionString"));
   // The list's author may have put a number here.

@@ -52,7 +52,11 @@ Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key, void* val
                                         CFErrorRef* error);
 CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date);
 
+CFStringRef CFErrorCopyDescription(CFErrorRef error);
+CFIndex CFErrorGetCode(CFErrorRef error);
+
 CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef url);
+Boolean CFBundleLoadExecutableAndReturnError(CFBundleRef bundle, CFErrorRef* error);
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key);
 void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef name);
 

@@ -18,5 +18,6 @@ __attribute__((objc_root_class))
 }
 + (instancetype)alloc;
 + (Class)class;
+- (IMP)methodForSelector:(SEL)selector;
 - (instancetype)init;
 @end

@@ -1,5 +1,7 @@
 #include "AEGP_SuiteHandler.h"
 
+#include "DebugUtils.h"
+
 AEGP_SuiteHandler::AEGP_SuiteHandler(const SPBasicSuite* basic) : mBasic(basic) {
   if (!mBasic) MissingSuiteError();
 }
@@ -10,7 +12,12 @@ AEGP_SuiteHandler::~AEGP_SuiteHandler() {
 
 void* AEGP_SuiteHandler::LoadSuite(const char* name, int version) const {
   const void* suite = nullptr;
-  if (mBasic->AcquireSuite(name, version, &suite) != 0 || !suite) MissingSuiteError();
+  if (mBasic->AcquireSuite(name, version, &suite) != 0 || !suite) {
+    if (TraceIsOn()) {
+      OutputIndentedAndFormattedString(0, "The host refuses '%s', version %d", name, version);
+    }
+    MissingSuiteError();
+  }
   return const_cast<void*>(suite);
 }
 

@@ -72,7 +72,11 @@ CF_EXPORT Boolean CFURLCopyResourcePropertyForKey(CFURLRef url, CFStringRef key,
 
 CF_EXPORT CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef url);
 CF_EXPORT CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key);
+CF_EXPORT Boolean CFBundleLoadExecutableAndReturnError(CFBundleRef bundle, CFErrorRef* error);
 CF_EXPORT void* CFBundleGetFunctionPointerForName(CFBundleRef bundle, CFStringRef name);
+
+CF_EXPORT CFStringRef CFErrorCopyDescription(CFErrorRef error);
+CF_EXPORT CFIndex CFErrorGetCode(CFErrorRef error);
 
 CF_EXPORT CFAbsoluteTime CFAbsoluteTimeGetCurrent(void);
 CF_EXPORT CFAbsoluteTime CFDateGetAbsoluteTime(CFDateRef date);
