@@ -5,7 +5,8 @@
 
 int64_t allocation_count = 0;
 
-// In a unit of its own, so that the compiler can't drop an allocation together with its release.
+// These operators have a unit of their own, so that the compiler can't drop an allocation together
+// with its release.
 void* operator new(size_t size) {
   ++allocation_count;
   if (void* memory = std::malloc(size ? size : 1)) return memory;

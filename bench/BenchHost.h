@@ -6,13 +6,14 @@
 /// nothing.
 namespace bench_host {
 
-/// Returns what the plug-in gets. Static.
+/// Returns the suites that the plug-in gets. Static.
 SPBasicSuite* BasicSuite();
 
 /// The number of suites that have been acquired.
 extern int64_t suites_acquired;
 
-/// Chooses the project's path: 100 ASCII characters, as at first, or 40 mostly Japanese ones.
+/// Chooses the project's path: 40 characters, most of them Japanese, or 100 ASCII characters, the
+/// default.
 void UseJapanesePath(bool use);
 
 /// Returns the path of the project's file, UTF-8.

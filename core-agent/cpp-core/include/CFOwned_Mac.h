@@ -10,6 +10,6 @@ struct CFReleaser {
   void operator()(CFTypeRef object) const { CFRelease(object); }
 };
 
-/// Owns the result of a CoreFoundation function with "Create" or "Copy" in its name. May be null.
+/// Owns the result, or null, of a CoreFoundation function with "Create" or "Copy" in its name.
 template <class Reference>
 using CFOwned = std::unique_ptr<std::remove_pointer_t<Reference>, CFReleaser>;

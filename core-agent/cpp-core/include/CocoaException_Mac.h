@@ -6,9 +6,8 @@
 extern "C" {
 #endif
 
-/// Runs `function` with `context`. Returns the Cocoa exception that ended it, autoreleased, or nil.
-///
-/// C++ exceptions pass. C++ destructors on the way run for both kinds.
+/// Calls `function` with `context`. Returns the Cocoa exception that ended the call, autoreleased,
+/// or nil. C++ exceptions pass. Either kind runs the C++ destructors on its way.
 id RunCatchingCocoaException(void (*function)(void* context), void* context);
 
 #ifdef __cplusplus

@@ -6,8 +6,8 @@
 ///
 /// A code is an unsigned 32-bit integer, 0 for success: the top byte is the ordinal of the error
 /// within its class, the low 24 bits are the class number. Other classes declare their codes as
-/// their own members (`GMutex::kMutexDeadlockErr`). A function says what the codes that it returns
-/// mean.
+/// their own members (`GMutex::kMutexDeadlockErr`). Each function documents the codes that it
+/// returns.
 namespace CoreErrorCodes {
 
 inline constexpr uint32_t kSuccess = 0;

@@ -6,15 +6,18 @@
 #include "CoreErrorCodes.h"
 #include "GLogger.h"
 
-/// A signed 32-bit integer, under the name that logged expressions use.
+/// A signed 32-bit integer. Expressions of checks use this name.
 using TSInt32 = int32_t;
 
 // The check macros report the failures of this library.
 //
+// The text of a checked expression is part of the log format, so keep its names and its spelling
+// when you refactor. Some variables and parameters have their names and types for its sake.
+//
 // A function that checks owns `uint32_t err = CoreErrorCodes::kSuccess;` and returns it. Each check
 // stores its code in `err`. A failed check also writes an entry to the logger and returns `err`. A
-// function with another result calls one of that form, which has an out-parameter, and drops the
-// code.
+// function whose result isn't a code lets a second function check, gets the value through an
+// out-parameter, and drops the code.
 //
 // Each macro turns its own argument into text. If it passed the argument to another macro, NULL and
 // PATH_MAX would be expanded first. The macros have no locals, so that every name in an expression,

@@ -7,9 +7,9 @@
 
 /// A point in time, read and written as ISO 8601 text.
 ///
-/// It holds no time zone: its maker knows the zone. The empty value has all fields at 0. Nothing
-/// throws, except when memory runs out. A value belongs to one thread at a time. The static values
-/// are only read after load.
+/// The value has no time zone: only its maker knows the zone. The empty value has all fields at 0.
+/// Nothing throws, except when memory runs out. A value belongs to one thread at a time. The static
+/// values are only read after load.
 class GDateTime {
  public:
   /// The text isn't a date, or a field is out of its bounds.
@@ -36,12 +36,12 @@ class GDateTime {
   /// The last millisecond of the year 2099.
   static const GDateTime kMaxDateTime;
 
-  /// Reads the current time in UTC. Gives the empty value if the clock fails.
+  /// Reads the current time in UTC. If the clock fails, the value is empty.
   GDateTime();
-  /// Copies the record without a test of its bounds.
+  /// Copies the fields without checking their bounds.
   explicit GDateTime(const SDateTime& dateTime);
-  /// Parses the text as `SetFromISO8601String` does. A failure gives the empty value, and one more
-  /// entry in the log.
+  /// Parses the text as `SetFromISO8601String` does. If that fails, the value is empty, and the log
+  /// has one more entry.
   explicit GDateTime(const std::string& dateString);
   GDateTime(const GDateTime&) = default;
   GDateTime& operator=(const GDateTime&) = default;
@@ -50,8 +50,8 @@ class GDateTime {
   /// Parses "2009-01-02", "2009-01-02T03:04", "2009-01-02T03:04:05" or "2009-01-02T03:04:05.006".
   ///
   /// Numbers may have any width. Milliseconds are a count, at most 999: ".5" gives 5, ".1234" gives
-  /// 999. Ignores the text that follows, a zone included. The empty text gives the empty value.
-  /// Returns 0, or `kParsingError` with the value unchanged and the failed checks in the log.
+  /// 999. Ignores the text that follows, even a zone. The empty text gives the empty value. Returns
+  /// 0. On failure, returns `kParsingError`, leaves the value unchanged and logs the failed checks.
   uint32_t SetFromISO8601String(const std::string& text);
 
   /// Writes "2009-01-02", or "2009-01-02T03:04:05.006Z" with the time of day. The empty value gives
@@ -64,8 +64,8 @@ class GDateTime {
   /// Returns whether all seven fields are 0.
   bool IsEmpty() const;
 
-  /// Reads the system clock in UTC, and truncates to milliseconds. A failure gives the empty value,
-  /// and a failed check in the log. Any thread.
+  /// Reads the system clock in UTC, truncated to milliseconds. On failure, returns the empty value
+  /// and logs a failed check. Any thread.
   static GDateTime OSGetCurrentDateTimeUTC();
 
  private:

@@ -28,11 +28,11 @@ class GFileSystem {
   /// a failed check.
   static GFileSystemSpec OSGetCWD();
 
-  /// Replaces a tilde at the start by a home directory: "~/x" becomes "/home/ann/x". A relative
+  /// Replaces a tilde at the start with a home directory: "~/x" becomes "/home/ann/x". A relative
   /// path stays relative. Reads a path that isn't UTF-8 as Mac OS Roman, and makes it UTF-8.
   ///
-  /// Reads `path` up to its first NUL. Returns 0, or `kInvalidCharacterForFileSystemRepresentation`
-  /// with entries in the log. If the platform failed, `path` is empty then; if it isn't text in
-  /// either encoding, it is unchanged.
+  /// Reads `path` up to its first NUL. Returns 0. On failure, logs it and returns
+  /// `kInvalidCharacterForFileSystemRepresentation`. `path` is then unchanged if it isn't text in
+  /// either encoding, and empty if the platform failed.
   static uint32_t OSExpandPath(std::string& path);
 };

@@ -5,24 +5,25 @@
 
 /// A full path, edited one component at a time.
 ///
-/// The path is empty, or "/", or begins with "/" and doesn't end with it. Separators inside it, "."
-/// and ".." stay. No operation touches the disk. Nothing throws, except when memory runs out.
-/// Failures are logged in the category "FileSystem". A value belongs to one thread at a time.
+/// The path is empty, or "/", or begins with "/" and doesn't end with it. Doubled separators
+/// inside it, "." and ".." are kept. No operation touches the disk. Nothing throws, except when
+/// memory runs out. Failures are logged in the category "FileSystem". A value belongs to one thread
+/// at a time.
 class GFileSystemSpec {
  public:
   /// The empty value.
   GFileSystemSpec() = default;
 
   /// Takes a path that may be quoted, begin with a tilde or be partial. Appends a partial path to
-  /// the working directory, so that "" gives the working directory. Without a working directory, ""
-  /// gives the empty value and "a/b" gives "/a/b". A path that the platform fails to expand counts
-  /// as "". `path` must not be null.
+  /// the working directory, so "" gives the working directory. If that is gone, "" gives the empty
+  /// value and "a/b" gives "/a/b". A path that the platform can't expand counts as "". `path` must
+  /// not be null.
   explicit GFileSystemSpec(const char* path);
 
-  /// Replaces the path by a full path, or by one that begins with a tilde. "" clears it.
+  /// Sets the path to a full path, or to one that begins with a tilde. "" clears it.
   ///
   /// Returns 0, `CoreErrorCodes::kInvalidParam` for a partial path, or the code of
-  /// `GFileSystem::OSExpandPath`. A failure leaves the value unchanged.
+  /// `GFileSystem::OSExpandPath`. Leaves the value unchanged on failure.
   uint32_t SetFullPath(const std::string& path);
 
   /// Appends one or more components: "/a" with "/x/y/" gives "/a/x/y". Ignores an empty component.

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Names in the XML form of a tree of key and value pairs. They exist from load to process exit.
+/// Names in the XML form of a tree of key and value pairs, for use from load to process exit.
 class GKVTree {
  public:
   static const std::string kXMLElementName_kvtree;

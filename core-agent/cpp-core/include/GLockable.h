@@ -8,7 +8,7 @@
 /// and never throw.
 class GLockable : private GNoncopyable {
  public:
-  /// Another thread holds the lock, and the time limit has run out.
+  /// Another thread held the lock until the time limit.
   static constexpr uint32_t kLockBusyErr = 0x0100100C;
 
   virtual ~GLockable() = default;
@@ -21,8 +21,8 @@ class GLockable : private GNoncopyable {
 
   /// Takes the lock. Waits for at most `milliseconds`, then returns `kLockBusyErr`.
   ///
-  /// The default, for a lockable without timed waits, calls `TryLock` every 50 milliseconds, but
-  /// not after the last sleep: with 120 milliseconds, it tries at 0, 50 and 100.
+  /// By default, for a lock without timed waits, calls `TryLock` every 50 milliseconds, but not
+  /// after the last sleep: with 120 milliseconds, at 0, 50 and 100.
   virtual uint32_t TryLockWithTimeout(unsigned int milliseconds);
 
   /// Releases the lock.

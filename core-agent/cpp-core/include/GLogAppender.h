@@ -5,10 +5,11 @@
 /// Receives finished log lines. Owned by the `GLogger` that it is registered with.
 class GLogAppender {
  public:
-  /// Must not log: `RemoveAllAppenders` deletes appenders under the logger's lock.
+  /// Must not log, because `RemoveAllAppenders` deletes appenders under the logger's lock.
   virtual ~GLogAppender() = default;
 
   /// Receives one finished line, which ends in a line feed. Called on the thread that logs, for one
-  /// line at a time. Entries that it logs are dropped. Must not throw.
+  /// line at a time. Entries that it logs are dropped. Must not throw, or its thread could never
+  /// log again.
   virtual void Append(const std::string& line) = 0;
 };

@@ -13,7 +13,7 @@
 /// The process-wide logging service.
 ///
 /// A caller names an identifier (a category such as "FileSystem"), a level and a printf-style
-/// format. An entry that passes the identifier's threshold goes to every appender as one line:
+/// format. Every appender gets an entry that passes the identifier's threshold, as one line:
 /// `[UTC time in ISO 8601]`, tab, `[identifier]`, tab, `[level]`, tab, message, line feed.
 ///
 /// Any thread may log, and one line is delivered at a time. An entry that a thread logs while it
@@ -34,8 +34,8 @@ class GLogger : private GNoncopyable {
   /// Returns the one instance, which is made on first use and never destroyed.
   static GLogger* GetSharedInstance();
 
-  /// Makes a logger without appenders, with the threshold that `ResetAllLoggingLevels` sets. All
-  /// loggers share one message buffer, so several loggers may deliver lines on one thread only.
+  /// Makes a logger without appenders, with the threshold that `ResetAllLoggingLevels` sets. The
+  /// message buffer is shared, but each logger has its own lock: use all loggers from one thread.
   GLogger();
   /// Deletes the appenders.
   virtual ~GLogger();
@@ -46,9 +46,9 @@ class GLogger : private GNoncopyable {
   /// Sets the threshold of an identifier, regardless of its case.
   void SetLoggingLevelForIdentifier(const std::string& identifier, LoggingLevel level);
 
-  /// Registers an appender, which must not be null, and takes ownership. Lines go to the appenders
-  /// in ascending order of their keys. Deletes the appender that had the key before. Deletes the
-  /// new one instead if the lock fails, as it does inside `Append`.
+  /// Registers an appender, which must not be null, and takes ownership. Appenders get a line in
+  /// ascending order of their keys. Deletes the appender that had the key before. If the lock
+  /// fails, as it does inside `Append`, deletes the new one instead.
   void AddAppender(const std::string& key, std::unique_ptr<GLogAppender> appender);
 
   /// Deletes all appenders, in the order of their keys.
@@ -57,22 +57,23 @@ class GLogger : private GNoncopyable {
   /// Returns "None", "Error", "Warning", "Info" or "Debug", or "" for any other value.
   static std::string LevelToString(LoggingLevel level);
 
-  /// Logs one entry. `format` is a printf format for the arguments. `identifier` becomes part of it
-  /// and must hold no `%`. If the C library can't format the text, the line holds only the time.
+  /// Logs one entry. `format` is a printf format for the arguments. `identifier` becomes part of
+  /// it, so it must not contain `%`. If the C library can't format the text, the line has only the
+  /// time.
   void Log(const std::string& identifier, const LoggingLevel& level, const std::string& format,
            ...);
   /// `Log` at `kLoggingLevelError`.
   void LogError(const std::string& identifier, const std::string& format, ...);
   /// `Log` at `kLoggingLevelWarning`.
   void LogWarning(const std::string& identifier, const std::string& format, ...);
-  /// `Log` with a list of arguments, which it uses up.
+  /// `Log` with a list of arguments. Uses up the list.
   void Logv(const std::string& identifier, const LoggingLevel& level, const std::string& format,
             va_list arguments);
 
   /// Returns whether an entry of this level passes the identifier's threshold.
   bool ShouldLog(const std::string& identifier, const LoggingLevel& level);
 
-  /// Formats and delivers one line without an identifier or a level, and tests no threshold. Uses
+  /// Formats and delivers one line, without an identifier or a level, whatever the thresholds. Uses
   /// up `arguments`. Does nothing on a thread that is delivering a line.
   void LogvString(const std::string& format, va_list arguments);
 

@@ -8,13 +8,13 @@
 
 /// A mutex that knows its owner: a monitor over a platform mutex and a condition.
 ///
-/// Not recursive: an owner that locks again gets an error and doesn't hang. A release wakes one
-/// waiter, but any thread may take the lock first. Any thread.
+/// Not recursive: an owner that locks again gets an error, and doesn't hang. An unlock wakes one
+/// waiter, but another thread may take the lock before it. Any thread.
 class GMutex : public GLockable {
  public:
-  /// The owner locks again, or a thread unlocks that isn't the owner.
+  /// The owner locked again, or a thread unlocked that isn't the owner.
   static constexpr uint32_t kMutexDeadlockErr = 0x0100100B;
-  /// The platform reports an invalid mutex or condition.
+  /// The platform reported an invalid mutex or condition.
   static constexpr uint32_t kMutexInvalidErr = 0x0200100B;
 
   /// Aborts the process, in every build type, if the platform fails.

@@ -1,10 +1,10 @@
 #pragma once
 
-/// A scope for objects that the platform autoreleases: they die when it ends.
+/// A scope that releases at its end what the platform autoreleased inside it.
 ///
-/// Holds nothing on a platform without such objects. If the platform gives no scope, logs a failed
-/// check and does nothing. Scopes may nest. For local variables only: the thread that makes a scope
-/// must end it.
+/// Does nothing on a platform without such objects. If the platform can't make a scope, logs a
+/// failed check and does nothing. Scopes may nest. Only for local variables: the thread that makes
+/// a scope must end it.
 class GScopedManagedMemory {
  public:
   /// Opens the scope.

@@ -27,6 +27,6 @@ class GSingleton {
   }
 
  private:
-  // The first load takes no lock: its acquire pairs with the release of the store.
+  // The first load needs no lock, because its acquire pairs with the release of the store.
   static inline constinit std::atomic<T*> sInstance = nullptr;
 };

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-/// Byte-wise operations on text. They don't decode UTF-8, compare case-sensitively, and return new
-/// values. Any thread.
+/// Operations on text as bytes. None decodes UTF-8 or ignores case, and each returns a new value.
+/// Any thread.
 class GStringUtils {
  public:
   /// Returns the pieces of `text` between the occurrences of `delimiter`, which is one string.
@@ -16,7 +16,7 @@ class GStringUtils {
 
   /// Returns `text` without the whole run of `prefix` at its start: "aab" without "a" gives "b".
   ///
-  /// If it removes anything, the rest ends at its first NUL.
+  /// If a prefix was removed, the rest ends at its first NUL.
   static std::string StripPrecedingString(const std::string& text, const std::string& prefix);
 
   /// Returns `text` without the whole run of `suffix` at its end: "a///" without "/" gives "a".

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// Tells which operating system this is, and sleeps.
+/// Identifies the operating system, and sleeps.
 class GSystem {
  public:
   // The numbers of systems. Windows has two.
@@ -16,7 +16,7 @@ class GSystem {
   /// Returns whether this is Windows. Any thread.
   static bool IsWindows();
 
-  /// Blocks the calling thread. Counts microseconds in 32 bits, so the longest sleep is 4294967
-  /// milliseconds.
+  /// Blocks the calling thread. Microseconds are counted in 32 bits, so the longest sleep is
+  /// 4294967 milliseconds.
   static void OSSleep(unsigned int milliseconds);
 };

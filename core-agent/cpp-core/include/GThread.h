@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-/// Operations on threads. A thread handle is an opaque pointer. Null stands for no thread.
+/// Operations on threads. A thread handle is an opaque pointer. Null means no thread.
 class GThread {
  public:
   /// Returns the handle of the calling thread.

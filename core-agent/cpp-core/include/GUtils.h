@@ -2,10 +2,10 @@
 
 #include <ctime>
 
-/// Computes deadlines for the locks.
+/// Computes deadlines for locks.
 class GUtils {
  public:
-  /// Stores the wall-clock time `milliseconds` from now, the deadline of a timed wait on a platform
-  /// condition.
+  /// Stores the wall-clock time `milliseconds` from now, as the deadline of a platform condition's
+  /// timed wait.
   static void FutureMillisecondsToAbsTime(unsigned int milliseconds, timespec& result);
 };

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Names in the XML form of a value. They exist from load to process exit.
+/// Names in the XML form of a value, for use from load to process exit.
 class GValue {
  public:
   static const std::string kStrElementName_value;

@@ -1,12 +1,12 @@
 #include "CocoaException_Mac.h"
 
-// Plain Objective-C, because not every compiler's C++ runtime can match the class of a Cocoa
-// exception in a handler.
+// In plain Objective-C, because a C++ handler can't catch a Cocoa exception by its class with every
+// compiler's runtime.
 id RunCatchingCocoaException(void (*function)(void* context), void* context) {
   @try {
     function(context);
   } @catch (id exception) {
-    // A pool on the way may have released it, and the runtime releases it here.
+    // The runtime releases the exception at the end of this block, and its pool may be gone.
     return [[exception retain] autorelease];
   }
   return nil;

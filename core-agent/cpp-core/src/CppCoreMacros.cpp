@@ -39,8 +39,8 @@ void ReportFailedCheck(const char* category, GLogger::LoggingLevel level, uint32
 
 std::string GetNameForErrorCode(uint32_t code) {
   static GMutex mutex;
-  // Built on the first lookup and never destroyed. The first load takes no lock: its acquire pairs
-  // with the release of the store.
+  // Built on the first lookup and never destroyed. The first load needs no lock, because its
+  // acquire pairs with the release of the store.
   static constinit std::atomic<const NameMap*> gMap = nullptr;
   const NameMap* names = gMap.load(std::memory_order_acquire);
   if (names == nullptr) {

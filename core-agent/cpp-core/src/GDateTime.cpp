@@ -8,7 +8,7 @@
 
 namespace {
 
-// Stores `value` in `field` and returns 0 if it lies within the bounds, both included.
+// Stores `value` in `field` and returns 0 if it is within the bounds, both included.
 uint32_t AssignField(short min, short max, int value, short& field) {
   uint32_t err = CoreErrorCodes::kSuccess;
   CORE_CHECK_CONDITION(value < static_cast<TSInt32>(min) || value > static_cast<TSInt32>(max),
@@ -17,7 +17,7 @@ uint32_t AssignField(short min, short max, int value, short& field) {
   return err;
 }
 
-// Appends the value, filled up with zeros on its left.
+// Appends the value, padded with zeros on the left.
 void AppendField(std::string& text, short value, size_t width) {
   const std::string digits = std::to_string(value);
   text.append(width - std::min(width, digits.size()), '0').append(digits);
@@ -42,8 +42,8 @@ uint32_t GDateTime::SetOrReport(const std::string& dateString) {
   return err;
 }
 
-// Only the bounds and the next character decide. An extraction that finds no digit stores 0, and
-// one that meets the end of the text leaves the number before it in `originalValue`.
+// Checks only bounds and the next character. `>>` stores 0 if there is no digit. At the end of the
+// text it stores nothing, so `originalValue` keeps the previous number.
 uint32_t GDateTime::SetFromISO8601String(const std::string& text) {
   uint32_t err = CoreErrorCodes::kSuccess;
   SDateTime dateTime;

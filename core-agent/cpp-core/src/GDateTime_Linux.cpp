@@ -7,12 +7,10 @@
 
 namespace {
 
-// Breaks the reading into calendar fields in UTC. A failed check leaves the fields as they were.
-//
-// `gmtime_r` won't do: it applies the leap seconds of some local zones.
+// Splits the reading into calendar fields in UTC. A failed check leaves the fields unchanged.
+// Doesn't use `gmtime_r`, which applies the leap seconds of some local zones.
 uint32_t ConvertToUTC(const timeval& reading, SDateTime& dateTime) {
   uint32_t err = CoreErrorCodes::kSuccess;
-  // Named and typed as the logged expression needs it.
   const double cfAbsTime =
       static_cast<double>(reading.tv_sec) + 1e-6 * static_cast<double>(reading.tv_usec);
   CORE_CHECK_CONDITION(cfAbsTime == 0, CoreErrorCodes::kError, "Miscellaneous");
@@ -34,7 +32,7 @@ uint32_t ConvertToUTC(const timeval& reading, SDateTime& dateTime) {
 }  // namespace
 
 GDateTime GDateTime::OSGetCurrentDateTimeUTC() {
-  // A clock that can't be read leaves this at 0, and the check reports that.
+  // Stays 0 if the clock can't be read, which the check reports.
   timeval reading = {};
   gettimeofday(&reading, nullptr);
   GDateTime now = kEmptyDateTime;

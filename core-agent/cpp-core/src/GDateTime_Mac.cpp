@@ -6,12 +6,12 @@
 
 namespace {
 
-// Breaks the time into calendar fields in that zone. A failed check leaves the fields as they were.
+// Splits the time into calendar fields in that zone. A failed check leaves the fields unchanged.
 uint32_t ConvertToTimeZone(const __CFTimeZone* timeZone, double cfAbsTime, SDateTime& dateTime) {
   uint32_t err = CoreErrorCodes::kSuccess;
   const CFOwned<CFCalendarRef> gregorian(
       CFCalendarCreateWithIdentifier(kCFAllocatorDefault, kCFGregorianCalendar));
-  // NOLINTBEGIN(modernize-use-nullptr): the log shows the expressions as they stand.
+  // NOLINTBEGIN(modernize-use-nullptr): the log shows the expressions as written.
   CORE_CHECK_CONDITION(gregorian == NULL, CoreErrorCodes::kError, "Miscellaneous");
   CORE_CHECK_CONDITION(timeZone == NULL, CoreErrorCodes::kError, "Miscellaneous");
   // NOLINTEND(modernize-use-nullptr)

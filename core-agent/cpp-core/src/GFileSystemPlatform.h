@@ -2,20 +2,18 @@
 
 #include <string>
 
-// The platform's part of `GFileSystem::OSExpandPath`. Each half defines it.
+// Platform function of `GFileSystem::OSExpandPath`.
 
-/// The encodings that a path is read in.
+/// An encoding of a path.
 enum class PathEncoding { kUTF8, kMacOSRoman };
 
-/// What `OSExpandTilde` returns.
+/// The outcome of `OSExpandTilde`.
 struct PathExpansion {
   enum Outcome { kExpanded, kNotText, kFailed } outcome = kNotText;
-  /// The path in the bytes that file system calls take, or the description of the failure.
+  /// For `kExpanded` the path, as file system calls take it. For `kFailed` a description.
   std::string text;
 };
 
-/// Reads the bytes up to the NUL as text in the encoding, and replaces a tilde at its start by the
-/// full path that it stands for. Returns `kNotText` if the bytes aren't text in that encoding.
-///
-/// Objects of the platform die with the caller's `GScopedManagedMemory`.
+/// Replaces a tilde at the start of the path with a home directory. Returns `kNotText` if the bytes
+/// up to the NUL aren't text in that encoding. Call it inside a `GScopedManagedMemory`.
 PathExpansion OSExpandTilde(const char* bytes, PathEncoding encoding);

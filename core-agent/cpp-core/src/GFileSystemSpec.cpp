@@ -7,8 +7,8 @@
 
 namespace {
 
-// Returns the position of the separator before the last component, or `npos` if there is none. A
-// separator at the end of the path doesn't count, unless it is the whole path.
+// Returns the position of the separator before the last component, or `npos` if there is none.
+// Ignores a separator at the end of the path, unless it is the whole path.
 size_t FindLastSeparator(const std::string& path) {
   const std::string separator = GFileSystem::OSGetPathSeparator();
   const size_t cut = path.rfind(separator);
@@ -22,7 +22,8 @@ std::string StripSeparators(const std::string& component) {
                                             separator);
 }
 
-// Moves the cut, so that a drive's root keeps its separator and a network's root goes as a whole.
+// Moves the cut: a drive's root keeps its separator, and a network's root is removed as a whole.
+// `GSystem` numbers Windows, so paths know its roots, though this tree has no build for it yet.
 size_t KeepWindowsRoot(const std::string& path, size_t cut) {
   const std::string separator = GFileSystem::OSGetPathSeparator();
   if (cut == 2 && path[1] == ':') cut += 1;

@@ -14,8 +14,8 @@
 
 namespace {
 
-// The upper half of Mac OS Roman. The C library's table maps two codes to other characters than the
-// file systems of that time meant: 0xC6, the increment sign, and 0xF0, the manufacturer's logo.
+// The upper half of Mac OS Roman. The C library's table is wrong for old file names in two codes:
+// 0xC6, the increment sign, and 0xF0, the manufacturer's logo.
 constexpr std::array<char16_t, 128> kMacOSRoman = {
     0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1, 0x00E0, 0x00E2, 0x00E4, 0x00E3,
     0x00E5, 0x00E7, 0x00E9, 0x00E8, 0x00EA, 0x00EB, 0x00ED, 0x00EC, 0x00EE, 0x00EF, 0x00F1, 0x00F3,
@@ -30,9 +30,10 @@ constexpr std::array<char16_t, 128> kMacOSRoman = {
     0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7,
 };
 
-// The home directory of the user, or of the process for an empty name. Empty for an unknown user.
+// Returns the home directory of that user, or of this process's user for "". Returns "" for an
+// unknown user.
 std::string HomeDirectory(const std::string& user) {
-  // An empty or relative HOME can't replace a tilde, and counts as missing.
+  // An empty or relative HOME can't replace a tilde, so it counts as missing.
   const char* const home = user.empty() ? std::getenv("HOME") : nullptr;
   if (home != nullptr && home[0] == '/') return home;
 

@@ -1,4 +1,5 @@
-// Built everywhere: POSIX is enough. What needs Cocoa is in GFileSystem_Mac.mm.
+// The part of the macOS half that needs only POSIX, so every platform builds it. The part that
+// needs Cocoa is in GFileSystem_Mac.mm, whose place GFileSystem_Linux.cpp takes on Linux.
 #include <unistd.h>
 
 #include <array>
@@ -17,7 +18,7 @@ namespace {
 uint32_t ReadWorkingDirectory(GFileSystemSpec& cwd) {
   uint32_t err = CoreErrorCodes::kSuccess;
   std::array<char, PATH_MAX> curPath = {};
-  // NOLINTNEXTLINE(modernize-use-nullptr): the log shows the expression as it stands.
+  // NOLINTNEXTLINE(modernize-use-nullptr): the log shows the expression as written.
   CORE_CHECK_CONDITION(NULL == getcwd(&curPath[0], PATH_MAX), CoreErrorCodes::kError, "FileSystem");
   cwd.SetFullPath(curPath.data());
   return err;

@@ -1,4 +1,4 @@
-// The half that needs Cocoa. The half that needs only POSIX is in GFileSystem_Mac.cpp.
+// The part of the macOS half that needs Cocoa. The other part is in GFileSystem_Mac.cpp.
 #import <Foundation/Foundation.h>
 
 #include "CocoaException_Mac.h"

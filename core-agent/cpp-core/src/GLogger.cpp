@@ -11,13 +11,13 @@
 
 namespace {
 
-// Returns whether the level passes nothing as a threshold, and is never logged.
+// Returns whether the level is never logged, and passes nothing as a threshold.
 bool IsSilent(GLogger::LoggingLevel level) {
   return level == GLogger::kLoggingLevelNone || level == GLogger::kLoggingLevelUnset;
 }
 
-// Formats zero-terminated text into the buffer, which grows if the text doesn't fit. A format error
-// gives empty text, so that the line still goes out.
+// Formats zero-terminated text into the buffer, which grows if the text doesn't fit. The text is
+// empty after a format error, which costs the message but not the line.
 void FormatMessage(std::vector<char>& buffer, const std::string& format, va_list arguments) {
   constexpr size_t kStep = 256;
   va_list secondPass;
@@ -133,8 +133,8 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
   static GMutex sCurrentLogThreadMutex;
   static void* sCurrentLogThread = nullptr;  // the thread that is delivering a line
 
-  // An appender may log, and so may the clock. Their entries are dropped here, before they ask for
-  // a lock that their own thread holds.
+  // An appender may log, and so may the clock. Their entries end here, before they ask for a lock
+  // that this thread holds already.
   bool mayGoOn = false;
   {
     const GScopedLock lock(sCurrentLogThreadMutex);

@@ -1,4 +1,4 @@
-// Keeps the assertions of this unit in every build type: no mutex may exist half made.
+// Keeps this unit's assertions in every build type, because a half-made mutex must not exist.
 #undef NDEBUG
 #include "GMutex.h"
 
@@ -62,7 +62,7 @@ uint32_t GMutex::LockInternal(unsigned int milliseconds) {
   uint32_t code = CoreErrorCodes::kSuccess;
   pthread_mutex_lock(&mMonitorMutex);
   if (mLockCount != 0) {
-    // The owner never waits, whatever the limit: it would wait for itself.
+    // The owner never waits, whatever the limit, because it would wait for itself.
     const bool isOwner = pthread_equal(self, mOwnerThread) != 0;
     code = isOwner ? kMutexDeadlockErr : WaitUntilFree(milliseconds);
   }
@@ -74,8 +74,8 @@ uint32_t GMutex::LockInternal(unsigned int milliseconds) {
   return code;
 }
 
-// The caller holds mMonitorMutex, which is released while waiting. On success the count is 0: a
-// thread that arrived between the signal and the wake-up sends the woken one back to waiting.
+// Call it with mMonitorMutex held, which the wait releases. On success the count is 0: if another
+// thread takes the lock between the signal and the wake-up, this one waits again.
 uint32_t GMutex::WaitUntilFree(unsigned int milliseconds) {
   if (milliseconds == kNoWait) return kLockBusyErr;
 

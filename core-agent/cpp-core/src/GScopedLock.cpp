@@ -30,7 +30,7 @@ bool GScopedLock::IsLocked() const {
 
 uint32_t GScopedLock::LockByStrategy() {
   uint32_t err = CoreErrorCodes::kSuccess;
-  // Debug, because callers expect that a lock may not be had.
+  // Debug, because callers expect failures.
   CORE_CHECK_RESULT_AT_LEVEL(mLockStrategy->Lock(mLockable), GLogger::kLoggingLevelDebug,
                              "Lockable");
   mIsLocked = true;

@@ -1,6 +1,6 @@
 #include "GScopedManagedMemory.h"
 
-// Linux has no autoreleased objects, so the scope holds nothing.
+// Linux has no autoreleased objects.
 
 void GScopedManagedMemory::OSSetupManagedMemory() {}
 

@@ -5,7 +5,6 @@
 
 namespace {
 
-// The parameter has the name that the log shows.
 uint32_t OpenPool(void*& mOSManagedMemory) {
   uint32_t err = CoreErrorCodes::kSuccess;
   mOSManagedMemory = [[NSAutoreleasePool alloc] init];

@@ -1,4 +1,4 @@
-// Built everywhere: POSIX is enough.
+// Needs only POSIX, so every platform builds it.
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -8,7 +8,7 @@
 namespace {
 
 struct GLowerCaseFunctor {
-  // The C libraries of macOS and Linux accept negative characters too.
+  // `tolower` takes negative characters in the C libraries of macOS and Linux.
   char operator()(char byte) const {
     return static_cast<char>(std::tolower(static_cast<signed char>(byte)));
   }

@@ -1,4 +1,5 @@
-// Built everywhere: POSIX is enough. What tells macOS is in GSystem_Mac.mm.
+// The part of the macOS half that needs only POSIX, so every platform builds it. The part that only
+// macOS builds is in GSystem_Mac.mm.
 #include <unistd.h>
 
 #include "GSystem.h"

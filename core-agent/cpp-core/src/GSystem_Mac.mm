@@ -1,4 +1,4 @@
-// The Cocoa half. What POSIX is enough for is in GSystem_Mac.cpp.
+// The part of the macOS half that only macOS builds. The other part is in GSystem_Mac.cpp.
 #include "GSystem.h"
 
 uint32_t GSystem::OSGetSystem() {

@@ -1,9 +1,9 @@
-// Built everywhere: POSIX is enough.
+// Needs only POSIX, so every platform builds it.
 #include <bit>
 
 #include "GThread.h"
 
-// A `pthread_t` is a pointer, or an integer of that size: the handle holds it directly.
+// The handle is the `pthread_t` itself, which is a pointer or an integer of that size.
 
 void* GThread::OSGetCurrentThread() {
   return std::bit_cast<void*>(pthread_self());

@@ -2,7 +2,7 @@
 
 #include "GKVTree.h"
 
-// The names of both types are in one unit, because only that fixes the order of construction.
+// One unit defines the names of both types, because only that fixes their order of construction.
 
 const std::string GValue::kStrElementName_value = "value";
 const std::string GValue::kStrAttributeName_type = "type";

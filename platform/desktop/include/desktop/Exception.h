@@ -6,7 +6,7 @@
 
 namespace desktop {
 
-/// Raised by operations of this layer and by windows that handle an event.
+/// The exception that operations of this layer throw, and windows that handle an event.
 class DESKTOP_EXPORT Exception : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

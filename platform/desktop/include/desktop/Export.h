@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what the library exports.
+/// Marks a declaration that the library exports.
 #define DESKTOP_EXPORT __attribute__((visibility("default")))

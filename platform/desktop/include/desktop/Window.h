@@ -7,10 +7,10 @@
 
 namespace desktop {
 
-/// A class of windows, as Cocoa's runtime has it. A namespace-scope static.
+/// A class of windows, as in Cocoa's runtime. Define it as a static at namespace scope.
 class DESKTOP_EXPORT WindowClass {
  public:
-  /// Registers the class by its name, in place of an earlier one. `base` outlives it.
+  /// Registers the class by its name, instead of an earlier one. `base` must outlive it.
   explicit WindowClass(std::string name, const WindowClass* base = nullptr);
   ~WindowClass();
   WindowClass(const WindowClass&) = delete;
@@ -37,7 +37,7 @@ struct Point {
   double y = 0;
 };
 
-/// A key event for the window of that number. Whoever sends it chooses the window that gets it.
+/// A key event for the window with that number. Whoever sends the event chooses the window.
 struct KeyEvent {
   EventType type = EventType::keyDown;
   Point location;
@@ -51,10 +51,10 @@ struct KeyEvent {
   uint16_t keyCode = 0;
 };
 
-/// A window. Its owner shows it and defines what it does with events.
+/// A window. Its owner shows it, and handles its events in a derived class.
 class DESKTOP_EXPORT Window {
  public:
-  /// Makes a hidden window. `windowClass` outlives it.
+  /// Makes a hidden window. `windowClass` must outlive it.
   Window(const WindowClass& windowClass, std::string title);
   /// Clears every weak reference to this window.
   virtual ~Window();
@@ -63,7 +63,7 @@ class DESKTOP_EXPORT Window {
 
   /// Returns the name of the window's class.
   const std::string& className() const { return mClass.name(); }
-  /// Tests whether the window is of that class or of one derived from it; false for null.
+  /// Tests whether the window has that class or a class derived from it. Returns false for null.
   bool isKindOfClass(const WindowClass* windowClass) const;
   /// Returns the title that the user sees.
   const std::string& title() const { return mTitle; }
@@ -75,7 +75,7 @@ class DESKTOP_EXPORT Window {
   void makeKeyAndOrderFront();
   /// Hides the window.
   void orderOut() { mVisible = false; }
-  /// Handles the event at once. May raise `Exception`.
+  /// Handles the event at once. May throw `Exception`.
   virtual void sendEvent(const KeyEvent& event) = 0;
 
  private:
@@ -85,10 +85,10 @@ class DESKTOP_EXPORT Window {
   int64_t mWindowNumber;
 };
 
-/// Stores a weak reference to `window`, or null. The slot has to live until the window is gone or
-/// another store replaces it.
+/// Stores a weak reference to `window`, or null. The slot must live until the window is gone or
+/// another reference is stored in it.
 DESKTOP_EXPORT void StoreWeak(Window** slot, Window* window);
-/// Loads a weak reference: null once the window is gone.
+/// Returns the window of a weak reference, or null once the window is gone.
 DESKTOP_EXPORT Window* LoadWeak(Window** slot);
 
 }  // namespace desktop

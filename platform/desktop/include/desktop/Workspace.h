@@ -9,21 +9,21 @@
 
 namespace desktop {
 
-/// An application with its process id, which is positive, and its bundle identifier.
+/// A running application: its process id, which is positive, and its bundle identifier.
 struct RunningApplication {
   int32_t processIdentifier = 0;
   std::string bundleIdentifier;
 };
 
-/// The running applications, and which of them is in front. The process's owner adds them.
+/// The running applications, which the process's owner adds, and the one in front.
 class DESKTOP_EXPORT Workspace {
  public:
   /// Returns the process's only workspace.
   static Workspace& sharedWorkspace();
 
-  /// Returns the front application, or null. Valid until one is added.
+  /// Returns the front application, or null. The result is valid until an application is added.
   const RunningApplication* frontmostApplication() const;
-  /// Lists them in the order in which they were added.
+  /// Returns the applications with that identifier, in the order in which they were added.
   std::vector<RunningApplication> runningApplicationsWithBundleIdentifier(
       const std::string& bundleIdentifier) const;
   /// Brings the application to the front. Returns false and does nothing if there is none with that
@@ -32,8 +32,8 @@ class DESKTOP_EXPORT Workspace {
 
   /// Adds a running application without activating it.
   void addRunningApplication(RunningApplication application);
-  /// Calls `observer` after each activation, instead of the one before. An empty function removes
-  /// it.
+  /// Calls `observer` after each activation, instead of the previous observer. An empty function
+  /// removes it.
   void setActivationObserver(std::function<void(const RunningApplication& application)> observer);
 
  private:
