@@ -16,6 +16,7 @@ class DESKTOP_EXPORT WindowClass {
   WindowClass(const WindowClass&) = delete;
   WindowClass& operator=(const WindowClass&) = delete;
 
+  /// Returns the name.
   const std::string& name() const { return mName; }
   /// Returns the base class, or null.
   const WindowClass* base() const { return mBase; }
