@@ -402,7 +402,6 @@ TEST(Host, NamesFileLineAndKeyOfAFaultySession) {
       {"about: a\nabout: b\nsteps: []", "story.yaml:2: about: comes twice"},
       {"about: ${who}\nsteps: []", "story.yaml:1: about: there is no variable 'who'"},
       {"variants: [{title: x}]\nsteps: []", "story.yaml:1: variants: a variant needs a name"},
-      {"steps: [\n", "story.yaml:2: "},
       {"[]", "story.yaml:1: session: has to be a map"},
       {"steps:\n  - save as: /a.aep\n", "story.yaml:2: save as: has to stay in the session folder"},
       {"steps: [expect: {findings: [crash]}]", "there is no finding 'crash' that a session can"},

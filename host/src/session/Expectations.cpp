@@ -102,12 +102,12 @@ Check CompareNoted(const YamlValue& value) {
 }
 
 Check ReadFindings(const YamlValue& value) {
-  for (const YamlValue& name : value.list()) {
+  value.forEachElement([](const YamlValue& name) {
     const std::optional<Finding> finding = FindingNamed(name.text());
     if (!finding || !CanBeExpected(*finding)) {
       name.fail(fmt::format("there is no finding '{}' that a session can expect", name.text()));
     }
-  }
+  });
   return CompareList(value, [](Host& host) {
     host.expectMisuses();
     return std::exchange(host.timeline.record.findings, {});
@@ -185,9 +185,11 @@ Check ReadMenuChecked(const YamlValue& value) {
 
 Check ReadPreferences(const YamlValue& value) {
   std::vector<std::array<std::string, 3>> entries;
-  for (const auto& [section, keys] : value.fields()) {
-    for (const auto& [key, text] : keys.fields()) entries.push_back({section, key, text.text()});
-  }
+  value.forEachField([&](const std::string& section, const YamlValue& keys) {
+    keys.forEachField([&](const std::string& key, const YamlValue& text) {
+      entries.push_back({section, key, text.text()});
+    });
+  });
   return [entries](Host& host) {
     Texts expected;
     Texts found;
@@ -255,13 +257,13 @@ Check ReadHasLines(const std::string& path, const YamlValue& value) {
 Check ReadFiles(const YamlValue& value) {
   std::vector<std::pair<std::string, std::string>> files;
   std::vector<Check> checks;
-  for (const auto& [path, text] : value.fields()) {
+  value.forEachField([&](const std::string& path, const YamlValue& text) {
     if (text.isMap()) {
       checks.push_back(ReadHasLines(text.checkedPath(path), text));
     } else {
       files.emplace_back(text.checkedPath(path), text.text());
     }
-  }
+  });
   return [files, checks](Host& host) {
     for (const Check& check : checks) {
       if (std::string difference = check(host); !difference.empty()) return difference;
@@ -315,29 +317,46 @@ struct Expectation {
   Action excuse;  ///< may be null
 };
 
-Expectation ReadExpectation(const std::string& key, const YamlValue& value,
-                            const SessionPart& part) {
-  const std::vector<std::string_view> more = part.expectations();
-  if (std::find(more.begin(), more.end(), key) != more.end()) {
-    return {key, value.place(), part.readExpectation(key, value), nullptr};
-  }
+bool IsOfPart(std::string_view key, const SessionPart& part) {
+  const std::vector<std::string_view> keys = part.expectations();
+  return std::find(keys.begin(), keys.end(), key) != keys.end();
+}
+
+const Kind* FindKind(std::string_view key) {
   const auto* const kind =
       std::find_if(kKinds.begin(), kKinds.end(), [&](const Kind& each) { return each.key == key; });
-  if (kind == kKinds.end()) {
-    Texts keys(more.begin(), more.end());
-    for (const Kind& each : kKinds) keys.emplace_back(each.key);
-    value.fail(fmt::format("unknown key; known are {}", Join(keys, ", ")));
+  return kind == kKinds.end() ? nullptr : kind;
+}
+
+Expectation ReadExpectation(const std::string& key, const YamlValue& value,
+                            const SessionPart& part) {
+  if (IsOfPart(key, part)) {
+    return {key, value.place(), part.readExpectation(key, value), nullptr};
+  }
+  const Kind* const kind = FindKind(key);
+  if (!kind) {
+    std::vector<std::string_view> keys = part.expectations();
+    for (const Kind& each : kKinds) keys.push_back(each.key);
+    value.failForUnknown("key", keys);
   }
   return {key, value.place(), kind->read(value), kind->excuse ? kind->excuse(value) : nullptr};
 }
 
 }  // namespace
 
+void FailForUnknown(const YamlValue& value, std::string_view what,
+                    const std::vector<std::string_view>& known, const SessionPart& part) {
+  if (FindKind(value.key()) || IsOfPart(value.key(), part)) {
+    value.fail("is a key of 'expect': indent it below an 'expect'");
+  }
+  value.failForUnknown(what, known);
+}
+
 Action ReadExpectations(const YamlValue& value, const SessionPart& part) {
   std::vector<Expectation> expectations;
-  for (const auto& [key, field] : value.fields()) {
+  value.forEachField([&](const std::string& key, const YamlValue& field) {
     expectations.push_back(ReadExpectation(key, field, part));
-  }
+  });
   return [expectations](Host& host) {
     host.timeline.drain();
     for (const Expectation& expectation : expectations) {

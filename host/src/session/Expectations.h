@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string_view>
+#include <vector>
+
 #include "SessionPart.h"
 
 namespace host {
@@ -8,5 +11,11 @@ namespace host {
 /// are met to the timeline and reports each other one. `part` reads those that aren't about the
 /// host.
 Action ReadExpectations(const YamlValue& value, const SessionPart& part);
+
+/// Fails because of an unknown key or step, `what`. A key of `expect` is told to belong there,
+/// which its indentation may have kept it from.
+[[noreturn]] void FailForUnknown(const YamlValue& value, std::string_view what,
+                                 const std::vector<std::string_view>& known,
+                                 const SessionPart& part);
 
 }  // namespace host

@@ -307,12 +307,12 @@ ExpectedCall ReadExpectedCall(const YamlValue& value) {
   }
   const Operation& operation = FindOperation(value, call.operation);
   if (!hasFields) return call;
-  for (const auto& [name, field] : entries.front().second.fields()) {
+  entries.front().second.forEachField([&](const std::string& name, const YamlValue& field) {
     if (name != "result" && !operation.has(name)) {
       field.fail(fmt::format("{} has no argument '{}'", operation.name, name));
     }
     call.fields.emplace_back(name, field.text());
-  }
+  });
   return call;
 }
 
@@ -357,13 +357,13 @@ std::string CompareCalls(const std::vector<ExpectedCall>& expected,
 void ReadExpectedCalls(const YamlValue& value, std::vector<ExpectedCall>& calls, int depth = 0) {
   constexpr int kMostLists = 8;
   if (depth > kMostLists) value.fail("has too many lists within lists");
-  for (const YamlValue& call : value.list()) {
+  value.forEachElement([&](const YamlValue& call) {
     if (call.isList()) {
       ReadExpectedCalls(call, calls, depth + 1);
     } else {
       calls.push_back(ReadExpectedCall(call));
     }
-  }
+  });
 }
 
 std::string ReadAnswerField(const YamlValue& field) {
@@ -403,11 +403,11 @@ Answer ReadAnswer(const std::string& operation, const YamlValue& fields) {
 
 Action ReadAnswers(const YamlValue& value) {
   std::vector<Answer> answers;
-  for (const YamlValue& answer : value.list()) {
-    for (const auto& [operation, fields] : answer.fields()) {
+  value.forEachElement([&](const YamlValue& answer) {
+    answer.forEachField([&](const std::string& operation, const YamlValue& fields) {
       answers.push_back(ReadAnswer(operation, fields));
-    }
-  }
+    });
+  });
   return [answers](Host& host) {
     host.timeline.drain();
     for (const Answer& answer : answers) {
@@ -432,13 +432,13 @@ constexpr std::array<std::string_view, 3> kPolicies{"automatic", "choice", "rest
 
 std::string ReadVault(const YamlValue& vault) {
   std::string lines;
-  for (const auto& [font, policy] : vault.fields()) {
+  vault.forEachField([&](const std::string& font, const YamlValue& policy) {
     const std::string text = policy.text();
     if (std::find(kPolicies.begin(), kPolicies.end(), text) == kPolicies.end()) {
       policy.fail("has to be automatic, choice or restricted");
     }
     lines += fmt::format("{}\t{}\n", font, text);
-  }
+  });
   return lines;
 }
 
@@ -472,15 +472,17 @@ void FontManager::readKeys(const YamlValue& root, const std::map<std::string, Ya
   if (mFolder.empty()) {
     for (const auto& [key, value] : fields) {
       const auto own = keys();
-      if (std::find(own.begin(), own.end(), key) != own.end()) needsFolder(value);
+      if (std::find(own.begin(), own.end(), key) == own.end()) continue;
+      CollectFaults([this, &each = value] { needsFolder(each); });
     }
     return;
   }
-  const YamlValue* vault = Find(fields, "vault");
-  session.setUp.files.emplace_back("vault", vault ? ReadVault(*vault) : "");
-  readFramework(root, Find(fields, "framework"), session.setUp);
-  if (const YamlValue* processes = Find(fields, "processes")) {
-    for (const YamlValue& process : processes->list()) {
+  std::string policies;
+  ReadField(fields, "vault", [&](const YamlValue& vault) { policies = ReadVault(vault); });
+  session.setUp.files.emplace_back("vault", policies);
+  CollectFaults([&] { readFramework(root, Find(fields, "framework"), session.setUp); });
+  ReadField(fields, "processes", [&](const YamlValue& processes) {
+    processes.forEachElement([&](const YamlValue& process) {
       const std::string path = process.path();
       const fs::path executable = mFolder / fs::path(path).filename();
       if (!fs::is_regular_file(executable)) {
@@ -492,8 +494,8 @@ void FontManager::readKeys(const YamlValue& root, const std::map<std::string, Ya
         StartHelperProcess(host.inFolder(path));
         host.timeline.add(Actor::desktop, fmt::format("{} runs", path));
       });
-    }
-  }
+    });
+  });
   session.preparations.emplace_back(FollowJournal);
   session.settling.emplace_back(Settle);
   session.finalChecks.emplace_back(CheckAnswersLeft);

@@ -36,19 +36,24 @@ Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
 
 std::vector<Acceptance> ReadAcceptances(const YamlValue& list, const SessionPart& part) {
   std::vector<Acceptance> acceptances;
-  for (const YamlValue& each : list.list()) acceptances.push_back(ReadAcceptance(each, part));
+  list.forEachElement(
+      [&](const YamlValue& each) { acceptances.push_back(ReadAcceptance(each, part)); });
   return acceptances;
 }
 
 KnownIssues LoadKnownIssues(const std::filesystem::path& file, const SessionPart& part) {
   static const Variables kNoVariables;
-  const std::string name = file.string();
-  const YAML::Node node = ParseYaml(name, ReadSessionFile(file));
-  const YamlValue root(node, "known issues", &name, &kNoVariables);
-  const auto fields = root.fields({"accepted"});
-  const YamlValue* accepted = Find(fields, "accepted");
-  if (!accepted) root.fail("the key 'accepted' is missing");
-  return {node["accepted"], ReadAcceptances(*accepted, part)};
+  YamlFile yaml(file.string(), ReadSessionFile(file));
+  KnownIssues issues;
+  yaml.readWith([&] {
+    const YamlValue root(yaml.root(), "known issues", &yaml, &kNoVariables);
+    const auto fields = root.fields({"accepted"});
+    const YamlValue* accepted = Find(fields, "accepted");
+    if (!accepted) root.fail("the key 'accepted' is missing");
+    issues.accepted = ReadAcceptances(*accepted, part);
+    issues.list.reset(accepted->node());
+  });
+  return issues;
 }
 
 void Accept(const KnownIssues& issues, Session& session) {

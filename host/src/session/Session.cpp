@@ -8,6 +8,7 @@
 #include <set>
 
 #include "Dialogs.h"
+#include "Expectations.h"
 #include "KnownIssues.h"
 #include "SessionPart.h"
 #include "SessionText.h"
@@ -35,40 +36,50 @@ void ReadVersion(const YamlValue& value, HostSettings& host) {
 
 void ReadTitles(const YamlValue& value, HostSettings& host) {
   const Fields fields = value.fields({"open project", "missing fonts"});
-  if (const YamlValue* title = Find(fields, "open project")) host.openProjectTitle = title->text();
-  if (const YamlValue* title = Find(fields, "missing fonts")) {
-    host.missingFontsTitle = title->text();
+  ReadField(fields, "open project",
+            [&](const YamlValue& title) { host.openProjectTitle = title.text(); });
+  ReadField(fields, "missing fonts",
+            [&](const YamlValue& title) { host.missingFontsTitle = title.text(); });
+}
+
+void ReadLanguage(const YamlValue& value, HostSettings& host) {
+  const std::string language = value.text();
+  if (!IsLanguage(language)) {
+    value.fail(fmt::format("has to be one of en, fr, de, es, it, pt, ja, not '{}'", language));
   }
+  host.language = language;
+}
+
+void ReadWindowClasses(const YamlValue& value, HostSettings& host) {
+  value.forEachField([&](const std::string& name, const YamlValue& base) {
+    if (!KnowsWindowClass(host, base.text())) {
+      base.fail(fmt::format("there is no window class '{}'", base.text()));
+    }
+    host.windowClasses.emplace_back(name, base.text());
+  });
+}
+
+void ReadPreferences(const YamlValue& value, HostSettings& host) {
+  value.forEachField([&](const std::string& section, const YamlValue& entries) {
+    entries.forEachField([&](const std::string& key, const YamlValue& text) {
+      host.preferences[section][key] = text.text();
+    });
+  });
 }
 
 HostSettings ReadHost(const YamlValue& value) {
   HostSettings host;
   const Fields fields = value.fields(
       {"version", "language", "titles", "window classes", "applications", "preferences"});
-  if (const YamlValue* version = Find(fields, "version")) ReadVersion(*version, host);
-  if (const YamlValue* language = Find(fields, "language")) {
-    host.language = language->text();
-    if (!IsLanguage(host.language))
-      language->fail(
-          fmt::format("has to be one of en, fr, de, es, it, pt, ja, not '{}'", host.language));
-  }
-  if (const YamlValue* titles = Find(fields, "titles")) ReadTitles(*titles, host);
-  if (const YamlValue* classes = Find(fields, "window classes")) {
-    for (const auto& [name, base] : classes->fields()) {
-      if (!KnowsWindowClass(host, base.text())) {
-        base.fail(fmt::format("there is no window class '{}'", base.text()));
-      }
-      host.windowClasses.emplace_back(name, base.text());
-    }
-  }
-  if (const YamlValue* applications = Find(fields, "applications")) {
-    host.applications = applications->texts();
-  }
-  if (const YamlValue* preferences = Find(fields, "preferences")) {
-    for (const auto& [section, entries] : preferences->fields()) {
-      for (const auto& [key, text] : entries.fields()) host.preferences[section][key] = text.text();
-    }
-  }
+  ReadField(fields, "version", [&](const YamlValue& version) { ReadVersion(version, host); });
+  ReadField(fields, "language", [&](const YamlValue& language) { ReadLanguage(language, host); });
+  ReadField(fields, "titles", [&](const YamlValue& titles) { ReadTitles(titles, host); });
+  ReadField(fields, "window classes",
+            [&](const YamlValue& classes) { ReadWindowClasses(classes, host); });
+  ReadField(fields, "applications",
+            [&](const YamlValue& applications) { host.applications = applications.texts(); });
+  ReadField(fields, "preferences",
+            [&](const YamlValue& preferences) { ReadPreferences(preferences, host); });
   return host;
 }
 
@@ -91,56 +102,69 @@ std::string ReadFile(const YamlValue& value, const std::string& text,
 FolderSetup ReadFolder(const Fields& fields) {
   FolderSetup setup;
   std::set<std::filesystem::path> paths;
-  if (const YamlValue* projects = Find(fields, "projects")) {
-    for (const auto& [path, fonts] : projects->fields()) {
-      setup.projects.emplace_back(ReadFile(fonts, path, paths), fonts.texts());
-    }
-  }
-  if (const YamlValue* fonts = Find(fields, "active fonts")) setup.activeFonts = fonts->texts();
-  if (const YamlValue* files = Find(fields, "files")) {
-    for (const auto& [path, text] : files->fields()) {
+  ReadField(fields, "projects", [&](const YamlValue& projects) {
+    projects.forEachField([&](const std::string& path, const YamlValue& fonts) {
+      // A fault of the fonts isn't one of the steps that open the project.
+      setup.projects.emplace_back(ReadFile(fonts, path, paths), std::vector<std::string>());
+      setup.projects.back().second = fonts.texts();
+    });
+  });
+  ReadField(fields, "active fonts",
+            [&](const YamlValue& fonts) { setup.activeFonts = fonts.texts(); });
+  ReadField(fields, "files", [&](const YamlValue& files) {
+    files.forEachField([&](const std::string& path, const YamlValue& text) {
       setup.files.emplace_back(ReadFile(text, path, paths), text.text());
-    }
-  }
+    });
+  });
   return setup;
 }
 
 std::vector<std::pair<std::string, std::string>> ReadEnvironment(const YamlValue& value) {
   std::vector<std::pair<std::string, std::string>> variables;
-  for (const auto& [name, text] : value.fields()) {
+  value.forEachField([&](const std::string& name, const YamlValue& text) {
     if (name.empty() || name.find('=') != std::string::npos) {
       text.fail(fmt::format("'{}' can't be the name of a variable", name));
     }
     variables.emplace_back(name, text.text());
-  }
+  });
   return variables;
+}
+
+Fields ReadKeys(const YamlValue& root, const SessionPart& part) {
+  std::vector<std::string_view> known{"about",        "variants",    "host",     "projects",
+                                      "active fonts", "files",       "accepted", "tolerant",
+                                      "settles",      "environment", "steps"};
+  const std::vector<std::string_view> more = part.keys();
+  known.insert(known.end(), more.begin(), more.end());
+  Fields fields;
+  root.forEachField([&](const std::string& key, const YamlValue& value) {
+    const bool isKnown = std::find(known.begin(), known.end(), key) != known.end();
+    if (!isKnown) FailForUnknown(value, "key", known, part);
+    fields.emplace(key, value);
+  });
+  return fields;
 }
 
 Session ReadSession(const YamlValue& root, std::string name, const std::string& file,
                     const SessionPart& part) {
-  std::vector<std::string_view> keys{"about",        "variants",    "host",     "projects",
-                                     "active fonts", "files",       "accepted", "tolerant",
-                                     "settles",      "environment", "steps"};
-  const std::vector<std::string_view> more = part.keys();
-  keys.insert(keys.end(), more.begin(), more.end());
-  const Fields fields = root.fields(keys);
+  const Fields fields = ReadKeys(root, part);
   Session session;
   session.name = std::move(name);
   session.file = file;
-  if (const YamlValue* about = Find(fields, "about")) session.about = about->text();
-  if (const YamlValue* host = Find(fields, "host")) session.host = ReadHost(*host);
-  if (const YamlValue* accepted = Find(fields, "accepted")) {
-    session.host.accepted = ReadAcceptances(*accepted, part);
-  }
-  if (const YamlValue* tolerant = Find(fields, "tolerant")) {
-    session.host.tolerant = tolerant->boolean();
-  }
-  if (const YamlValue* environment = Find(fields, "environment")) {
-    session.environment = ReadEnvironment(*environment);
-  }
-  if (const YamlValue* settles = Find(fields, "settles")) session.settles = settles->boolean();
+  ReadField(fields, "about", [&](const YamlValue& about) { session.about = about.text(); });
+  ReadField(fields, "host", [&](const YamlValue& host) { session.host = ReadHost(host); });
+  ReadField(fields, "accepted", [&](const YamlValue& accepted) {
+    session.host.accepted = ReadAcceptances(accepted, part);
+  });
+  ReadField(fields, "tolerant",
+            [&](const YamlValue& tolerant) { session.host.tolerant = tolerant.boolean(); });
+  ReadField(fields, "environment", [&](const YamlValue& environment) {
+    session.environment = ReadEnvironment(environment);
+  });
+  ReadField(fields, "settles",
+            [&](const YamlValue& settles) { session.settles = settles.boolean(); });
   session.setUp = ReadFolder(fields);
-  part.readKeys(root, fields, session);
+  CollectFaults([&] { part.readKeys(root, fields, session); });
   const YamlValue* steps = Find(fields, "steps");
   if (!steps) root.fail("the key 'steps' is missing");
   std::set<std::string> projects;
@@ -150,26 +174,16 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   return session;
 }
 
-}  // namespace
+const Variables kNoVariables;
 
-std::vector<Session> ReadSessions(const std::string& file, const std::string& yaml,
+std::vector<Session> ReadVariants(YamlFile& yaml, const std::string& file, const std::string& text,
                                   const SessionPart& part) {
-  static const Variables kNoVariables;
   const std::string name = std::filesystem::path(file).stem().string();
-  const YAML::Node node = ParseYaml(file, yaml);
-  const YamlValue root(node, "session", &file, &kNoVariables);
-  if (!root.isMap()) root.fail("has to be a map");
-  if (!node["variants"]) {
-    std::vector<Session> sessions{ReadSession(root, name, file, part)};
-    sessions.back().text = [yaml] { return YAML::Load(yaml); };
-    return sessions;
-  }
-
-  std::vector<Session> sessions;
-  const YamlValue variants(node["variants"], "variants", &file, &kNoVariables);
-  std::set<std::string> names;
+  const YamlValue variants(yaml.root()["variants"], "variants", &yaml, &kNoVariables);
   if (variants.list().empty()) variants.fail("has to have a variant");
-  for (const YamlValue& variant : variants.list()) {
+  std::vector<Session> sessions;
+  std::set<std::string> names;
+  variants.forEachElement([&](const YamlValue& variant) {
     Variables variables;
     std::string variantName;
     for (const auto& [key, value] : variant.fields()) {
@@ -178,10 +192,30 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& ya
     }
     if (variantName.empty()) variant.fail("a variant needs a name");
     if (!names.insert(variantName).second) variant.fail("two variants have one name");
-    sessions.push_back(ReadSession(YamlValue(node, "session", &file, &variables),
+    sessions.push_back(ReadSession(YamlValue(yaml.root(), "session", &yaml, &variables),
                                    fmt::format("{} ({})", name, variantName), file, part));
-    sessions.back().text = [yaml, variantName] { return ResolveVariant(yaml, variantName); };
-  }
+    sessions.back().text = [text, variantName] { return ResolveVariant(text, variantName); };
+  });
+  return sessions;
+}
+
+}  // namespace
+
+std::vector<Session> ReadSessions(const std::string& file, const std::string& text,
+                                  const SessionPart& part) {
+  YamlFile yaml(file, text);
+  std::vector<Session> sessions;
+  yaml.readWith([&] {
+    const YamlValue root(yaml.root(), "session", &yaml, &kNoVariables);
+    if (!root.isMap()) root.fail("has to be a map");
+    if (yaml.root()["variants"]) {
+      sessions = ReadVariants(yaml, file, text, part);
+      return;
+    }
+    const std::string name = std::filesystem::path(file).stem().string();
+    sessions.push_back(ReadSession(root, name, file, part));
+    sessions.back().text = [text] { return YAML::Load(text); };
+  });
   return sessions;
 }
 

@@ -34,9 +34,8 @@ std::string ReadProject(const YamlValue& value, const Draft& draft) {
 }
 
 Action ReadStart(const YamlValue& value, Draft& draft) {
+  if (std::exchange(draft.started, true)) value.fail("the host has started already");
   RequireNothing(value);
-  if (draft.started) value.fail("the host has started already");
-  draft.started = true;
   return [](Host& host) { host.start(); };
 }
 
@@ -103,8 +102,8 @@ Action ReadRemove(const YamlValue& value, Draft& draft) {
 }
 
 Action ReadQuit(const YamlValue& value, Draft& draft) {
-  RequireNothing(value);
   draft.quit = true;
+  RequireNothing(value);
   return Quit;
 }
 
@@ -114,7 +113,7 @@ Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
   int64_t ticks = 1;  // after which the clock moves
   if (value.isMap()) {
     const auto fields = value.fields({"count", "seconds per tick", "ticks per second"});
-    if (const YamlValue* all = Find(fields, "count")) count = all->integer(1, kMostTicks);
+    ReadField(fields, "count", [&](const YamlValue& all) { count = all.integer(1, kMostTicks); });
     const YamlValue* slow = Find(fields, "seconds per tick");
     const YamlValue* fast = Find(fields, "ticks per second");
     if (slow && fast) value.fail("takes one of 'seconds per tick' and 'ticks per second'");
@@ -146,13 +145,13 @@ Action ReadDialog(const YamlValue& value, Draft& draft) {
   std::string className = kDialogClass;
   if (value.isMap()) {
     const auto fields = value.fields({"title", "class"});
-    if (const YamlValue* text = Find(fields, "title")) title = text->text();
-    if (const YamlValue* name = Find(fields, "class")) {
-      className = name->text();
+    ReadField(fields, "title", [&](const YamlValue& text) { title = text.text(); });
+    ReadField(fields, "class", [&](const YamlValue& name) {
+      className = name.text();
       if (!KnowsWindowClass(draft.host, className)) {
-        name->fail(fmt::format("there is no window class '{}'", className));
+        name.fail(fmt::format("there is no window class '{}'", className));
       }
-    }
+    });
   } else {
     title = value.text();
   }
@@ -163,17 +162,19 @@ Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
   const auto fields = value.fields({"function", "result", "times", "call"});
   const YamlValue* name = Find(fields, "function");
   if (!name) value.fail("the key 'function' is missing");
+  int64_t result = A_Err_GENERIC;
+  int64_t times = Faults::kAlways;
+  int64_t number = 0;
+  ReadField(fields, "result", [&](const YamlValue& code) {
+    result = code.integer(1, std::numeric_limits<A_Err>::max());
+  });
+  ReadField(fields, "times", [&](const YamlValue& count) { times = count.integer(1, kMostTicks); });
+  ReadField(fields, "call", [&](const YamlValue& call) { number = call.integer(1, kMostTicks); });
+  if (Find(fields, "times") && Find(fields, "call")) value.fail("takes one of 'times' and 'call'");
   const std::string function = name->text();
-  if (!FunctionsThatCanFail().contains(function))
+  if (!FunctionsThatCanFail().contains(function)) {
     name->fail(fmt::format("the host has no '{}' that could fail", function));
-  const YamlValue* code = Find(fields, "result");
-  const YamlValue* count = Find(fields, "times");
-  const YamlValue* call = Find(fields, "call");
-  if (count && call) value.fail("takes one of 'times' and 'call'");
-  const int64_t result =
-      code ? code->integer(1, std::numeric_limits<A_Err>::max()) : int64_t{A_Err_GENERIC};
-  const int64_t times = count ? count->integer(1, kMostTicks) : Faults::kAlways;
-  const int64_t number = call ? call->integer(1, kMostTicks) : 0;
+  }
   return [=](Host& host) {
     if (number > 0) {
       host.timeline.add(Actor::session, fmt::format("has call {} of {} fail", number, function));
@@ -206,9 +207,8 @@ Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {
     path.resize(static_cast<size_t>(length->integer(1, 100'000)), u'x');
   } else {
     path.clear();
-    for (const YamlValue& unit : units->list()) {
-      path += static_cast<char16_t>(unit.integer(1, 0xFFFF));
-    }
+    units->forEachElement(
+        [&](const YamlValue& unit) { path += static_cast<char16_t>(unit.integer(1, 0xFFFF)); });
   }
   return [path](Host& host) {
     host.timeline.add(Actor::session,
@@ -257,15 +257,19 @@ constexpr std::array kStepKinds{
 YamlValue::Field NameAndValue(const YamlValue& step) {
   if (step.isText()) return {step.text(), step.withNothing(step.text())};
   const auto fields = step.fields();
-  if (fields.size() != 1) step.fail("a step is one name, and a value if it takes one");
+  if (fields.empty()) step.fail("a step is one name, and a value if it takes one");
+  if (fields.size() > 1) {
+    fields[1].second.fail(
+        fmt::format("is at the depth of the step '{}': indent it further, or begin a step with '-'",
+                    fields.front().first));
+  }
   return fields.front();
 }
 
-[[noreturn]] void FailForUnknown(const YamlValue& value,
-                                 const std::vector<std::string_view>& more) {
-  std::vector<std::string> names(more.begin(), more.end());
-  for (const StepKind& kind : kStepKinds) names.emplace_back(kind.name);
-  value.fail(fmt::format("unknown step; known are {}", Join(names, ", ")));
+[[noreturn]] void FailForUnknownStep(const YamlValue& value, const SessionPart& part) {
+  std::vector<std::string_view> names = part.steps();
+  for (const StepKind& kind : kStepKinds) names.push_back(kind.name);
+  FailForUnknown(value, "step", names, part);
 }
 
 Step ReadStep(const YamlValue& step, Draft& draft) {
@@ -275,7 +279,7 @@ Step ReadStep(const YamlValue& step, Draft& draft) {
   const auto* const kind = std::find_if(
       kStepKinds.begin(), kStepKinds.end(),
       [&, wanted = std::string_view(name)](const StepKind& each) { return each.name == wanted; });
-  if (!isOfPart && kind == kStepKinds.end()) FailForUnknown(value, more);
+  if (!isOfPart && kind == kStepKinds.end()) FailForUnknownStep(value, draft.part);
   if (draft.quit && name != "expect") value.fail("comes after the host has quit");
   if (isOfPart) return {step.place(), draft.part.readStep(name, value)};
   if (kind->needsHost && !draft.started) value.fail("comes before the host has started");
@@ -288,10 +292,10 @@ Action ReadRepeat(const YamlValue& value, Draft& draft) {
   const YamlValue* list = Find(fields, "steps");
   if (!count || !list) value.fail("needs the keys 'times' and 'steps'");
   std::vector<Step> steps;
-  for (const YamlValue& step : list->list()) {
+  list->forEachElement([&](const YamlValue& step) {
     steps.push_back(ReadStep(step, draft));
     if (steps.back().quits) NameAndValue(step).second.fail("can't be repeated");
-  }
+  });
   return [steps, times = count->integer(1, kMostTicks)](Host& host) {
     for (int64_t i = 0; i < times; ++i) {
       for (const Step& step : steps) PlayStep(step, host);
@@ -321,20 +325,25 @@ Step ReadStepOf(const std::string& yaml, const SessionPart& part) {
   static const Variables kNoVariables;
   static const HostSettings kAnyHost;
   SessionDraft draft{part, kAnyHost, {}};
-  return ReadStep(YamlValue(YAML::Load(yaml), "step", &yaml, &kNoVariables), draft);
+  YamlFile file(yaml, yaml);
+  Step step;
+  file.readWith(
+      [&] { step = ReadStep(YamlValue(file.root(), "step", &file, &kNoVariables), draft); });
+  return step;
 }
 
 std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {
   const std::vector<YamlValue> list = value.list();
   std::vector<Step> steps;
-  const bool startsItself = std::any_of(list.begin(), list.end(), [](const YamlValue& step) {
-    return NameAndValue(step).first == "start";
+  bool startsItself = false;
+  value.forEachElement([&](const YamlValue& step) {
+    if (NameAndValue(step).first == "start") startsItself = true;
   });
   if (!startsItself) {
     draft.started = true;
     steps.push_back({value.place(), [](Host& host) { host.start(); }});
   }
-  for (const YamlValue& step : list) steps.push_back(ReadStep(step, draft));
+  value.forEachElement([&](const YamlValue& step) { steps.push_back(ReadStep(step, draft)); });
   const std::string last = list.empty() ? value.place() : list.back().place();
   if (!draft.quit) steps.push_back({last, Quit, true});
   return steps;

@@ -6,10 +6,8 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <set>
-#include <sstream>
 
 #include "TextFile.h"
 
@@ -22,13 +20,9 @@ std::optional<std::string> WholeVariable(const std::string& text) {
   return text.substr(2, text.size() - 3);
 }
 
-std::string List(const std::vector<std::string_view>& names) {
-  return Join(std::vector<std::string>(names.begin(), names.end()), ", ");
-}
-
 }  // namespace
 
-YamlValue::YamlValue(const YAML::Node& node, std::string key, const std::string* file,
+YamlValue::YamlValue(const YAML::Node& node, std::string key, YamlFile* file,
                      const Variables* variables)
     : mNode(node), mKey(std::move(key)), mFile(file), mVariables(variables) {
   if (!mNode.IsScalar()) return;
@@ -50,13 +44,19 @@ YamlValue YamlValue::withNothing(std::string key) const {
   return value;
 }
 
-std::string YamlValue::place() const {
-  // An empty file has no mark.
-  return fmt::format("{}:{}", *mFile, std::max(mNode.Mark().line, 0) + 1);
+// An empty file has no mark.
+size_t YamlValue::line() const {
+  return static_cast<size_t>(std::max(mNode.Mark().line, 0));
 }
 
 void YamlValue::fail(std::string_view what) const {
-  throw SessionFileError(fmt::format("{}: {}: {}", place(), mKey, what));
+  mFile->fail(line(), fmt::format("{}: {}", mKey, what));
+}
+
+void YamlValue::failForUnknown(std::string_view what,
+                               const std::vector<std::string_view>& known) const {
+  fail(fmt::format("unknown {}; known are {}", what,
+                   Join(std::vector<std::string>(known.begin(), known.end()), ", ")));
 }
 
 std::string_view YamlValue::kind() const {
@@ -64,6 +64,7 @@ std::string_view YamlValue::kind() const {
 }
 
 std::string YamlValue::text() const {
+  if (isMap()) fail("has to be a text, not a map: write a text that holds a ':' in quotes");
   if (!isText()) fail(fmt::format("has to be a text, not {}", kind()));
   std::string text = mNode.Scalar();
   for (size_t begin = 0; (begin = text.find("${", begin)) != std::string::npos;) {
@@ -113,7 +114,7 @@ std::vector<YamlValue> YamlValue::list() const {
 
 std::vector<std::string> YamlValue::texts() const {
   std::vector<std::string> texts;
-  for (const YamlValue& element : list()) texts.push_back(element.text());
+  forEachElement([&](const YamlValue& element) { texts.push_back(element.text()); });
   return texts;
 }
 
@@ -136,9 +137,11 @@ std::vector<YamlValue::Field> YamlValue::fields() const {
   std::vector<Field> fields;
   std::set<std::string> keys;
   for (const auto& entry : mNode) {
-    const std::string key = child(entry.first, mKey).text();
-    if (!keys.insert(key).second) child(entry.first, key).fail("comes twice");
-    fields.emplace_back(key, child(entry.second, key));
+    CollectFaults([&] {
+      const std::string key = child(entry.first, mKey).text();
+      if (!keys.insert(key).second) child(entry.first, key).fail("comes twice");
+      fields.emplace_back(key, child(entry.second, key));
+    });
   }
   return fields;
 }
@@ -146,31 +149,12 @@ std::vector<YamlValue::Field> YamlValue::fields() const {
 std::map<std::string, YamlValue> YamlValue::fields(
     const std::vector<std::string_view>& known) const {
   std::map<std::string, YamlValue> byKey;
-  for (const auto& [key, value] : fields()) {
-    if (std::find(known.begin(), known.end(), key) == known.end()) {
-      value.fail(fmt::format("unknown key; known are {}", List(known)));
-    }
+  forEachField([&](const std::string& key, const YamlValue& value) {
+    const bool isKnown = std::find(known.begin(), known.end(), key) != known.end();
+    if (!isKnown) value.failForUnknown("key", known);
     byKey.emplace(key, value);
-  }
+  });
   return byKey;
-}
-
-std::string ReadSessionFile(const std::filesystem::path& file) {
-  const std::ifstream stream(file, std::ios::binary);
-  if (!stream || std::filesystem::is_directory(file)) {
-    throw SessionFileError(fmt::format("{}: can't be read", file.string()));
-  }
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
-
-YAML::Node ParseYaml(const std::string& file, const std::string& yaml) {
-  try {
-    return YAML::Load(yaml);
-  } catch (const YAML::ParserException& error) {
-    throw SessionFileError(fmt::format("{}:{}: {}", file, error.mark.line + 1, error.msg));
-  }
 }
 
 const YamlValue* Find(const std::map<std::string, YamlValue>& fields, std::string_view key) {
