@@ -40,7 +40,9 @@ endforeach()
 # CMake knows this option of Apple's own Clang only.
 set(CMAKE_OBJCXX_COMPILE_OPTIONS_VISIBILITY_INLINES_HIDDEN -fvisibility-inlines-hidden)
 set(CMAKE_INSTALL_NAME_TOOL ${llvm}/bin/llvm-install-name-tool)
-set(CMAKE_MODULE_LINKER_FLAGS_INIT -fuse-ld=lld)
+foreach(kind EXE MODULE SHARED)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT -fuse-ld=lld)
+endforeach()
 
 # Debian's headers of utfcpp. They lie beside those of Debian's own architecture, where CMake doesn't look for macOS.
 file(GLOB utf8cpp_DIR /usr/lib/*/cmake/utf8cpp)

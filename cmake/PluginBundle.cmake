@@ -14,9 +14,6 @@ function(typelark_plugin_bundle target resources)
   # The version in Info.plist is the project's.
   set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
     ${resources}/Info.plist.in ${PROJECT_SOURCE_DIR}/CMakeLists.txt)
-  if(NOT CMAKE_HOST_APPLE)
-    target_link_libraries(${target} PRIVATE macos-sdk)
-  endif()
   if(CMAKE_HOST_APPLE OR TYPELARK_PACKAGING_TOOLS)
     typelark_package(${target} ${resources})
   else()

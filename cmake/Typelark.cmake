@@ -23,6 +23,10 @@ if(APPLE)
   target_compile_options(typelark-options INTERFACE -g)
 endif()
 
+# Stand-ins and tests build fast instead of running fast.
+add_library(typelark-unoptimized INTERFACE)
+target_compile_options(typelark-unoptimized INTERFACE $<$<CONFIG:Release>:-O0>)
+
 # lld links several times faster than the default linker. It can't optimize GCC's objects across units.
 find_program(TYPELARK_LLD ld.lld)
 if(TYPELARK_LLD AND NOT APPLE)
@@ -30,13 +34,26 @@ if(TYPELARK_LLD AND NOT APPLE)
   target_link_options(typelark-options INTERFACE $<$<NOT:${across_units}>:-fuse-ld=lld>)
 endif()
 
-# typelark_object_library(NAME SOURCES ... INCLUDES ... LIBRARIES ...)
+# typelark_optimize_across_units(TARGET)
+#
+# For the plug-in and what measures it. GCC's objects also hold machine code, for tests that link them without.
+function(typelark_optimize_across_units target)
+  set_target_properties(${target} PROPERTIES INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
+  target_compile_options(${target} PRIVATE $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU>>:-ffat-lto-objects>)
+endfunction()
+
+# typelark_object_library(NAME [SHIPS] SOURCES ... INCLUDES ... LIBRARIES ...)
 #
 # Adds an object library. From an archive the linker would drop the static objects that nothing refers to, and they have to
-# be built at load.
+# be built at load. With SHIPS it is a part of the plug-in.
 function(typelark_object_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;INCLUDES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "SHIPS" "" "SOURCES;INCLUDES;LIBRARIES" ${ARGN})
   add_library(${name} OBJECT ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${ARG_INCLUDES})
   target_link_libraries(${name} PUBLIC typelark-options ${ARG_LIBRARIES})
+  if(ARG_SHIPS)
+    typelark_optimize_across_units(${name})
+  else()
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ${TYPELARK_UNITY_BUILD})
+  endif()
 endfunction()

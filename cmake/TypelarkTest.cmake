@@ -1,4 +1,26 @@
-find_package(GTest REQUIRED)
+# GoogleTest for macOS is built from its sources where there is no Mac.
+if(APPLE AND NOT CMAKE_HOST_APPLE)
+  set(googletest /usr/src/googletest)
+  if(NOT EXISTS ${googletest})
+    message(FATAL_ERROR "The tests for macOS need the Debian package googletest, which is missing.\n"
+      "./dev setup installs it.")
+  endif()
+  add_library(gtest STATIC
+    ${googletest}/googletest/src/gtest-all.cc ${googletest}/googlemock/src/gmock-all.cc)
+  set(include ${googletest}/googletest/include ${googletest}/googlemock/include)
+  target_include_directories(gtest SYSTEM PUBLIC ${include} PRIVATE ${googletest}/googletest ${googletest}/googlemock)
+  target_link_libraries(gtest PRIVATE typelark-unoptimized)
+  add_library(GTest::gtest ALIAS gtest)
+  add_library(GTest::gmock ALIAS gtest)
+elseif(CMAKE_HOST_APPLE)
+  find_package(GTest)
+  if(NOT GTest_FOUND)
+    message(NOTICE "Only the bundle is tested, since GoogleTest isn't there: brew install googletest")
+    return()
+  endif()
+else()
+  find_package(GTest REQUIRED)
+endif()
 include(GoogleTest)
 
 # The headers that most tests include, compiled once for all of them. Their objects have to be compiled like those of an
@@ -6,7 +28,7 @@ include(GoogleTest)
 file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/test-headers.cpp CONTENT "")
 add_library(test-headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/test-headers.cpp)
 target_compile_options(test-headers PRIVATE -fPIE)
-target_link_libraries(test-headers PRIVATE typelark-options GTest::gtest GTest::gmock)
+target_link_libraries(test-headers PRIVATE typelark-options typelark-unoptimized GTest::gtest GTest::gmock)
 target_precompile_headers(test-headers PRIVATE
   <gmock/gmock.h> <gtest/gtest.h> <algorithm> <filesystem> <fstream> <functional> <sstream> <string> <vector>)
 
@@ -18,12 +40,16 @@ function(typelark_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES} ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests/support/TestMain.cpp)
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests/support)
-  target_link_libraries(${name} PRIVATE typelark-options ${ARG_LIBRARIES}
-    GTest::gtest GTest::gmock)
+  target_link_libraries(${name} PRIVATE
+    typelark-options typelark-unoptimized ${ARG_LIBRARIES} GTest::gtest GTest::gmock)
   target_precompile_headers(${name} REUSE_FROM test-headers)
   set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
   set(objective_sources ${ARG_SOURCES})
   list(FILTER objective_sources INCLUDE REGEX "\\.mm$")
   set_source_files_properties(${objective_sources} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+  # Only a Mac can run those for macOS, and ask them for their names.
+  if(CMAKE_CROSSCOMPILING AND APPLE)
+    return()
+  endif()
   gtest_discover_tests(${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60 ${ARG_PROPERTIES})
 endfunction()

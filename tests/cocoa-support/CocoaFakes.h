@@ -28,7 +28,3 @@ extern CocoaFakes cocoaFakes;
 
 /// Counts the objects in the current autorelease pool.
 unsigned int AutoreleasedObjects();
-
-/// Makes each weak reference to the object read as nil. For the object's `dealloc`, since this
-/// runtime doesn't.
-void ClearWeakReferences(const void* object);

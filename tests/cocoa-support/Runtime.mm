@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <map>
 
-#include "CocoaFakes.h"
+#include "WeakReferences.h"
 
 namespace {
 

@@ -137,6 +137,8 @@ class ModuleTest : public testing::Test {
   void SetUp() override {
     std::filesystem::current_path(folder.path());
     setenv("HOME", folder.path().c_str(), 1);
+    // macOS takes the home directory from the password database, unless this names another.
+    setenv("CFFIXED_USER_HOME", folder.path().c_str(), 1);
     host = {};
     // A file of its own for each test, so that the module's state is new.
     const auto file = folder.path() / "AETypelark";

@@ -3,10 +3,11 @@
 #import <AppKit/AppKit.h>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
+#import <objc/runtime.h>
 
-#include "CocoaFakes.h"
 #include "FakeHost.h"
 #include "GlobalState.h"
+#include "WeakReferences.h"
 
 // The plug-in's category.
 @interface NSApplication (Override)
@@ -19,12 +20,15 @@
 
 static std::vector<id> frontSenders;
 
+// Its name differs between versions of AppKit.
+constexpr auto kKeyDown = static_cast<NSEventType>(10);
+
 @interface DVAMacDialog : NSWindow
 @end
 
 @implementation DVAMacDialog
 - (void)sendEvent:(NSEvent*)event {
-  if ([event type] != NSKeyDown) return [super sendEvent:event];
+  if ([event type] != kKeyDown) return [super sendEvent:event];
   const NSPoint place = [event locationInWindow];
   receivedKeys.push_back({[event type],
                           place.x,
@@ -70,7 +74,7 @@ TestDialog::TestDialog(const char* title, const char* kind) {
   const Pool pool;
   [NSApplication sharedApplication];
   NSWindow* window = [[objc_getClass(kind) alloc] initWithContentRect:NSMakeRect(0, 0, 200, 100)
-                                                            styleMask:NSTitledWindowMask
+                                                            styleMask:NSWindowStyleMaskTitled
                                                               backing:NSBackingStoreBuffered
                                                                 defer:NO];
   [window setReleasedWhenClosed:NO];

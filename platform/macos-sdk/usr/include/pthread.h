@@ -39,6 +39,7 @@ int pthread_equal(pthread_t, pthread_t);
 void* pthread_getspecific(pthread_key_t);
 int pthread_join(pthread_t, void**);
 int pthread_key_create(pthread_key_t*, void (*)(void*));
+int pthread_key_delete(pthread_key_t);
 int pthread_mutex_destroy(pthread_mutex_t*);
 int pthread_mutex_init(pthread_mutex_t*, const pthread_mutexattr_t*);
 int pthread_mutex_lock(pthread_mutex_t*);

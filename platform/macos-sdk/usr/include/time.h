@@ -14,6 +14,8 @@ struct tm {
 };
 
 __BEGIN_DECLS
+struct tm* gmtime_r(const time_t*, struct tm*);
+struct tm* localtime_r(const time_t*, struct tm*);
 int nanosleep(const struct timespec*, struct timespec*);
 time_t time(time_t*);
 __END_DECLS

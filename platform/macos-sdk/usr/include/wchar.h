@@ -14,6 +14,8 @@ typedef __mbstate_t mbstate_t;
 
 __BEGIN_DECLS
 wchar_t* wcschr(const wchar_t*, wchar_t);
+int wcscmp(const wchar_t*, const wchar_t*);
+size_t wcslen(const wchar_t*);
 wchar_t* wcspbrk(const wchar_t*, const wchar_t*);
 wchar_t* wcsrchr(const wchar_t*, wchar_t);
 wchar_t* wcsstr(const wchar_t*, const wchar_t*);

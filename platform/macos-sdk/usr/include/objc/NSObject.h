@@ -18,6 +18,7 @@ __attribute__((objc_root_class))
 }
 + (instancetype)alloc;
 + (Class)class;
+- (void)dealloc;
 - (IMP)methodForSelector:(SEL)selector;
 - (instancetype)init;
 @end

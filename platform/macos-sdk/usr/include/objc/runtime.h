@@ -7,6 +7,7 @@ typedef struct objc_method* Method;
 OBJC_EXPORT Method _Nonnull* _Nullable class_copyMethodList(Class _Nullable cls,
                                                             unsigned int* _Nullable count);
 OBJC_EXPORT Method _Nullable class_getInstanceMethod(Class _Nullable cls, SEL _Nonnull name);
+OBJC_EXPORT void method_exchangeImplementations(Method _Nonnull first, Method _Nonnull second);
 OBJC_EXPORT const char* _Nonnull object_getClassName(id _Nullable object);
 OBJC_EXPORT Class _Nullable objc_getClass(const char* _Nonnull name);
 OBJC_EXPORT IMP _Nonnull method_getImplementation(Method _Nonnull method);

@@ -4,6 +4,7 @@
 #include <sys/types.h>
 #include <time.h>
 
+#define S_ISDIR(mode) (((mode)&0170000) == 0040000)
 #define S_ISREG(mode) (((mode)&0170000) == 0100000)
 
 struct stat {
@@ -22,6 +23,7 @@ struct stat {
 };
 
 __BEGIN_DECLS
+int mkdir(const char*, uint16_t);
 int stat(const char*, struct stat*)
 #ifdef __x86_64__
     __asm("_stat$INODE64")

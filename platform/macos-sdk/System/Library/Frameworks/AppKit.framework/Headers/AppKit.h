@@ -24,12 +24,25 @@ typedef NS_ENUM(NSUInteger, NSEventType) { NSEventTypeKeyDown = 10 };
 @end
 
 @interface NSApplication : NSResponder
+@property(class, readonly, strong) __kindof NSApplication* sharedApplication;
+@property(nullable, readonly, assign) NSWindow* modalWindow;
+- (void)endModalSession:(NSModalSession)session;
 - (NSModalSession)beginModalSessionForWindow:(NSWindow*)window;
 @end
 
 APPKIT_EXTERN __kindof NSApplication* _Null_unspecified NSApp;
 
+typedef NS_ENUM(NSUInteger, NSBackingStoreType) { NSBackingStoreBuffered = 2 };
+typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) { NSWindowStyleMaskTitled = 1 << 0 };
+
 @interface NSWindow : NSResponder
+- (instancetype)initWithContentRect:(NSRect)contentRect
+                          styleMask:(NSWindowStyleMask)style
+                            backing:(NSBackingStoreType)backingStoreType
+                              defer:(BOOL)flag;
+@property(getter=isReleasedWhenClosed) BOOL releasedWhenClosed;
+- (void)close;
+- (void)orderOut:(nullable id)sender;
 @property(copy) NSString* title;
 @property(getter=isVisible, readonly) BOOL visible;
 @property(readonly) NSInteger windowNumber;
@@ -37,7 +50,19 @@ APPKIT_EXTERN __kindof NSApplication* _Null_unspecified NSApp;
 - (void)sendEvent:(NSEvent*)event;
 @end
 
+@interface NSPanel : NSWindow
+@end
+
 @interface NSEvent : NSObject
+@property(readonly) NSEventType type;
+@property(readonly) NSEventModifierFlags modifierFlags;
+@property(readonly) NSTimeInterval timestamp;
+@property(readonly) NSInteger windowNumber;
+@property(readonly) NSPoint locationInWindow;
+@property(nullable, readonly, copy) NSString* characters;
+@property(nullable, readonly, copy) NSString* charactersIgnoringModifiers;
+@property(getter=isARepeat, readonly) BOOL ARepeat;
+@property(readonly) unsigned short keyCode;
 + (nullable NSEvent*)keyEventWithType:(NSEventType)type
                              location:(NSPoint)location
                         modifierFlags:(NSEventModifierFlags)flags

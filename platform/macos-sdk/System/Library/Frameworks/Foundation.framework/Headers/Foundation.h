@@ -20,6 +20,17 @@ typedef struct CGPoint {
   double x, y;
 } CGPoint;
 typedef CGPoint NSPoint;
+typedef struct CGSize {
+  double width, height;
+} CGSize;
+typedef struct CGRect {
+  CGPoint origin;
+  CGSize size;
+} CGRect;
+typedef CGRect NSRect;
+static inline NSRect NSMakeRect(double x, double y, double width, double height) {
+  return (NSRect){{x, y}, {width, height}};
+}
 
 enum : NSStringEncoding { NSMacOSRomanStringEncoding = 30 };
 
@@ -38,6 +49,7 @@ FOUNDATION_EXPORT const NSPoint NSZeroPoint;
 @end
 
 @interface NSException : NSObject
++ (void)raise:(NSString*)name format:(NSString*)format, ... NS_FORMAT_FUNCTION(2, 3);
 @end
 
 @interface NSString : NSObject

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <sys/cdefs.h>
+
+#define RTLD_LAZY 1
+#define RTLD_NOW 2
+#define RTLD_LOCAL 4
+
+__BEGIN_DECLS
+char* dlerror(void);
+void* dlopen(const char*, int);
+void* dlsym(void*, const char*);
+__END_DECLS

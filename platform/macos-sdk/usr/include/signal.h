@@ -1,0 +1,4 @@
+#pragma once
+
+#include <sys/cdefs.h>
+#include <sys/types.h>
