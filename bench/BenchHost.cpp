@@ -40,7 +40,7 @@ ProjectFile& File() {
 _AEGP_Project* sProject = nullptr;
 _Up_OpaqueMem* sPath = nullptr;
 
-// The functions without a caller stay null.
+// Functions that nobody calls stay null.
 const AEGP_ProjSuite6 kProjSuite = [] {
   AEGP_ProjSuite6 suite{};
   suite.AEGP_GetProjectByIndex = [](A_long, AEGP_ProjectH* project) {

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int32_t kTickWithoutAStep = 12;
+constexpr int32_t kSteplessTick = 12;
 
 // Loads the framework, and replaces two operations by ones that return at once. Opening a document
 // activates one font.
@@ -94,7 +94,7 @@ void TickOfARunningProcess(benchmark::State& state) {
   ReachUneventfulTicks();
   global_state.startFontActivationProcess();
   for ([[maybe_unused]] auto _ : state) {
-    global_state.ticksSinceActivationStart = kTickWithoutAStep;
+    global_state.ticksSinceActivationStart = kSteplessTick;
     Tick();
   }
   global_state.endFontActivationProcess();
@@ -117,7 +117,7 @@ void SharedInstanceAfterTheFirstSuccess(benchmark::State& state) {
 BENCHMARK(SharedInstanceAfterTheFirstSuccess);
 
 // Searches the process list in vain, then reads the launch-info file and loads the framework that
-// it names, whose module the process has already.
+// it names. The process has loaded the module already.
 void SharedInstanceFirstCall(benchmark::State& state) {
   const TemporaryFolder home;
   setenv("HOME", home.path().c_str(), 1);

@@ -69,7 +69,7 @@ TEST(GLogger, ALineHoldsItsWholeTextAtTheEdgesOfTheBuffer) {
   GLogger logger;
   const LogLines log("test", logger);
   const std::string prefix = "[id]\t[Error]\t";
-  for (const size_t length : {255, 256, 511, 512, 100, 5000, 20}) {
+  for (const size_t length : {255u, 256u, 511u, 512u, 100u, 5000u, 20u}) {
     const std::string text(length - prefix.size(), 'x');
     logger.LogError("id", "%s", text.c_str());
     EXPECT_EQ(log.Entries().back(), prefix + text) << length;
