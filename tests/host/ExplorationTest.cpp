@@ -154,11 +154,13 @@ TEST(TolerantSession, SkipsWhatCannotBePlayed) {
                                    HasSubstr("\n     3  user ")));
 }
 
-TEST(Acceptance, HoldsForItsFindingItsTextAndAfterItsFailuresOnly) {
+TEST(Acceptance, HoldsForItsFindingItsNamesAndAfterItsFailuresOnly) {
   const std::vector<std::pair<std::string, int>> cases{
       {"{finding: handle-leaked, reason: it is known}", 0},
-      {"{finding: handle-leaked, text: from AEGP_GetProjectPath, reason: it is known}", 0},
-      {"{finding: handle-leaked, text: from AEGP_NewMemHandle, reason: it is known}", 1},
+      {"{finding: handle-leaked, function: AEGP_GetProjectPath, reason: it is known}", 0},
+      {"{finding: handle-leaked, function: AEGP_NewMemHandle, reason: it is known}", 1},
+      {"{finding: handle-leaked, detail: a memory handle, reason: it is known}", 0},
+      {"{finding: handle-leaked, detail: a locked memory handle, reason: it is known}", 1},
       {"{finding: suite-leaked, reason: it is known}", 1},
       {"{finding: handle-leaked, after: [AEGP_LockMemHandle], reason: it is known}", 0},
       {"{finding: handle-leaked, after: [AEGP_NewProject], reason: it is known}", 1},

@@ -96,7 +96,7 @@ steps:
           "name":"project","value":"projects/a.aep"})",
       R"({"kind":"expectation","session":"story","step":5,"place":"STORY:7","tick":2,
           "time":1700000006,"actor":"session","text":"NOT as expected: project","key":"project",
-          "met":false,"difference":"    expected: none\n    found:    projects/a.aep"})",
+          "met":false,"where":"STORY:7","difference":"    expected: none\n    found:    projects/a.aep"})",
       R"({"kind":"expectation","session":"story","step":5,"place":"STORY:7","tick":2,
           "time":1700000006,"actor":"session","text":"as expected: dirty","key":"dirty",
           "met":true})",

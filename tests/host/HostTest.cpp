@@ -94,9 +94,9 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"use a closed project", {"stale-project: AEGP_GetProjectPath: the project was closed"}, {}},
     {"use no project", {"unknown-handle: AEGP_GetProjectPath: there is no such project"}, {}},
     {"call from a thread",
-     {"wrong-thread: AcquireSuite of the basic suite: called from another thread, while the main "
-      "thread was\n    in "
-      "the "},
+     {"wrong-thread: AcquireSuite of the basic suite: called from another thread\n"
+      "    while the main thread was in the idle hook, tick 1\n    ",
+      "libtest-plugin.so(+0x"},
      {}},
     {"register late", {"late-hook: AEGP_RegisterIdleHook: the entry point has returned"}, {}},
     {"insert an unknown command", {"unknown-command: AEGP_InsertMenuCommand: "}, {}},

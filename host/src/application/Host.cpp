@@ -13,8 +13,8 @@
 #include <typeinfo>
 #include <utility>
 
+#include "Backtrace.h"
 #include "Dialogs.h"
-#include "EventJson.h"
 #include "SuiteCall.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
@@ -92,40 +92,29 @@ void Host::finish() {
   timeline.drainRest();
   timeline.endAll();
   for (const auto& check : mFinalChecks) check();
-  reportUnexpected();
-  reportLeaks();
-  mReporter.send(ReportKind::end, "");
-}
-
-void Host::reportUnexpected() {
-  const Record& record = timeline.record;
-  for (const auto& [error, where, head] : record.errors) {
-    report({Finding::hookError,
-            fmt::format("the user saw an error that no step expects: {}{}", error, where), head});
-  }
-  for (const auto& [text, where, head] : record.reports) {
-    report({Finding::userReport,
-            fmt::format("the user saw a report that no step expects: {}{}", EscapeControls(text),
-                        where),
-            head});
-  }
-  for (const auto& [function, where, head] : record.notSupplied) {
-    report({Finding::notSupplied,
-            fmt::format("{} was called, which this host doesn't supply{}", function, where), head});
-  }
   if (undoGroups > 0) {
-    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended" + where());
+    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
+  reportLeaks();
+  timeline.tell(EventKind::finished);
 }
 
 void Host::reportLeaks() {
-  static constexpr char kWhere[] = "\n    at the end of the process";
-  std::vector<std::pair<Finding, std::string>> leaks;
-  for (const std::string& leak : suites.leaks()) leaks.emplace_back(Finding::suiteLeaked, leak);
-  for (const std::string& leak : memory.leaks()) leaks.emplace_back(Finding::handleLeaked, leak);
-  for (const std::string& leak : blocks.leaks()) leaks.emplace_back(Finding::blockLeaked, leak);
-  for (const auto& [finding, leak] : leaks) report(finding, leak + kWhere);
-  if (!leaks.empty()) return;
+  static constexpr char kWhere[] = "at the end of the process";
+  const bool isClean = suites.held() == 0 && memory.count() == 0 && blocks.count() == 0;
+  for (const auto& [suite, origin] : suites.leaks()) {
+    tell(Finding::suiteLeaked, fmt::format("{} is left, from {}", suite, origin.text()),
+         {origin.function, suite, {}}, kWhere);
+  }
+  for (const auto& [handle, origin] : memory.leaks()) {
+    tell(Finding::handleLeaked, fmt::format("{} is left, from {}", handle, origin.text()),
+         {origin.function, handle, {}}, kWhere);
+  }
+  for (const Origin& origin : blocks.leaks()) {
+    tell(Finding::blockLeaked, "a block is left, from " + origin.text(), {origin.function, {}, {}},
+         kWhere);
+  }
+  if (!isClean) return;
   timeline.add(Actor::host,
                fmt::format("is gone; all {} suites acquired were released, no handle and no lock "
                            "is left",
@@ -134,7 +123,7 @@ void Host::reportLeaks() {
 
 void Host::prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
                    FlightRecord& flight) {
-  mReporter.attach(reportPipe, flight);
+  mWire.attach(reportPipe, flight);
   mSettings = settings;
   mModule = module;
   mFlight = &flight;
@@ -142,7 +131,7 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
   mMainThread = pthread_self();
   mFolder = std::filesystem::current_path();
   preferences.reset(settings.preferences);
-  timeline.begin(mReporter, flight);
+  timeline.begin(mWire, flight);
   fileDates.watch(mFolder);
   setUpDesktop();
   for (const std::string& font : ReadLines(inFolder("active-fonts"))) mKnownFonts.insert(font);
@@ -210,19 +199,19 @@ void Host::start() {
 
 void Host::enterPlugin(const char* hook) {
   if (*mHook == '\0') {
-    mAnswered.clear();
+    ++mVisit;
     mFlight->watchdogStart = MonotonicNow();
   }
   ++mDepth;
   mHook = hook;
   mFlight->inHostCall = false;
-  Note(mFlight->hook, hook);
+  mFlight->hook = hook;
   timeline.beginHook(hook);
 }
 
 void Host::leavePlugin(const char* outerHook) {
   mHook = outerHook;
-  Note(mFlight->hook, outerHook);
+  mFlight->hook = outerHook;
   --mDepth;
   if (*outerHook != '\0') return;
   mFlight->watchdogStart = MonotonicNow();
@@ -236,11 +225,11 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   try {
     result = call();
   } catch (const abi::__forced_unwind&) {
-    report(Finding::exception, fmt::format("the plug-in's {} ends its thread{}", hook, where()));
+    report(Finding::exception, fmt::format("the plug-in's {} ends its thread", hook));
     throw;
   } catch (...) {
-    report(Finding::exception, fmt::format("an exception leaves the plug-in's {}: {}{}", hook,
-                                           DescribeException(), where()));
+    report(Finding::exception,
+           fmt::format("an exception leaves the plug-in's {}: {}", hook, DescribeException()));
     mEnding = true;
   }
   // There would be two hosts.
@@ -248,10 +237,10 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   // Not through the plug-in's frames: it might catch it.
   if (mEnding && *outerHook == '\0') throw SessionEnded{};
   if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
-    reportMisuse(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
+    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
   // Before it leaves the hook, for `where`.
-  if (result != A_Err_NONE) noteError(hook, result);
+  if (result != A_Err_NONE) reportError(hook, result);
   // What it drains is of this hook, for `where`.
   timeline.drain();
   leavePlugin(outerHook);
@@ -262,12 +251,11 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
                fmt::format("shows the plug-in's error: the {} returned {}", hook, result));
 }
 
-void Host::noteError(const char* hook, A_Err result) {
+void Host::reportError(const char* hook, A_Err result) {
   ++mErrorsShown;
-  const bool wasAnswered = std::find(mAnswered.begin(), mAnswered.end(), result) != mAnswered.end();
-  if (mSettings.tolerant && wasAnswered) return;
-  timeline.record.errors.push_back(
-      {fmt::format("{} {}", hook, result), where(), timeline.head(Actor::plugIn)});
+  const std::string error = fmt::format("{} {}", hook, result);
+  tell(Finding::hookError, "the user saw an error that no step expects: " + error, {{}, {}, error},
+       where(), result);
 }
 
 void Host::idle() {
@@ -326,14 +314,17 @@ void Host::replaceProject(std::unique_ptr<Project> project) {
 
 void Host::reportLostWork(const ProjectChange& change) {
   const std::string closed = change.closed.empty() ? "a project without a path" : change.closed;
+  const std::string function(timeline.call ? timeline.call->function : "");
   if (change.opened.empty()) {
-    reportMisuse(Finding::unsavedWorkLost,
-                 fmt::format("the plug-in closes {}, which has unsaved changes", closed));
+    report(Finding::unsavedWorkLost,
+           fmt::format("the plug-in closes {}, which has unsaved changes", closed),
+           {function, {}, {}});
   } else {
-    reportMisuse(Finding::unsavedWorkLost,
-                 fmt::format("the plug-in opens {} in place of {}, which has unsaved changes{}",
-                             change.opened, closed,
-                             mPluginHasClosed ? "; it had closed a project before" : ""));
+    report(Finding::unsavedWorkLost,
+           fmt::format("the plug-in opens {} in place of {}, which has unsaved changes{}",
+                       change.opened, closed,
+                       mPluginHasClosed ? "; it had closed a project before" : ""),
+           {function, mPluginHasClosed ? "closed before" : "", {}});
   }
 }
 
@@ -418,7 +409,7 @@ void Host::showDialog(const std::string& title, const std::string& className) {
         const A_Err fault = faults.take(kSendEvent);
         showCall({kSendEvent}, fault);
         if (fault == A_Err_NONE) return;
-        noteFailure(kSendEvent);
+        countFailure(kSendEvent);
         throw desktop::Exception("the window takes no events");
       });
   timeline.add(Actor::host, fmt::format("begins the dialog {}", Quoted(title)));
@@ -431,8 +422,7 @@ void Host::showDialog(const std::string& title, const std::string& className) {
   window.orderOut();
   timeline.endLast(window.wasShown() ? Shown::yes : Shown::no);
   if (window.hasBegun()) return;
-  report(Finding::dialogNeverBegan,
-         fmt::format("the dialog {} never began{}", Quoted(title), where()));
+  report(Finding::dialogNeverBegan, fmt::format("the dialog {} never began", Quoted(title)));
 }
 
 int64_t Host::runModal(desktop::Window& window) {
@@ -486,7 +476,7 @@ void Host::beginStep(std::string_view place) {
 }
 
 void Host::endSteps() const {
-  mReporter.send(ReportKind::played, "");
+  timeline.tell(EventKind::played);
 }
 
 void Host::beginDestructors() {
@@ -494,7 +484,7 @@ void Host::beginDestructors() {
   timeline.endAll();
   enterPlugin("static destructor");
   mFlight->watchdogStart = MonotonicNow();
-  mReporter.send(ReportKind::destroying, "");
+  timeline.tell(EventKind::destroying);
 }
 
 std::string Host::inFolder(const std::string& path) const {
@@ -502,73 +492,54 @@ std::string Host::inFolder(const std::string& path) const {
 }
 
 std::string Host::where() const {
-  return fmt::format("\n    in the {}, tick {}, host call {}, step {}",
-                     *mHook ? mHook : "host itself", timeline.tick,
-                     mFlight->hostCall[0] ? mFlight->hostCall.data() : "none",
+  return fmt::format("in the {}, tick {}, host call {}, step {}", *mHook ? mHook : "host itself",
+                     timeline.tick, mFlight->hostCall[0] ? mFlight->hostCall.data() : "none",
                      mFlight->step.data());
 }
 
-const Acceptance* Host::acceptanceOf(Finding finding, std::string_view text) const {
-  const auto accepts = [&](const Acceptance& each) {
-    return each.finding == finding && text.find(each.text) != std::string_view::npos &&
-           (each.after.empty() ||
-            std::any_of(each.after.begin(), each.after.end(),
-                        [&](const std::string& function) { return mFailed.contains(function); }));
-  };
-  const auto found = std::find_if(mSettings.accepted.begin(), mSettings.accepted.end(), accepts);
-  return found == mSettings.accepted.end() ? nullptr : &*found;
+void Host::tell(Finding finding, std::string text, FactNames names, std::string where,
+                int64_t code) {
+  Event fact(timeline.head(ActorOf(finding)));
+  fact.kind = EventKind::fact;
+  fact.finding = finding;
+  fact.text = std::move(text);
+  fact.names = std::move(names);
+  fact.where = std::move(where);
+  fact.code = code;
+  fact.visit = mVisit;
+  timeline.addFact(std::move(fact));
 }
 
-void Host::noteAccepted(const Acceptance& acceptance) {
-  timeline.add(Actor::session,
-               fmt::format("accepts {}: {}", KindOf(acceptance.finding).name, acceptance.reason));
+void Host::expectFacts(const std::string& key, const std::string& place,
+                       std::vector<std::string> texts) {
+  Event expect(timeline.head(Actor::session));
+  expect.kind = EventKind::expect;
+  expect.name = key;
+  expect.where = place;
+  expect.texts = std::move(texts);
+  timeline.addFact(std::move(expect));
 }
 
-void Host::noteFailure(std::string_view function) {
-  mFailed.emplace(function);
+void Host::countFailure(std::string_view function) {
   ++mFailures;
+  Event failure(timeline.head(Actor::session));
+  failure.kind = EventKind::failure;
+  failure.name = function;
+  mWire.send(failure);
 }
 
-void Host::noteAnswer(A_Err error) {
-  mAnswered.push_back(error);
-}
-
-void Host::report(Finding finding, std::string_view text) {
-  report({finding, std::string(text), timeline.head(ActorOf(finding))});
-}
-
-void Host::report(FoundInSession found) {
-  if (const Acceptance* acceptance = acceptanceOf(found.finding, found.text)) {
-    return noteAccepted(*acceptance);
-  }
-  sendFinding(std::move(found));
-}
-
-void Host::sendFinding(FoundInSession found) const {
-  timeline.shortenPaths(found.text);
-  mReporter.send(ReportKind::finding, ToReport(found));
-}
-
-void Host::reportMisuse(Finding finding, std::string_view text) {
-  const std::string_view name = KindOf(finding).name;
-  std::string shown = fmt::format("{}{}", text, where());
-  timeline.shortenPaths(shown);
-  if (const Acceptance* acceptance = acceptanceOf(finding, shown)) {
-    return noteAccepted(*acceptance);
-  }
-  timeline.record.findings.emplace_back(name);
-  mReporter.send(ReportKind::misuse,
-                 ToReport({finding, std::move(shown), timeline.head(ActorOf(finding))}));
-  timeline.add(Actor::host, fmt::format("finds {}: {}", name, text));
+void Host::countAnswer(A_Err error) {
+  // Nobody else excuses what an answer may have caused.
+  if (!mSettings.tolerant) return;
+  Event answer(timeline.head(Actor::host));
+  answer.kind = EventKind::answer;
+  answer.code = error;
+  answer.visit = mVisit;
+  mWire.send(answer);
 }
 
 void Host::showCall(const RunningCall& running, A_Err result) {
   if (mSettings.showsCalls) timeline.addCall(running, result);
-}
-
-void Host::reportNotSupplied(const std::string& function) {
-  timeline.record.notSupplied.push_back({function, where(), timeline.head(Actor::plugIn)});
-  noteOnce(fmt::format("{} is not supplied by this host", function));
 }
 
 bool Host::refusesMoreHooks() {
@@ -583,23 +554,27 @@ bool Host::refusesMoreHooks() {
 }
 
 A_Err Host::reportFromOtherThread(SuiteId suite, std::string_view function) const {
-  // The timeline is the main thread's.
-  EventHead head = HeadOf(*mFlight);
-  head.call = {};
-  sendFinding({Finding::wrongThread,
-               fmt::format("{} of {}: called from another thread, while the main thread was{}",
-                           function, NameOf(suite), where()),
-               std::move(head)});
+  // Only what is the same for all threads, or may be read by any.
+  Event fact(HeadForThread(*mFlight));
+  fact.kind = EventKind::fact;
+  fact.finding = Finding::wrongThread;
+  fact.names.function = function;
+  fact.text = fmt::format("{} of {}: called from another thread", function, NameOf(suite));
+  const char* const hook = mFlight->hook;
+  fact.where = fmt::format("while the main thread was in the {}, tick {}",
+                           *hook ? hook : "host itself", fact.tick);
+  for (const std::string& frame : Backtrace()) fact.where += "\n    " + frame;
+  mWire.send(fact);
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 
 void Host::giveUp(Finding finding, const std::string& text) {
-  report(finding, text + where());
+  report(finding, text);
   throw SessionEnded{};
 }
 
 void Host::failToLoad(const std::string& why) const {
-  mReporter.send(ReportKind::unloadable, fmt::format("{} {}", mModule.path, why));
+  timeline.tell(EventKind::unloadable, fmt::format("{} {}", mModule.path, why));
   throw SessionEnded{};
 }
 

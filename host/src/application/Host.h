@@ -22,10 +22,9 @@
 #include "MemoryHandles.h"
 #include "Menus.h"
 #include "Preferences.h"
-#include "Reporter.h"
-#include "RunListener.h"
 #include "Suites.h"
 #include "Timeline.h"
+#include "Wire.h"
 #include "desktop/Window.h"
 
 namespace host {
@@ -34,14 +33,6 @@ namespace host {
 inline constexpr char kHostApplication[] = "host";
 /// The id of the plug-in.
 inline constexpr AEGP_PluginID kPluginId = 1;
-
-/// A finding that a session names as right, because the plug-in is meant to act so.
-struct Acceptance {
-  Finding finding = Finding::expectation;
-  std::string text;                ///< a part of the finding's text
-  std::vector<std::string> after;  ///< one of these calls has to have failed before; empty for none
-  std::string reason;
-};
 
 struct HostSettings {
   int32_t majorVersion = 114;
@@ -53,10 +44,7 @@ struct HostSettings {
   std::vector<std::string> applications{"com.apple.dock"};  ///< bundle ids of the others that run
   Preferences::Sections preferences;
   bool showsCalls = false;  ///< on the timeline: each call of a suite function, with its result
-  std::vector<Acceptance> accepted;
-  /// The session goes on where a step can't be played, and it is right that the plug-in shows an
-  /// error that a function of the host has answered.
-  bool tolerant = false;
+  bool tolerant = false;    ///< the session goes on where a step can't be played
 };
 
 /// Returns whether the host has the window class.
@@ -174,32 +162,30 @@ class Host {
   /// Tells the process that waits that the session is over, played or not. From now on the
   /// plug-in's static objects are destroyed, and its module is finalised.
   void beginDestructors();
-  /// Reports what no step has expected, and what the plug-in has leaked. To be called after the
+  /// Tells what the plug-in has leaked. To be called after the
   /// last call of the plug-in.
   void finish();
   /// Has `check` run after the last call of the plug-in, before `finish` does its work.
   void beforeFinish(std::function<void()> check) { mFinalChecks.push_back(std::move(check)); }
-  /// Reports a finding. The session goes on.
-  void report(Finding finding, std::string_view text);
-  /// Reports a misuse of the host, with where it happened. The session may still expect it.
-  void reportMisuse(Finding finding, std::string_view text);
-  /// Reports a host call from another thread than the main one. For any thread. Returns the error
-  /// that the call answers.
+  /// Tells a fact that may be a finding, with where it happened. The session goes on.
+  void report(Finding finding, std::string text, FactNames names = {}) {
+    tell(finding, std::move(text), std::move(names), where());
+  }
+  /// Tells that the plug-in calls the host from another thread than the main one, with a backtrace.
+  /// For any thread. Returns the error that the call answers.
   A_Err reportFromOtherThread(SuiteId suite, std::string_view function) const;
+  /// Tells what an `expect` at this place in the session file expects of the facts that its key is
+  /// about.
+  void expectFacts(const std::string& key, const std::string& place,
+                   std::vector<std::string> texts);
   /// Adds a call of the plug-in's to the timeline, if the session shows calls.
   void showCall(const RunningCall& running, A_Err result);
-  /// Notes that the plug-in calls a function that this host doesn't supply.
-  void reportNotSupplied(const std::string& function);
-  /// Takes back the misuses reported since the last call: the session expects them.
-  void expectMisuses() const { mReporter.send(ReportKind::expected, ""); }
-  /// Notes that a call has failed, for the acceptances that ask for it.
-  void noteFailure(std::string_view function);
+  /// Tells that a call fails because the session wants it.
+  void countFailure(std::string_view function);
   /// How many calls have failed.
   int64_t failures() const { return mFailures; }
-  /// Notes that a function of the host answers an error to the plug-in.
-  void noteAnswer(A_Err error);
-  /// Returns whether an error has been answered to the plug-in since the host called it.
-  bool hasAnsweredError() const { return !mAnswered.empty(); }
+  /// Tells that a function of the host answers an error to the plug-in.
+  void countAnswer(A_Err error);
   /// How many errors the user saw.
   int64_t errorsShown() const { return mErrorsShown; }
   /// Has `listener` hear of each change of the project.
@@ -263,19 +249,15 @@ class Host {
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
   void replaceProject(std::unique_ptr<Project> project);
-  void noteError(const char* hook, A_Err result);
+  void reportError(const char* hook, A_Err result);
   void reportLostWork(const ProjectChange& change);
   /// Tells the timeline the project's state.
   void noteProject();
-  void reportUnexpected();
   void reportLeaks();
-  /// Returns the acceptance that the finding falls under, or null.
-  const Acceptance* acceptanceOf(Finding finding, std::string_view text) const;
-  void noteAccepted(const Acceptance& acceptance);
-  void report(FoundInSession found);
-  void sendFinding(FoundInSession found) const;
+  void tell(Finding finding, std::string text, FactNames names, std::string where,
+            int64_t code = 0);
 
-  Reporter mReporter;
+  Wire mWire;
   HostSettings mSettings;
   PluginModule mModule;
   FlightRecord* mFlight = nullptr;
@@ -291,9 +273,8 @@ class Host {
   std::map<AEGP_ProjectH, std::unique_ptr<_AEGP_Project*>> mClosedProjects;
   std::set<std::string> mKnownFonts;
   std::set<std::string> mNotes;
-  std::set<std::string, std::less<>> mFailed;
   int64_t mFailures = 0;
-  std::vector<A_Err> mAnswered;  ///< since the host called the plug-in
+  int64_t mVisit = 0;  ///< counts the calls of the plug-in, without those within others
   int64_t mErrorsShown = 0;
   std::vector<std::function<void(const ProjectChange&)>> mProjectListeners;
   std::vector<std::function<void()>> mFinalChecks;

@@ -84,13 +84,15 @@ size_t MemoryHandles::totalSize() const {
                          [](size_t sum, const auto& entry) { return sum + entry.second->size; });
 }
 
-std::vector<std::string> MemoryHandles::leaks() const {
-  std::vector<std::string> leaks;
+std::vector<std::pair<std::string, Origin>> MemoryHandles::leaks() const {
+  std::vector<std::pair<std::string, Origin>> leaks;
   for (const auto& [handle, block] : mBlocks) {
-    const char* const what = block->locks > 0 ? "a locked memory handle" : "a memory handle";
-    leaks.push_back(fmt::format("{} is left, from {}", what, block->origin.text()));
+    leaks.emplace_back(block->locks > 0 ? "a locked memory handle" : "a memory handle",
+                       block->origin);
   }
-  std::sort(leaks.begin(), leaks.end());
+  std::sort(leaks.begin(), leaks.end(), [](const auto& one, const auto& other) {
+    return one.second.text() < other.second.text();
+  });
   return leaks;
 }
 

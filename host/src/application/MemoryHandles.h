@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "AE_GeneralPlug.h"
@@ -42,8 +43,8 @@ class MemoryHandles {
 
   size_t count() const { return mBlocks.size(); }
   size_t totalSize() const;
-  /// Describes each handle that is left.
-  std::vector<std::string> leaks() const;
+  /// Returns what each handle is that is left, and where it comes from.
+  std::vector<std::pair<std::string, Origin>> leaks() const;
 
  private:
   struct Block {

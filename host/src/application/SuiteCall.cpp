@@ -70,7 +70,7 @@ void SuiteCall::checkSuite(SuiteId suite) {
 }
 
 void SuiteCall::needs(const void* argument, const char* name) {
-  if (!argument) misused(Finding::nullArgument, fmt::format("{} is null", name));
+  if (!argument) misused(Finding::nullArgument, fmt::format("{} is null", name), name);
 }
 
 void SuiteCall::needsPluginId(AEGP_PluginID id) {
@@ -120,24 +120,25 @@ void SuiteCall::needsBlock(void* block, const char* name) {
                                        : "there is no such block");
 }
 
-A_Err SuiteCall::misused(Finding finding, std::string_view what) {
+A_Err SuiteCall::misused(Finding finding, std::string_view what, std::string detail) {
   if (KindOf(finding).level == Level::error) mError = A_Err_GENERIC;
   // On one line, whatever the plug-in passed.
-  TheHost().reportMisuse(finding, fmt::format("{}: {}", mRunning.function, EscapeControls(what)));
+  TheHost().report(finding, fmt::format("{}: {}", mRunning.function, EscapeControls(what)),
+                   {std::string(mRunning.function), std::move(detail), {}});
   return mError;
 }
 
 A_Err SuiteCall::fault() {
   const A_Err result = TheHost().faults.take(mRunning.function);
   if (result != A_Err_NONE) {
-    TheHost().noteFailure(mRunning.function);
+    TheHost().countFailure(mRunning.function);
     TheHost().timeline.add(Actor::host, fmt::format("{} fails with {}", mRunning.function, result));
   }
   return result;
 }
 
 void SuiteCall::answer(A_Err result) {
-  if (result != A_Err_NONE) TheHost().noteAnswer(result);
+  if (result != A_Err_NONE) TheHost().countAnswer(result);
   TheHost().showCall(mRunning, result);
 }
 

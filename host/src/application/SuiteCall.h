@@ -40,8 +40,9 @@ class SuiteCall {
   void needsPreferences(AEGP_PersistentBlobH blob, const char* name);
   void needsMenuItem(AEGP_Command command);
   void needsBlock(void* block, const char* name);
-  /// Reports a misuse of another kind. Returns the call's error: 0 if the finding is a warning.
-  A_Err misused(Finding finding, std::string_view what);
+  /// Reports a misuse of another kind. `detail` is the name of the argument or the like. Returns
+  /// the call's error: 0 if the finding is a warning.
+  A_Err misused(Finding finding, std::string_view what, std::string detail = {});
 
   /// Returns the error of a misuse, or 0.
   A_Err error() const { return mError; }

@@ -136,7 +136,10 @@ struct NotSupplied {
     Host& host = TheHost();
     if (!host.isMainThread()) return host.reportFromOtherThread(suite, function.text);
     SuiteCall call(suite, function.text);
-    host.reportNotSupplied(function.text);
+    host.report(Finding::notSupplied,
+                std::string(function.text) + " was called, which this host doesn't supply",
+                {function.text, {}, function.text});
+    host.noteOnce(std::string(function.text) + " is not supplied by this host");
     call.answer(PF_Err_BAD_CALLBACK_PARAM);
     return PF_Err_BAD_CALLBACK_PARAM;
   }

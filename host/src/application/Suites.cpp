@@ -47,7 +47,7 @@ std::string NameOf(std::string_view suite, int32 version) {
 
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   if (TheHost().faults.refuses(name, version)) {
-    TheHost().noteFailure("AcquireSuite");
+    TheHost().countFailure("AcquireSuite");
     TheHost().noteOnce("refuses " + NameOf(name, version));
     return PF_Err_BAD_CALLBACK_PARAM;
   }
@@ -60,9 +60,9 @@ SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
 void NoteNotAcquired(const char* name, int32 version, const void** suite) {
   if (!name || !suite) return;
   *suite = nullptr;
-  if (HasSuite(name, version)) TheHost().noteFailure(NameOf(name, version));
+  if (HasSuite(name, version)) TheHost().countFailure(NameOf(name, version));
   // What the code that the host's makers give away throws for any suite that it lacks.
-  TheHost().noteAnswer(PF_Err_BAD_CALLBACK_PARAM);
+  TheHost().countAnswer(PF_Err_BAD_CALLBACK_PARAM);
 }
 
 SPErr ReleaseSuite(const char* name, int32 version) {
@@ -169,12 +169,11 @@ int64_t SuiteLedger::held() const {
                          });
 }
 
-std::vector<std::string> SuiteLedger::leaks() const {
-  std::vector<std::string> leaks;
+std::vector<std::pair<std::string, Origin>> SuiteLedger::leaks() const {
+  std::vector<std::pair<std::string, Origin>> leaks;
   for (size_t i = 0; i < kSuiteCount; ++i) {
     for (const Origin& origin : mHeld[i]) {
-      leaks.push_back(fmt::format("{} {} is left, from {}", kSuites[i].name, kSuites[i].version,
-                                  origin.text()));
+      leaks.emplace_back(NameOf(kSuites[i].name, kSuites[i].version), origin);
     }
   }
   return leaks;
@@ -214,12 +213,11 @@ void* Blocks::reallocate(void* block, size_t size) {
   return moved;
 }
 
-std::vector<std::string> Blocks::leaks() const {
-  std::vector<std::string> leaks;
-  for (const auto& [block, origin] : mOrigins) {
-    leaks.push_back(fmt::format("a block is left, from {}", origin.text()));
-  }
-  std::sort(leaks.begin(), leaks.end());
+std::vector<Origin> Blocks::leaks() const {
+  std::vector<Origin> leaks;
+  for (const auto& [block, origin] : mOrigins) leaks.push_back(origin);
+  std::sort(leaks.begin(), leaks.end(),
+            [](const Origin& one, const Origin& other) { return one.text() < other.text(); });
   return leaks;
 }
 

@@ -54,8 +54,8 @@ class SuiteLedger {
   int64_t acquisitions() const { return mAcquisitions; }
   /// How many acquisitions aren't released.
   int64_t held() const;
-  /// Describes each acquisition that is left.
-  std::vector<std::string> leaks() const;
+  /// Returns the suite and the place of each acquisition that is left.
+  std::vector<std::pair<std::string, Origin>> leaks() const;
 
  private:
   static constexpr auto kSuiteCount = static_cast<size_t>(SuiteId::basic);
@@ -86,8 +86,8 @@ class Blocks {
   /// The block has to exist. Frees it, and returns another with its contents. Returns null, and
   /// leaves the block alone, if there is no memory.
   void* reallocate(void* block, size_t size);
-  /// Describes each block that is left.
-  std::vector<std::string> leaks() const;
+  /// Returns where each block that is left comes from.
+  std::vector<Origin> leaks() const;
 
  private:
   std::unordered_map<void*, Origin> mOrigins;

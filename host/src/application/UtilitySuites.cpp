@@ -9,10 +9,9 @@ namespace {
 
 void Report(const std::string& text) {
   TheHost().timeline.add(Actor::plugIn, fmt::format("reports to the user: {}", text));
-  // What a failing call has caused the user to see.
-  if (TheHost().settings().tolerant && TheHost().hasAnsweredError()) return;
-  TheHost().timeline.record.reports.push_back(
-      {text, TheHost().where(), TheHost().timeline.head(Actor::plugIn)});
+  TheHost().report(Finding::userReport,
+                   "the user saw a report that no step expects: " + EscapeControls(text),
+                   {{}, {}, text});
 }
 
 A_Err ReportInfo(AEGP_PluginID, const A_char* text) {

@@ -216,14 +216,17 @@ void CheckBuffers(Host& host, const FrameworkCall& call) {
   const bool isList = FindLast(call.fields, "list") != nullptr;
   for (const auto& [name, value] : call.fields) {
     if (value == "(not terminated)") {
-      host.reportMisuse(Finding::badArgument,
-                        fmt::format("{}: {} has no terminator", call.operation, name));
+      host.report(Finding::badArgument,
+                  fmt::format("{}: {} has no terminator", call.operation, name),
+                  {call.operation, name, {}});
     }
     if (name != "size") continue;
     const int64_t most = isList ? kListSize : kIdSize;
     if (value == "0" || std::strtoll(value.c_str(), nullptr, 10) > most) {
-      host.reportMisuse(Finding::badArgument, fmt::format("{}: size is {}, of a buffer of {} bytes",
-                                                          call.operation, value, most));
+      host.report(
+          Finding::badArgument,
+          fmt::format("{}: size is {}, of a buffer of {} bytes", call.operation, value, most),
+          {call.operation, name, {}});
     }
     return;
   }
@@ -237,7 +240,7 @@ void TakeJournal(Host& host) {
     const int64_t number = ++frameworkLog.callCount[call.operation];
     const bool isRunning = frameworkLog.activationBegan.has_value();
     const bool isFaulty = frameworkLog.answersLeft.take(call.operation, number);
-    if (isFaulty) host.noteFailure(call.operation);
+    if (isFaulty) host.countFailure(call.operation);
     CheckBuffers(host, call);
     host.timeline.show(Actor::framework, call.text, {call.operation, call.fields});
     frameworkLog.rules.take(call.operation, call.fields, isFaulty, isRunning);

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "EventJson.h"
+#include "Comparison.h"
 
 namespace host {
 namespace {
@@ -48,8 +48,8 @@ std::string StderrText(std::string_view line) {
   return fmt::format("writes to standard error: {}", line);
 }
 
-void Timeline::begin(const Reporter& reporter, FlightRecord& flight) {
-  mReporter = &reporter;
+void Timeline::begin(const Wire& wire, FlightRecord& flight) {
+  mWire = &wire;
   mFlight = &flight;
   mFolderPrefix = std::filesystem::current_path().string() + "/";
   std::fflush(nullptr);
@@ -76,14 +76,29 @@ void Timeline::addCall(const RunningCall& running, int64_t result) {
   send(entry);
 }
 
-void Timeline::addExpectation(std::string_view key, std::string_view difference) {
+void Timeline::addExpectation(std::string_view key, std::string_view place,
+                              std::string_view difference) {
   sendBegins();
   Event added = event(EventKind::expectation, Actor::session);
   added.name = key;
   added.met = difference.empty();
-  added.text = fmt::format("{}: {}", added.met ? "as expected" : "NOT as expected", key);
+  added.text = ExpectationText(added.name, added.met);
+  added.where = place;
   added.difference = difference;
   send(added);
+}
+
+void Timeline::tell(EventKind kind, std::string text) const {
+  Event told = event(kind, Actor::session);
+  told.text = std::move(text);
+  send(told);
+}
+
+void Timeline::addFact(Event fact) {
+  drain();
+  sendBegins();
+  for (std::string* const text : {&fact.text, &fact.names.value, &fact.where}) shortenPaths(*text);
+  send(fact);
 }
 
 void Timeline::drain() {
@@ -212,7 +227,7 @@ void Timeline::sendBegins() {
 }
 
 void Timeline::send(const Event& event) const {
-  mReporter->send(ReportKind::event, Dump(ToJson(event)));
+  mWire->send(event);
 }
 
 void Timeline::takeStdoutLine(const std::string& line) {

@@ -21,14 +21,16 @@ struct FlightRecord {
   /// When the call of the plug-in that is under way, or else the host's own work, began, by
   /// `MonotonicNow`; 0 while no time limit runs.
   std::atomic<int64_t> watchdogStart{0};
-  std::array<char, 64> hook{};  ///< "idle hook", "static constructor"; empty in the host itself
-  std::array<char, 512> hostCall{};  ///< the latest host call, with its arguments
-  bool inHostCall = false;           ///< it is under way, and no hook within it
-  std::array<char, 512> step{};      ///< the step's place in the session file
-  int64_t stepNumber = 0;            ///< counts from 1; 0 before the first step
-  bool isOfFork = false;             ///< nobody reads it; see `KeepFromForks`
-  int64_t tick = 0;
-  int64_t time = 0;  ///< virtual, in seconds since 1970
+  /// "idle hook", "static constructor"; empty in the host itself. Static text of this program,
+  /// which lies at the same place in both processes.
+  std::atomic<const char*> hook{""};
+  std::array<char, 512> hostCall{};    ///< the latest host call, with its arguments
+  bool inHostCall = false;             ///< it is under way, and no hook within it
+  std::array<char, 512> step{};        ///< the step's place in the session file
+  std::atomic<int64_t> stepNumber{0};  ///< counts from 1; 0 before the first step
+  bool isOfFork = false;               ///< nobody reads it; see `KeepFromForks`
+  std::atomic<int64_t> tick{0};
+  std::atomic<int64_t> time{0};  ///< virtual, in seconds since 1970
   int64_t stepsPlayed = 0;
   off_t stdoutTaken = 0;  ///< bytes of the plug-in's output that are on the timeline
   off_t stderrTaken = 0;
@@ -73,6 +75,8 @@ void KeepFromForks(FlightRecord& record);
 
 /// Returns where the main thread is, for what the plug-in does. A call is without its arguments.
 EventHead HeadOf(const FlightRecord& record);
+/// Does the same for another thread: without the call and the step's place.
+EventHead HeadForThread(const FlightRecord& record);
 
 /// Copies `text` into one of the record's arrays, cut to its size.
 template <size_t size>

@@ -15,9 +15,11 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <utility>
 
+#include "Backtrace.h"
 #include "CrashReport.h"
 #include "EventJson.h"
 #include "Player.h"
@@ -55,16 +57,6 @@ RestOfOutput ReadRest(const std::filesystem::path& file, off_t taken) {
   return rest;
 }
 
-// Counts each kind for itself, so that those that are allowed don't hide others.
-void Keep(std::vector<FoundInSession>& findings, FoundInSession found) {
-  const auto count = static_cast<size_t>(
-      std::count_if(findings.begin(), findings.end(),
-                    [&](const FoundInSession& other) { return other.finding == found.finding; }));
-  if (count >= kMostFindings) return;
-  if (count + 1 == kMostFindings) found.text += "\n    no more of this kind are told";
-  findings.push_back(std::move(found));
-}
-
 std::string ReadAll(int descriptor) {
   std::string text;
   std::array<char, 4096> buffer;
@@ -75,29 +67,19 @@ std::string ReadAll(int descriptor) {
   return text;
 }
 
-// The frames of a backtrace, one a line, without those that lead from the host into the plug-in.
-// Addresses are left out, as they differ from run to run.
-std::vector<std::string> Frames(const std::string& report) {
-  // As a backtrace names the program.
-  const std::string host = program_invocation_name;
-  std::vector<std::string> frames = Split(report, "\n");
-  const auto leadsIn = [&](const std::string& frame) {
-    return frame.empty() || frame.starts_with(host + "(") ||
-           frame.find("/libc.so") != std::string::npos;
-  };
-  while (!frames.empty() && leadsIn(frames.back())) frames.pop_back();
-  for (std::string& frame : frames) {
-    const size_t address = frame.rfind(")[0x");
-    if (address != std::string::npos) frame.erase(address + 1);
-  }
-  return frames;
+JudgeRules RulesOf(const Session& session, const RunOptions& options) {
+  return {session.accepted, options.allowed, session.host.tolerant, options.strict};
 }
 
 }  // namespace
 
 PlayedProcess::PlayedProcess(const Session& session, const RunOptions& options,
                              std::filesystem::path folder, Janitor& janitor)
-    : mSession(session), mOptions(options), mFolder(std::move(folder)), mJanitor(janitor) {}
+    : mSession(session),
+      mOptions(options),
+      mFolder(std::move(folder)),
+      mJanitor(janitor),
+      mJudge(RulesOf(session, options)) {}
 
 PlayedProcess::~PlayedProcess() {
   if (mProcess > 0) {
@@ -105,9 +87,13 @@ PlayedProcess::~PlayedProcess() {
     waitpid(mProcess, nullptr, 0);
     mJanitor.cleanUpAfter(mProcess);
   }
-  close(mPipe);
-  close(mEnd);
-  close(mCrashReport);
+  closeDescriptors();
+}
+
+void PlayedProcess::closeDescriptors() {
+  for (int* const descriptor : {&mPipe, &mEnd, &mCrashReport}) {
+    if (*descriptor >= 0) close(std::exchange(*descriptor, -1));
+  }
 }
 
 bool PlayedProcess::fork() {
@@ -153,6 +139,8 @@ bool PlayedProcess::update() {
   addRestOf(kStderrFile, mFlight->stderrTaken, StderrText);
   endRunning();
   addHowItEnded(status);
+  // The session may have to wait for others before it is its turn to be shown.
+  closeDescriptors();
   return false;
 }
 
@@ -162,44 +150,37 @@ bool PlayedProcess::readReports() {
   while ((size = read(mPipe, buffer.data(), buffer.size())) > 0) {
     mUnread.append(buffer.data(), static_cast<size_t>(size));
   }
-  size_t place = 0;
-  for (Report report; ParseReport(mUnread, place, report);) takeReport(report);
-  mUnread.erase(0, place);
+  for (Event& event : TakeEvents(mUnread)) take(std::move(event));
   return size != 0;
 }
 
-void PlayedProcess::takeReport(const Report& report) {
-  switch (report.kind) {
-    case ReportKind::event:
-      takeEvent(EventFrom(Json::parse(report.text)));
-      break;
-    case ReportKind::finding:
-      Keep(mFindings, FoundFrom(report.text));
-      break;
-    case ReportKind::misuse:
-      Keep(mMisuses, FoundFrom(report.text));
-      break;
-    case ReportKind::expected:
-      mMisuses.clear();
-      break;
-    case ReportKind::unloadable:
-      throw std::runtime_error(report.text);
-    case ReportKind::played:
-      mPlayed = true;
-      break;
-    case ReportKind::destroying:
+void PlayedProcess::take(Event event) {
+  switch (event.kind) {
+    case EventKind::unloadable:
+      throw std::runtime_error(event.text);
+    case EventKind::destroying:
       mOver = true;
       break;
-    case ReportKind::end:
-      mEnded = true;
+    case EventKind::finished:
+      mFinished = true;
+      break;
+    case EventKind::begin:
+      mRunning.push_back(event);
+      break;
+    case EventKind::end:
+      if (!mRunning.empty()) mRunning.pop_back();
+      break;
+    case EventKind::fact:
+      // Another thread doesn't know it.
+      if (event.place.empty() && event.step > 0) {
+        event.place = mSession.steps[static_cast<size_t>(event.step) - 1].place;
+      }
+      break;
+    default:
       break;
   }
-}
-
-void PlayedProcess::takeEvent(Event event) {
-  if (event.kind == EventKind::begin) mRunning.push_back(event);
-  if (event.kind == EventKind::end && !mRunning.empty()) mRunning.pop_back();
-  mEvents.push_back(std::move(event));
+  std::vector<Event> shown = mJudge.take(std::move(event));
+  std::move(shown.begin(), shown.end(), std::back_inserter(mEvents));
 }
 
 void PlayedProcess::endIfHanging() {
@@ -229,11 +210,11 @@ void PlayedProcess::addOutput(std::string text) {
     Event begin = entry;
     begin.kind = EventKind::begin;
     begin.name = std::exchange(begin.hook, runningHook());
-    takeEvent(std::move(begin));
+    take(std::move(begin));
   }
   entry.text = withoutFolder(std::move(text));
-  // As through the pipe, which takes UTF-8 alone.
-  takeEvent(EventFrom(Json::parse(Dump(ToJson(entry)))));
+  // As through the pipe, which takes only UTF-8.
+  take(EventFrom(Json::parse(Dump(ToJson(entry)))));
 }
 
 std::string PlayedProcess::runningHook() const {
@@ -257,43 +238,50 @@ void PlayedProcess::endRunning() {
 }
 
 void PlayedProcess::addHowItEnded(int status) {
-  const char* const hook = mFlight->hook.data();
-  const std::string mainPlace = *hook ? fmt::format("in the {}", hook) : "in the host itself";
-  std::vector<std::string> frames = Frames(ReadAll(mCrashReport));
-  const bool inAnotherThread = std::erase(frames, kInAnotherThread) > 0;
-  const std::string place = inAnotherThread ? kInAnotherThread : mainPlace;
-  EventHead head = HeadOf(*mFlight);
-  if (inAnotherThread) head.call = {};
-  const auto add = [&](Finding finding, const std::string& what) {
-    // The flight record is the main thread's.
-    const std::string whose =
-        inAnotherThread ? fmt::format("the main thread was {}, ", mainPlace) : "";
-    mFindings.push_back({finding, fmt::format("{}\n    {}{}", what, whose, where()), head});
-    for (const std::string& frame : frames)
-      mFindings.back().text += "\n    " + withoutFolder(frame);
-  };
+  const char* const hook = mFlight->hook;
   const auto limit = mOptions.timeout.count();
   if (mAskedToEnd != 0) {
-    add(Finding::timeout,
-        *hook ? fmt::format("the plug-in doesn't return within {} s {}", limit, place)
-              : fmt::format("the host itself is held up for {} s", limit));
+    addEnd(Finding::timeout,
+           *hook ? fmt::format("the plug-in doesn't return within {} s", limit)
+                 : fmt::format("the host itself is held up for {} s", limit),
+           "");
   } else if (WIFSIGNALED(status)) {
-    add(Finding::crash,
-        fmt::format("the process crashed {}: {}", place, strsignal(WTERMSIG(status))));
-  } else if (WEXITSTATUS(status) == kPlayedExitCode && !mEnded) {
-    add(Finding::processEnded,
-        "the process can't tell what came of the session: the plug-in has closed the host's "
-        "descriptors");
-  } else if (!mOver || !mEnded || WEXITSTATUS(status) != kPlayedExitCode) {
-    add(Finding::processEnded,
-        fmt::format("the process ended {} with code {}", place, WEXITSTATUS(status)));
+    addEnd(Finding::crash, "the process crashed", fmt::format(": {}", strsignal(WTERMSIG(status))));
+  } else if (WEXITSTATUS(status) == kPlayedExitCode && !mFinished) {
+    addEnd(Finding::processEnded,
+           "the process can't tell what came of the session: the plug-in has closed the host's "
+           "descriptors",
+           "");
+  } else if (!mOver || !mFinished || WEXITSTATUS(status) != kPlayedExitCode) {
+    addEnd(Finding::processEnded, "the process ended",
+           fmt::format(" with code {}", WEXITSTATUS(status)));
   }
+}
+
+void PlayedProcess::addEnd(Finding finding, std::string what, const std::string& how) {
+  std::vector<std::string> frames = Split(ReadAll(mCrashReport), "\n");
+  const bool inAnotherThread = std::erase(frames, kInAnotherThread) > 0;
+  CleanFrames(frames);
+  const char* const hook = mFlight->hook;
+  const std::string place = *hook ? fmt::format("in the {}", hook) : "in the host itself";
+  Event fact(HeadOf(*mFlight));
+  if (inAnotherThread) fact.call = {};
+  fact.kind = EventKind::fact;
+  fact.finding = finding;
+  if (finding != Finding::timeout || *hook)
+    what += " " + (inAnotherThread ? kInAnotherThread : place);
+  fact.text = what + how;
+  // The flight record is the main thread's.
+  fact.where =
+      inAnotherThread ? fmt::format("the main thread was {}, {}", place, where()) : where();
+  for (const std::string& frame : frames) fact.where += "\n    " + withoutFolder(frame);
+  take(std::move(fact));
 }
 
 std::string PlayedProcess::where() const {
   const size_t played = std::min(static_cast<size_t>(mFlight->stepsPlayed), mSession.stepCount);
   const size_t left = mSession.stepCount - played;
-  return fmt::format("tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick,
+  return fmt::format("tick {}, host call {}, step {}, {} of {} steps left", mFlight->tick.load(),
                      mFlight->hostCall[0] ? mFlight->hostCall.data() : "none", mFlight->step.data(),
                      left, mSession.stepCount);
 }
@@ -303,18 +291,7 @@ std::vector<Event> PlayedProcess::takeEvents() {
 }
 
 Played PlayedProcess::result() {
-  Played played;
-  played.findings = mFindings;
-  played.findings.insert(played.findings.end(), mMisuses.begin(), mMisuses.end());
-  std::erase_if(played.findings, [&](const FoundInSession& found) {
-    return mOptions.allowed.contains(found.finding);
-  });
-  played.complete = mPlayed;
-  played.hasErrors =
-      std::any_of(played.findings.begin(), played.findings.end(), [&](const FoundInSession& found) {
-        return mOptions.strict || KindOf(found.finding).level == Level::error;
-      });
-  played.failed = !mPlayed || played.hasErrors;
+  Played played = mJudge.finish();
   if (mOptions.keep) played.folder = mFolder;
   return played;
 }

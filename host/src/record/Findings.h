@@ -49,90 +49,113 @@ enum class Finding {
   activationNeverEnds,
 };
 
+/// Properties of a kind of finding.
+enum : unsigned {
+  /// A session can accept it: it doesn't keep the session from going on, and isn't what the session
+  /// itself says.
+  kAcceptable = 1,
+  /// A tolerant session excuses it if an error that the host has answered may be its cause.
+  kExcusable = 2,
+  /// Another finding is often its cause, and stands before it.
+  kFollows = 4,
+};
+
 struct FindingKind {
   Finding finding;
   std::string_view name;
   Level level;
+  std::string_view expectKey;  ///< of an `expect` that can name it; empty for none
+  unsigned properties;
   std::string_view sentence;
+
+  constexpr bool has(unsigned property) const { return (properties & property) != 0; }
 };
 
 /// Every kind of finding, in the order of the enumeration.
 inline constexpr std::array kFindingKinds{
-    FindingKind{Finding::expectation, "expectation", Level::error,
+    FindingKind{Finding::expectation, "expectation", Level::error, "", kFollows,
                 "The session expects something else."},
-    FindingKind{Finding::setup, "setup", Level::error,
-                "A fault or an answer that the session sets up was never used, or a step can't be "
-                "played."},
-    FindingKind{Finding::hookError, "hook-error", Level::error,
+    FindingKind{
+        Finding::setup, "setup", Level::error, "", 0,
+        "A fault or an answer that the session sets up was never used, or a step can't be played."},
+    FindingKind{Finding::hookError, "hook-error", Level::error, "errors",
+                kAcceptable | kExcusable | kFollows,
                 "A hook or the entry point returns an error, which the host shows to the user."},
-    FindingKind{Finding::userReport, "user-report", Level::error,
+    FindingKind{Finding::userReport, "user-report", Level::error, "reports",
+                kAcceptable | kExcusable | kFollows,
                 "The plug-in reports something to the user that the session doesn't expect."},
-    FindingKind{Finding::exception, "exception", Level::error,
+    FindingKind{Finding::exception, "exception", Level::error, "", 0,
                 "An exception leaves the plug-in. The host can't catch it."},
-    FindingKind{Finding::crash, "crash", Level::error, "The process crashes in the plug-in."},
-    FindingKind{Finding::timeout, "timeout", Level::error,
+    FindingKind{Finding::crash, "crash", Level::error, "", 0,
+                "The process crashes in the plug-in."},
+    FindingKind{Finding::timeout, "timeout", Level::error, "", 0,
                 "A call of the plug-in, or the host itself, takes longer than the time limit."},
-    FindingKind{Finding::processEnded, "process-ended", Level::error,
+    FindingKind{Finding::processEnded, "process-ended", Level::error, "", 0,
                 "The plug-in ends the host's process."},
     FindingKind{
-        Finding::dialogNeverBegan, "dialog-never-began", Level::error,
+        Finding::dialogNeverBegan, "dialog-never-began", Level::error, "", kAcceptable,
         "A modal session of the host doesn't begin, because the plug-in doesn't pass it on."},
-    FindingKind{Finding::hostCommandHandled, "host-command-handled", Level::warning,
+    FindingKind{Finding::hostCommandHandled, "host-command-handled", Level::warning, "",
+                kAcceptable,
                 "The plug-in handles a command of the host's own, such as save or quit."},
-    FindingKind{Finding::notSupplied, "not-supplied", Level::error,
+    FindingKind{Finding::notSupplied, "not-supplied", Level::error, "not supplied", kAcceptable,
                 "The plug-in calls a function that aegp-host doesn't supply."},
-    FindingKind{Finding::nullArgument, "null-argument", Level::error,
+    FindingKind{Finding::nullArgument, "null-argument", Level::error, "findings", kAcceptable,
                 "A required pointer argument of a host function is null."},
     FindingKind{
-        Finding::badArgument, "bad-argument", Level::error,
+        Finding::badArgument, "bad-argument", Level::error, "findings", kAcceptable,
         "An argument of a host function, or a buffer for the framework, is out of its range."},
-    FindingKind{Finding::unknownHandle, "unknown-handle", Level::error,
+    FindingKind{Finding::unknownHandle, "unknown-handle", Level::error, "findings", kAcceptable,
                 "A handle isn't one of the host's, or was freed before."},
-    FindingKind{Finding::staleProject, "stale-project", Level::error,
+    FindingKind{Finding::staleProject, "stale-project", Level::error, "findings", kAcceptable,
                 "A project handle is used after its project was closed."},
-    FindingKind{Finding::wrongPluginId, "wrong-plugin-id", Level::error,
+    FindingKind{Finding::wrongPluginId, "wrong-plugin-id", Level::error, "findings", kAcceptable,
                 "The plug-in passes an id that the host didn't give to it."},
-    FindingKind{Finding::wrongThread, "wrong-thread", Level::error,
+    FindingKind{Finding::wrongThread, "wrong-thread", Level::error, "", kAcceptable,
                 "The plug-in calls the host from another thread than the main one."},
-    FindingKind{Finding::unknownCommand, "unknown-command", Level::error,
+    FindingKind{Finding::unknownCommand, "unknown-command", Level::error, "findings", kAcceptable,
                 "A command isn't from AEGP_GetUniqueCommand, or no menu item has it."},
-    FindingKind{Finding::unknownMenu, "unknown-menu", Level::error,
+    FindingKind{Finding::unknownMenu, "unknown-menu", Level::error, "findings", kAcceptable,
                 "A menu item is inserted into a menu that the host doesn't have."},
-    FindingKind{Finding::enabledOutsideHook, "enabled-outside-hook", Level::warning,
+    FindingKind{Finding::enabledOutsideHook, "enabled-outside-hook", Level::warning, "findings",
+                kAcceptable,
                 "A menu item is enabled outside an update-menu hook, where it has no effect."},
-    FindingKind{Finding::lateHook, "late-hook", Level::error,
+    FindingKind{Finding::lateHook, "late-hook", Level::error, "findings", kAcceptable,
                 "A hook is registered after the entry point has returned."},
-    FindingKind{Finding::nestedTooDeep, "nested-too-deep", Level::error,
+    FindingKind{Finding::nestedTooDeep, "nested-too-deep", Level::error, "findings", kAcceptable,
                 "A hook has the host call hooks again, within each other, without end."},
-    FindingKind{Finding::releasedSuite, "released-suite", Level::error,
+    FindingKind{Finding::releasedSuite, "released-suite", Level::error, "findings", kAcceptable,
                 "A function of a suite is called while the suite isn't acquired."},
     FindingKind{Finding::suiteReleasedTooOften, "suite-released-too-often", Level::error,
-                "A suite is released more often than it was acquired."},
-    FindingKind{Finding::suiteLeaked, "suite-leaked", Level::error,
+                "findings", kAcceptable, "A suite is released more often than it was acquired."},
+    FindingKind{Finding::suiteLeaked, "suite-leaked", Level::error, "", kAcceptable,
                 "A suite that was acquired is never released."},
-    FindingKind{Finding::lockedHandleFreed, "locked-handle-freed", Level::error,
-                "A memory handle is freed while it is locked."},
-    FindingKind{Finding::unlockedTooOften, "unlocked-too-often", Level::error,
-                "A memory handle is unlocked more often than it was locked."},
-    FindingKind{Finding::handleLeaked, "handle-leaked", Level::error,
+    FindingKind{Finding::lockedHandleFreed, "locked-handle-freed", Level::error, "findings",
+                kAcceptable, "A memory handle is freed while it is locked."},
+    FindingKind{Finding::unlockedTooOften, "unlocked-too-often", Level::error, "findings",
+                kAcceptable, "A memory handle is unlocked more often than it was locked."},
+    FindingKind{Finding::handleLeaked, "handle-leaked", Level::error, "", kAcceptable,
                 "A memory handle is never freed, or stays locked."},
-    FindingKind{Finding::unknownBlock, "unknown-block", Level::error,
+    FindingKind{Finding::unknownBlock, "unknown-block", Level::error, "findings", kAcceptable,
                 "A block of the basic suite is freed twice, or isn't one of the host's."},
-    FindingKind{Finding::blockLeaked, "block-leaked", Level::error,
+    FindingKind{Finding::blockLeaked, "block-leaked", Level::error, "", kAcceptable,
                 "A block of the basic suite is never freed."},
     FindingKind{
-        Finding::unbalancedUndoGroup, "unbalanced-undo-group", Level::error,
+        Finding::unbalancedUndoGroup, "unbalanced-undo-group", Level::error, "findings",
+        kAcceptable,
         "An undo group is ended that wasn't started, or isn't ended when the hook returns."},
-    FindingKind{Finding::unsavedWorkLost, "unsaved-work-lost", Level::error,
-                "The plug-in closes or replaces a project that has unsaved changes."},
-    FindingKind{Finding::projectLeftClosed, "project-left-closed", Level::error,
+    FindingKind{Finding::unsavedWorkLost, "unsaved-work-lost", Level::error, "findings",
+                kAcceptable, "The plug-in closes or replaces a project that has unsaved changes."},
+    FindingKind{Finding::projectLeftClosed, "project-left-closed", Level::error, "", kAcceptable,
                 "The plug-in closes a project, doesn't open it again, and the user sees no error."},
-    FindingKind{Finding::fontStillMissing, "font-still-missing", Level::error,
+    FindingKind{Finding::fontStillMissing, "font-still-missing", Level::error, "", kAcceptable,
                 "A font that the font manager activated for the open project is still missing."},
-    FindingKind{Finding::activationNeverEnds, "activation-never-ends", Level::error,
+    FindingKind{Finding::activationNeverEnds, "activation-never-ends", Level::error, "",
+                kAcceptable,
                 "The plug-in still leaves the host's dialogs alone long after an activation."},
 };
 
+/// Returns what is known of the finding.
 constexpr const FindingKind& KindOf(Finding finding) {
   return kFindingKinds[static_cast<size_t>(finding)];
 }
@@ -143,48 +166,6 @@ constexpr std::optional<Finding> FindingNamed(std::string_view name) {
     if (kind.name == name) return kind.finding;
   }
   return {};
-}
-
-/// Returns whether a session can expect the finding: it is a misuse that the host notices at once.
-constexpr bool CanBeExpected(Finding finding) {
-  switch (finding) {
-    case Finding::nullArgument:
-    case Finding::badArgument:
-    case Finding::unknownHandle:
-    case Finding::staleProject:
-    case Finding::wrongPluginId:
-    case Finding::unknownCommand:
-    case Finding::unknownMenu:
-    case Finding::enabledOutsideHook:
-    case Finding::lateHook:
-    case Finding::nestedTooDeep:
-    case Finding::releasedSuite:
-    case Finding::suiteReleasedTooOften:
-    case Finding::lockedHandleFreed:
-    case Finding::unlockedTooOften:
-    case Finding::unknownBlock:
-    case Finding::unbalancedUndoGroup:
-    case Finding::unsavedWorkLost:
-      return true;
-    default:
-      return false;
-  }
-}
-
-/// Returns whether a session can accept the finding: it doesn't keep the session from going on, and
-/// isn't what the session itself says.
-constexpr bool CanBeAccepted(Finding finding) {
-  switch (finding) {
-    case Finding::expectation:
-    case Finding::setup:
-    case Finding::exception:
-    case Finding::crash:
-    case Finding::timeout:
-    case Finding::processEnded:
-      return false;
-    default:
-      return true;
-  }
 }
 
 namespace detail {

@@ -13,8 +13,8 @@
 
 #include "Event.h"
 #include "FlightRecord.h"
-#include "Reporter.h"
 #include "TextFile.h"
+#include "Wire.h"
 
 // The events of a session in order: for the process that waits, and as a record for the
 // expectations.
@@ -29,21 +29,10 @@ inline constexpr char kStderrFile[] = ".stderr";
 std::string StdoutText(std::string_view line);
 std::string StderrText(std::string_view line);
 
-/// An event that a session has to expect.
-struct Noted {
-  std::string text;
-  std::string where;  ///< for a finding, in case that it isn't expected
-  EventHead head;     ///< for the same
-};
-
-/// The events since an expectation last took them.
+/// What expectations compare with, since one last took it.
 struct Record {
   std::vector<std::string> dialogsShown;  ///< titles of the dialogs that reached the user
-  std::vector<Noted> errors;              ///< as "idle hook 1", shown to the user
-  std::vector<Noted> reports;             ///< texts of `AEGP_ReportInfo`
-  std::vector<Noted> notSupplied;         ///< functions of the host that it doesn't supply
   std::vector<std::string> activated;     ///< applications that the plug-in brought to the front
-  std::vector<std::string> findings;      ///< names of the misuses of the host
   std::vector<std::string> stdoutLines;
   std::vector<std::string> stderrLines;
   int64_t fontUpdates = 0;
@@ -64,10 +53,10 @@ struct RunningCall {
 /// so that the order is right.
 class Timeline {
  public:
-  /// Sends events to `reporter`. Redirects the standard output and error of this process into the
+  /// Sends events to `wire`. Redirects the standard output and error of this process into the
   /// timeline. The working directory must be the session folder. `flight` is told how much was
   /// taken in.
-  void begin(const Reporter& reporter, FlightRecord& flight);
+  void begin(const Wire& wire, FlightRecord& flight);
   /// Has `source` add its own entries each time the timeline takes in what was written.
   void addSource(std::function<void()> source) { mSources.push_back(std::move(source)); }
   /// Has `observer` see each entry that was added.
@@ -78,8 +67,13 @@ class Timeline {
   void add(Actor actor, std::string_view text);
   /// Adds a call of the plug-in's with what it answered.
   void addCall(const RunningCall& running, int64_t result);
-  /// Adds what came of an expectation. It is met if there is no difference.
-  void addExpectation(std::string_view key, std::string_view difference);
+  /// Adds what came of the expectation at this place in the session file. It is met if there is no
+  /// difference.
+  void addExpectation(std::string_view key, std::string_view place, std::string_view difference);
+  /// Tells how far the process is. `text` is for one kind.
+  void tell(EventKind kind, std::string text = {}) const;
+  /// Tells a fact, after what was written before it.
+  void addFact(Event fact);
   /// Takes in what was written. Cheap if there is nothing new.
   void drain();
   /// Does the same, and takes in unfinished lines of the plug-in's too.
@@ -126,7 +120,7 @@ class Timeline {
   void sendBegins();
   void send(const Event& event) const;
 
-  const Reporter* mReporter = nullptr;
+  const Wire* mWire = nullptr;
   FlightRecord* mFlight = nullptr;
   std::string mPlace;
   std::vector<Span> mSpans;  ///< those that run, the innermost last

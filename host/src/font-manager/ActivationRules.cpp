@@ -63,7 +63,7 @@ void ActivationRules::take(const std::string& operation, const std::vector<Argum
     if (isInTime) mClosed->isDisabled = !mEnabled;
   } else if (operation == "InvokeCommandDialog") {
     // As a call that fails: the activation that runs is lost.
-    if (isRunning && FieldOf(fields, "start") == "true") mHost->noteFailure(operation);
+    if (isRunning && FieldOf(fields, "start") == "true") mHost->countFailure(operation);
   } else if (operation == "HandleCreateNewDocument" || operation == "SetPathForDocument" ||
              operation == "HandleSaveDocument") {
     ++mDocumentsSaved;
@@ -113,12 +113,16 @@ void ActivationRules::settle() {
 
 void ActivationRules::checkProjectIsOpen() {
   if (!mClosed || mHost->errorsShown() > mClosed->errorsShown) return;
-  mHost->report(
-      Finding::projectLeftClosed,
-      fmt::format("the plug-in closed {}{}{}{}", mClosed->path,
-                  mClosed->isNew ? ", whose path was new" : "",
-                  mClosed->isDisabled ? ", and was disabled when the reopening was due" : "",
-                  mHost->where()));
+  const std::string circumstance = mClosed->isNew        ? ", whose path was new"
+                                   : mClosed->isDisabled ? ", and was disabled when the reopening "
+                                                           "was due"
+                                                         : "";
+  mHost->report(Finding::projectLeftClosed, "the plug-in closed " + mClosed->path + circumstance,
+                {{},
+                 mClosed->isNew        ? "new path"
+                 : mClosed->isDisabled ? "disabled"
+                                       : "",
+                 {}});
 }
 
 void ActivationRules::checkFonts() {
@@ -127,8 +131,9 @@ void ActivationRules::checkFonts() {
   if (mHost->project().path != mLatest->path) return;
   for (const std::string& font : mHost->project().missingFonts) {
     if (!mLatest->fonts.contains(font)) continue;
-    mHost->report(Finding::fontStillMissing, fmt::format("{} is active, and {} lacks it{}", font,
-                                                         mLatest->path, mHost->where()));
+    mHost->report(Finding::fontStillMissing,
+                  fmt::format("{} is active, and {} lacks it", font, mLatest->path),
+                  {{}, font, {}});
   }
 }
 
@@ -141,10 +146,11 @@ void ActivationRules::checkDocumentsAreToldOf() {
   mHost->idle();
   mHost->timeline.drain();
   if (mDocumentsSaved > 0) return;
-  mHost->report(Finding::activationNeverEnds,
-                fmt::format("the framework isn't told of a saved project {} ticks after the last "
-                            "step{}",
-                            kTicksToSettle, mHost->where()));
+  mHost->report(
+      Finding::activationNeverEnds,
+      fmt::format("the framework isn't told of a saved project {} ticks after the last step",
+                  kTicksToSettle),
+      {{}, "saved project", {}});
 }
 
 // While a process runs, the plug-in doesn't look at the host's dialogs. Otherwise it names each one
@@ -156,9 +162,10 @@ void ActivationRules::checkDialogsAreSeen() {
   const bool isSeen = std::any_of(lines.begin(), lines.end(),
                                   [](const std::string& line) { return line.ends_with(kProbe); });
   if (isSeen) return;
-  mHost->report(Finding::activationNeverEnds,
-                fmt::format("the plug-in doesn't see a dialog {} ticks after the last step{}",
-                            kTicksToSettle, mHost->where()));
+  mHost->report(
+      Finding::activationNeverEnds,
+      fmt::format("the plug-in doesn't see a dialog {} ticks after the last step", kTicksToSettle),
+      {{}, "dialog", {}});
 }
 
 }  // namespace host

@@ -65,8 +65,7 @@ void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& f
   } catch (const SessionEnded&) {
     // The finding was reported before it was thrown.
   } catch (const std::exception& error) {
-    host.report(Finding::setup,
-                fmt::format("the session can't go on: {}{}", error.what(), host.where()));
+    host.report(Finding::setup, fmt::format("the session can't go on: {}", error.what()));
   }
   host.beginDestructors();
 }

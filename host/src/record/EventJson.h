@@ -19,11 +19,6 @@ Json ToJson(const Event& event);
 Event EventFrom(const Json& json);
 /// Returns the finding as an object.
 Json ToJson(const FoundInSession& found);
-/// Returns the finding for the pipe: the object without its text on a line, then the text, whose
-/// bytes stay as they are.
-std::string ToReport(const FoundInSession& found);
-/// Returns the finding of such a report. Throws `std::exception` for another text.
-FoundInSession FoundFrom(std::string_view report);
 /// Returns the value on one line. Bytes that aren't UTF-8 become U+FFFD.
 std::string Dump(const Json& json);
 

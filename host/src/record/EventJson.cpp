@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <array>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace host {
 namespace {
 
-constexpr std::array<std::string_view, 5> kKinds{"entry", "expectation", "begin", "end", "state"};
+constexpr std::array<std::string_view, 13> kKinds{
+    "entry",   "expectation", "begin",      "end",    "state",      "fact",    "answer",
+    "failure", "expect",      "unloadable", "played", "destroying", "finished"};
 constexpr std::array<std::string_view, 2> kSpans{"hook", "dialog"};
 
 template <typename Value, size_t size>
@@ -72,6 +76,27 @@ void SpanFrom(const Json& json, Event& event) {
   if (json.contains("shown")) event.shown = json.at("shown") ? Shown::yes : Shown::no;
 }
 
+void AddFact(const Event& event, Json& json) {
+  json["text"] = event.text;
+  json["name"] = KindOf(event.finding).name;
+  json["function"] = event.names.function;
+  json["detail"] = event.names.detail;
+  json["value"] = event.names.value;
+  json["where"] = event.where;
+  json["code"] = event.code;
+  json["visit"] = event.visit;
+  AddCall(event.call, json);
+}
+
+void FactFrom(const Json& json, Event& event) {
+  event.text = json.at("text");
+  event.finding = FindingNamed(json.at("name").get<std::string>()).value();
+  event.names = {json.at("function"), json.at("detail"), json.at("value")};
+  event.where = json.at("where");
+  event.code = json.at("code");
+  event.visit = json.at("visit");
+}
+
 }  // namespace
 
 Json ToJson(const Event& event) {
@@ -87,7 +112,10 @@ Json ToJson(const Event& event) {
       json["text"] = event.text;
       json["key"] = event.name;
       json["met"] = event.met;
-      if (!event.met) json["difference"] = event.difference;
+      if (!event.met) {
+        json["where"] = event.where;
+        json["difference"] = event.difference;
+      }
       break;
     case EventKind::begin:
     case EventKind::end:
@@ -96,6 +124,28 @@ Json ToJson(const Event& event) {
     case EventKind::state:
       json["name"] = event.name;
       json["value"] = event.value;
+      break;
+    case EventKind::fact:
+      AddFact(event, json);
+      break;
+    case EventKind::answer:
+      json["code"] = event.code;
+      json["visit"] = event.visit;
+      break;
+    case EventKind::failure:
+      json["name"] = event.name;
+      break;
+    case EventKind::expect:
+      json["name"] = event.name;
+      json["where"] = event.where;
+      json["texts"] = event.texts;
+      break;
+    case EventKind::unloadable:
+      json["text"] = event.text;
+      break;
+    case EventKind::played:
+    case EventKind::destroying:
+    case EventKind::finished:
       break;
   }
   return json;
@@ -113,6 +163,7 @@ Event EventFrom(const Json& json) {
       event.text = json.at("text");
       event.name = json.at("key");
       event.met = json.at("met");
+      event.where = json.value("where", "");
       event.difference = json.value("difference", "");
       break;
     case EventKind::begin:
@@ -122,6 +173,28 @@ Event EventFrom(const Json& json) {
     case EventKind::state:
       event.name = json.at("name");
       event.value = json.at("value");
+      break;
+    case EventKind::fact:
+      FactFrom(json, event);
+      break;
+    case EventKind::answer:
+      event.code = json.at("code");
+      event.visit = json.at("visit");
+      break;
+    case EventKind::failure:
+      event.name = json.at("name");
+      break;
+    case EventKind::expect:
+      event.name = json.at("name");
+      event.where = json.at("where");
+      event.texts = json.at("texts").get<std::vector<std::string>>();
+      break;
+    case EventKind::unloadable:
+      event.text = json.at("text");
+      break;
+    case EventKind::played:
+    case EventKind::destroying:
+    case EventKind::finished:
       break;
   }
   return event;
@@ -136,19 +209,6 @@ Json ToJson(const FoundInSession& found) {
   json["text"] = found.text;
   AddCall(found.head.call, json);
   return json;
-}
-
-std::string ToReport(const FoundInSession& found) {
-  Json json = ToJson(found);
-  json.erase("text");
-  return Dump(json) + "\n" + found.text;
-}
-
-FoundInSession FoundFrom(std::string_view report) {
-  const size_t end = report.find('\n');
-  const Json json = Json::parse(report.substr(0, end));
-  const std::string name = json.at("name");
-  return {FindingNamed(name).value(), std::string(report.substr(end + 1)), HeadFrom(json)};
 }
 
 std::string Dump(const Json& json) {

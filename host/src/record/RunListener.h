@@ -19,11 +19,11 @@ struct SessionInfo {
   size_t stepCount = 0;  ///< with the first start and the last quit
 };
 
-/// What a session finds wrong.
+/// What is wrong in a session.
 struct FoundInSession {
   Finding finding = Finding::expectation;
   std::string text;  ///< may have several lines
-  EventHead head;    ///< of the moment in which it came up
+  EventHead head;    ///< of the moment in which it came up first
 };
 
 /// What came of a session.

@@ -8,8 +8,8 @@
 
 #include "FlightRecord.h"
 #include "Janitor.h"
+#include "Judge.h"
 #include "Player.h"
-#include "Reporter.h"
 #include "Runner.h"
 
 namespace host {
@@ -47,9 +47,9 @@ class PlayedProcess {
  private:
   /// Returns false if the process can't report any more.
   bool readReports();
-  void takeReport(const Report& report);
   void endIfHanging();
-  void takeEvent(Event event);
+  void closeDescriptors();
+  void take(Event event);
   void addRestOf(const char* file, off_t taken, std::string (*describe)(std::string_view));
   void addOutput(std::string text);
   /// Returns the name of the innermost hook that has begun, or an empty one.
@@ -58,6 +58,8 @@ class PlayedProcess {
   std::string withoutFolder(std::string text) const;
   void endRunning();
   void addHowItEnded(int status);
+  /// Adds the fact that the process didn't end as it should. The place comes between the texts.
+  void addEnd(Finding finding, std::string what, const std::string& how);
   std::string where() const;
 
   const Session& mSession;
@@ -70,14 +72,12 @@ class PlayedProcess {
   bool mPipeIsClosed = false;  ///< at the other end
   int mEnd = -1;               ///< becomes readable when the process ends
   int mCrashReport = -1;
-  std::string mUnread;  ///< bytes of the pipe that aren't a whole report
+  std::string mUnread;  ///< bytes of the pipe that aren't a whole event
   std::vector<Event> mEvents;
   std::vector<Event> mRunning;  ///< begins of hooks and dialogs that still run
-  std::vector<FoundInSession> mFindings;
-  std::vector<FoundInSession> mMisuses;  ///< that the session may still expect
-  bool mPlayed = false;
+  Judge mJudge;
   bool mOver = false;  ///< the session ended, played or not
-  bool mEnded = false;
+  bool mFinished = false;
   int64_t mAskedToEnd = 0;  ///< when a hang was noticed; 0 if none was
 };
 

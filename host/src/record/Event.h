@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "Findings.h"
+
 namespace host {
 
 enum class Actor { user, host, plugIn, framework, desktop, session };
@@ -44,11 +46,22 @@ struct Call {
 };
 
 enum class EventKind {
+  // What a reader of the timeline sees.
   entry,        ///< a line of the timeline
   expectation,  ///< one key of an `expect`
   begin,        ///< a hook in which something happens, or the modal session of a dialog, begins
   end,          ///< the latest of them that still runs ends
   state,        ///< a value from now on
+  // Facts for the judge.
+  fact,     ///< something that is a finding unless the session or the user says otherwise
+  answer,   ///< a function of the host has answered an error
+  failure,  ///< a call fails because the session wants it
+  expect,   ///< one key of an `expect` whose facts are the judge's
+  // How far the process is.
+  unloadable,  ///< the plug-in's module can't be loaded
+  played,      ///< all steps were played
+  destroying,  ///< the session is over, played or not
+  finished,    ///< all modules are finalised, and the host has checked for leaks
 };
 
 enum class SpanKind { hook, dialog };
@@ -67,16 +80,24 @@ struct EventHead {
   Call call;         ///< for an entry or a finding, if it comes from one
 };
 
-/// Something that happens in a session.
+/// What is known of a fact by names, so that nobody has to look for words in its text.
+struct FactNames {
+  std::string function;  ///< that was called, or gave what is left
+  std::string detail;    ///< an argument, a circumstance or the like
+  std::string value;     ///< by which an `expect` names it
+};
+
+/// Something that happens in a session, as the process that plays it tells.
 struct Event : EventHead {
   Event() = default;
   explicit Event(EventHead head) : EventHead(std::move(head)) {}
 
   EventKind kind = EventKind::entry;
-  std::string text;               ///< of an entry or expectation; may hold control characters
+  std::string text;               ///< of an entry, expectation or fact, or why unloadable
   std::optional<int64_t> result;  ///< of an entry that shows a call of the host: what it answered
 
-  std::string name;   ///< of a hook, dialog or state, or the key of an expectation
+  /// Of a hook, dialog or state; the key of an expectation or `expect`; the function that failed.
+  std::string name;
   std::string value;  ///< of a state
 
   bool met = false;        ///< of an expectation
@@ -84,6 +105,14 @@ struct Event : EventHead {
 
   SpanKind span = SpanKind::hook;  ///< of a begin or end
   Shown shown = Shown::unknown;    ///< of the end of a dialog
+
+  Finding finding = Finding::setup;  ///< of a fact
+  FactNames names;                   ///< of a fact
+  /// Of a fact: lines for a reader. Of an expectation or `expect`: the key's place in the file.
+  std::string where;
+  int64_t code = 0;   ///< of an answer, or the fact that the user saw one
+  int64_t visit = 0;  ///< of an answer or a fact: counts the calls of the plug-in by the host
+  std::vector<std::string> texts;  ///< that an `expect` expects
 };
 
 }  // namespace host

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <utility>
 
+#include "Comparison.h"
 #include "TextFile.h"
 #include "Usage.h"
 
@@ -17,38 +18,6 @@ namespace host {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-// Shows texts that differ as ones that differ: a line feed as "\n", a backslash as two.
-std::string Escape(std::string text) {
-  ReplaceAll(text, "\\", R"(\\)");
-  return EscapeControls(text);
-}
-
-std::string Mismatch(const std::string& expected, const std::string& found) {
-  return fmt::format("    expected: {}\n    found:    {}", Escape(expected), Escape(found));
-}
-
-std::string Show(const Texts& list) {
-  return list.empty() ? "nothing" : Join(list, ", ");
-}
-
-// Shows short lists whole, and of long ones only the elements that differ.
-std::string CompareLists(const Texts& expected, const Texts& found) {
-  constexpr size_t kShort = 8;
-  if (expected == found) return "";
-  const size_t count = std::max(expected.size(), found.size());
-  if (count <= kShort) return Mismatch(Show(expected), Show(found));
-  std::string lines =
-      fmt::format("    (- expected, + found; {} and {} elements)", expected.size(), found.size());
-  for (size_t i = 0; i < count; ++i) {
-    const bool isExpected = i < expected.size();
-    const bool isFound = i < found.size();
-    if (isExpected && isFound && expected[i] == found[i]) continue;
-    if (isExpected) lines += fmt::format("\n    - {} {}", i + 1, Escape(expected[i]));
-    if (isFound) lines += fmt::format("\n    + {} {}", i + 1, Escape(found[i]));
-  }
-  return lines;
-}
 
 // What the plug-in says of paths is compared as it is shown: relative to the session folder.
 std::string Shorten(const Host& host, std::string text) {
@@ -71,7 +40,7 @@ Check CompareText(std::string expected, std::string (*find)(Host&)) {
   return [expected = std::move(expected), find](Host& host) {
     const std::string found = Shorten(host, find(host));
     const std::string wanted = Shorten(host, Resolve(host, expected));
-    return found == wanted ? "" : Mismatch(wanted, found);
+    return found == wanted ? "" : DescribeMismatch(wanted, found);
   };
 }
 
@@ -88,56 +57,6 @@ template <Texts Record::*list>
 Check CompareRecorded(const YamlValue& value) {
   return CompareList(value,
                      [](Host& host) { return std::exchange(host.timeline.record.*list, {}); });
-}
-
-template <std::vector<Noted> Record::*list>
-Check CompareNoted(const YamlValue& value) {
-  return CompareList(value, [](Host& host) {
-    Texts texts;
-    for (const Noted& noted : std::exchange(host.timeline.record.*list, {})) {
-      texts.push_back(noted.text);
-    }
-    return texts;
-  });
-}
-
-Check ReadFindings(const YamlValue& value) {
-  value.forEachElement([](const YamlValue& name) {
-    const std::optional<Finding> finding = FindingNamed(name.text());
-    if (!finding || !CanBeExpected(*finding)) {
-      name.fail(fmt::format("there is no finding '{}' that a session can expect", name.text()));
-    }
-  });
-  return CompareList(value, [](Host& host) {
-    host.expectMisuses();
-    return std::exchange(host.timeline.record.findings, {});
-  });
-}
-
-// Takes out of the record what is expected, and leaves the rest.
-template <std::vector<Noted> Record::*list>
-Action ExcuseNoted(const YamlValue& value) {
-  return [expected = value.texts()](Host& host) {
-    std::erase_if(host.timeline.record.*list, [&](const Noted& noted) {
-      const std::string found = Shorten(host, noted.text);
-      return std::any_of(expected.begin(), expected.end(), [&](const std::string& text) {
-        return Shorten(host, Resolve(host, text)) == found;
-      });
-    });
-  };
-}
-
-// All at once, because they lie with the process that waits.
-Action ExcuseFindings(const YamlValue& value) {
-  return [expected = value.texts()](Host& host) {
-    Texts& found = host.timeline.record.findings;
-    const bool all = std::all_of(found.begin(), found.end(), [&](const std::string& name) {
-      return std::find(expected.begin(), expected.end(), name) != expected.end();
-    });
-    if (!all) return;
-    host.expectMisuses();
-    found.clear();
-  };
 }
 
 Check ReadMissingFonts(const YamlValue& value) {
@@ -284,8 +203,6 @@ Check ReadFiles(const YamlValue& value) {
 struct Kind {
   std::string_view key;
   Check (*read)(const YamlValue&);
-  // For a tolerant session; null if it would find nothing wrong anyway.
-  Action (*excuse)(const YamlValue&) = nullptr;
 };
 
 constexpr std::array kKinds{
@@ -293,10 +210,6 @@ constexpr std::array kKinds{
     Kind{"project", ReadProject},
     Kind{"dirty", ReadDirty},
     Kind{"dialogs shown", CompareRecorded<&Record::dialogsShown>},
-    Kind{"errors", CompareNoted<&Record::errors>, ExcuseNoted<&Record::errors>},
-    Kind{"reports", CompareNoted<&Record::reports>, ExcuseNoted<&Record::reports>},
-    Kind{"not supplied", CompareNoted<&Record::notSupplied>, ExcuseNoted<&Record::notSupplied>},
-    Kind{"findings", ReadFindings, ExcuseFindings},
     Kind{"activated", CompareRecorded<&Record::activated>},
     Kind{"font updates", ReadFontUpdates},
     Kind{"front", ReadFront},
@@ -310,16 +223,17 @@ constexpr std::array kKinds{
     Kind{"stderr", CompareRecorded<&Record::stderrLines>},
 };
 
-struct Expectation {
-  std::string key;
-  std::string place;
-  Check check;
-  Action excuse;  ///< may be null
-};
+// Those whose facts are the judge's.
+constexpr std::array<std::string_view, 4> kJudgedKeys{"errors", "reports", "not supplied",
+                                                      "findings"};
 
 bool IsOfPart(std::string_view key, const SessionPart& part) {
   const std::vector<std::string_view> keys = part.expectations();
   return std::find(keys.begin(), keys.end(), key) != keys.end();
+}
+
+bool IsJudged(std::string_view key) {
+  return std::find(kJudgedKeys.begin(), kJudgedKeys.end(), key) != kJudgedKeys.end();
 }
 
 const Kind* FindKind(std::string_view key) {
@@ -328,48 +242,58 @@ const Kind* FindKind(std::string_view key) {
   return kind == kKinds.end() ? nullptr : kind;
 }
 
-Expectation ReadExpectation(const std::string& key, const YamlValue& value,
-                            const SessionPart& part) {
-  if (IsOfPart(key, part)) {
-    return {key, value.place(), part.readExpectation(key, value), nullptr};
+// Compares at once. A tolerant session compares nothing.
+Action ReadCheck(const std::string& key, const YamlValue& value, Check check) {
+  return [key, place = value.place(), check = std::move(check)](Host& host) {
+    if (host.settings().tolerant) return;
+    host.timeline.addExpectation(key, place, check(host));
+  };
+}
+
+Action ReadJudged(const std::string& key, const YamlValue& value) {
+  if (key == "findings") {
+    value.forEachElement([&](const YamlValue& name) {
+      const std::optional<Finding> finding = FindingNamed(name.text());
+      if (!finding || KindOf(*finding).expectKey != key) {
+        name.fail(fmt::format("there is no finding '{}' that a session can expect", name.text()));
+      }
+    });
   }
-  const Kind* const kind = FindKind(key);
-  if (!kind) {
-    std::vector<std::string_view> keys = part.expectations();
-    for (const Kind& each : kKinds) keys.push_back(each.key);
-    value.failForUnknown("key", keys);
-  }
-  return {key, value.place(), kind->read(value), kind->excuse ? kind->excuse(value) : nullptr};
+  return [key, place = value.place(), expected = value.texts()](Host& host) {
+    Texts wanted = expected;
+    for (std::string& text : wanted) text = Resolve(host, text);
+    host.expectFacts(key, place, Shorten(host, std::move(wanted)));
+  };
+}
+
+Action ReadExpectation(const std::string& key, const YamlValue& value, const SessionPart& part) {
+  if (IsOfPart(key, part)) return ReadCheck(key, value, part.readExpectation(key, value));
+  if (IsJudged(key)) return ReadJudged(key, value);
+  if (const Kind* const kind = FindKind(key)) return ReadCheck(key, value, kind->read(value));
+  std::vector<std::string_view> keys = part.expectations();
+  keys.insert(keys.end(), kJudgedKeys.begin(), kJudgedKeys.end());
+  for (const Kind& each : kKinds) keys.push_back(each.key);
+  value.failForUnknown("key", keys);
 }
 
 }  // namespace
 
 void FailForUnknown(const YamlValue& value, std::string_view what,
                     const std::vector<std::string_view>& known, const SessionPart& part) {
-  if (FindKind(value.key()) || IsOfPart(value.key(), part)) {
+  if (FindKind(value.key()) || IsJudged(value.key()) || IsOfPart(value.key(), part)) {
     value.fail("is a key of 'expect': indent it below an 'expect'");
   }
   value.failForUnknown(what, known);
 }
 
 Action ReadExpectations(const YamlValue& value, const SessionPart& part) {
-  std::vector<Expectation> expectations;
+  std::vector<Action> expectations;
   value.forEachField([&](const std::string& key, const YamlValue& field) {
     expectations.push_back(ReadExpectation(key, field, part));
   });
   return [expectations](Host& host) {
     host.timeline.drain();
-    for (const Expectation& expectation : expectations) {
-      if (host.settings().tolerant) {
-        if (expectation.excuse) expectation.excuse(host);
-        continue;
-      }
-      const std::string mismatch = expectation.check(host);
-      host.timeline.addExpectation(expectation.key, mismatch);
-      if (mismatch.empty()) continue;
-      host.report(Finding::expectation,
-                  fmt::format("{}: {}\n{}", expectation.place, expectation.key, mismatch));
-    }
+    for (const Action& compare : expectations) compare(host);
   };
 }
 

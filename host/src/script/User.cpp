@@ -30,7 +30,7 @@ bool HostMayHandle(Host& host, HostCommand command) {
   const std::string_view name = NameOf(command);
   host.timeline.add(Actor::plugIn, fmt::format("handles the host's command \"{}\"", name));
   host.report(Finding::hostCommandHandled,
-              fmt::format("the host's command \"{}\" had no effect{}", name, host.where()));
+              fmt::format("the host's command \"{}\" had no effect", name));
   return false;
 }
 

@@ -153,9 +153,8 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   session.file = file;
   ReadField(fields, "about", [&](const YamlValue& about) { session.about = about.text(); });
   ReadField(fields, "host", [&](const YamlValue& host) { session.host = ReadHost(host); });
-  ReadField(fields, "accepted", [&](const YamlValue& accepted) {
-    session.host.accepted = ReadAcceptances(accepted, part);
-  });
+  ReadField(fields, "accepted",
+            [&](const YamlValue& accepted) { session.accepted = ReadAcceptances(accepted, part); });
   ReadField(fields, "tolerant",
             [&](const YamlValue& tolerant) { session.host.tolerant = tolerant.boolean(); });
   ReadField(fields, "environment", [&](const YamlValue& environment) {

@@ -11,16 +11,17 @@ namespace host {
 namespace {
 
 Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
-  const auto fields = value.fields({"finding", "text", "after", "reason"});
+  const auto fields = value.fields({"finding", "function", "detail", "after", "reason"});
   const YamlValue* name = Find(fields, "finding");
   const YamlValue* reason = Find(fields, "reason");
   if (!name || !reason) value.fail("needs the keys 'finding' and 'reason'");
   const std::optional<Finding> finding = FindingNamed(name->text());
-  if (!finding || !CanBeAccepted(*finding)) {
+  if (!finding || !KindOf(*finding).has(kAcceptable)) {
     name->fail(fmt::format("there is no finding '{}' that a session can accept", name->text()));
   }
-  Acceptance acceptance{*finding, "", {}, reason->text()};
-  if (const YamlValue* text = Find(fields, "text")) acceptance.text = text->text();
+  Acceptance acceptance{*finding, "", "", {}, reason->text()};
+  if (const YamlValue* function = Find(fields, "function")) acceptance.function = function->text();
+  if (const YamlValue* detail = Find(fields, "detail")) acceptance.detail = detail->text();
   if (const YamlValue* after = Find(fields, "after")) {
     acceptance.after = after->texts();
     for (const std::string& call : acceptance.after) {
@@ -57,7 +58,7 @@ KnownIssues LoadKnownIssues(const std::filesystem::path& file, const SessionPart
 }
 
 void Accept(const KnownIssues& issues, Session& session) {
-  auto& accepted = session.host.accepted;
+  auto& accepted = session.accepted;
   accepted.insert(accepted.end(), issues.accepted.begin(), issues.accepted.end());
   session.text = [&issues, read = session.text] {
     YAML::Node text = read();

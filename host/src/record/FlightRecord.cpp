@@ -34,14 +34,19 @@ void KeepFromForks(FlightRecord& record) {
   });
 }
 
-EventHead HeadOf(const FlightRecord& record) {
+EventHead HeadForThread(const FlightRecord& record) {
   EventHead head;
   head.step = record.stepNumber;
-  head.place = record.step.data();
   head.tick = record.tick;
   head.time = record.time;
   head.actor = Actor::plugIn;
-  head.hook = record.hook.data();
+  head.hook = record.hook;
+  return head;
+}
+
+EventHead HeadOf(const FlightRecord& record) {
+  EventHead head = HeadForThread(record);
+  head.place = record.step.data();
   if (!record.inHostCall) return head;
   const std::string_view call = record.hostCall.data();
   head.call.function = call.substr(0, call.find('('));

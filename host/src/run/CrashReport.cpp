@@ -23,10 +23,14 @@ constexpr int kMostFrames = 64;
 constexpr size_t kStackSize = size_t{64} * 1024;
 
 int reportDescriptor = -1;
+// A process that the plug-in forks inherits the handlers. How it ends is no concern of the
+// session's.
+pid_t reportProcess = 0;
 // For a crash that was an overflow of the stack.
 alignas(16) std::array<char, kStackSize> alternateStack;
 
 void Write(const char* text) {
+  if (getpid() != reportProcess) return;
   // Nothing is left to do about a failure.
   if (write(reportDescriptor, text, std::strlen(text)) < 0) return;
 }
@@ -39,7 +43,7 @@ void WriteBacktrace(int signal) {
   const int count = backtrace(frames.data(), kMostFrames);
   // Without this function and the trampoline of the signal.
   constexpr int kOwnFrames = 2;
-  if (count > kOwnFrames) {
+  if (count > kOwnFrames && getpid() == reportProcess) {
     backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, reportDescriptor);
   }
   raise(signal);
@@ -83,6 +87,7 @@ bool NoteThread() {
 
 void InstallCrashReport(int descriptor) {
   reportDescriptor = descriptor;
+  reportProcess = getpid();
   // The first call loads a library, which a signal handler must not.
   std::array<void*, 1> frame;
   backtrace(frame.data(), 1);

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "Acceptance.h"
+#include "Event.h"
+#include "RunListener.h"
+
+namespace host {
+
+/// What a session and the command line say about facts.
+struct JudgeRules {
+  std::vector<Acceptance> accepted;
+  std::set<Finding> allowed;  ///< findings that don't count
+  bool tolerant = false;
+  bool strict = false;  ///< warnings count as errors
+};
+
+/// Decides which facts of a session are findings: not those that the session accepts, that the user
+/// allows, that an `expect` names or, in a tolerant session, that an error which the host has
+/// answered may have caused. Knows only the facts.
+class Judge {
+ public:
+  explicit Judge(JudgeRules rules) : mRules(std::move(rules)) {}
+
+  /// Takes the next fact. Returns what a reader of the timeline sees of it, in order: an event that
+  /// is no fact as it is, and the verdicts that are known by now.
+  std::vector<Event> take(Event event);
+  /// Returns the verdict, without the folder. To be called once, after the last fact.
+  Played finish();
+
+ private:
+  using Identity = std::tuple<Finding, std::string, std::string, std::string>;
+  struct Entry {
+    FoundInSession found;
+    int64_t count = 1;
+    int64_t firstTick = 0;
+  };
+
+  std::vector<Event> takeFact(Event fact);
+  void takeUnmet(const Event& expectation);
+  std::vector<Event> takeExpect(const Event& expect);
+  const Acceptance* acceptanceOf(const Event& fact) const;
+  bool isExcused(const Event& fact) const;
+  /// Makes a finding of the fact. One that is another's like counts with it.
+  void find(const Event& fact);
+
+  JudgeRules mRules;
+  std::set<std::string> mFailed;  ///< calls that failed because the session wants it
+  int64_t mVisit = -1;            ///< of the latest answers
+  std::set<int64_t> mAnswered;    ///< errors during that visit
+  std::vector<Event> mPending;    ///< facts that an `expect` may still name
+  std::vector<Entry> mEntries;
+  std::map<Identity, size_t> mPlaces;  ///< in `mEntries`
+  std::map<Finding, size_t> mCounts;   ///< of different entries
+  bool mPlayed = false;
+  bool mFinished = false;
+};
+
+}  // namespace host

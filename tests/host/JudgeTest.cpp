@@ -1,0 +1,164 @@
+#include "Judge.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "FlightRecord.h"
+
+namespace {
+
+using host::Event;
+using host::EventKind;
+using host::Finding;
+using host::Judge;
+using host::JudgeRules;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+Event Fact(Finding finding, const std::string& function = "", const std::string& detail = "",
+           const std::string& value = "") {
+  Event fact;
+  fact.kind = EventKind::fact;
+  fact.finding = finding;
+  fact.text = "text";
+  fact.names = {function, detail, value};
+  fact.hook = "idle hook";
+  fact.tick = 1;
+  return fact;
+}
+
+Event Of(EventKind kind, const std::string& name = "", std::vector<std::string> texts = {}) {
+  Event event;
+  event.kind = kind;
+  event.name = name;
+  event.texts = std::move(texts);
+  return event;
+}
+
+Event AtVisit(Event event, int64_t visit, int64_t code) {
+  event.visit = visit;
+  event.code = code;
+  return event;
+}
+
+/// Names what is found when these facts come before the end of a session.
+std::vector<std::string> Found(const JudgeRules& rules, const std::vector<Event>& facts) {
+  Judge judge(rules);
+  for (const Event& fact : facts) judge.take(fact);
+  judge.take(Of(EventKind::played));
+  judge.take(Of(EventKind::finished));
+  std::vector<std::string> names;
+  for (const host::FoundInSession& found : judge.finish().findings) {
+    names.emplace_back(host::KindOf(found.finding).name);
+  }
+  return names;
+}
+
+TEST(Judge, AcceptsByNames) {
+  const Event fact = Fact(Finding::unsavedWorkLost, "AEGP_NewProject", "closed before");
+  const auto accepting = [](const host::Acceptance& acceptance) {
+    return JudgeRules{{acceptance}, {}, false, false};
+  };
+  const Event failure = Of(EventKind::failure, "AEGP_ProjectIsDirty");
+  using A = host::Acceptance;
+  const Finding lost = Finding::unsavedWorkLost;
+  EXPECT_THAT(Found({}, {fact}), ElementsAre("unsaved-work-lost"));
+  EXPECT_THAT(Found(accepting(A{lost, "", "", {}, ""}), {fact}), IsEmpty());
+  EXPECT_THAT(Found(accepting(A{lost, "AEGP_NewProject", "closed before", {}, ""}), {fact}),
+              IsEmpty());
+  for (const A& other :
+       {A{Finding::handleLeaked, "", "", {}, ""}, A{lost, "AEGP_New", "", {}, ""},
+        A{lost, "", "closed", {}, ""}, A{lost, "", "", {"AEGP_ProjectIsDirty"}, ""}}) {
+    EXPECT_THAT(Found(accepting(other), {fact}), ElementsAre("unsaved-work-lost"));
+  }
+  const A after{lost, "", "", {"AEGP_Other", "AEGP_ProjectIsDirty"}, ""};
+  EXPECT_THAT(Found(accepting(after), {failure, fact}), IsEmpty());
+  EXPECT_THAT(Found(accepting(after), {fact, failure}), ElementsAre("unsaved-work-lost"));
+}
+
+TEST(Judge, LetsAnExpectNameFactsOfItsKey) {
+  const std::vector<Event> facts{Fact(Finding::nullArgument, "FreeBlock", "block"),
+                                 Fact(Finding::hookError, "", "", "idle hook 3")};
+  const auto with = [&](const Event& expect) {
+    std::vector<Event> all = facts;
+    all.push_back(expect);
+    return all;
+  };
+  EXPECT_THAT(Found({}, facts), ElementsAre("null-argument", "hook-error"));
+  EXPECT_THAT(Found({}, with(Of(EventKind::expect, "findings", {"null-argument"}))),
+              ElementsAre("hook-error"));
+  EXPECT_THAT(Found({}, with(Of(EventKind::expect, "errors", {"idle hook 3"}))),
+              ElementsAre("null-argument"));
+  // What is wrong is told once: that the expectation isn't met.
+  EXPECT_THAT(Found({}, with(Of(EventKind::expect, "errors", {}))),
+              ElementsAre("null-argument", "expectation"));
+  EXPECT_THAT(Found({{}, {Finding::nullArgument}, false, false}, facts), ElementsAre("hook-error"));
+}
+
+TEST(Judge, ExcusesInATolerantSessionWhatAnAnsweredErrorMayHaveCaused) {
+  const JudgeRules tolerant{{}, {}, true, false};
+  const Event answer = AtVisit(Of(EventKind::answer), 4, 24301);
+  const Event error = Fact(Finding::hookError, "", "", "idle hook 24301");
+  const Event report = Fact(Finding::userReport, "", "", "oh");
+  EXPECT_THAT(Found(tolerant, {answer, AtVisit(error, 4, 24301), AtVisit(report, 4, 0)}),
+              IsEmpty());
+  EXPECT_THAT(Found(tolerant, {answer, AtVisit(error, 4, 7), AtVisit(error, 5, 24301)}),
+              ElementsAre("hook-error"));
+  EXPECT_THAT(Found({}, {answer, AtVisit(error, 4, 24301)}), ElementsAre("hook-error"));
+  // An expectation may come or not.
+  EXPECT_THAT(
+      Found(tolerant, {AtVisit(report, 5, 0), Of(EventKind::expect, "reports", {"oh", "no"})}),
+      IsEmpty());
+}
+
+TEST(Judge, PutsTheCauseFirstAndCountsWhatIsAlike) {
+  Judge judge({});
+  for (int64_t tick = 1; tick <= 100; ++tick) {
+    Event error = Fact(Finding::hookError, "", "", "idle hook 3");
+    Event misuse = Fact(Finding::nullArgument, "AEGP_ReportInfo", "info_stringZ");
+    error.tick = misuse.tick = tick;
+    judge.take(error);
+    judge.take(misuse);
+  }
+  judge.take(Fact(Finding::nullArgument, "FreeBlock", "block"));
+  judge.take(Of(EventKind::finished));
+  const host::Played played = judge.finish();
+  ASSERT_EQ(played.findings.size(), 3U);
+  EXPECT_EQ(played.findings[0].finding, Finding::nullArgument);
+  EXPECT_THAT(played.findings[0].text, HasSubstr("\n    100 times, first at tick 1"));
+  EXPECT_EQ(played.findings[1].text, "text");
+  EXPECT_EQ(played.findings[2].finding, Finding::hookError);
+  EXPECT_FALSE(played.complete);
+}
+
+TEST(Judge, LeavesOutWhatASessionThatWasCutShortMightHaveExpected) {
+  Judge judge({});
+  judge.take(Fact(Finding::userReport, "", "", "oh"));
+  judge.take(Fact(Finding::nullArgument, "FreeBlock", "block"));
+  judge.take(Fact(Finding::crash));
+  std::vector<Finding> found;
+  for (const host::FoundInSession& each : judge.finish().findings) found.push_back(each.finding);
+  EXPECT_THAT(found, ElementsAre(Finding::crash, Finding::nullArgument));
+}
+
+TEST(WatchdogPause, CountsOnlyTheTimeAroundIt) {
+  host::FlightRecord record;
+  const int64_t began = host::MonotonicNow() - 1'000'000'000;
+  record.watchdogStart = began;
+  {
+    const host::WatchdogPause pause(record);
+    const host::WatchdogPause inner(record);
+    EXPECT_EQ(record.watchdogStart, 0);
+  }
+  EXPECT_GE(record.watchdogStart, began);
+  EXPECT_LT(record.watchdogStart, began + 1'000'000'000);
+  record.watchdogStart = 0;
+  { const host::WatchdogPause pause(record); }
+  EXPECT_EQ(record.watchdogStart, 0);
+}
+
+}  // namespace
