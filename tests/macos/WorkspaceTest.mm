@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include "BackgroundForegroundSwitcher.h"
+#include "BackgroundForegroundSwitcherPlatform.h"
 #include "CoreErrorCodes.h"
-#include "FrontApplication.h"
 #include "GetPathToRunningProcess.h"
 
 // What the plug-in asks of the system about applications, on a desktop whose Dock runs.

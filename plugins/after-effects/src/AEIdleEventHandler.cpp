@@ -4,16 +4,20 @@
 
 #include "BackgroundForegroundSwitcher.h"
 #include "DebugUtils.h"
+#include "FontActivationProcess.h"
 #include "TBKLoader.h"
 
 namespace {
 
+// More than these pass between two calls, so at least 10 whole seconds.
 constexpr uint32_t kSecondsToWaitBetweenCallsToPluginIsEnabled = 9;
-constexpr int64_t kSecondsThatASaveIsRecent = 4;
+constexpr int64_t kRecentSaveSeconds = 4;
 
 bool isTamberlinkEnabled() {
   static time_t last_check_plugin_is_enabled = 0;
   static bool plugin_is_enabled = true;
+  // Nothing sets it: the plug-in tells the user by a message of its own, at most once. The variable
+  // of the same name in `runIdleEvents` says whether it still may.
   static bool should_display_plugin_disabled_popup = false;
   if (!TBKLoader::GetSharedInstance()) return false;
   const time_t now = time(nullptr);
@@ -34,14 +38,17 @@ void displayPluginDisabledMessage() {
   CallTamberlink(&TBKLoader::pfShowNotLoggedInMessageBox);
 }
 
+// The handlers of the four events always return true, and nobody reads it: an event counts as
+// delivered, whatever the framework makes of it.
+
 bool handleOpen(GlobalStateInterface* state, TBKCallTracker* tracker) {
   OutputIndentedAndFormattedString(0, "Handling Open");
   OutputIndentedAndFormattedString(0,
                                    "Starting Font Activation Process for a newly opened project.");
   try {
     state->startFontActivationProcess();
-  } catch (int) {
-    // The host lacks a suite. No activation starts, but the opening is over.
+  } catch (MissingSuite) {
+    // No activation starts, but the project is open, so stop waiting for its dialog.
     state->projectOpened();
     throw;
   }
@@ -93,9 +100,9 @@ bool handleSaveAs(GlobalStateInterface* state, TBKCallTracker* tracker) {
 }
 
 // Tells a save from an open. A file this young was written by the host just now, unless the project
-// before had no path and no changes. A path without a file counts as saved too.
+// before had no path and no changes. A path without a file also counts as saved.
 bool wasSavedUnderNewPath(const GlobalStateInterface& state) {
-  if (state.currentProjectModificationDate > state.currentTime - kSecondsThatASaveIsRecent) {
+  if (state.currentProjectModificationDate > state.currentTime - kRecentSaveSeconds) {
     return !state.lastProjectPath.empty() || state.lastProjectDirty;
   }
   return state.currentProjectModificationDate == 0;

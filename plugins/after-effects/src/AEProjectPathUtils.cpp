@@ -18,8 +18,8 @@ std::string createUTF8StringFromA_UTF16String(unsigned short* text) {
   // Runs on every tick, and most paths are ASCII, where a unit is a byte.
   if (bits < 0x80) return {text, end};
   std::string bytes;
-  constexpr size_t kMostBytesPerUnit = 3;
-  bytes.reserve(kMostBytesPerUnit * static_cast<size_t>(end - text));
+  constexpr size_t kMaxBytesPerUnit = 3;
+  bytes.reserve(kMaxBytesPerUnit * static_cast<size_t>(end - text));
   utf8::utf16to8(text, end, std::back_inserter(bytes));
   return bytes;
 }

@@ -6,7 +6,7 @@
 class AE_APISuiteHandlerManagerInterface;
 
 /// Asks about the host's current project, through a `manager` that is borrowed for the call. Texts
-/// are UTF-8. Throws the `int` 516 if the host lacks a suite. Main thread only.
+/// are UTF-8. Throws `MissingSuite`. Main thread only.
 class AEProjectPathUtilsInterface {
  public:
   /// Returns the project's path, empty if there is no project or if it has never been saved.

@@ -17,7 +17,7 @@ constexpr char kClientId[] = "com.veldrane.AutoActivationPlugin.AE160";
 constexpr char kClientVersion[] = "16";
 constexpr size_t kReplySize = 32767;
 
-bool isHostFit(A_long major_version, A_long minor_version) {
+bool isHostSupported(A_long major_version, A_long minor_version) {
   return major_version >= 114 || (major_version == 113 && minor_version >= 5);
 }
 
@@ -25,7 +25,7 @@ void reportStartFailure(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin
   try {
     manager->suite_handler_ptr()->UtilitySuite3()->AEGP_ReportInfo(
         plugin_id, GetStringPtr(kStringStartFailed));
-  } catch (int) {
+  } catch (MissingSuite) {
     // The host can't show the report. It still gets the error.
   }
 }
@@ -58,7 +58,7 @@ A_Err EntryPointFunc(SPBasicSuite* pica_basicP, A_long major_version, A_long min
   StartTraceFile();
   OutputIndentedAndFormattedString(0, "Typelark %s in After Effects %d.%d", TYPELARK_VERSION,
                                    major_version, minor_version);
-  if (!isHostFit(major_version, minor_version)) {
+  if (!isHostSupported(major_version, minor_version)) {
     OutputIndentedAndFormattedString(0, "The host is too old: 113.5 is the first that will do");
     return A_Err_NONE;
   }
@@ -67,7 +67,7 @@ A_Err EntryPointFunc(SPBasicSuite* pica_basicP, A_long major_version, A_long min
   try {
     AE_APISuiteHandlerManager manager(pica_basicP);
     return bootstrap(&manager, &global_state);
-  } catch (int missingSuite) {
+  } catch (MissingSuite missingSuite) {
     return missingSuite;
   }
 }
@@ -141,11 +141,11 @@ A_Err IdleHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_IdleRefcon /*refcon*/,
     global_state.updateGlobalState();
     TBKCallTracker tracker;
     error = runIdleEvents(&global_state, &tracker);
-  } catch (int) {
-    // The host lacks a suite. It would show an error at every tick.
+  } catch (MissingSuite) {
+    // Returning the code would show an error at every tick.
   }
   traceModalOverride();
-  // The next tick compares with these, also after a tick that did nothing with them.
+  // The next tick compares with these, even if this one did nothing with them.
   global_state.lastProjectDirty = global_state.currentProjectDirty;
   global_state.lastProjectPath = global_state.currentProjectPath;
   return error;
@@ -159,8 +159,8 @@ A_Err MenuCommandHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_CommandRefcon /*
   if (invokeCommandDialog()) {
     try {
       global_state.startFontActivationProcess();
-    } catch (int) {
-      // The host lacks a suite. No activation starts, but the opening is over.
+    } catch (MissingSuite) {
+      // No activation starts, but the project is open, so stop waiting for its dialog.
     }
     global_state.projectOpened();
   }
@@ -174,7 +174,7 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_UpdateMenuRefcon 
     AE_APISuiteHandlerManager manager(global_state.picaBasicSuite);
     return manager.suite_handler_ptr()->CommandSuite1()->AEGP_EnableCommand(
         global_state.menuCommand);
-  } catch (int) {
+  } catch (MissingSuite) {
     return A_Err_NONE;
   }
 }

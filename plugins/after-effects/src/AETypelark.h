@@ -8,9 +8,9 @@ class GlobalState;
 // The plug-in as the host sees it. Main thread only. Returns host codes, 0 for success. Ignores
 // refcons.
 //
-// A suite that the host lacks makes the code below throw an `int`. The entry point returns it; the
-// hooks return 0, because the host would show an error at every tick. Other exceptions pass into
-// the host.
+// A suite that the host lacks makes the code below throw `MissingSuite`. The entry point returns
+// its value. The hooks return 0, because the host would show an error at every tick. Other
+// exceptions pass into the host.
 
 /// Starts the plug-in, once, when the host loads it. The only export. Stores the host's version.
 /// Registers nothing and returns 0 on hosts older than 113.5, and if there is no framework.

@@ -8,11 +8,11 @@
 ///
 /// Operations that return an `A_Err` return the host's code, 0 for success. The others drop the
 /// host's code and return null, false or an empty text for a failure. Memory handles belong to the
-/// caller: lock, read, unlock, free. Throws the `int` 516 at each use of a suite that the host
+/// caller: lock, read, unlock, free. Throws `MissingSuite` at each use of a suite that the host
 /// refuses.
 class AE_APISuiteHandlerManagerInterface {
  public:
-  /// Doesn't own `basic`. Throws the `int` 516 for null.
+  /// Doesn't own `basic`. Throws `MissingSuite` for null.
   explicit AE_APISuiteHandlerManagerInterface(SPBasicSuite* basic) : mSuiteHandler(basic) {}
 
   /// Returns the suite cache, which lives as long as this object.

@@ -2,8 +2,8 @@
 
 #include <unistd.h>
 
+#include "BackgroundForegroundSwitcherPlatform.h"
 #include "DebugUtils.h"
-#include "FrontApplication.h"
 
 void TraceActivation(int pid, bool accepted) {
   if (!TraceIsOn()) return;

@@ -1,4 +1,4 @@
-#include "FrontApplication.h"
+#include "BackgroundForegroundSwitcherPlatform.h"
 #include "desktop/Workspace.h"
 
 using desktop::Workspace;

@@ -1,6 +1,6 @@
 #import <AppKit/AppKit.h>
 
-#include "FrontApplication.h"
+#include "BackgroundForegroundSwitcherPlatform.h"
 #include "GScopedManagedMemory.h"
 
 namespace {

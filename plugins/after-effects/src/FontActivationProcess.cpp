@@ -1,9 +1,10 @@
+#include "FontActivationProcess.h"
+
 #include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
 
-#include "AEIdleEventHandler.h"
 #include "BackgroundForegroundSwitcher.h"
 #include "DebugUtils.h"
 #include "TBKLoader.h"
@@ -12,22 +13,21 @@ namespace {
 
 constexpr uint64_t kFontBufferSize = 0x20000;
 
-constexpr int32_t kTickOfDocument = 1;
-constexpr int32_t kTickOfFontListUpdate = 3;
-constexpr int32_t kTickOfReopening = 10;
-constexpr int32_t kTickOfEnd = 25;
+constexpr int32_t kDocumentTick = 1;
+constexpr int32_t kFontListTick = 3;
+constexpr int32_t kReopenTick = 10;
+constexpr int32_t kEndTick = 25;
 
-// The text that the first step exchanges with the framework. Holds its size to that of the memory,
-// and the text to an end within it, whatever the framework writes.
+// The text that the first step exchanges with the framework.
 class FontBuffer {
  public:
   char* data() { return mText.get(); }
-  uint64_t* size() { return &mSize; }
+  uint64_t* sizeInOut() { return &mSize; }
   std::string text() const { return mText.get(); }
   bool empty() const { return mText[0] == '\0'; }
 
-  // Call this after the framework had the buffer.
-  void contain() {
+  // Clamps the size to the capacity and forces a terminator, after each call of the framework.
+  void clampAndTerminate() {
     if (mSize == 0 || mSize > kFontBufferSize) mSize = kFontBufferSize;
     mText[kFontBufferSize - 1] = '\0';
   }
@@ -47,8 +47,8 @@ uint32_t openExistingDocument(GlobalStateInterface* state, FontBuffer& fontBuffe
                               int32_t* activatedOnOpen) {
   const uint32_t result =
       CallTamberlink(&TBKLoader::pfHandleOpenExistingDocument, state->activationProjectPath.c_str(),
-                     fontBuffer.data(), fontBuffer.size(), activatedOnOpen);
-  fontBuffer.contain();
+                     fontBuffer.data(), fontBuffer.sizeInOut(), activatedOnOpen);
+  fontBuffer.clampAndTerminate();
   return result;
 }
 
@@ -56,8 +56,8 @@ void resolveFonts(GlobalStateInterface* state, TBKCallTracker* tracker, FontBuff
                   int32_t* activatedByChoice) {
   fontBuffer.assign(state->fontsToResolve);
   const uint32_t resolveResult =
-      CallTamberlink(&TBKLoader::pfInvokeResolveDialog, fontBuffer.data(), fontBuffer.size());
-  fontBuffer.contain();
+      CallTamberlink(&TBKLoader::pfInvokeResolveDialog, fontBuffer.data(), fontBuffer.sizeInOut());
+  fontBuffer.clampAndTerminate();
   tracker->invokeResolveDialogCalled = true;
   state->fontsToResolve.clear();
   const bool chosen =
@@ -136,16 +136,16 @@ A_Err reopenProject(GlobalStateInterface* state, TBKCallTracker* tracker) {
 
 A_Err runStepInFontActivationProcess(GlobalStateInterface* state, TBKCallTracker* tracker) {
   const int32_t tick = state->ticksSinceActivationStart;
-  if (tick == kTickOfDocument) {
+  if (tick == kDocumentTick) {
     traceStep(*state, "the framework activates the fonts");
     activateFontsOfDocument(state, tracker);
-  } else if (tick == kTickOfFontListUpdate) {
+  } else if (tick == kFontListTick) {
     traceStep(*state, "the host updates its font list");
     updateFontList(state, tracker);
-  } else if (tick == kTickOfReopening && state->ProjectIsReopening()) {
+  } else if (tick == kReopenTick && state->ProjectIsReopening()) {
     traceStep(*state, "the host reopens the project");
     return reopenProject(state, tracker);
-  } else if (tick >= kTickOfEnd) {
+  } else if (tick >= kEndTick) {
     traceStep(*state, "the end");
     state->SetProjectIsReopening(false);
     state->endFontActivationProcess();

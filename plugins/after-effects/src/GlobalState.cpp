@@ -56,6 +56,7 @@ void GlobalState::projectOpened() {
 
 bool GlobalState::isPluginEnabled() {
   static bool plugin_is_enabled = true;
+  // Nothing sets it: the framework must show nothing while the host begins a dialog.
   static bool should_display_plugin_disabled_popup = false;
   AskWhetherPluginIsEnabled(should_display_plugin_disabled_popup, &plugin_is_enabled);
   return plugin_is_enabled;

@@ -9,11 +9,11 @@
 #include "AE_GeneralPlug.h"
 #include "BackgroundForegroundSwitcherInterface.h"
 
-/// Holds the state that the hooks share. Paths are UTF-8. Operations that ask the host throw the
-/// `int` 516 if it lacks a suite. Main thread only.
+/// Holds the state that the hooks share. Paths are UTF-8. Operations that ask the host throw
+/// `MissingSuite`. Main thread only.
 ///
 /// Each tick updates the current path and dirty flag first. It copies them to the last path and
-/// dirty flag when it ends, so that the pairs differ within a tick only.
+/// dirty flag when it ends, so the pairs differ only within a tick.
 class GlobalStateInterface {
  public:
   /// The entry point's arguments. The suite isn't owned.
@@ -47,6 +47,8 @@ class GlobalStateInterface {
   /// Null until the first tick, unless set earlier.
   std::shared_ptr<AE_APISuiteHandlerManagerInterface> suiteHandlerManager;
   std::shared_ptr<AEProjectPathUtilsInterface> projectPathUtils;
+  /// For other users of this interface: the plug-in's own steps make a switcher where they need
+  /// one.
   std::shared_ptr<BackgroundForegroundSwitcherInterface> backgroundForegroundSwitcher;
 
   /// Write and read `projectIsReopening` and `suppressModalWindows`.
@@ -55,7 +57,8 @@ class GlobalStateInterface {
   virtual void setShouldSuppressModalWindows(bool suppress) = 0;
   virtual bool shouldSuppressModalWindows() = 0;
   /// Reads the project's path from the host. If there is one, starts an activation of its fonts:
-  /// the next tick is the first. Restarts a running one the same way; without a path it goes on.
+  /// the next tick is the first. Restarts a running one in the same way. Without a path, changes
+  /// nothing but `activationProjectPath`, which is then empty.
   virtual void startFontActivationProcess() = 0;
   /// Ends the activation and lets the modal override act again. Leaves `projectIsReopening` and the
   /// texts for the dialogs alone.
@@ -63,7 +66,7 @@ class GlobalStateInterface {
   /// Tells the modal override that the project opening under way is over.
   virtual void projectOpened() = 0;
   /// Asks the framework whether the plug-in is enabled. Returns its last answer if it gives none,
-  /// or true before the first.
+  /// or true if it never gave one.
   virtual bool isPluginEnabled() = 0;
   /// Asks the host for unsaved changes. Works before the first tick.
   virtual bool isProjectDirty() = 0;

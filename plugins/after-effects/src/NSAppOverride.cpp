@@ -4,7 +4,7 @@
 
 #include "DebugUtils.h"
 #include "GlobalState.h"
-#include "ModalWindow.h"
+#include "NSAppOverridePlatform.h"
 
 namespace modal_window {
 namespace {
@@ -18,7 +18,7 @@ constexpr const char* openProjectDialogTitles[] = {
     "Open Project",  "Ouvrir un projet", "Projekt öffnen",     "Abrir proyecto",
     "Apri progetto", "Abrir projeto",    "プロジェクトを開く", nullptr};
 
-// The same, but Japanese before Portuguese.
+// In the same languages, but Japanese before Portuguese.
 constexpr const char* resolveFontsDialogTitles[] = {
     "Resolve Fonts",    "Résoudre les polices", "Schriftarten auflösen", "Corregir fuentes",
     "Risoluzione font", "フォントを解決する",   "Solucionar fontes",     nullptr};
@@ -66,7 +66,7 @@ const char* overrideState() {
 
 }  // namespace
 
-void recordOrDismiss(Window* window) {
+void handleModalWindow(Window* window) {
   if (!TraceIsOn()) {
     decideOn(window);
     return;
@@ -98,8 +98,8 @@ void suppressWindowAndStartFontActivationProcess(Window* window, int32_t /*aeMaj
   lookingForMissingFontsDialogs = false;
   try {
     global_state.startFontActivationProcess();
-  } catch (int) {
-    // The host lacks a suite. No activation starts, and the modal session still has to begin.
+  } catch (MissingSuite) {
+    // No activation starts, and the modal session still has to begin.
   }
 }
 

@@ -3,8 +3,8 @@
 // Keeps the host's missing fonts dialog from the user, by an override of the application's
 // `beginModalSessionForWindow:`. Main thread only.
 
-/// Exchanges the implementation, so that each modal dialog passes through the override first. A
-/// second call does nothing. Never undone.
+/// Exchanges the implementation: from then on each modal dialog passes through the override first.
+/// A second call does nothing. Never undone.
 void SwizzleNSAppBeginModal();
 
 /// Traces whether the application still has the override, if that changed since the last call. Asks

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "ModalWindow.h"
+#include "NSAppOverridePlatform.h"
 #include "desktop/Application.h"
 #include "desktop/Exception.h"
 #include "desktop/Log.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-desktop::Application::BeginModalSession sBeginModalSession = nullptr;
+desktop::Application::BeginModalSession sNextBeginModalSession = nullptr;
 desktop::Window* sOpenProjectDialog = nullptr;  // weak
 
 desktop::Window* desktopWindow(modal_window::Window* window) {
@@ -19,8 +19,8 @@ desktop::Window* desktopWindow(modal_window::Window* window) {
 
 desktop::ModalSession beginModalOverride(desktop::Application& application,
                                          desktop::Window& window) {
-  modal_window::recordOrDismiss(reinterpret_cast<modal_window::Window*>(&window));
-  return sBeginModalSession(application, window);
+  modal_window::handleModalWindow(reinterpret_cast<modal_window::Window*>(&window));
+  return sNextBeginModalSession(application, window);
 }
 
 desktop::KeyEvent escapeKeyEventForWindow(desktop::Window* window) {
@@ -38,8 +38,8 @@ desktop::KeyEvent escapeKeyEventForWindow(desktop::Window* window) {
 
 void SwizzleNSAppBeginModal() {
   // A second time would make the override its own successor.
-  if (sBeginModalSession) return;
-  sBeginModalSession =
+  if (sNextBeginModalSession) return;
+  sNextBeginModalSession =
       desktop::Application::sharedApplication().exchangeBeginModalSession(beginModalOverride);
 }
 

@@ -1,15 +1,11 @@
 #import <AppKit/AppKit.h>
 #import <objc/runtime.h>
 
-#include <cstdlib>
-
 #include "CocoaException_Mac.h"
-#include "ModalWindow.h"
 #include "NSAppOverride.h"
+#include "NSAppOverridePlatform.h"
 
-// What the plug-in adds to the application.
 @interface NSApplication (Override)
-- (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;
 - (bool)isMissingFontsWindow:(NSWindow*)window inAEMajorVersion:(int32_t)version;
 - (void)suppressWindowAndStartFontActivationProcess:(NSWindow*)window
@@ -20,15 +16,13 @@
 
 namespace {
 
-// Its name differs between versions of AppKit.
+// `NSEventTypeKeyDown`, whose name differs between versions of AppKit.
 constexpr auto kKeyDown = static_cast<NSEventType>(10);
 
 using BeginModalSession = NSModalSession (*)(id self, SEL selector, NSWindow* window);
 
-// What the override goes on to: the platform's implementation, or another plug-in's override of it.
-BeginModalSession sBeginModalSession = nullptr;
-// The category's `beginModalOverride:`, which that of a copy loaded later hides.
-Method sOwnMethod = nullptr;
+// The implementation before ours: the platform's, or another plug-in's override.
+BeginModalSession sNextBeginModalSession = nullptr;
 
 id sOpenProjectDialog = nil;  // weak
 
@@ -40,29 +34,9 @@ modal_window::Window* portableWindow(id window) {
   return reinterpret_cast<modal_window::Window*>(window);
 }
 
-// The `beginModalOverride:` of another copy or version of the plug-in that the one here hides; null
-// without one. Earlier versions send that message to reach the platform's implementation.
-BeginModalSession hiddenOverride() {
-  const SEL name = @selector(beginModalOverride:);
-  IMP hidden = nullptr;
-  bool past = false;
-  unsigned int count = 0;
-  Method* const methods = class_copyMethodList([NSApplication class], &count);
-  for (unsigned int index = 0; methods && index < count && !hidden; ++index) {
-    if (past && sel_isEqual(method_getName(methods[index]), name)) {
-      hidden = method_getImplementation(methods[index]);
-    }
-    past = past || methods[index] == sOwnMethod;
-  }
-  std::free(methods);
-  return reinterpret_cast<BeginModalSession>(hidden);
-}
-
-// Functions, because a copy loaded later hides the category's methods.
-
 NSModalSession beginModalOverride(id self, SEL selector, NSWindow* window) {
-  modal_window::recordOrDismiss(portableWindow(window));
-  return sBeginModalSession(self, selector, window);
+  modal_window::handleModalWindow(portableWindow(window));
+  return sNextBeginModalSession(self, selector, window);
 }
 
 NSEvent* escapeKeyEvent(NSWindow* window) {
@@ -81,7 +55,7 @@ NSEvent* escapeKeyEvent(NSWindow* window) {
 }
 
 void sendEscapeKey(NSWindow* window) {
-  // Keep the window alive: its modal session still begins, even if Escape closes and releases it.
+  // Keep the window alive: its modal session still begins if Escape closes and releases it.
   [[window retain] autorelease];
   const id exception = RunCatchingCocoaException(
       [](void* context) {
@@ -97,20 +71,8 @@ void sendEscapeKey(NSWindow* window) {
 
 }  // namespace
 
+// These only forward: the system's callers know them by name.
 @implementation NSApplication (Override)
-
-+ (void)load {
-  // Sends no message: it would set the application class up before the host does.
-  sOwnMethod =
-      class_getInstanceMethod(objc_getClass("NSApplication"), @selector(beginModalOverride:));
-}
-
-// Begins the session without the override, as an exchange of the two methods would have it.
-- (NSModalSession)beginModalOverride:(NSWindow*)window {
-  BeginModalSession next = hiddenOverride();
-  if (!next) next = sBeginModalSession;
-  return next ? next(self, @selector(beginModalSessionForWindow:), window) : nullptr;
-}
 
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window {
   return modal_window::isThisTheOpenProjectDialog(portableWindow(window));
@@ -137,12 +99,15 @@ void sendEscapeKey(NSWindow* window) {
 
 void SwizzleNSAppBeginModal() {
   // A second time would make the override its own successor.
-  if (sBeginModalSession) return;
-  const Method begin =
-      class_getInstanceMethod([NSApplication class], @selector(beginModalSessionForWindow:));
+  if (sNextBeginModalSession) return;
+  const Class application = [NSApplication class];
+  const Method begin = class_getInstanceMethod(application, @selector(beginModalSessionForWindow:));
   if (!begin) return;
-  sBeginModalSession = reinterpret_cast<BeginModalSession>(
-      method_setImplementation(begin, reinterpret_cast<IMP>(beginModalOverride)));
+  const IMP next = method_setImplementation(begin, reinterpret_cast<IMP>(beginModalOverride));
+  sNextBeginModalSession = reinterpret_cast<BeginModalSession>(next);
+  // Leaves the method alone if another copy, an earlier version or a neighbour has added it. They
+  // send the message to reach the platform's implementation.
+  class_addMethod(application, @selector(beginModalOverride:), next, method_getTypeEncoding(begin));
 }
 
 namespace modal_window {

@@ -18,7 +18,7 @@ constexpr char kFrameworkName[] = "Tamberlink.framework";
 // `VerifyThatAllMembersAre` passes over the last two.
 constexpr int32_t kVerifiedExports = 24;
 
-// False for a directory, so also for a framework.
+// Returns false for a directory, which a framework normally is.
 bool FileExists(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);

@@ -94,6 +94,8 @@ std::string TraceText(const Number* value) {
 /// Calls the framework's operation, as in `CallTamberlink(&TBKLoader::pfShouldShowLogin, &show)`.
 /// Without the framework or the operation, returns `CoreErrorCodes::kNotImplemented` and leaves
 /// every out-parameter as it was.
+///
+/// Few callers read the result: an event is reported once, and nothing could make up for a failure.
 template <class... Parameters>
 uint32_t CallTamberlink(uint32_t (*TBKLoader::*member)(Parameters...),
                         std::type_identity_t<Parameters>... arguments) {
@@ -105,6 +107,6 @@ uint32_t CallTamberlink(uint32_t (*TBKLoader::*member)(Parameters...),
   return result;
 }
 
-/// Asks the framework whether the plug-in is enabled. Writes false if it lacks the operation, as
-/// one that can't be loaded does: nothing would take the place of the host's own dialog.
+/// Asks the framework whether the plug-in is enabled. Writes false if the operation is missing, as
+/// it is if loading failed. True would suppress the host's dialog with nothing to replace it.
 void AskWhetherPluginIsEnabled(bool showMessage, bool* enabled);

@@ -7,6 +7,7 @@
 #include "FreshCocoaFakes.h"
 #include "GScopedManagedMemory.h"
 #include "TemporaryFolder.h"
+#include "TraceLog.h"
 
 namespace {
 
@@ -33,9 +34,12 @@ TEST(GetConfiguredPath, FailsWhereThePlatformNamesNoLibrary) {
   home.Write("Library/Folder/file", "k=v");
   cocoaFakes.failing = {"NSSearchPathForDirectoriesInDomains"};
   const GScopedManagedMemory scope;
+  TraceLog traces;
   std::string value = "untouched";
   EXPECT_EQ(GetConfiguredPath("Folder", "file", "k", value), CoreErrorCodes::kUnknownError);
   EXPECT_EQ(value, "untouched");
+  // It doesn't look for the file at the root.
+  EXPECT_TRUE(traces.lines.empty());
   EXPECT_EQ(AutoreleasedObjects(), 0u);
 }
 

@@ -7,6 +7,7 @@
 
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
+#include "FontActivationProcess.h"
 #include "GlobalState.h"
 #include "TraceLog.h"
 #include "VirtualTime.h"

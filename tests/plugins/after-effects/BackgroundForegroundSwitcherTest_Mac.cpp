@@ -4,9 +4,9 @@
 #include <unistd.h>
 
 #include "AfterEachTest.h"
+#include "BackgroundForegroundSwitcherPlatform.h"
 #include "CocoaFakes.h"
 #include "FakeWorkspace.h"
-#include "FrontApplication.h"
 #include "GScopedManagedMemory.h"
 #include "TraceLog.h"
 

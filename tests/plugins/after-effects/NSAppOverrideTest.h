@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "AE_GeneralPlug.h"
-#include "ModalWindow.h"
+#include "NSAppOverridePlatform.h"
 #include "TemporaryFolder.h"
 
 inline constexpr char kPanelClass[] = "NSPanel";

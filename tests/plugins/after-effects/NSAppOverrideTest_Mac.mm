@@ -9,7 +9,7 @@
 #include "GlobalState.h"
 #include "WeakReferences.h"
 
-// The plug-in's category.
+// The methods that the plug-in adds.
 @interface NSApplication (Override)
 - (NSModalSession)beginModalOverride:(NSWindow*)window;
 - (bool)isThisTheOpenProjectDialog:(NSWindow*)window;

@@ -41,6 +41,8 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
                            const std::string& key, std::string& value) {
   std::string path;
   GetUsersAppDataDirectory(path);
+  // Without a library folder, the path would begin at the root.
+  if (path.empty()) return CoreErrorCodes::kUnknownError;
   path += "/" + folderName + "/" + fileName;
   std::ifstream stream(path, std::ios::binary);
   OutputIndentedAndFormattedString(0, "Launch-info file '%s': %s", path.c_str(),

@@ -24,7 +24,7 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
 /// `value` untouched, without such a line.
 bool ReadConfiguredValue(std::istream& stream, const std::string& key, std::string& value);
 
-// What each platform gives the two searches.
+// Platform functions of the two searches.
 
 /// Lists the executables of the running processes by their full paths, in the order of the search.
 /// Passes over processes that have none.

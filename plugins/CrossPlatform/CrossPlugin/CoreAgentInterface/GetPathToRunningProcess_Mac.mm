@@ -20,5 +20,8 @@ void GetUsersAppDataDirectory(std::string& directory) {
   const GScopedManagedMemory scope;
   NSArray* directories =
       NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSUserDomainMask, YES);
-  if (directories) directory = [[directories objectAtIndex:0] fileSystemRepresentation];
+  // `objectAtIndex:` would raise an exception inside the host.
+  if ([directories count] == 0) return;
+  const char* first = [[directories objectAtIndex:0] fileSystemRepresentation];
+  if (first) directory = first;
 }

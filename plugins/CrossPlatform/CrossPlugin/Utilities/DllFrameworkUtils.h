@@ -1,10 +1,10 @@
 #pragma once
 
 /// Opens the framework at the UTF-8 `path`, relative to the working directory if it isn't absolute.
-/// Returns its handle, or null where there is none. On macOS a framework that can't be loaded has a
-/// handle too, and no exports. The framework stays loaded until the process
-/// ends. Writes the version that it declares to `versionOut`, cut to `versionOutSize` bytes with
-/// the terminating NUL; leaves `versionOut` untouched if it declares none.
+/// Returns its handle, or null if there is none. On macOS, a framework that can't be loaded also
+/// has a handle, but no exports. The framework stays loaded until the process ends. Writes the
+/// version that it declares to `versionOut`, cut to `versionOutSize` bytes with the terminating
+/// NUL. Leaves `versionOut` untouched if it declares none.
 void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versionOutSize);
 
 /// Returns the address of the export `name` in `bundle`, a handle from `LoadDllOrFramework`; null

@@ -27,7 +27,7 @@ using PropertyList = std::unique_ptr<void, decltype(&plist_free)>;
 // Takes XML and binary lists. Null without a readable one.
 PropertyList ReadInfoDictionary(const fs::path& framework) {
   std::ifstream stream(framework / "Info.plist", std::ios::binary);
-  // The stream takes a read error, as of a directory, for the end.
+  // Reading a directory fails, which the stream takes for the end.
   std::ostringstream text;
   text << stream.rdbuf();
   const std::string bytes = text.str();
@@ -46,7 +46,7 @@ const __CFString* GetInfoValue(const PropertyList& dictionary, const char* key) 
 
 fs::path ExecutableName(const fs::path& framework, const PropertyList& dictionary) {
   const fs::path declared = GetStdString(GetInfoValue(dictionary, "CFBundleExecutable"));
-  // The file name alone, so that the module lies inside the framework.
+  // Only the file name, so that the module is inside the framework.
   if (declared.has_filename()) return declared.filename();
   // "/a/F.framework/" ends in an empty name.
   return (framework.has_filename() ? framework : framework.parent_path()).stem();

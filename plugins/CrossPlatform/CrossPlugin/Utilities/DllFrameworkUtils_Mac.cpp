@@ -9,7 +9,7 @@
 
 namespace {
 
-// Nobody releases the bundle, so that the framework stays loaded.
+// Nobody releases the bundle, so the framework stays loaded.
 CFBundleRef OpenBundle(const char* path) {
   const CFOwned<CFStringRef> text(CFStringCreateWithCString(nullptr, path, kCFStringEncodingUTF8));
   if (!text) return nullptr;

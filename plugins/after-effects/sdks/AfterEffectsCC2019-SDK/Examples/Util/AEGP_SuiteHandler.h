@@ -9,14 +9,17 @@
 #include "OldSuites.h"
 #include "SPBasic.h"
 
+/// The host's error for a missing suite, always 516.
+using MissingSuite = int;
+
 /// Caches the host's suites. An accessor acquires its suite at the first call; later calls are one
-/// test and one load. The destructor releases what was acquired, so that no suite outlives it.
+/// test and one load. The destructor releases what was acquired, so no suite outlives it.
 ///
-/// An accessor throws the `int` 516 if the host refuses the suite, and tries again at the next
+/// An accessor throws `MissingSuite` if the host refuses the suite, and tries again at the next
 /// call. For one thread.
 class AEGP_SuiteHandler {
  public:
-  /// Doesn't own `basic`. Throws the `int` 516 for null.
+  /// Doesn't own `basic`. Throws `MissingSuite` for null.
   explicit AEGP_SuiteHandler(const SPBasicSuite* basic);
   ~AEGP_SuiteHandler();
   AEGP_SuiteHandler(const AEGP_SuiteHandler&) = delete;
@@ -50,14 +53,14 @@ class AEGP_SuiteHandler {
     return Suite<AEGP_PersistentDataSuite4, AEGP_SuiteIndex("AEGP Persistent Data Suite", 4)>();
   }
 
-  /// Acquires a suite without the cache. Throws the `int` 516 if the host refuses it.
+  /// Acquires a suite without the cache. Throws `MissingSuite` if the host refuses it.
   void* LoadSuite(const char* name, int version) const;
   /// Releases one acquisition.
   void ReleaseSuite(const char* name, int version);
   /// Releases every cached suite, in the order of the list. Only for the destructor, since the
   /// cache keeps its pointers.
   void ReleaseAllSuites();
-  /// Throws the `int` 516.
+  /// Throws `MissingSuite`.
   [[noreturn]] void MissingSuiteError() const;
 
  private:

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-// Between the modal override's portable part, which decides, and the platforms' halves, which work
-// on windows. Texts are UTF-8. Main thread only.
+// The modal override has a portable part, which decides, and a half for each platform, which works
+// on windows. Each calls the other through this header. Texts are UTF-8. Main thread only.
 
 namespace modal_window {
 
@@ -16,7 +16,7 @@ inline constexpr char kEscapeCharacters[] = "\x1B";
 /// Begins the log line about an exception that the Escape key raised.
 inline constexpr char kEscapeFailed[] = "Exception when sendEscapeKeyToWindow:  exception=";
 
-// The platforms' halves.
+// Platform functions of the override.
 
 /// Tests whether the window is of that class or of one derived from it; false if there is no class
 /// of that name.
@@ -35,7 +35,7 @@ void sendEscapeKeyToWindow(Window* window);
 /// Records the open project dialog of the project opening under way, or null for none. Doesn't own
 /// the window.
 void setOpenProjectDialog(Window* window);
-/// Returns the recorded dialog, or null once its window is gone, also if another window has its
+/// Returns the recorded dialog, or null once its window is gone, even if another window has its
 /// address by then.
 Window* openProjectDialog();
 /// Tests whether the application would begin the next modal session with our override.
@@ -45,14 +45,14 @@ bool isOverrideInPlace();
 
 /// Records an open project dialog and dismisses a missing fonts dialog after one. For each modal
 /// window, before the platform begins its session.
-void recordOrDismiss(Window* window);
+void handleModalWindow(Window* window);
 /// Tests for the title of the host's open project dialog, in any of its languages.
 bool isThisTheOpenProjectDialog(Window* window);
 /// Tests for the title of the missing fonts dialog of that version of the host. Before 114 the
 /// title is just "After Effects", and the recorded open project dialog has to be hidden or gone.
 bool isMissingFontsWindow(Window* window, int32_t aeMajorVersion);
 /// Dismisses the dialog with the Escape key, looks for no other one and starts the font activation
-/// process. No activation starts if the host lacks a suite.
+/// process. Without a suite that the start needs, no activation starts.
 void suppressWindowAndStartFontActivationProcess(Window* window, int32_t aeMajorVersion);
 
 }  // namespace modal_window

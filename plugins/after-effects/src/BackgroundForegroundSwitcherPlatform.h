@@ -1,7 +1,6 @@
 #pragma once
 
-// What each platform gives `BackgroundForegroundSwitcher`. Process ids are positive. Main thread
-// only.
+// Platform functions of `BackgroundForegroundSwitcher`. Process ids are positive. Main thread only.
 
 inline constexpr int kNoFrontApplication = -1;
 inline constexpr int kNoSuchApplication = -600;
