@@ -98,6 +98,16 @@ const std::vector<Misbehaviour> kMisbehaviours{
       "    while the main thread was in the idle hook, tick 1\n    ",
       "libtest-plugin.so(+0x"},
      {}},
+    {"call from two threads",
+     {"wrong-thread: AcquireSuite of the basic suite: called from another thread\n",
+      "2000 times, first at tick 1\n", "\n     1  user       quits the host\n"},
+     {}},
+    {"write past a handle",
+     {"overrun: AEGP_FreeMemHandle: the plug-in has written past the end of the handle"},
+     {}},
+    {"write past a block",
+     {"overrun: FreeBlock: the plug-in has written past the end of the block"},
+     {}},
     {"register late", {"late-hook: AEGP_RegisterIdleHook: the entry point has returned"}, {}},
     {"insert an unknown command", {"unknown-command: AEGP_InsertMenuCommand: "}, {}},
     {"insert into no menu", {"unknown-menu: AEGP_InsertMenuCommand: there is no menu 0"}, {}},
@@ -197,6 +207,24 @@ TEST(Host, LetsTheSessionOrTheUserAcceptAFinding) {
   EXPECT_EQ(warned.code, 0);
   EXPECT_THAT(warned.output, HasSubstr("\nwarnings:\n  enabled-outside-hook: "));
   EXPECT_EQ(Play(Behaviour("enable outside a hook"), "--strict").code, 1);
+}
+
+TEST(Host, WarnsOfWhatIsOddAndNoMistakeYet) {
+  setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
+  const Played late = Play(Behaviour("report at exit"));
+  EXPECT_THAT(late.output, HasSubstr("called-too-late: AEGP_ReportInfo: the host has shut down"));
+  EXPECT_THAT(Play(Behaviour("hold a stream")).output,
+              HasSubstr("thread-left: a thread that the plug-in has started still runs"));
+  EXPECT_THAT(Play("environment: {REGISTERS_TWICE: yes}\nsteps: [tick]").output,
+              HasSubstr("registered-twice: AEGP_RegisterIdleHook: the hook is registered already"));
+  // Gives back only what it holds.
+  EXPECT_THAT(Play(Behaviour("hold a suite to the end")).output, Not(HasSubstr("warnings:")));
+}
+
+TEST(Host, TellsNothingOfTheCrashOfAChild) {
+  const Played played = Play(Behaviour("crash in a child"));
+  EXPECT_THAT(played.output, AllOf(HasSubstr("exception: an exception leaves the plug-in's"),
+                                   Not(HasSubstr("libc.so")), Not(HasSubstr("crash:"))));
 }
 
 TEST(Host, LetsAPluginKeepSuitesUntilItsModuleIsFinalised) {
@@ -360,6 +388,17 @@ TEST(Host, SaysWhatThePluginHoldsMoreOf) {
   if (mallinfo2().uordblks > 0) {
     EXPECT_THAT(played.output, HasSubstr("bytes of memory: "));
   }
+}
+
+TEST(Host, CountsLargeMemoryAsThePluginsAndNotWhatItKeepsItself) {
+  const std::string steps = "[start: , expect: {growth: none}, tick, expect: {growth: none}]";
+  // A sanitizer has a heap of its own.
+  if (mallinfo2().uordblks > 0) {
+    EXPECT_THAT(Play(Behaviour("hold a megabyte more", steps)).output,
+                HasSubstr("bytes of memory: "));
+  }
+  const Played played = Play(Behaviour("free a megabyte and close projects", steps));
+  EXPECT_EQ(played.code, 0) << played.output;
 }
 
 TEST(Host, PlaysEachVariantAndIsQuietAboutThoseThatAreAsExpected) {

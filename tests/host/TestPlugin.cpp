@@ -347,6 +347,50 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        const auto function = reinterpret_cast<void (*)()>(suite->AEGP_CauseIdleRoutinesToBeCalled);
        reinterpret_cast<A_Err (*)()>(function)();
      }},
+    {"write past a handle",
+     [] {
+       const AEGP_MemHandle handle = PathHandle();
+       reinterpret_cast<volatile char*>(*handle)[2] = 'x';
+       Memory()->AEGP_FreeMemHandle(handle);
+     }},
+    {"write past a block",
+     [] {
+       void* const block = Allocate();
+       static_cast<volatile char*>(block)[8] = 'x';
+       basic->FreeBlock(block);
+     }},
+    {"hold a megabyte more",
+     [] {
+       static std::vector<std::vector<char>> held;
+       held.emplace_back(1'000'000);
+     }},
+    {"free a megabyte and close projects",
+     [] {
+       for (int i = 0; i < 300; ++i) {
+         void* block = nullptr;
+         basic->AllocateBlock(10'000, &block);
+         basic->FreeBlock(block);
+         CloseProject();
+       }
+     }},
+    {"call from two threads",
+     [] {
+       const auto callOften = [] {
+         for (int i = 0; i < 1000; ++i) Acquire();
+       };
+       std::thread other(callOften);
+       std::thread another(callOften);
+       other.join();
+       another.join();
+     }},
+    {"crash in a child",
+     [] {
+       if (const pid_t child = fork(); child > 0) {
+         waitpid(child, nullptr, 0);
+         throw std::runtime_error("boom");
+       }
+       std::abort();
+     }},
     {"leak a block", [] { Allocate(); }},
     {"free a block that has moved",
      [] {
@@ -542,6 +586,7 @@ extern "C" [[gnu::visibility("default")]] A_Err EntryPointFunc(SPBasicSuite* bas
   pluginId = id;
   const Register suite;
   suite->AEGP_RegisterIdleHook(id, Idle, nullptr);
+  if (std::getenv("REGISTERS_TWICE")) suite->AEGP_RegisterIdleHook(id, Idle, nullptr);
   suite->AEGP_RegisterUpdateMenuHook(id, UpdateMenu, nullptr);
   suite->AEGP_RegisterCommandHook(id, AEGP_HP_BeforeAE, AEGP_Command_ALL, Command, nullptr);
   suite->AEGP_RegisterDeathHook(id, Death, nullptr);

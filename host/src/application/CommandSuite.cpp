@@ -37,6 +37,9 @@ A_Err InsertMenuCommand(AEGP_Command command, const A_char* name, AEGP_MenuID me
   if (menu < 1) {
     return call.misused(Finding::unknownMenu, fmt::format("there is no menu {}", int{menu}));
   }
+  if (TheHost().menus.has(command)) {
+    call.misused(Finding::registeredTwice, "a menu item has the command already");
+  }
   const bool inserted = TheHost().menus.insert(command, name, menu, place);
   TheHost().timeline.add(Actor::plugIn,
                          fmt::format("inserts \"{}\" into {}, {}{}", name, NameOfMenu(menu),

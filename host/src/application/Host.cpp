@@ -47,6 +47,11 @@ std::string DescribeException() {
   }
 }
 
+size_t CountThreads() {
+  const std::filesystem::directory_iterator tasks("/proc/self/task");
+  return static_cast<size_t>(std::distance(begin(tasks), end(tasks)));
+}
+
 std::string Quoted(const std::string& text) {
   return "\"" + text + "\"";
 }
@@ -95,30 +100,36 @@ void Host::finish() {
   if (undoGroups > 0) {
     report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
+  if (CountThreads() > mThreads) {
+    report(Finding::threadLeft, "a thread that the plug-in has started still runs");
+  }
   reportLeaks();
   timeline.tell(EventKind::finished);
 }
 
 void Host::reportLeaks() {
-  static constexpr char kWhere[] = "at the end of the process";
-  const bool isClean = suites.held() == 0 && memory.count() == 0 && blocks.count() == 0;
-  for (const auto& [suite, origin] : suites.leaks()) {
-    tell(Finding::suiteLeaked, fmt::format("{} is left, from {}", suite, origin.text()),
-         {origin.function, suite, {}}, kWhere);
+  bool isClean = true;
+  const auto report = [&](Finding finding, const std::string& what, const Origin& origin) {
+    isClean = false;
+    tell(finding, fmt::format("{} is left, from {}", what, origin.text()),
+         {origin.function, what, {}}, "at the end of the process");
+  };
+  for (const auto& [suite, origin] : ledger.held(Holding::suite)) {
+    report(Finding::suiteLeaked, NameOfTable(suite), origin);
   }
-  for (const auto& [handle, origin] : memory.leaks()) {
-    tell(Finding::handleLeaked, fmt::format("{} is left, from {}", handle, origin.text()),
-         {origin.function, handle, {}}, kWhere);
+  for (const auto& [thing, origin] : ledger.held(Holding::memoryHandle)) {
+    const auto handle = static_cast<AEGP_MemHandle>(const_cast<void*>(thing));
+    report(Finding::handleLeaked,
+           memory.isLocked(handle) ? "a locked memory handle" : "a memory handle", origin);
   }
-  for (const Origin& origin : blocks.leaks()) {
-    tell(Finding::blockLeaked, "a block is left, from " + origin.text(), {origin.function, {}, {}},
-         kWhere);
+  for (const auto& [block, origin] : ledger.held(Holding::block)) {
+    report(Finding::blockLeaked, "a block", origin);
   }
   if (!isClean) return;
   timeline.add(Actor::host,
                fmt::format("is gone; all {} suites acquired were released, no handle and no lock "
                            "is left",
-                           suites.acquisitions()));
+                           ledger.given(Holding::suite)));
 }
 
 void Host::prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
@@ -130,6 +141,7 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
   mFlight->time = timeline.time = VirtualNow();
   mMainThread = pthread_self();
   mFolder = std::filesystem::current_path();
+  mThreads = CountThreads();
   preferences.reset(settings.preferences);
   timeline.begin(mWire, flight);
   fileDates.watch(mFolder);
@@ -302,13 +314,19 @@ bool Host::runCommand(AEGP_Command command) {
   return wasHandled;
 }
 
+void Host::setProject(std::unique_ptr<Project> project) {
+  mProject = std::move(project);
+  mProject->handle = &mProjectSlots[mNextSlot];
+  mNextSlot = (mNextSlot + 1) % mProjectSlots.size();
+  ledger.give(Holding::project, mProject->handle, {"", mHook, timeline.tick});
+}
+
 void Host::replaceProject(std::unique_ptr<Project> project) {
   const ProjectChange change{mProject->path, project->path, *mHook != '\0'};
   if (change.byPlugin && mProject->dirty) reportLostWork(change);
   if (change.byPlugin) mPluginHasClosed = change.opened.empty();
-  std::unique_ptr<_AEGP_Project*> closed = mProject->takeHandle();
-  mClosedProjects.emplace(closed.get(), std::move(closed));
-  mProject = std::move(project);
+  ledger.takeBack(Holding::project, mProject->handle);
+  setProject(std::move(project));
   for (const auto& listener : mProjectListeners) listener(change);
 }
 
@@ -482,6 +500,7 @@ void Host::endSteps() const {
 void Host::beginDestructors() {
   timeline.drain();
   timeline.endAll();
+  mIsGone = true;
   enterPlugin("static destructor");
   mFlight->watchdogStart = MonotonicNow();
   timeline.tell(EventKind::destroying);
@@ -578,8 +597,8 @@ void Host::failToLoad(const std::string& why) const {
   throw SessionEnded{};
 }
 
-void Host::noteOnce(const std::string& text) {
-  if (mNotes.insert(text).second) timeline.add(Actor::host, text);
+void Host::noteOnce(Actor actor, const std::string& text) {
+  if (mNotes.insert(text).second) timeline.add(actor, text);
 }
 
 }  // namespace host

@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -19,7 +20,8 @@
 #include "Faults.h"
 #include "FileDates.h"
 #include "Findings.h"
-#include "MemoryHandles.h"
+#include "Ledger.h"
+#include "Memory.h"
 #include "Menus.h"
 #include "Preferences.h"
 #include "Suites.h"
@@ -72,12 +74,7 @@ struct Project {
   std::vector<std::string> fonts;
   std::vector<std::string> missingFonts;  ///< decided when the project opened
 
-  AEGP_ProjectH handle() const { return mOpaque.get(); }
-  /// Gives away what the handle points to, so that its address isn't used again.
-  std::unique_ptr<_AEGP_Project*> takeHandle() { return std::move(mOpaque); }
-
- private:
-  std::unique_ptr<_AEGP_Project*> mOpaque = std::make_unique<_AEGP_Project*>();
+  AEGP_ProjectH handle = nullptr;  ///< by which plug-ins name it
 };
 
 /// A project takes the place of another, or gets another path.
@@ -118,7 +115,7 @@ std::optional<std::string> ToUTF8(const A_UTF16Char* text);
 /// module may call it until the process ends.
 class Host {
  public:
-  Host() = default;
+  Host() { setProject(std::make_unique<Project>()); }
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
@@ -198,15 +195,13 @@ class Host {
   /// Says for a finding where the session is: the hook, the tick, the host call and the step.
   std::string where() const;
   /// Adds the line to the timeline, once.
-  void noteOnce(const std::string& text);
-  /// Returns the place of a call that gives the plug-in something. `function` is static text.
-  Origin origin(const char* function) const { return {function, mHook, timeline.tick}; }
+  void noteOnce(Actor actor, const std::string& text);
+  /// Returns the call of the plug-in's that is under way, which gives it something.
+  Origin origin() const { return {timeline.call->function.data(), mHook, timeline.tick}; }
 
   const Project& project() const { return *mProject; }
   /// Has plug-ins get another path of the project.
   void reportPath(std::u16string path) { mProject->reportedPath = std::move(path); }
-  /// Returns whether the handle is that of a project that was closed.
-  bool wasProject(AEGP_ProjectH project) const { return mClosedProjects.contains(project); }
   std::string frontApplication() const;
   /// For a function that calls hooks: returns whether it mustn't, because too many are under way,
   /// each within the one before. That is a misuse, once.
@@ -219,6 +214,8 @@ class Host {
   const HostSettings& settings() const { return mSettings; }
   FlightRecord& flight() { return *mFlight; }
   bool isMainThread() const { return pthread_equal(pthread_self(), mMainThread) != 0; }
+  /// Whether the session is over, and the plug-in's static objects are being destroyed.
+  bool isGone() const { return mIsGone; }
   /// Whether the entry point is running.
   bool isStarting() const { return mStarting; }
   /// Whether the update-menu hooks are running.
@@ -226,9 +223,8 @@ class Host {
 
   Timeline timeline;
   Faults faults;
-  MemoryHandles memory;
-  SuiteLedger suites;
-  Blocks blocks;
+  Ledger ledger;
+  Memory memory;
   Menus menus;
   Hooks hooks;
   Preferences preferences;
@@ -248,6 +244,8 @@ class Host {
   void callPlugin(const char* hook, const std::function<A_Err()>& call);
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
+  /// Gives the project its handle.
+  void setProject(std::unique_ptr<Project> project);
   void replaceProject(std::unique_ptr<Project> project);
   void reportError(const char* hook, A_Err result);
   void reportLostWork(const ProjectChange& change);
@@ -267,10 +265,15 @@ class Host {
   bool mNestsTooDeep = false;  ///< the plug-in, since the outermost of them began
   std::filesystem::path mFolder;
   bool mEnding = false;  ///< an exception has left the plug-in
+  bool mIsGone = false;
   bool mStarting = false;
+  size_t mThreads = 1;  ///< of this process before the plug-in was loaded
   bool mUpdatingMenus = false;
-  std::unique_ptr<Project> mProject = std::make_unique<Project>();
-  std::map<AEGP_ProjectH, std::unique_ptr<_AEGP_Project*>> mClosedProjects;
+  std::unique_ptr<Project> mProject;
+  /// What the handles of projects point to. None is used again soon, so that one of a closed
+  /// project is known.
+  std::array<_AEGP_Project*, 512> mProjectSlots{};
+  size_t mNextSlot = 0;
   std::set<std::string> mKnownFonts;
   std::set<std::string> mNotes;
   int64_t mFailures = 0;

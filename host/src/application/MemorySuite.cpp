@@ -5,8 +5,9 @@ namespace {
 
 A_Err NewMemHandle(AEGP_PluginID, const A_char*, AEGP_MemSize size, AEGP_MemFlag,
                    AEGP_MemHandle* handle) {
-  const AEGP_MemHandle made = TheHost().memory.make(size, TheHost().origin("AEGP_NewMemHandle"));
+  const AEGP_MemHandle made = TheHost().memory.makeHandle(size);
   if (!made) return A_Err_GENERIC;
+  TheHost().ledger.give(Holding::memoryHandle, made, TheHost().origin());
   *handle = made;
   return A_Err_NONE;
 }
@@ -15,7 +16,8 @@ A_Err FreeMemHandle(AEGP_MemHandle handle) {
   if (TheHost().memory.isLocked(handle)) {
     SuiteCall::current().misused(Finding::lockedHandleFreed, "the handle is locked");
   }
-  TheHost().memory.free(handle);
+  TheHost().ledger.takeBack(Holding::memoryHandle, handle);
+  TheHost().memory.freeHandle(handle);
   return SuiteCall::current().error();
 }
 
@@ -25,7 +27,8 @@ A_Err LockMemHandle(AEGP_MemHandle handle, void** start) {
 }
 
 void NoteFailedLock(AEGP_MemHandle handle, void**) {
-  if (TheHost().memory.holds(handle)) TheHost().memory.noteFailedLock(handle);
+  if (!TheHost().ledger.holds(Holding::memoryHandle, handle)) return;
+  TheHost().memory.noteFailedLock(handle);
 }
 
 A_Err UnlockMemHandle(AEGP_MemHandle handle) {
@@ -47,7 +50,7 @@ A_Err ResizeMemHandle(const A_char*, AEGP_MemSize size, AEGP_MemHandle handle) {
 }
 
 A_Err GetMemStats(AEGP_PluginID, A_long* count, A_long* size) {
-  *count = static_cast<A_long>(TheHost().memory.count());
+  *count = static_cast<A_long>(TheHost().memory.handleCount());
   *size = static_cast<A_long>(TheHost().memory.totalSize());
   return A_Err_NONE;
 }

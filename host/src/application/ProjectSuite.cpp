@@ -21,7 +21,7 @@ A_Err GetProjectByIndex(A_long index, AEGP_ProjectH* project) {
     return SuiteCall::current().misused(Finding::badArgument,
                                         fmt::format("there is no project {}", index));
   }
-  *project = TheHost().project().handle();
+  *project = TheHost().project().handle;
   return A_Err_NONE;
 }
 
@@ -36,9 +36,11 @@ A_Err GetProjectName(AEGP_ProjectH, A_char* name) {
 }
 
 A_Err GetProjectPath(AEGP_ProjectH, AEGP_MemHandle* path) {
-  *path = TheHost().memory.make(TheHost().project().reportedPath,
-                                TheHost().origin("AEGP_GetProjectPath"));
-  return *path ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
+  const AEGP_MemHandle made = TheHost().memory.makeHandle(TheHost().project().reportedPath);
+  if (!made) return A_Err_GENERIC;
+  TheHost().ledger.give(Holding::memoryHandle, made, TheHost().origin());
+  *path = made;
+  return A_Err_NONE;
 }
 
 A_Err ProjectIsDirty(AEGP_ProjectH, A_Boolean* dirty) {
@@ -49,7 +51,7 @@ A_Err ProjectIsDirty(AEGP_ProjectH, A_Boolean* dirty) {
 A_Err NewProject(AEGP_ProjectH* project) {
   TheHost().timeline.add(Actor::plugIn, "closes the project for a new one");
   TheHost().newProject();
-  *project = TheHost().project().handle();
+  *project = TheHost().project().handle;
   return A_Err_NONE;
 }
 
@@ -62,7 +64,7 @@ A_Err OpenProjectFromPath(const A_UTF16Char* path, AEGP_ProjectH* project) {
   }
   TheHost().timeline.add(Actor::plugIn, fmt::format("asks for the project {}", *opened));
   if (const A_Err result = TheHost().openProject(*opened)) return result;
-  *project = TheHost().project().handle();
+  *project = TheHost().project().handle;
   return A_Err_NONE;
 }
 

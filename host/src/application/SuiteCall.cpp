@@ -64,9 +64,14 @@ void SuiteCall::appendValue(const RunningCall::Value& value) {
 }
 
 void SuiteCall::checkSuite(SuiteId suite) {
-  if (TheHost().suites.isAcquired(suite)) return;
+  if (suite == SuiteId::basic || TheHost().ledger.holds(Holding::suite, TableOf(suite))) return;
   misused(Finding::releasedSuite, "its suite isn't acquired");
   mError = PF_Err_BAD_CALLBACK_PARAM;
+}
+
+void SuiteCall::checkIsInTime() {
+  if (!TheHost().isGone()) return;
+  misused(Finding::calledTooLate, "the host has shut down");
 }
 
 void SuiteCall::needs(const void* argument, const char* name) {
@@ -80,8 +85,8 @@ void SuiteCall::needsPluginId(AEGP_PluginID id) {
 
 void SuiteCall::needsProject(AEGP_ProjectH project, const char* name) {
   if (!project) return needs(project, name);
-  if (project == TheHost().project().handle()) return;
-  if (TheHost().wasProject(project)) {
+  if (project == TheHost().project().handle) return;
+  if (TheHost().ledger.takenBack(Holding::project, project)) {
     misused(Finding::staleProject, "the project was closed");
   } else {
     misused(Finding::unknownHandle, "there is no such project");
@@ -90,8 +95,11 @@ void SuiteCall::needsProject(AEGP_ProjectH project, const char* name) {
 
 void SuiteCall::needsMemory(AEGP_MemHandle handle, const char* name) {
   if (!handle) return needs(handle, name);
-  if (TheHost().memory.holds(handle)) return;
-  const Origin* const freed = TheHost().memory.freed(handle);
+  if (TheHost().ledger.holds(Holding::memoryHandle, handle)) {
+    if (!TheHost().memory.isIntact(handle)) reportOverrun("the handle");
+    return;
+  }
+  const Origin* const freed = TheHost().ledger.takenBack(Holding::memoryHandle, handle);
   misused(Finding::unknownHandle, freed ? "the handle was freed before; it is from " + freed->text()
                                         : "there is no such handle");
 }
@@ -114,10 +122,19 @@ void SuiteCall::needsMenuItem(AEGP_Command command) {
 
 void SuiteCall::needsBlock(void* block, const char* name) {
   if (!block) return needs(block, name);
-  if (TheHost().blocks.holds(block)) return;
-  const Origin* const freed = TheHost().blocks.freed(block);
+  if (TheHost().ledger.holds(Holding::block, block)) {
+    if (!TheHost().memory.isIntact(block)) reportOverrun("the block");
+    return;
+  }
+  const Origin* const freed = TheHost().ledger.takenBack(Holding::block, block);
   misused(Finding::unknownBlock, freed ? "the block was freed before; it is from " + freed->text()
                                        : "there is no such block");
+}
+
+// The call goes on: what it gives back would be left otherwise.
+void SuiteCall::reportOverrun(const char* what) {
+  misused(Finding::overrun, fmt::format("the plug-in has written past the end of {}", what));
+  mError = A_Err_NONE;
 }
 
 A_Err SuiteCall::misused(Finding finding, std::string_view what, std::string detail) {

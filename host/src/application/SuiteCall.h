@@ -33,6 +33,9 @@ class SuiteCall {
   // Each check of an argument reports a wrong one, which then is the call's error. `name` is the
   // argument's name.
 
+  /// For a function that doesn't give something back: the host is gone once the plug-in's static
+  /// objects are being destroyed.
+  void checkIsInTime();
   void needs(const void* argument, const char* name);
   void needsPluginId(AEGP_PluginID id);
   void needsProject(AEGP_ProjectH project, const char* name);
@@ -68,6 +71,7 @@ class SuiteCall {
     }
   }
 
+  void reportOverrun(const char* what);
   void begin();
   void checkSuite(SuiteId suite);
   void append(std::string_view text);

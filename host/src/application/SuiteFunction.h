@@ -1,5 +1,7 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
@@ -94,6 +96,7 @@ class SuiteFunction<suite, function, Body<work, order, onFailure>, names...> {
         return static_cast<Result>(canFail ? error : 0);
       }
       SuiteCall call(suite, function.text, arguments...);
+      if (order == Order::faultFirst) call.checkIsInTime();
       Result result = run(call, arguments...);
       call.answer(canFail ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});
       if constexpr (canFail) {
@@ -139,7 +142,8 @@ struct NotSupplied {
     host.report(Finding::notSupplied,
                 std::string(function.text) + " was called, which this host doesn't supply",
                 {function.text, {}, function.text});
-    host.noteOnce(std::string(function.text) + " is not supplied by this host");
+    host.noteOnce(Actor::plugIn,
+                  fmt::format("calls {}, which this host doesn't supply", function.text));
     call.answer(PF_Err_BAD_CALLBACK_PARAM);
     return PF_Err_BAD_CALLBACK_PARAM;
   }

@@ -1,13 +1,9 @@
 #include "Suites.h"
 
-#include <dlfcn.h>
 #include <fmt/format.h>
-#include <malloc.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <numeric>
 
 #include "SuiteFunction.h"
 
@@ -45,16 +41,33 @@ std::string NameOf(std::string_view suite, int32 version) {
   return fmt::format("{} {}", suite, version);
 }
 
+// Says what the plug-in asks for that isn't there.
+void NoteMissing(std::string_view name, int32 version) {
+  std::string versions;
+  for (const Suite& suite : kSuites) {
+    if (suite.name != name) continue;
+    versions +=
+        fmt::format("{} {}", versions.empty() ? ": this host has version" : " and", suite.version);
+  }
+  TheHost().noteOnce(Actor::plugIn,
+                     fmt::format("asks for {}{}", NameOf(name, version),
+                                 versions.empty() ? ", which this host doesn't supply" : versions));
+}
+
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   if (TheHost().faults.refuses(name, version)) {
     TheHost().countFailure("AcquireSuite");
-    TheHost().noteOnce("refuses " + NameOf(name, version));
+    TheHost().noteOnce(Actor::host, "refuses " + NameOf(name, version));
     return PF_Err_BAD_CALLBACK_PARAM;
   }
-  *suite = TheHost().suites.acquire(name, version, TheHost().origin("AcquireSuite"));
-  if (*suite) return A_Err_NONE;
-  TheHost().noteOnce(NameOf(name, version) + " is not supplied by this host");
-  return PF_Err_BAD_CALLBACK_PARAM;
+  const size_t index = IndexOf(name, version);
+  if (index == kSuites.size()) {
+    NoteMissing(name, version);
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
+  *suite = kSuites[index].table;
+  TheHost().ledger.give(Holding::suite, *suite, TheHost().origin());
+  return A_Err_NONE;
 }
 
 void NoteNotAcquired(const char* name, int32 version, const void** suite) {
@@ -66,8 +79,11 @@ void NoteNotAcquired(const char* name, int32 version, const void** suite) {
 }
 
 SPErr ReleaseSuite(const char* name, int32 version) {
-  if (TheHost().suites.release(name, version)) return A_Err_NONE;
-  const Origin* const released = TheHost().suites.released(name, version);
+  const size_t index = IndexOf(name, version);
+  const void* const table = index < kSuites.size() ? kSuites[index].table : nullptr;
+  if (TheHost().ledger.takeBack(Holding::suite, table)) return A_Err_NONE;
+  const Origin* const released =
+      table ? TheHost().ledger.takenBack(Holding::suite, table) : nullptr;
   return SuiteCall::current().misused(
       Finding::suiteReleasedTooOften,
       fmt::format(
@@ -80,18 +96,23 @@ SPBoolean IsEqual(const char* token1, const char* token2) {
 }
 
 SPErr AllocateBlock(size_t size, void** block) {
-  *block = TheHost().blocks.allocate(size, TheHost().origin("AllocateBlock"));
-  return *block ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
+  *block = TheHost().memory.makeBlock(size);
+  if (!*block) return A_Err_GENERIC;
+  TheHost().ledger.give(Holding::block, *block, TheHost().origin());
+  return A_Err_NONE;
 }
 
 SPErr FreeBlock(void* block) {
-  TheHost().blocks.free(block);
+  TheHost().ledger.takeBack(Holding::block, block);
+  TheHost().memory.freeBlock(block);
   return A_Err_NONE;
 }
 
 SPErr ReallocateBlock(void* block, size_t newSize, void** newBlock) {
-  void* const moved = TheHost().blocks.reallocate(block, newSize);
+  void* const moved = TheHost().memory.reallocate(block, newSize);
   if (!moved) return A_Err_GENERIC;
+  TheHost().ledger.takeBack(Holding::block, block);
+  TheHost().ledger.give(Holding::block, moved, TheHost().origin());
   *newBlock = moved;
   return A_Err_NONE;
 }
@@ -109,16 +130,6 @@ SPBasicSuite basicSuite{
     SUPPLIED(basic, ReallocateBlock, Body<ReallocateBlock>, "block", "newSize", "newBlock"),
     NOT_SUPPLIED(basic, Undefined),
 };
-
-constexpr size_t kMostFreedBlocks = 256;
-
-// The sanitizer is the plug-in's, so its function is known only at run time.
-void Poison(void* block) {
-  using Function = void (*)(const volatile void*, size_t);
-  static const auto poison =
-      reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, "__asan_poison_memory_region"));
-  if (poison) poison(block, malloc_usable_size(block));
-}
 
 }  // namespace
 
@@ -140,85 +151,14 @@ bool HasSuite(std::string_view nameAndVersion) {
   });
 }
 
-const void* SuiteLedger::acquire(std::string_view name, int32 version, const Origin& origin) {
-  static_assert(kSuiteCount == kSuites.size());
-  const size_t index = IndexOf(name, version);
-  if (index == kSuiteCount) return nullptr;
-  mHeld[index].push_back(origin);
-  ++mAcquisitions;
-  return kSuites[index].table;
+const void* TableOf(SuiteId suite) {
+  return kSuites[static_cast<size_t>(suite)].table;
 }
 
-bool SuiteLedger::release(std::string_view name, int32 version) {
-  const size_t index = IndexOf(name, version);
-  if (index == kSuiteCount || mHeld[index].empty()) return false;
-  mReleased[index] = mHeld[index].back();
-  mHeld[index].pop_back();
-  return true;
-}
-
-const Origin* SuiteLedger::released(std::string_view name, int32 version) const {
-  const size_t index = IndexOf(name, version);
-  return index < kSuiteCount && mReleased[index] ? &*mReleased[index] : nullptr;
-}
-
-int64_t SuiteLedger::held() const {
-  return std::accumulate(mHeld.begin(), mHeld.end(), int64_t{0},
-                         [](int64_t sum, const std::vector<Origin>& origins) {
-                           return sum + static_cast<int64_t>(origins.size());
-                         });
-}
-
-std::vector<std::pair<std::string, Origin>> SuiteLedger::leaks() const {
-  std::vector<std::pair<std::string, Origin>> leaks;
-  for (size_t i = 0; i < kSuiteCount; ++i) {
-    for (const Origin& origin : mHeld[i]) {
-      leaks.emplace_back(NameOf(kSuites[i].name, kSuites[i].version), origin);
-    }
-  }
-  return leaks;
-}
-
-Blocks::~Blocks() {
-  for (const auto& [block, origin] : mOrigins) std::free(block);
-  for (const auto& [block, origin] : mFreed) std::free(block);
-}
-
-void* Blocks::allocate(size_t size, const Origin& origin) {
-  void* const block = std::malloc(std::max<size_t>(size, 1));
-  if (block) mOrigins.emplace(block, origin);
-  return block;
-}
-
-const Origin* Blocks::freed(void* block) const {
-  const auto found = std::find_if(mFreed.begin(), mFreed.end(),
-                                  [&](const auto& freed) { return freed.first == block; });
-  return found == mFreed.end() ? nullptr : &found->second;
-}
-
-void Blocks::free(void* block) {
-  Poison(block);
-  mFreed.emplace_back(block, mOrigins.at(block));
-  mOrigins.erase(block);
-  if (mFreed.size() <= kMostFreedBlocks) return;
-  std::free(mFreed.front().first);
-  mFreed.pop_front();
-}
-
-void* Blocks::reallocate(void* block, size_t size) {
-  void* const moved = allocate(size, mOrigins.at(block));
-  if (!moved) return nullptr;
-  std::memcpy(moved, block, std::min(size, malloc_usable_size(block)));
-  free(block);
-  return moved;
-}
-
-std::vector<Origin> Blocks::leaks() const {
-  std::vector<Origin> leaks;
-  for (const auto& [block, origin] : mOrigins) leaks.push_back(origin);
-  std::sort(leaks.begin(), leaks.end(),
-            [](const Origin& one, const Origin& other) { return one.text() < other.text(); });
-  return leaks;
+std::string NameOfTable(const void* table) {
+  const auto* const found = std::find_if(kSuites.begin(), kSuites.end(),
+                                         [&](const Suite& suite) { return suite.table == table; });
+  return NameOf(found->name, found->version);
 }
 
 }  // namespace host

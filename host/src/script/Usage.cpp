@@ -27,10 +27,14 @@ void Compare(std::string& lines, const char* what, int64_t before, int64_t now, 
 Usage MeasureUsage(Host& host) {
   using std::filesystem::directory_iterator;
   using std::filesystem::recursive_directory_iterator;
-  return {static_cast<int64_t>(mallinfo2().uordblks),
+  // Large blocks lie outside of the heap.
+  const struct mallinfo2 heap = mallinfo2();
+  return {static_cast<int64_t>(heap.uordblks + heap.hblkhd - host.memory.bytesKept()),
           CountEntries<directory_iterator>("/proc/self/fd"),
           CountEntries<recursive_directory_iterator>(host.folder()),
-          static_cast<int64_t>(host.memory.count() + host.blocks.count()), host.suites.held()};
+          static_cast<int64_t>(host.ledger.held(Holding::memoryHandle).size() +
+                               host.ledger.held(Holding::block).size()),
+          static_cast<int64_t>(host.ledger.held(Holding::suite).size())};
 }
 
 std::string DescribeGrowth(const Usage& before, const Usage& now) {
