@@ -13,6 +13,7 @@
 namespace {
 
 using testing::AllOf;
+using testing::AnyOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -23,21 +24,21 @@ const std::string kCareless =
 
 Played Sweep(const TemporaryFolder& folder, const std::string& session,
              const std::string& options = "") {
-  const std::string file = folder.Write("story.yaml", session).string();
+  const std::string file = Word(folder.Write("story.yaml", session));
   return RunHost(kPlugin + options + " " + file, "sweep");
 }
 
 /// Returns the only session that was written to the folder `saved`.
 std::string SavedSession(const TemporaryFolder& folder) {
-  std::filesystem::directory_iterator files(folder.path() / "saved");
-  EXPECT_EQ(std::distance(begin(files), end(files)), 1);
-  files = std::filesystem::directory_iterator(folder.path() / "saved");
-  return "\"" + files->path().string() + "\"";
+  const std::vector<std::filesystem::path> files(
+      std::filesystem::directory_iterator(folder.path() / "saved"), {});
+  EXPECT_EQ(files.size(), 1u);
+  return files.empty() ? "" : Word(files.front());
 }
 
 TEST(Sweep, NamesTheCallWhoseFailureIsMishandledAndRepeatsIt) {
   const TemporaryFolder folder;
-  const std::string save = (folder.path() / "saved").string();
+  const std::string save = Word(folder.path() / "saved");
   const Played swept =
       Sweep(folder, Behaviour("read the path carelessly"), kCareless + " --save " + save);
   EXPECT_EQ(swept.code, 1);
@@ -54,7 +55,7 @@ TEST(Sweep, NamesTheCallWhoseFailureIsMishandledAndRepeatsIt) {
 TEST(Sweep, PlaysNothingIfItCannotSave) {
   const TemporaryFolder folder;
   const std::string file = folder.Write("file", "").string();
-  const Played played = Sweep(folder, "steps: [tick]", " --save " + file + "/saved");
+  const Played played = Sweep(folder, "steps: [tick]", " --save " + Word(file + "/saved"));
   EXPECT_EQ(played.code, 2);
   EXPECT_EQ(played.output, "can't make the folder " + file + "/saved: Not a directory\n");
 }
@@ -110,9 +111,42 @@ TEST(Sweep, TakesAnErrorThatAFailingCallCausesAsRight) {
   EXPECT_THAT(run.output, HasSubstr("hook-error: the user saw an error"));
 }
 
+TEST(Sweep, HasTheFrameworkFail) {
+  const TemporaryFolder folder;
+  const Played swept =
+      Sweep(folder, Behaviour("ask the framework"), kCareless + " " + kWithFontManager);
+  EXPECT_THAT(swept.output, HasSubstr("framework answers: [PluginIsEnabled: {call: 1, result: "));
+  EXPECT_THAT(
+      swept.output,
+      HasSubstr("user-report: the user saw a report that no step expects: the framework fails"));
+}
+
+TEST(Sweep, SaysThatACallNeverCameAgain) {
+  const TemporaryFolder folder;
+  setenv("TRACE", (folder.path() / "trace").c_str(), 1);
+  const Played swept = Sweep(folder, Behaviour("call only the first time"), kCareless);
+  EXPECT_THAT(swept.output, HasSubstr("story: call 1 of AEGP_NewProject fails with 24301\n"
+                                      "  setup: the call that is to go wrong never came"));
+}
+
+TEST(Sweep, IsAnErrorIfNothingCanGoWrong) {
+  const Played swept = RunHost(
+      "--plugin " TYPELARK " " + std::string(kWithFontManager) + " " SESSIONS "/no-framework.yaml",
+      "sweep");
+  EXPECT_EQ(swept.code, 2);
+  EXPECT_THAT(swept.output, HasSubstr("the sessions have no call that could go wrong"));
+}
+
+TEST(Random, HasCallsOfTheHostFail) {
+  // The test plug-in crashes without a suite.
+  const Played played = RunHost(std::string(kPlugin) + "--count 300", "random");
+  EXPECT_EQ(played.code, 1);
+  EXPECT_THAT(played.output, AnyOf(HasSubstr("\n  - fail: {"), HasSubstr("\n  - refuse: {")));
+}
+
 TEST(Random, ShortensASessionThatFailsAndTheSeedRepeatsIt) {
-  const std::string arguments = "BEHAVIOUR='close the project' " AEGP_HOST " random --seed 4 " +
-                                std::string(kPlugin) + "--count 3 --allow crash";
+  const std::string arguments = "BEHAVIOUR='close the project' " AEGP_HOST " random " +
+                                std::string(kPlugin) + "--count 30 --allow crash";
   const Played played = RunCommand(arguments);
   EXPECT_EQ(played.code, 1);
   EXPECT_THAT(played.output, HasSubstr("unsaved-work-lost: the plug-in closes"));

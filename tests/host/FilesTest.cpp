@@ -33,9 +33,10 @@ std::string Read(const std::filesystem::path& file) {
 /// A run of a session, with the files about it.
 struct Recorded {
   explicit Recorded(const std::string& session, const std::string& options = "") {
-    const std::string story = folder.Write("story.yaml", session).string();
-    played = RunHost("--plugin " TEST_PLUGIN " " + options + " --json " + path("json") +
-                     " --html " + path("html") + " --junit " + path("junit") + " " + story);
+    const std::string story = Word(folder.Write("story.yaml", session));
+    played =
+        RunHost("--plugin " TEST_PLUGIN " " + options + " --json " + Word(path("json")) +
+                " --html " + Word(path("html")) + " --junit " + Word(path("junit")) + " " + story);
   }
 
   std::string path(const std::string& name) const { return (folder.path() / name).string(); }
@@ -163,7 +164,7 @@ TEST(Files, JsonTellsHowFarAnActivationIs) {
   const std::string file = (folder.path() / "json").string();
   const Played played =
       RunHost("--plugin " TYPELARK " " + std::string(kWithFontManager) + " --filter open --json " +
-              file + " " SESSIONS "/start-during-activation.yaml");
+              Word(file) + " " SESSIONS "/start-during-activation.yaml");
   ASSERT_EQ(played.code, 0) << played.output;
   std::vector<std::pair<int, std::string>> steps;
   std::ifstream lines(file);
@@ -230,11 +231,11 @@ TEST(Files, APageHoldsTheObjectsWhateverTheySay) {
 
 TEST(Files, AreWholeIfTheModuleCannotBeLoaded) {
   const TemporaryFolder folder;
-  const std::string story = folder.Write("story.yaml", "steps: []").string();
+  const std::string story = Word(folder.Write("story.yaml", "steps: []"));
   const std::string junit = (folder.path() / "junit").string();
   const std::string page = (folder.path() / "html").string();
-  const Played played = RunHost("--plugin " MODULE_WITHOUT_ENTRY " --junit " + junit + " --html " +
-                                page + " " + story);
+  const Played played = RunHost("--plugin " MODULE_WITHOUT_ENTRY " --junit " + Word(junit) +
+                                " --html " + Word(page) + " " + story);
   EXPECT_EQ(played.code, 2);
   pugi::xml_document document;
   EXPECT_TRUE(document.load_file(junit.c_str()));
@@ -243,7 +244,7 @@ TEST(Files, AreWholeIfTheModuleCannotBeLoaded) {
 
 TEST(Files, AFailedWriteIsAnError) {
   const TemporaryFolder folder;
-  const std::string story = folder.Write("story.yaml", "steps: []").string();
+  const std::string story = Word(folder.Write("story.yaml", "steps: []"));
   const auto play = [&](const std::string& option, const std::string& file) {
     return RunHost("--quiet --plugin " TEST_PLUGIN " " + option + " " + file + " " + story);
   };
@@ -260,7 +261,7 @@ TEST(Files, AFailedWriteIsAnError) {
 TEST(Files, ADashIsStandardOutputAndMovesTheTimelineToStandardError) {
   const Recorded run("steps: [tick]");
   const std::string play =
-      AEGP_HOST " run --plugin " TEST_PLUGIN " " + run.path("story.yaml") + " --";
+      AEGP_HOST " run --plugin " TEST_PLUGIN " " + Word(run.path("story.yaml")) + " --";
   for (const std::string option : {"json", "html", "junit"}) {
     SCOPED_TRACE(option);
     EXPECT_EQ(RunCommand("(" + play + option + " - 2>/dev/null)").output, Read(run.path(option)));
@@ -277,7 +278,7 @@ TEST(Files, ADashIsStandardOutputAndMovesTheTimelineToStandardError) {
 
 TEST(Files, OnlyATerminalGetsColour) {
   const TemporaryFolder folder;
-  const std::string story = folder.Write("story.yaml", "steps: [tick]").string();
+  const std::string story = Word(folder.Write("story.yaml", "steps: [tick]"));
   const std::string host = AEGP_HOST " run --plugin " TEST_PLUGIN " " + story;
   const auto onTerminal = [&](const std::string& variables) {
     return RunCommand("script -qec '" + variables + " " + host + "' /dev/null </dev/null");
@@ -293,9 +294,10 @@ TEST(Files, OnlyATerminalGetsColour) {
 
 TEST(Files, ShowEachCallIfAsked) {
   const TemporaryFolder folder;
-  const std::string story = folder.Write("story.yaml", Behaviour("pass another id")).string();
+  const std::string story = Word(folder.Write("story.yaml", Behaviour("pass another id")));
   const std::string json = (folder.path() / "json").string();
-  const Played played = RunHost("--calls --plugin " TEST_PLUGIN " --json " + json + " " + story);
+  const Played played =
+      RunHost("--calls --plugin " TEST_PLUGIN " --json " + Word(json) + " " + story);
   EXPECT_THAT(played.output,
               HasSubstr("plug-in    calls AcquireSuite(AEGP Register Suite, 6, pointer): 0\n"));
   EXPECT_THAT(played.output, HasSubstr("calls AEGP_ReportInfo(77, who is this): 1\n"));

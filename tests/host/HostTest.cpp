@@ -256,7 +256,7 @@ TEST(Host, EndsASessionThatHoldsTheHostItselfUp) {
 TEST(Host, LeavesNothingBehindWhenInterrupted) {
   const TemporaryFolder folder;
   const std::string variants = "variants: [{name: a}, {name: b}]\n";
-  const std::string story = folder.Write("story.yaml", variants + Behaviour("interrupt")).string();
+  const std::string story = Word(folder.Write("story.yaml", variants + Behaviour("interrupt")));
   std::filesystem::create_directory(folder.path() / "tmp");
   setenv("TMPDIR", (folder.path() / "tmp").c_str(), 1);
   const Played played = RunHost("--plugin " TEST_PLUGIN " " + story);
@@ -475,9 +475,9 @@ TEST(Host, NamesTheFaultsInWhatASessionSaysOfTheFontManager) {
 
 TEST(Host, ReportsTheFaultsOfAllFilesBeforeItPlaysAny) {
   const TemporaryFolder folder;
-  const std::string good = folder.Write("good.yaml", "steps: []").string();
-  const std::string one = folder.Write("one.yaml", "steps: [tikc]").string();
-  const std::string two = folder.Write("two.yaml", "steps: {}").string();
+  const std::string good = Word(folder.Write("good.yaml", "steps: []"));
+  const std::string one = Word(folder.Write("one.yaml", "steps: [tikc]"));
+  const std::string two = Word(folder.Write("two.yaml", "steps: {}"));
   const Played played = RunHost("--plugin " TEST_PLUGIN " " + good + " " + one + " " + two);
   EXPECT_EQ(played.code, 2);
   EXPECT_THAT(played.output, HasSubstr("one.yaml:1: tikc: unknown step"));
@@ -488,9 +488,9 @@ TEST(Host, ReportsTheFaultsOfAllFilesBeforeItPlaysAny) {
 TEST(Host, PlaysWhatIsSelectedInOrder) {
   const TemporaryFolder folder;
   const std::string files =
-      " " + folder.Write("a/story.yaml", "variants: [{name: x}, {name: y}]\nsteps: []").string() +
-      " " + folder.Write("b/story.yaml", Behaviour("fail")).string() + " " +
-      folder.Write("b/last.yaml", "steps: []").string();
+      " " + Word(folder.Write("a/story.yaml", "variants: [{name: x}, {name: y}]\nsteps: []")) +
+      " " + Word(folder.Write("b/story.yaml", Behaviour("fail"))) + " " +
+      Word(folder.Write("b/last.yaml", "steps: []"));
   const Played all = RunHost("--quiet --jobs 3 --plugin " TEST_PLUGIN + files);
   EXPECT_EQ(all.code, 1);
   EXPECT_THAT(all.output, EndsWith("4 sessions, 1 failed\n  " + folder.path().string() +
@@ -612,7 +612,7 @@ TEST(Host, StaysInItsFolderWhereverThePluginGoes) {
 
 TEST(Host, SaysWhatIsWrongWithACommandLineOrAModule) {
   const TemporaryFolder folder;
-  const std::string story = " " + folder.Write("story.yaml", Behaviour("crash", "[]")).string();
+  const std::string story = " " + Word(folder.Write("story.yaml", Behaviour("crash", "[]")));
   const std::vector<std::tuple<std::string, int, std::string>> cases{
       {story, 2, "--plugin is required"},
       {"--plugin nowhere.so" + story, 2, "--plugin: File does not exist: nowhere.so"},

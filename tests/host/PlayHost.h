@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include "TemporaryFolder.h"
@@ -30,10 +31,15 @@ inline Played RunHost(const std::string& arguments, const std::string& subcomman
   return RunCommand(AEGP_HOST " " + subcommand + " " + arguments);
 }
 
+/// Returns the path as one word of a shell's command.
+inline std::string Word(const std::filesystem::path& path) {
+  return "\"" + path.string() + "\"";
+}
+
 /// Plays the session with the test plug-in.
 inline Played Play(const std::string& session, const std::string& options = "") {
   const TemporaryFolder folder;
-  const std::string file = folder.Write("story.yaml", session).string();
+  const std::string file = Word(folder.Write("story.yaml", session));
   return RunHost("--plugin " TEST_PLUGIN " " + options + " " + file);
 }
 

@@ -1,6 +1,7 @@
 // Shows, at its first idle tick, the behaviour that the session's file "behaviour" or the variable
 // BEHAVIOUR names.
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -452,6 +453,21 @@ const std::map<std::string, std::function<void()>> kBehaviours{
     {"throw", [] { throw std::runtime_error("boom"); }},
     {"throw an int", [] { throw 516; }},
     {"read the path carelessly", ReadPathCarelessly},
+    {"ask the framework",
+     [] {
+       void* const framework = dlopen("./Tamberlink.framework/Tamberlink", RTLD_NOW);
+       const auto ask =
+           reinterpret_cast<uint32_t (*)(bool, bool*)>(dlsym(framework, "PluginIsEnabled"));
+       bool enabled = false;
+       if (ask(false, &enabled) != 0) Utility()->AEGP_ReportInfo(pluginId, "the framework fails");
+     }},
+    {"call only the first time",
+     [] {
+       const char* const trace = std::getenv("TRACE");
+       if (std::filesystem::exists(trace)) return;
+       std::ofstream(trace) << "called";
+       CloseProject();
+     }},
     {"leave a mark",
      [] {
        if (std::filesystem::exists("mark") || std::filesystem::is_symlink("link")) {
