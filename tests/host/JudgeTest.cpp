@@ -15,6 +15,7 @@ using host::EventKind;
 using host::Finding;
 using host::Judge;
 using host::JudgeRules;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -73,11 +74,21 @@ TEST(Judge, AcceptsByNames) {
   for (const A& other :
        {A{Finding::handleLeaked, "", "", {}, ""}, A{lost, "AEGP_New", "", {}, ""},
         A{lost, "", "closed", {}, ""}, A{lost, "", "", {"AEGP_ProjectIsDirty"}, ""}}) {
-    EXPECT_THAT(Found(accepting(other), {fact}), ElementsAre("unsaved-work-lost"));
+    EXPECT_THAT(Found(accepting(other), {fact}), Contains("unsaved-work-lost"));
   }
   const A after{lost, "", "", {"AEGP_Other", "AEGP_ProjectIsDirty"}, ""};
   EXPECT_THAT(Found(accepting(after), {failure, fact}), IsEmpty());
-  EXPECT_THAT(Found(accepting(after), {fact, failure}), ElementsAre("unsaved-work-lost"));
+  EXPECT_THAT(Found(accepting(after), {fact, failure}), Contains("unsaved-work-lost"));
+}
+
+TEST(Judge, FindsAnAcceptanceThatNothingNeeds) {
+  const host::Acceptance always{Finding::handleLeaked, "", "", {}, ""};
+  const host::Acceptance after{Finding::handleLeaked, "", "", {"AEGP_NewProject"}, ""};
+  EXPECT_THAT(Found({{always}, {}, false, false}, {}), ElementsAre("setup"));
+  EXPECT_THAT(Found({{always}, {}, true, false}, {}), IsEmpty());
+  EXPECT_THAT(Found({{after}, {}, false, false}, {}), IsEmpty());
+  EXPECT_THAT(Found({{after}, {}, false, false}, {Of(EventKind::failure, "AEGP_NewProject")}),
+              ElementsAre("setup"));
 }
 
 TEST(Judge, LetsAnExpectNameFactsOfItsKey) {

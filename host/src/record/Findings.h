@@ -79,9 +79,9 @@ struct FindingKind {
 inline constexpr std::array kFindingKinds{
     FindingKind{Finding::expectation, "expectation", Level::error, "", kFollows,
                 "The session expects something else."},
-    FindingKind{
-        Finding::setup, "setup", Level::error, "", 0,
-        "A fault or an answer that the session sets up was never used, or a step can't be played."},
+    FindingKind{Finding::setup, "setup", Level::error, "", 0,
+                "A fault, an answer or an acceptance of the session was never used, or a step "
+                "can't be played."},
     FindingKind{Finding::hookError, "hook-error", Level::error, "errors",
                 kAcceptable | kExcusable | kFollows,
                 "A hook or the entry point returns an error, which the host shows to the user."},

@@ -62,6 +62,7 @@ std::vector<Event> Judge::take(Event event) {
 std::vector<Event> Judge::takeFact(Event fact) {
   const FindingKind& kind = KindOf(fact.finding);
   if (const Acceptance* const acceptance = acceptanceOf(fact)) {
+    mNeeded.insert(acceptance);
     return {MakeEntry(fact, Actor::session,
                       fmt::format("accepts {}: {}", kind.name, acceptance->reason))};
   }
@@ -111,16 +112,31 @@ std::vector<Event> Judge::takeExpect(const Event& expect) {
   return take(std::move(expectation));
 }
 
+bool Judge::holds(const Acceptance& acceptance) const {
+  return acceptance.after.empty() ||
+         std::any_of(acceptance.after.begin(), acceptance.after.end(),
+                     [&](const std::string& call) { return mFailed.contains(call); });
+}
+
 const Acceptance* Judge::acceptanceOf(const Event& fact) const {
   const auto accepts = [&](const Acceptance& each) {
     return each.finding == fact.finding && Fits(each.function, fact.names.function) &&
-           Fits(each.detail, fact.names.detail) &&
-           (each.after.empty() ||
-            std::any_of(each.after.begin(), each.after.end(),
-                        [&](const std::string& call) { return mFailed.contains(call); }));
+           Fits(each.detail, fact.names.detail) && holds(each);
   };
   const auto found = std::find_if(mRules.accepted.begin(), mRules.accepted.end(), accepts);
   return found == mRules.accepted.end() ? nullptr : &*found;
+}
+
+// An acceptance that nothing needs says what isn't true any more.
+void Judge::findNeedlessAcceptances() {
+  if (!mFinished || mRules.tolerant || mRules.allowed.contains(Finding::setup)) return;
+  for (const Acceptance& each : mRules.accepted) {
+    if (mNeeded.contains(&each) || !holds(each)) continue;
+    Event fact;
+    fact.finding = Finding::setup;
+    fact.text = fmt::format("the session accepts {}, which never came", KindOf(each.finding).name);
+    find(fact);
+  }
 }
 
 // A report to the user may have any error as its cause, and an error that a hook returns the same
@@ -161,6 +177,7 @@ Played Judge::finish() {
     const bool counts = mFinished || KindOf(fact.finding).expectKey == "findings";
     if (counts && !mRules.allowed.contains(fact.finding)) find(fact);
   }
+  findNeedlessAcceptances();
   std::stable_partition(mEntries.begin(), mEntries.end(), [](const Entry& entry) {
     return !KindOf(entry.found.finding).has(kFollows);
   });

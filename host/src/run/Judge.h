@@ -46,12 +46,15 @@ class Judge {
   std::vector<Event> takeFact(Event fact);
   void takeUnmet(const Event& expectation);
   std::vector<Event> takeExpect(const Event& expect);
+  bool holds(const Acceptance& acceptance) const;
   const Acceptance* acceptanceOf(const Event& fact) const;
+  void findNeedlessAcceptances();
   bool isExcused(const Event& fact) const;
   /// Makes a finding of the fact. One that is another's like counts with it.
   void find(const Event& fact);
 
   JudgeRules mRules;
+  std::set<const Acceptance*> mNeeded;
   std::set<std::string> mFailed;  ///< calls that failed because the session wants it
   int64_t mVisit = -1;            ///< of the latest answers
   std::set<int64_t> mAnswered;    ///< errors during that visit
