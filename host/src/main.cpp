@@ -30,8 +30,10 @@
 #include "OutputFile.h"
 #include "RandomRun.h"
 #include "Runner.h"
+#include "Selection.h"
 #include "Session.h"
 #include "SessionPrinter.h"
+#include "Summary.h"
 #include "Sweep.h"
 #include "TextFile.h"
 #include "Validation.h"
@@ -78,71 +80,9 @@ struct Files {
   std::string junit;
 };
 
-// Puts the folder in front of each name that two files have. Throws `SessionFileError` if that
-// doesn't tell two sessions apart.
-void TellNamesApart(std::vector<std::pair<std::string, std::vector<Session>>>& files) {
-  std::map<std::string, int> counts;
-  for (const auto& [file, sessions] : files) ++counts[std::filesystem::path(file).stem().string()];
-  for (auto& [file, sessions] : files) {
-    const std::filesystem::path path(file);
-    if (counts[path.stem().string()] < 2) continue;
-    for (Session& session : sessions) {
-      session.name = (path.parent_path() / session.name).string();
-    }
-  }
-  std::map<std::string, std::string> fileOf;
-  for (const auto& [file, sessions] : files) {
-    for (const Session& session : sessions) {
-      const auto [known, isNew] = fileOf.emplace(session.name, file);
-      if (isNew) continue;
-      throw host::SessionFileError(fmt::format("{}: a session of {} has the name '{}' too", file,
-                                               known->second, session.name));
-    }
-  }
-}
-
-std::regex MakeFilter(const std::string& text) {
-  try {
-    return std::regex(text);
-  } catch (const std::regex_error& error) {
-    throw host::SessionFileError(fmt::format("--filter: {}: {}", text, error.what()));
-  }
-}
-
-// Keeps the sessions whose name the expression finds. Throws `SessionFileError` if there is none.
-std::vector<Session> Filter(std::vector<Session> sessions, const std::string& expression) {
-  const std::regex filter = MakeFilter(expression);
-  std::erase_if(sessions,
-                [&](const Session& session) { return !std::regex_search(session.name, filter); });
-  if (sessions.empty()) {
-    throw host::SessionFileError("no session matches --filter " + expression);
-  }
-  return sessions;
-}
-
-// Throws one `SessionFileError` with all faults of all files.
-std::vector<Session> LoadAll(const Selection& selection, const host::SessionPart& part) {
-  std::vector<std::pair<std::string, std::vector<Session>>> files;
-  std::vector<std::string> faults;
-  for (const std::string& file : selection.files) {
-    try {
-      files.emplace_back(file, host::LoadSessions(file, part));
-    } catch (const host::SessionFileError& fault) {
-      faults.emplace_back(fault.what());
-    }
-  }
-  if (!faults.empty()) throw host::SessionFileError(host::Join(faults, "\n"));
-  TellNamesApart(files);
-  std::vector<Session> sessions;
-  for (auto& [file, loaded] : files) {
-    std::move(loaded.begin(), loaded.end(), std::back_inserter(sessions));
-  }
-  return Filter(std::move(sessions), selection.filter);
-}
-
 // Plays the sessions and writes the files that are asked for. Returns the exit code.
 int Play(const std::vector<Session>& sessions, const RunOptions& options, const Files& files,
-         host::Detail detail) {
+         host::Detail detail, host::Summary* summary = nullptr) {
   const std::array<std::string_view, 3> paths{files.json, files.html, files.junit};
   if (std::count(paths.begin(), paths.end(), host::OutputFile::kStandardOutput) > 1) {
     throw std::runtime_error("only one file can be -, which is standard output");
@@ -154,9 +94,12 @@ int Play(const std::vector<Session>& sessions, const RunOptions& options, const 
   if (!files.junit.empty()) writers.push_back(std::make_unique<host::JUnitFile>(files.junit));
   host::SessionPrinter printer(detail);
   std::vector<RunListener*> listeners{&printer};
+  if (summary) listeners.push_back(summary);
   for (const auto& writer : writers) listeners.push_back(writer.get());
   const int signal = host::PlaySessions(sessions, options, listeners);
   if (signal != 0) return kSignalled + signal;
+  printer.printFindings();
+  if (summary) summary->print();
   return printer.printOutcome() ? kOk : kFailed;
 }
 
@@ -166,7 +109,8 @@ void ShowCalls(std::vector<Session>& sessions) {
 
 int Run(const Selection& selection, const RunOptions& options, const Files& files) {
   const host::FontManager fontManager(options.fontManager);
-  std::vector<Session> sessions = LoadAll(selection, fontManager);
+  std::vector<Session> sessions =
+      host::LoadSelected(selection.files, selection.filter, fontManager);
   if (selection.showsCalls) ShowCalls(sessions);
   return Play(sessions, options, files,
               selection.quiet ? host::Detail::failures : host::Detail::everything);
@@ -176,14 +120,17 @@ int Run(const Selection& selection, const RunOptions& options, const Files& file
 int Validate(const Selection& selection, RunOptions options, const Files& files) {
   if (!options.strict) options.allowed.insert(host::Finding::userReport);
   const host::FontManager fontManager(options.fontManager);
-  const std::vector<Session> sessions =
-      Filter(host::ValidationSessions(fontManager), selection.filter);
-  return Play(sessions, options, files, host::Detail::findings);
+  std::vector<Session> sessions =
+      host::FilterSessions(host::ValidationSessions(fontManager), selection.filter);
+  ShowCalls(sessions);
+  host::Summary summary;
+  return Play(sessions, options, files, host::Detail::findings, &summary);
 }
 
 int List(const Selection& selection, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
-  for (const Session& session : LoadAll(selection, fontManager)) {
+  for (const Session& session :
+       host::LoadSelected(selection.files, selection.filter, fontManager)) {
     fmt::print("{}\n", session.name);
   }
   return kOk;
@@ -223,7 +170,8 @@ void MakeFolder(const std::string& folder) {
 int Sweep(const Selection& selection, const Trials& trials, const RunOptions& options) {
   const host::FontManager fontManager(options.fontManager);
   const host::KnownIssues knownIssues = LoadKnownIssuesOf(trials, fontManager);
-  std::vector<Session> sessions = LoadAll(selection, fontManager);
+  std::vector<Session> sessions =
+      host::LoadSelected(selection.files, selection.filter, fontManager);
   for (Session& session : sessions) host::Accept(knownIssues, session);
   const size_t count = sessions.size();
   MakeFolder(trials.save);

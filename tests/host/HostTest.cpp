@@ -20,6 +20,7 @@ using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 // For a plug-in that hangs. Long enough for a busy machine to get there.
 constexpr char kShort[] = "--timeout 5";
@@ -509,17 +510,36 @@ TEST(Host, ValidatesAPluginWithoutAnySessionFile) {
   const Played good = RunHost(TEST_PLUGIN, "validate");
   EXPECT_EQ(good.code, 0);
   EXPECT_THAT(good.output, EndsWith(" sessions, 0 failed\nresult: ok\n"));
+  EXPECT_THAT(good.output,
+              AllOf(HasSubstr("registers hooks:       Command, Death, Idle, UpdateMenu\n"),
+                    HasSubstr("inserts menu items:    \"Mine\"\n"),
+                    HasSubstr("acquires suites:       AEGP Command Suite 1, AEGP Register"),
+                    Not(HasSubstr("misses suites"))));
   setenv("BEHAVIOUR", "enable outside a hook", 1);
   const Played odd = RunHost(TEST_PLUGIN, "validate");
   EXPECT_EQ(odd.code, 0);
-  EXPECT_THAT(odd.output, HasSubstr("session: idle\n\nwarnings:\n  enabled-outside-hook: "));
+  EXPECT_THAT(odd.output, AllOf(StartsWith("warning: enabled-outside-hook: "),
+                                HasSubstr("\n    in 15 of 16 sessions: dialogs (en), ")));
   EXPECT_EQ(RunHost("--strict " TEST_PLUGIN, "validate").code, 1);
   setenv("BEHAVIOUR", "leak a block", 1);
   const Played bad = RunHost(TEST_PLUGIN, "validate");
   EXPECT_EQ(bad.code, 1);
-  EXPECT_THAT(bad.output, HasSubstr("session: idle\n\nfailed:\n  block-leaked: "));
+  EXPECT_THAT(bad.output, HasSubstr("error: block-leaked: "));
   EXPECT_THAT(bad.output, EndsWith("\nresult: failed\n"));
   EXPECT_EQ(RunHost("--allow block-leaked " TEST_PLUGIN, "validate").code, 0);
+}
+
+TEST(Host, SaysWhichSuitesAndFunctionsItLacks) {
+  setenv("BEHAVIOUR", "ask for what is missing", 1);
+  EXPECT_THAT(RunHost(TEST_PLUGIN, "validate").output,
+              AllOf(HasSubstr("misses suites:         AEGP Item Suite 13, AEGP Proj Suite 6\n"),
+                    HasSubstr("calls unsupplied:      AEGP_GetMainHWND\n")));
+  const Played played = Play("steps: [tick, expect: {not supplied: [AEGP_GetMainHWND]}]");
+  EXPECT_EQ(played.code, 0);
+  EXPECT_THAT(played.output,
+              AllOf(HasSubstr("asks for AEGP Item Suite 13, which this host doesn't supply\n"),
+                    HasSubstr("asks for AEGP Proj Suite 6: this host has version 9\n"),
+                    HasSubstr("calls AEGP_GetMainHWND, which this host doesn't supply\n")));
 }
 
 TEST(Host, HasTheWindowsAndTitlesThatASessionDeclares) {
@@ -599,6 +619,23 @@ TEST(Host, ComparesReportsAsTheyAreAndShowsThemEscaped) {
   EXPECT_THAT(expecting("'one\\ntwo'").output,
               HasSubstr("    expected: one\\\\ntwo\n    found:    one\\ntwo\n"));
   EXPECT_THAT(Play(Behaviour("report two lines")).output, HasSubstr("expects: one\\ntwo\n"));
+}
+
+TEST(Host, WaitsForThePluginsThreads) {
+  const Played played = Play(Behaviour("work in a thread", R"(
+  - tick
+  - pause: 1 ms
+  - tick until: {files: {done: waited}, at most: 1000000000}
+)"));
+  EXPECT_EQ(played.code, 0) << played.output;
+  EXPECT_THAT(played.output, HasSubstr("as expected: tick until\n"));
+  EXPECT_THAT(Play("steps: [tick until: {files: {done: waited}, at most: 3}]").output,
+              AllOf(HasSubstr("     3  session    NOT as expected: tick until\n"),
+                    HasSubstr("    found:    done: none\n")));
+  EXPECT_THAT(Play("steps: [pause: 1 s]").output,
+              HasSubstr("pause: has to be a time such as 200 ms, not '1 s'"));
+  EXPECT_THAT(Play("steps: [tick until: {stdout: [], at most: 1}]").output,
+              HasSubstr("story.yaml:1: stdout: "));
 }
 
 TEST(Host, StaysInItsFolderWhereverThePluginGoes) {

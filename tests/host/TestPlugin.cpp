@@ -8,6 +8,8 @@
 #include <unistd.h>
 #include <utime.h>
 
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +19,7 @@
 #include <functional>
 #include <future>
 #include <map>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -392,6 +395,15 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        }
        std::abort();
      }},
+    {"ask for what is missing",
+     [] {
+       const void* suite = nullptr;
+       basic->AcquireSuite("AEGP Item Suite", 13, &suite);
+       basic->AcquireSuite("AEGP Proj Suite", 6, &suite);
+       const Utility utility;
+       const auto function = reinterpret_cast<void (*)()>(utility->AEGP_GetMainHWND);
+       reinterpret_cast<A_Err (*)()>(function)();
+     }},
     {"leak a block", [] { Allocate(); }},
     {"free a block that has moved",
      [] {
@@ -516,6 +528,20 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        const utimbuf dates{1'234'567'890, 1'234'567'890};
        utime("dated", &dates);
        writtenFiles = {folder + "/written", folder + "/new/folder/written", folder + "/dated"};
+     }},
+    {"work in a thread",
+     [] {
+       // Ends long after the tick, and before a pause.
+       std::thread([] {
+         std::mutex mutex;
+         std::unique_lock lock(mutex);
+         std::condition_variable never;
+         const auto begin = std::chrono::steady_clock::now();
+         never.wait_until(lock, std::chrono::system_clock::now() + std::chrono::milliseconds(100));
+         const bool waited =
+             std::chrono::steady_clock::now() - begin >= std::chrono::milliseconds(100);
+         std::ofstream("done") << (waited ? "waited" : "didn't wait");
+       }).detach();
      }},
     {"leave a trace", [] { std::ofstream(std::getenv("TRACE")) << "left"; }},
     {"tell the time",

@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -128,6 +129,8 @@ class Host {
   void idle();
   /// Moves the virtual time on.
   void advanceTime(int64_t seconds);
+  /// Waits for a time of the real clock, which the time limit doesn't count.
+  void pause(std::chrono::milliseconds time);
   /// Disables all menu items of plug-ins, then calls the update-menu hooks.
   void drawMenus();
   /// Offers a command to the command hooks. Returns whether one of them has handled it.
@@ -176,7 +179,7 @@ class Host {
   void expectFacts(const std::string& key, const std::string& place,
                    std::vector<std::string> texts);
   /// Adds a call of the plug-in's to the timeline, if the session shows calls.
-  void showCall(const RunningCall& running, A_Err result);
+  void showCall(const RunningCall& running, A_Err result, bool isSupplied = true);
   /// Tells that a call fails because the session wants it.
   void countFailure(std::string_view function);
   /// How many calls have failed.

@@ -154,9 +154,9 @@ A_Err SuiteCall::fault() {
   return result;
 }
 
-void SuiteCall::answer(A_Err result) {
+void SuiteCall::answer(A_Err result, bool isSupplied) {
   if (result != A_Err_NONE) TheHost().countAnswer(result);
-  TheHost().showCall(mRunning, result);
+  TheHost().showCall(mRunning, result, isSupplied);
 }
 
 }  // namespace host

@@ -52,7 +52,7 @@ class SuiteCall {
   /// Counts the call, and returns the error that the session wants from it, or 0.
   A_Err fault();
   /// Notes what goes back to the plug-in.
-  void answer(A_Err result);
+  void answer(A_Err result, bool isSupplied = true);
 
  private:
   static RunningCall::Value toValue(std::integral auto number) {

@@ -144,7 +144,7 @@ struct NotSupplied {
                 {function.text, {}, function.text});
     host.noteOnce(Actor::plugIn,
                   fmt::format("calls {}, which this host doesn't supply", function.text));
-    call.answer(PF_Err_BAD_CALLBACK_PARAM);
+    call.answer(PF_Err_BAD_CALLBACK_PARAM, false);
     return PF_Err_BAD_CALLBACK_PARAM;
   }
 };

@@ -1,6 +1,8 @@
 #include "VirtualTime.h"
 
 #include <dlfcn.h>
+#include <pthread.h>
+#include <semaphore.h>
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -16,6 +18,28 @@ int64_t now = host::kSessionStart;
 template <typename Function>
 bool IsFoundFirst(const char* name, Function* function) {
   return dlsym(RTLD_DEFAULT, name) == reinterpret_cast<void*>(function);
+}
+
+template <typename Function>
+Function Next(const char* name) {
+  return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+// Moves a deadline from the virtual to the real clock. One of a clock that goes on, such as the
+// time since the system started, is far before every session.
+timespec RealDeadline(timespec deadline) {
+  constexpr int64_t kYear = 31'536'000;
+  if (deadline.tv_sec < host::kSessionStart - kYear) return deadline;
+  timespec real{};
+  syscall(SYS_clock_gettime, CLOCK_REALTIME, &real);
+  constexpr long kSecond = 1'000'000'000;
+  deadline.tv_sec += real.tv_sec - now;
+  deadline.tv_nsec += real.tv_nsec;
+  if (deadline.tv_nsec >= kSecond) {
+    deadline.tv_nsec -= kSecond;
+    ++deadline.tv_sec;
+  }
+  return deadline;
 }
 
 }  // namespace
@@ -45,6 +69,27 @@ EXPORTED int timespec_get(timespec* result, int base) noexcept {
   if (base != TIME_UTC) return 0;
   *result = {now, 0};
   return base;
+}
+
+// A wait until a time of the clocks that stand still takes as long as it would if they went on.
+
+EXPORTED int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex,
+                                    const timespec* deadline) {
+  static const auto wait = Next<decltype(&pthread_cond_timedwait)>("pthread_cond_timedwait");
+  const timespec real = RealDeadline(*deadline);
+  return wait(condition, mutex, &real);
+}
+
+EXPORTED int pthread_mutex_timedlock(pthread_mutex_t* mutex, const timespec* deadline) noexcept {
+  static const auto wait = Next<decltype(&pthread_mutex_timedlock)>("pthread_mutex_timedlock");
+  const timespec real = RealDeadline(*deadline);
+  return wait(mutex, &real);
+}
+
+EXPORTED int sem_timedwait(sem_t* semaphore, const timespec* deadline) {
+  static const auto wait = Next<decltype(&sem_timedwait)>("sem_timedwait");
+  const timespec real = RealDeadline(*deadline);
+  return wait(semaphore, &real);
 }
 
 namespace host {

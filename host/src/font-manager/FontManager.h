@@ -1,11 +1,16 @@
 #pragma once
 
+#include <array>
 #include <filesystem>
+#include <string_view>
 #include <utility>
 
 #include "SessionPart.h"
 
 namespace host {
+
+/// What the font manager does with a font.
+inline constexpr std::array<std::string_view, 3> kFontPolicies{"automatic", "choice", "restricted"};
 
 /// What a session says of the font manager, whose framework and process are stand-ins in a folder.
 class FontManager final : public SessionPart {

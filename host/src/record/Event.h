@@ -95,6 +95,7 @@ struct Event : EventHead {
   EventKind kind = EventKind::entry;
   std::string text;               ///< of an entry, expectation or fact, or why unloadable
   std::optional<int64_t> result;  ///< of an entry that shows a call of the host: what it answered
+  bool isSupplied = true;         ///< the function of such a call
 
   /// Of a hook, dialog or state; the key of an expectation or `expect`; the function that failed.
   std::string name;

@@ -107,6 +107,7 @@ Json ToJson(const Event& event) {
       json["text"] = event.text;
       AddCall(event.call, json);
       if (event.result) json["result"] = *event.result;
+      if (!event.isSupplied) json["supplied"] = false;
       break;
     case EventKind::expectation:
       json["text"] = event.text;
@@ -158,6 +159,7 @@ Event EventFrom(const Json& json) {
     case EventKind::entry:
       event.text = json.at("text");
       if (json.contains("result")) event.result = json.at("result");
+      event.isSupplied = json.value("supplied", true);
       break;
     case EventKind::expectation:
       event.text = json.at("text");

@@ -62,7 +62,7 @@ void Timeline::add(Actor actor, std::string_view text) {
   show(actor, text, call ? describe(*call) : Call());
 }
 
-void Timeline::addCall(const RunningCall& running, int64_t result) {
+void Timeline::addCall(const RunningCall& running, int64_t result, bool isSupplied) {
   drain();
   sendBegins();
   Event entry = event(EventKind::entry, Actor::plugIn);
@@ -73,6 +73,7 @@ void Timeline::addCall(const RunningCall& running, int64_t result) {
   }
   entry.text = fmt::format("calls {}({}): {}", running.function, arguments, result);
   entry.result = result;
+  entry.isSupplied = isSupplied;
   send(entry);
 }
 

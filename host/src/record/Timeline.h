@@ -66,7 +66,7 @@ class Timeline {
   /// Adds an entry, which comes from the host function that is running.
   void add(Actor actor, std::string_view text);
   /// Adds a call of the plug-in's with what it answered.
-  void addCall(const RunningCall& running, int64_t result);
+  void addCall(const RunningCall& running, int64_t result, bool isSupplied);
   /// Adds what came of the expectation at this place in the session file. It is met if there is no
   /// difference.
   void addExpectation(std::string_view key, std::string_view place, std::string_view difference);

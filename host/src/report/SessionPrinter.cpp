@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "Progress.h"
+#include "TextFile.h"
 
 namespace host {
 
@@ -23,14 +26,35 @@ void SessionPrinter::end(const SessionInfo& session, const Played& played) {
   if (played.failed) mFailed.push_back(session.name);
   if (mDetail == Detail::everything) return;
   ShowProgress("");
-  if (mDetail == Detail::findings) {
-    mKept = fmt::format("session: {}\n{}", session.name, FindingsText(played));
-  }
-  const bool isPrinted =
-      mDetail == Detail::findings ? !played.findings.empty() || played.failed : played.failed;
-  if (!isPrinted) return;
+  if (mDetail == Detail::findings) return group(session, played);
+  if (!played.failed) return;
   fmt::print("{}{}", mPrinted ? "\n" : "", mKept);
   mPrinted = true;
+}
+
+void SessionPrinter::group(const SessionInfo& session, const Played& played) {
+  if (!played.folder.empty()) fmt::print("kept: {}\n", played.folder.string());
+  for (const FoundInSession& found : played.findings) {
+    const std::string what = found.text.substr(0, found.text.find('\n'));
+    const auto same = std::find_if(mGroups.begin(), mGroups.end(), [&](const Group& group) {
+      return group.found.finding == found.finding && group.what == what;
+    });
+    if (same == mGroups.end()) {
+      mGroups.push_back({what, found, {session.name}});
+    } else {
+      same->sessions.push_back(session.name);
+    }
+  }
+}
+
+void SessionPrinter::printFindings() const {
+  for (const Group& group : mGroups) {
+    const FindingKind& kind = KindOf(group.found.finding);
+    fmt::print("{}: {}: {}\n", kind.level == Level::error ? "error" : "warning", kind.name,
+               EscapeLines(group.found.text));
+    fmt::print("    in {} of {} sessions: {}\n\n", group.sessions.size(), mCount,
+               Join(group.sessions, ", "));
+  }
 }
 
 void SessionPrinter::print(const std::string& text) {

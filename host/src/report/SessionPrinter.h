@@ -15,7 +15,7 @@ namespace host {
 enum class Detail {
   everything,
   failures,  ///< only if it fails
-  findings,  ///< only what was found
+  findings,  ///< only what was found, at the end, with the sessions in which it was
 };
 
 /// Prints sessions to standard output, and keeps account of those that failed.
@@ -27,17 +27,27 @@ class SessionPrinter final : public RunListener {
   void begin(const SessionInfo& session) override;
   void take(const Event& event) override;
   void end(const SessionInfo& session, const Played& played) override;
+  /// Prints what was found, if nothing else was printed of the sessions.
+  void printFindings() const;
   /// Prints the outcome of the run. Returns whether every session passed.
   bool printOutcome() const;
 
  private:
+  struct Group {
+    std::string what;
+    FoundInSession found;  ///< the first
+    std::vector<std::string> sessions;
+  };
+
   void print(const std::string& text);
+  void group(const SessionInfo& session, const Played& played);
 
   Detail mDetail;
   size_t mCount = 0;
   bool mPrinted = false;  ///< a session
   Transcript mTranscript;
   std::string mKept;  ///< the text of the session, in case that it is printed at its end
+  std::vector<Group> mGroups;
   std::vector<std::string> mFailed;
 };
 

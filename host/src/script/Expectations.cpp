@@ -286,6 +286,17 @@ void FailForUnknown(const YamlValue& value, std::string_view what,
   value.failForUnknown(what, known);
 }
 
+Check ReadPeek(const std::string& key, const YamlValue& value) {
+  static constexpr std::array<std::string_view, 9> kLasting{
+      "missing fonts", "project",         "dirty",       "front", "menu enabled",
+      "menu checked",  "command handled", "preferences", "files"};
+  const Kind* const kind = FindKind(key);
+  if (kind && std::find(kLasting.begin(), kLasting.end(), key) != kLasting.end()) {
+    return kind->read(value);
+  }
+  value.failForUnknown("key", {kLasting.begin(), kLasting.end()});
+}
+
 Action ReadExpectations(const YamlValue& value, const SessionPart& part) {
   std::vector<Action> expectations;
   value.forEachField([&](const std::string& key, const YamlValue& field) {

@@ -18,4 +18,8 @@ Action ReadExpectations(const YamlValue& value, const SessionPart& part);
                                  const std::vector<std::string_view>& known,
                                  const SessionPart& part);
 
+/// Reads one key of an `expect` that says what is true at a point, such as `project` or `files`, so
+/// that it can be compared again and again. Fails for the others.
+Check ReadPeek(const std::string& key, const YamlValue& value);
+
 }  // namespace host

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <chrono>
 #include <filesystem>
 #include <limits>
 #include <utility>
@@ -140,6 +142,50 @@ Action ReadWait(const YamlValue& value, Draft& /*draft*/) {
   };
 }
 
+// For what the plug-in does in threads of its own.
+Action ReadPause(const YamlValue& value, Draft& /*draft*/) {
+  constexpr int64_t kMaxMilliseconds = 600'000;
+  const std::string text = value.text();
+  int64_t milliseconds = 0;
+  const auto [unit, error] = std::from_chars(text.data(), text.data() + text.size(), milliseconds);
+  const bool isWhole = error == std::errc() && std::string_view(unit) == " ms";
+  if (!isWhole || milliseconds < 1 || milliseconds > kMaxMilliseconds) {
+    value.fail(fmt::format("has to be a time such as 200 ms, not '{}'", text));
+  }
+  return [milliseconds](Host& host) {
+    host.timeline.add(Actor::session, fmt::format("pauses for {} ms", milliseconds));
+    host.pause(std::chrono::milliseconds(milliseconds));
+  };
+}
+
+// A tolerant session expects nothing, and so takes one tick.
+Action ReadTickUntil(const YamlValue& value, Draft& /*draft*/) {
+  const YamlValue* most = nullptr;
+  std::vector<std::pair<std::string, Check>> checks;
+  const auto fields = value.fields();
+  for (const auto& [key, field] : fields) {
+    if (key == "at most") {
+      most = &field;
+    } else {
+      checks.emplace_back(key, ReadPeek(key, field));
+    }
+  }
+  if (!most || checks.empty()) value.fail("needs an expectation, and the key 'at most'");
+  return [checks, place = value.place(), count = most->integer(1, kMostTicks)](Host& host) {
+    std::string difference;
+    for (int64_t i = 0; i < count; ++i) {
+      host.idle();
+      host.timeline.drain();
+      difference.clear();
+      for (const auto& [key, check] : checks) {
+        if (difference.empty()) difference = check(host);
+      }
+      if (difference.empty() || host.settings().tolerant) break;
+    }
+    if (!host.settings().tolerant) host.timeline.addExpectation("tick until", place, difference);
+  };
+}
+
 Action ReadDialog(const YamlValue& value, Draft& draft) {
   std::string title;
   std::string className = kDialogClass;
@@ -244,7 +290,9 @@ constexpr std::array kStepKinds{
     StepKind{"remove", ReadRemove, false},
     StepKind{"quit", ReadQuit, true},
     StepKind{"tick", ReadTick, true},
+    StepKind{"tick until", ReadTickUntil, true},
     StepKind{"wait", ReadWait, false},
+    StepKind{"pause", ReadPause, false},
     StepKind{"dialog", ReadDialog, true},
     StepKind{"fail", ReadFail, false},
     StepKind{"refuse", ReadRefuse, false},

@@ -1,0 +1,144 @@
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "Backtrace.h"
+#include "Host.h"
+#include "SuiteCall.h"
+
+// What the host tells the process that waits, which decides what is a finding.
+
+namespace host {
+namespace {
+
+Actor ActorOf(Finding finding) {
+  const bool isOfSession = finding == Finding::expectation || finding == Finding::setup;
+  return isOfSession ? Actor::session : Actor::plugIn;
+}
+
+}  // namespace
+
+std::string Host::where() const {
+  return fmt::format("in the {}, tick {}, host call {}, step {}", *mHook ? mHook : "host itself",
+                     timeline.tick, mFlight->hostCall[0] ? mFlight->hostCall.data() : "none",
+                     mFlight->step.data());
+}
+
+void Host::tell(Finding finding, std::string text, FactNames names, std::string where,
+                int64_t code) {
+  Event fact(timeline.head(ActorOf(finding)));
+  fact.kind = EventKind::fact;
+  fact.finding = finding;
+  fact.text = std::move(text);
+  fact.names = std::move(names);
+  fact.where = std::move(where);
+  fact.code = code;
+  fact.visit = mVisit;
+  timeline.addFact(std::move(fact));
+}
+
+void Host::expectFacts(const std::string& key, const std::string& place,
+                       std::vector<std::string> texts) {
+  Event expect(timeline.head(Actor::session));
+  expect.kind = EventKind::expect;
+  expect.name = key;
+  expect.where = place;
+  expect.texts = std::move(texts);
+  timeline.addFact(std::move(expect));
+}
+
+void Host::countFailure(std::string_view function) {
+  ++mFailures;
+  Event failure(timeline.head(Actor::session));
+  failure.kind = EventKind::failure;
+  failure.name = function;
+  mWire.send(failure);
+}
+
+void Host::countAnswer(A_Err error) {
+  // Nobody else excuses what an answer may have caused.
+  if (!mSettings.tolerant) return;
+  Event answer(timeline.head(Actor::host));
+  answer.kind = EventKind::answer;
+  answer.code = error;
+  answer.visit = mVisit;
+  mWire.send(answer);
+}
+
+void Host::showCall(const RunningCall& running, A_Err result, bool isSupplied) {
+  if (mSettings.showsCalls) timeline.addCall(running, result, isSupplied);
+}
+
+bool Host::refusesMoreHooks() {
+  constexpr int kMaxDepth = 100;
+  if (mNestsTooDeep) return true;
+  if (mDepth < kMaxDepth) return false;
+  mNestsTooDeep = true;
+  SuiteCall::current().misused(
+      Finding::nestedTooDeep,
+      fmt::format("{} calls of hooks are under way, each within the one before", kMaxDepth));
+  return true;
+}
+
+A_Err Host::reportFromOtherThread(SuiteId suite, std::string_view function) const {
+  // Only what is the same for all threads, or may be read by any.
+  Event fact(HeadForThread(*mFlight));
+  fact.kind = EventKind::fact;
+  fact.finding = Finding::wrongThread;
+  fact.names.function = function;
+  fact.text = fmt::format("{} of {}: called from another thread", function, NameOf(suite));
+  const char* const hook = mFlight->hook;
+  fact.where = fmt::format("while the main thread was in the {}, tick {}",
+                           *hook ? hook : "host itself", fact.tick);
+  for (const std::string& frame : Backtrace()) fact.where += "\n    " + frame;
+  mWire.send(fact);
+  return PF_Err_BAD_CALLBACK_PARAM;
+}
+
+void Host::reportError(const char* hook, A_Err result) {
+  ++mErrorsShown;
+  const std::string error = fmt::format("{} {}", hook, result);
+  tell(Finding::hookError, "the user saw an error that no step expects: " + error, {{}, {}, error},
+       where(), result);
+}
+
+void Host::reportLeaks() {
+  bool isClean = true;
+  const auto report = [&](Finding finding, const std::string& what, const Origin& origin) {
+    isClean = false;
+    tell(finding, fmt::format("{} is left, from {}", what, origin.text()),
+         {origin.function, what, {}}, "at the end of the process");
+  };
+  for (const auto& [suite, origin] : ledger.held(Holding::suite)) {
+    report(Finding::suiteLeaked, NameOfTable(suite), origin);
+  }
+  for (const auto& [thing, origin] : ledger.held(Holding::memoryHandle)) {
+    const auto handle = static_cast<AEGP_MemHandle>(const_cast<void*>(thing));
+    report(Finding::handleLeaked,
+           memory.isLocked(handle) ? "a locked memory handle" : "a memory handle", origin);
+  }
+  for (const auto& [block, origin] : ledger.held(Holding::block)) {
+    report(Finding::blockLeaked, "a block", origin);
+  }
+  if (!isClean) return;
+  timeline.add(Actor::host,
+               fmt::format("is gone; all {} suites acquired were released, no handle and no lock "
+                           "is left",
+                           ledger.given(Holding::suite)));
+}
+
+void Host::giveUp(Finding finding, const std::string& text) {
+  report(finding, text);
+  throw SessionEnded{};
+}
+
+void Host::failToLoad(const std::string& why) const {
+  timeline.tell(EventKind::unloadable, fmt::format("{} {}", mModule.path, why));
+  throw SessionEnded{};
+}
+
+void Host::noteOnce(Actor actor, const std::string& text) {
+  if (mNotes.insert(text).second) timeline.add(actor, text);
+}
+
+}  // namespace host
