@@ -81,7 +81,6 @@ class TamberlinkTest : public testing::Test {
           "Auto A\tautomatic\nAuto B\tautomatic\nPick A\tchoice\nPick B\tchoice\n"
           "Closed A\trestricted\nClosed B\trestricted\n");
   }
-  ~TamberlinkTest() override { std::filesystem::current_path("/"); }
 
  private:
   TemporaryFolder mFolder;

@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "AfterEachTest.h"
 #include "FakeHost.h"
 #include "FakeTamberlink.h"
@@ -11,8 +9,6 @@ namespace {
 
 // A test that follows in the same process finds the fakes and the plug-in as they are at start-up.
 const bool kStartsFresh = AfterEachTest([] {
-  // A test's temporary folder is gone.
-  std::filesystem::current_path("/");
   global_state = GlobalState();
   projectWasOpened();
   delete fake_tamberlink.Install();

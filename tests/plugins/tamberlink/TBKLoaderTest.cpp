@@ -18,10 +18,8 @@ using testing::IsSupersetOf;
 
 const std::string kFontManager = FONT_MANAGER;
 
-const bool kUnloads = AfterEachTest([] {
-  std::filesystem::current_path("/");
-  delete TBKLoader::GetThisSharedInstance(kFontManager + "/Tamberlink.framework");
-});
+const bool kUnloads = AfterEachTest(
+    [] { delete TBKLoader::GetThisSharedInstance(kFontManager + "/Tamberlink.framework"); });
 
 TEST(TBKLoader, FillsTheTableFromAFullFramework) {
   TBKLoader* loader = TBKLoader::GetThisSharedInstance(kFontManager + "/Tamberlink.framework");
