@@ -32,7 +32,8 @@ TEST(GLogger, EachThresholdPassesItsOwnLevelAndMoreSevereOnes) {
   for (int row = 0; row < 36; ++row) {
     const auto threshold = static_cast<Level>(row / 6 - 1), level = static_cast<Level>(row % 6 - 1);
     logger.SetLoggingLevelForIdentifier("id", threshold);
-    EXPECT_EQ(logger.ShouldLog("id", level), level >= kError && level <= threshold) << row;
+    EXPECT_EQ(logger.ShouldLog("id", level), level >= kError && level <= threshold)
+        << "level " << level << " at threshold " << threshold;
   }
 }
 

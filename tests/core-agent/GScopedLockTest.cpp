@@ -92,7 +92,8 @@ TEST(GLockable, PollsUntilTheTimeIsUp) {
               {50, {kBusy}, {50000}},     {7, {kBusy}, {7000}},
               {120, {kBusy, 0}, {50000}}, {120, {CoreErrorCodes::kError}, {}}};
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.milliseconds);
+    SCOPED_TRACE(testing::Message() << row.milliseconds << " ms, " << row.attempts.size()
+                                    << " attempts, the last with " << row.attempts.back());
     posixFakes.sleeps.clear();
     StrictMock<MockLockable> lockable;
     testing::InSequence sequence;
