@@ -36,7 +36,7 @@ A_Err RegisterCommandHook(AEGP_PluginID, AEGP_HookPriority priority, AEGP_Comman
 A_Err RegisterUpdateMenuHook(AEGP_PluginID, AEGP_UpdateMenuHook hook,
                              AEGP_UpdateMenuRefcon refcon) {
   auto& hooks = TheHost().hooks.updateMenu;
-  const Hook added{hook, refcon};
+  const Hook<AEGP_UpdateMenuHook, AEGP_UpdateMenuRefcon> added{hook, refcon};
   const A_Err error = Register("an update-menu hook", hooks, added);
   if (error == A_Err_NONE) hooks.push_back(added);
   return error;
@@ -44,7 +44,7 @@ A_Err RegisterUpdateMenuHook(AEGP_PluginID, AEGP_UpdateMenuHook hook,
 
 A_Err RegisterDeathHook(AEGP_PluginID, AEGP_DeathHook hook, AEGP_DeathRefcon refcon) {
   auto& hooks = TheHost().hooks.death;
-  const Hook added{hook, refcon};
+  const Hook<AEGP_DeathHook, AEGP_DeathRefcon> added{hook, refcon};
   const A_Err error = Register("a death hook", hooks, added);
   if (error == A_Err_NONE) hooks.push_back(added);
   return error;
@@ -52,7 +52,7 @@ A_Err RegisterDeathHook(AEGP_PluginID, AEGP_DeathHook hook, AEGP_DeathRefcon ref
 
 A_Err RegisterIdleHook(AEGP_PluginID, AEGP_IdleHook hook, AEGP_IdleRefcon refcon) {
   auto& hooks = TheHost().hooks.idle;
-  const Hook added{hook, refcon};
+  const Hook<AEGP_IdleHook, AEGP_IdleRefcon> added{hook, refcon};
   const A_Err error = Register("an idle hook", hooks, added);
   if (error == A_Err_NONE) hooks.push_back(added);
   return error;

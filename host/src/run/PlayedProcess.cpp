@@ -30,8 +30,6 @@ namespace host {
 namespace {
 
 constexpr int64_t kNanoseconds = 1'000'000'000;
-// Of one kind. A plug-in that makes a misuse makes it again and again.
-constexpr size_t kMostFindings = 100;
 // Of each output that a process leaves behind, in bytes. It may have printed without end.
 constexpr uintmax_t kMostOutput = 262'144;
 // How long a process that hangs may take to write its backtrace.

@@ -12,15 +12,15 @@ class GetConfiguredPathTest : public testing::Test {
  protected:
   GetConfiguredPathTest() { setenv("HOME", home.path().c_str(), 1); }
 
-  // Returns the value, or `none`.
+  // Returns the value, or `kNone`.
   static std::string Value() {
-    std::string value = none;
+    std::string value = kNone;
     const uint32_t result = GetConfiguredPath("Folder", "file", "k", value);
-    EXPECT_EQ(result, value == none ? CoreErrorCodes::kUnknownError : CoreErrorCodes::kSuccess);
+    EXPECT_EQ(result, value == kNone ? CoreErrorCodes::kUnknownError : CoreErrorCodes::kSuccess);
     return value;
   }
 
-  static constexpr char none[] = "untouched";
+  static constexpr char kNone[] = "untouched";
   TemporaryFolder home;
 };
 
@@ -34,7 +34,7 @@ TEST_F(GetConfiguredPathTest, FirstLineWithTheKeyAndAValueWins) {
                                                        {"k\nk=/b\n", "/b"},
                                                        {"k\r=/a\nk=/b\n", "/b"},
                                                        {"k=\nk=/b\n", ""},
-                                                       {"", none},
+                                                       {"", kNone},
                                                        {std::string("k\0=/a\nk=/b\n", 11), "/b"},
                                                        {"k=\xFF\xFE\n", "\xFF\xFE"},
                                                        {"k=" + megabyte, megabyte}};
@@ -45,9 +45,9 @@ TEST_F(GetConfiguredPathTest, FirstLineWithTheKeyAndAValueWins) {
 }
 
 TEST_F(GetConfiguredPathTest, AnswersQuietlyForWhatIsNoFile) {
-  EXPECT_EQ(Value(), none);
+  EXPECT_EQ(Value(), kNone);
   std::filesystem::create_directories(home.path() / "Library/Folder/file");
-  EXPECT_EQ(Value(), none);
+  EXPECT_EQ(Value(), kNone);
   std::filesystem::remove(home.path() / "Library/Folder/file");
   home.Write("Library/Folder/file", "k=v");
   EXPECT_EQ(Value(), "v");
@@ -56,7 +56,7 @@ TEST_F(GetConfiguredPathTest, AnswersQuietlyForWhatIsNoFile) {
   getrlimit(RLIMIT_NOFILE, &limit);
   const rlimit nothing{0, limit.rlim_max};
   setrlimit(RLIMIT_NOFILE, &nothing);
-  EXPECT_EQ(Value(), none);
+  EXPECT_EQ(Value(), kNone);
   setrlimit(RLIMIT_NOFILE, &limit);
 }
 

@@ -70,7 +70,7 @@ struct Event {
 };
 
 TEST_F(IdleEventsTest, EventsFollowFromTwoSnapshots) {
-  constexpr int64_t now = 1000;
+  constexpr int64_t kNow = 1000;
   const Event open{"Handling Open", {"start"}}, close{"Handling Close", {"switch", "close"}},
       save{"Handling Save", {"save"}}, saveAs{"Handling Save As", {"create", "save", "path"}},
       none{nullptr, {}};
@@ -84,18 +84,18 @@ TEST_F(IdleEventsTest, EventsFollowFromTwoSnapshots) {
   } rows[] = {
       {"/a", false, "", false, 0, close},
       {"/a", true, "", true, 0, close},
-      {"/a", false, "/b", false, now - 3, saveAs},
-      {"/a", false, "/b", false, now + 5, saveAs},
-      {"/a", false, "/b", false, now - 4, open},
-      {"", true, "/b", false, now - 3, saveAs},
-      {"", false, "/b", false, now - 3, open},
-      {"", true, "/b", false, now - 4, open},
+      {"/a", false, "/b", false, kNow - 3, saveAs},
+      {"/a", false, "/b", false, kNow + 5, saveAs},
+      {"/a", false, "/b", false, kNow - 4, open},
+      {"", true, "/b", false, kNow - 3, saveAs},
+      {"", false, "/b", false, kNow - 3, open},
+      {"", true, "/b", false, kNow - 4, open},
       {"", false, "/b", false, 0, saveAs},
       {"/a", false, "/b", false, 0, saveAs},
       {"/a", false, "/b", false, -1, open},
-      {"/a", true, "/a", false, now, save},
-      {"/a", false, "/a", false, now, none},
-      {"/a", false, "/a", true, now, none},
+      {"/a", true, "/a", false, kNow, save},
+      {"/a", false, "/a", false, kNow, none},
+      {"/a", false, "/a", true, kNow, none},
       {"", true, "", false, 0, none},
       {"/A", false, "/a", false, 1, open},
   };
@@ -109,7 +109,7 @@ TEST_F(IdleEventsTest, EventsFollowFromTwoSnapshots) {
     state.currentProjectPath = row.currentPath;
     state.currentProjectDirty = row.currentDirty;
     state.currentProjectModificationDate = row.date;
-    state.currentTime = now;
+    state.currentTime = kNow;
     traces.lines.clear();
     EXPECT_EQ(Run(), row.event.flags);
     if (row.event.trace) {

@@ -129,8 +129,8 @@ int32_t ReleaseSuite(const char*, int32_t) {
   return 0;
 }
 
-const std::array<Function, 7> basicSuite{reinterpret_cast<Function>(AcquireSuite),
-                                         reinterpret_cast<Function>(ReleaseSuite)};
+const std::array<Function, 7> kBasicSuite{reinterpret_cast<Function>(AcquireSuite),
+                                          reinterpret_cast<Function>(ReleaseSuite)};
 
 class ModuleTest : public testing::Test {
  protected:
@@ -149,7 +149,7 @@ class ModuleTest : public testing::Test {
     ASSERT_NE(entry, nullptr);
   }
 
-  int32_t Start(const void* basic = basicSuite.data()) { return entry(basic, 114, 0, 5, nullptr); }
+  int32_t Start(const void* basic = kBasicSuite.data()) { return entry(basic, 114, 0, 5, nullptr); }
 
   void PlaceFramework() {
     folder.Write("Library/Veldrane/com.veldrane.Oxbrim-LaunchInfo.conf",
