@@ -17,10 +17,9 @@ std::string createUTF8StringFromA_UTF16String(unsigned short* text) {
   while (*end != 0) bits |= *end++;
   // Runs on every tick, and most paths are ASCII, where a unit is a byte.
   if (bits < 0x80) return {text, end};
-  std::string bytes;
   constexpr size_t kMaxBytesPerUnit = 3;
-  bytes.reserve(kMaxBytesPerUnit * static_cast<size_t>(end - text));
-  utf8::utf16to8(text, end, std::back_inserter(bytes));
+  std::string bytes(kMaxBytesPerUnit * static_cast<size_t>(end - text), '\0');
+  bytes.erase(utf8::utf16to8(text, end, bytes.begin()), bytes.end());
   return bytes;
 }
 

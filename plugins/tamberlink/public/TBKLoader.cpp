@@ -92,7 +92,7 @@ TBKLoader* TBKLoader::GetThisSharedInstance(const std::string& frameworkPath) {
 
 void TBKLoader::ResetFunctionPointers(TBKLoader* loader, const void* bundle) {
   if (bundle) loader->missingFunctionCount = 0;
-#define TBK_EXPORT(name, parameters) TBK_UNCALLED_EXPORT(name)
+#define TBK_EXPORT(name, ...) TBK_UNCALLED_EXPORT(name)
 #define TBK_UNCALLED_EXPORT(name) \
   LookUp(loader->pf##name, bundle, #name, loader->missingFunctionCount);
 #include "TBKExports.def"
@@ -101,7 +101,7 @@ void TBKLoader::ResetFunctionPointers(TBKLoader* loader, const void* bundle) {
 bool TBKLoader::VerifyThatAllMembersAre(bool nonNull) {
   bool allAre = true;
   int32_t position = 0;
-#define TBK_EXPORT(name, parameters) TBK_UNCALLED_EXPORT(name)
+#define TBK_EXPORT(name, ...) TBK_UNCALLED_EXPORT(name)
 #define TBK_UNCALLED_EXPORT(name)                                                            \
   if (++position <= kVerifiedExports && (pf##name != nullptr) != nonNull) {                  \
     OutputIndentedAndFormattedString(0, nonNull ? "ERROR:  this->pf" #name " is NULL."       \
@@ -115,7 +115,7 @@ bool TBKLoader::VerifyThatAllMembersAre(bool nonNull) {
 void TBKLoader::TraceCall(const void* member, const std::vector<std::string>& arguments,
                           uint32_t result) const {
   std::string name;
-#define TBK_EXPORT(export, parameters) TBK_UNCALLED_EXPORT(export)
+#define TBK_EXPORT(export, ...) TBK_UNCALLED_EXPORT(export)
 #define TBK_UNCALLED_EXPORT(export) \
   if (member == &pf##export) name = #export;
 #include "TBKExports.def"

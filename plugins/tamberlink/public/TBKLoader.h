@@ -27,7 +27,7 @@ using TamberlinkDocumentId = std::array<char, 256>;
 /// the framework lacks the export. Exports that nobody calls have no signature.
 class TBKLoader {
  public:
-#define TBK_EXPORT(name, parameters) uint32_t(*pf##name) parameters;
+#define TBK_EXPORT(name, ...) uint32_t (*pf##name)(__VA_ARGS__);
 #define TBK_UNCALLED_EXPORT(name) void (*pf##name)();
 #include "TBKExports.def"
 
