@@ -125,7 +125,7 @@ void updateFontList(GlobalStateInterface* state, TBKCallTracker* tracker) {
 }
 
 A_Err reopenProject(GlobalStateInterface* state, TBKCallTracker* tracker) {
-  // The host has no current path: the first step closed the project.
+  // The path of the activation's start: since the first step closed the project, the host has none.
   const uint32_t error = state->projectPathUtils->openProject(state->suiteHandlerManager.get(),
                                                               state->activationProjectPath);
   tracker->openProjectCalled = true;
