@@ -44,7 +44,7 @@ foreach(kind EXE MODULE SHARED)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT -fuse-ld=lld)
 endforeach()
 
-# Debian's headers of utfcpp. They lie beside those of Debian's own architecture, where CMake doesn't look for macOS.
+# Debian's headers of utfcpp. They are beside those of Debian's own architecture, where CMake doesn't look for macOS.
 file(GLOB utf8cpp_DIR /usr/lib/*/cmake/utf8cpp)
 
 # Nothing built here can run, and macOS has the threads in its C library.

@@ -66,7 +66,7 @@ uint32_t ShowNotLoggedInMessageBox() noexcept;
 /// Writes whether to tell the user so, by the session's state.
 uint32_t ShouldShowLogin(bool* show) noexcept;
 
-/// Nobody calls these, so that their signatures are open.
+/// Nobody calls these, so their signatures are open.
 void CreateMenusFromJSONBuffer() noexcept;
 void GetAPIVersion() noexcept;
 void GetMenus() noexcept;

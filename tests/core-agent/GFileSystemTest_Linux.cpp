@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "AfterEachTest.h"
 #include "GFileSystem.h"
 #include "GFileSystemSpec.h"
 #include "GSystem.h"
@@ -17,7 +18,13 @@ namespace {
 using testing::ElementsAre;
 
 // This user's home in the password database of this executable, whose other user is "ann".
-std::string ownHome = "/home/own";
+std::string ownHome;
+
+const bool kOwnHomeIsReset = [] {
+  const auto reset = [] { ownHome = "/home/own"; };
+  reset();
+  return AfterEachTest(reset);
+}();
 
 int Find(const std::string& home, passwd* entry, char* buffer, size_t size, passwd** result) {
   if (home.size() >= size) return ERANGE;

@@ -7,7 +7,7 @@
 #include "CoreErrorCodes.h"
 #include "GetPathToRunningProcess.h"
 
-// What the plug-in asks of the system about applications, on a desktop whose Dock runs.
+// The plug-in's questions to the system about applications, on a desktop whose Dock runs.
 
 namespace {
 

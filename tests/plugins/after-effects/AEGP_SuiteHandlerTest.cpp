@@ -28,7 +28,7 @@ TEST(SuiteHandler, AcquiresOnFirstUseAndReleasesInTheOrderOfTheList) {
                           "-AEGP Persistent Data Suite 3", "-AEGP Utility Suite 13"));
 }
 
-// What the host answers to an acquisition.
+// The host's answer to an acquisition.
 SPErr acquireResult = 0;
 const void* acquiredTable = nullptr;
 

@@ -43,7 +43,7 @@ TEST(BackgroundForegroundSwitcher, GoesToTheDockAndBackWhenTheHostIsInFront) {
   }
 }
 
-TEST(FrontApplication, WritesAnIdOnlyWhereThereIsOne) {
+TEST(BackgroundForegroundSwitcherPlatform, WritesAnIdOnlyWhereThereIsOne) {
   int pid = 17;
   EXPECT_EQ(GetFrontProcessID(pid), -1);
   EXPECT_EQ(GetProcessID("com.apple.dock", pid), -600);

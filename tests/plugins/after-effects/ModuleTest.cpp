@@ -67,7 +67,7 @@ void FillTables(Tables& tables, std::integer_sequence<int, suites...>) {
   (FillTable<suites>(tables, std::make_index_sequence<kMostFunctions>()), ...);
 }
 
-// What gives something back.
+// A function that gives something back.
 template <int suite, size_t position, class... Arguments>
 void Supply(Tables& tables, int32_t (*function)(Arguments...)) {
   static int32_t (*const supplied)(Arguments...) = function;
