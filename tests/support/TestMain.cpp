@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+// POSIX has each program declare it.
+extern "C" char** environ;
+
 namespace {
 
 std::vector<std::string> Variables() {
