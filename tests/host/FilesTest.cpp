@@ -262,12 +262,14 @@ TEST(Files, ADashIsStandardOutputAndMovesTheTimelineToStandardError) {
   const Recorded run("steps: [tick]");
   const std::string play =
       AEGP_HOST " run --plugin " TEST_PLUGIN " " + Word(run.path("story.yaml")) + " --";
+  const auto playWithDash = [&](const std::string& option, const std::string& redirections) {
+    return RunCommand("(" + play + option + " - " + redirections + ")");
+  };
   for (const std::string option : {"json", "html", "junit"}) {
     SCOPED_TRACE(option);
-    EXPECT_EQ(RunCommand("(" + play + option + " - 2>/dev/null)").output, Read(run.path(option)));
-    EXPECT_EQ(RunCommand("(" + play + option + " - 3>&1 >/dev/null 2>&3)").output,
-              run.played.output);
-    const Played full = RunCommand("(" + play + option + " - >/dev/full)");
+    EXPECT_EQ(playWithDash(option, "2>/dev/null").output, Read(run.path(option)));
+    EXPECT_EQ(playWithDash(option, "3>&1 >/dev/null 2>&3").output, run.played.output);
+    const Played full = playWithDash(option, ">/dev/full");
     EXPECT_EQ(full.code, 2);
     EXPECT_THAT(full.output, HasSubstr("can't write standard output: "));
   }

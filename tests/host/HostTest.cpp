@@ -587,10 +587,12 @@ TEST(Host, FindsLinesOfAFileInTheirOrder) {
       {"[two at ... of 4]", "expected: log: two at ... of 4\n"},
       {"[...two of 3]", "expected: log: ...two of 3\n"},
   };
+  const auto expecting = [&](const std::string& lines) {
+    return Play(files + "steps: [expect: {files: {log: {has lines: " + lines + "}}}]");
+  };
   for (const auto& [lines, difference] : cases) {
     SCOPED_TRACE(lines);
-    const Played played =
-        Play(files + "steps: [expect: {files: {log: {has lines: " + lines + "}}}]");
+    const Played played = expecting(lines);
     EXPECT_EQ(played.code, difference.empty() ? 0 : 1);
     EXPECT_THAT(played.output, HasSubstr(difference));
   }
