@@ -53,19 +53,19 @@ class Suite {
 };
 
 struct Register : Suite<AEGP_RegisterSuite5> {
-  Register() : Suite("AEGP Register Suite", 6) {}
+  Register() : Suite(kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5) {}
 };
 struct Commands : Suite<AEGP_CommandSuite1> {
-  Commands() : Suite("AEGP Command Suite", 1) {}
+  Commands() : Suite(kAEGPCommandSuite, kAEGPCommandSuiteVersion1) {}
 };
 struct Projects : Suite<AEGP_ProjSuite6> {
-  Projects() : Suite("AEGP Proj Suite", 9) {}
+  Projects() : Suite(kAEGPProjSuite, kAEGPProjSuiteVersion6) {}
 };
 struct Memory : Suite<AEGP_MemorySuite1> {
-  Memory() : Suite("AEGP Memory Suite", 1) {}
+  Memory() : Suite(kAEGPMemorySuite, kAEGPMemorySuiteVersion1) {}
 };
 struct Utility : Suite<AEGP_UtilitySuite3> {
-  Utility() : Suite("AEGP Utility Suite", 7) {}
+  Utility() : Suite(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3) {}
 };
 
 AEGP_MemHandle PathHandle() {
@@ -88,8 +88,10 @@ void Lock(AEGP_MemHandle handle) {
 }
 
 void KeepAPreference() {
-  const Suite<AEGP_PersistentDataSuite3> writer("AEGP Persistent Data Suite", 3);
-  const Suite<AEGP_PersistentDataSuite4> reader("AEGP Persistent Data Suite", 4);
+  const Suite<AEGP_PersistentDataSuite3> writer(kAEGPPersistentDataSuite,
+                                                kAEGPPersistentDataSuiteVersion3);
+  const Suite<AEGP_PersistentDataSuite4> reader(kAEGPPersistentDataSuite,
+                                                kAEGPPersistentDataSuiteVersion4);
   AEGP_PersistentBlobH blob = nullptr;
   writer->AEGP_GetApplicationBlob(&blob);
   writer->AEGP_SetString(blob, "Section", "new", "kept");

@@ -8,6 +8,9 @@
 typedef A_Err PF_Err;
 enum { PF_Err_BAD_CALLBACK_PARAM = 516 }; /* what a missing suite is reported as */
 
+#define kPFAdvAppSuite "PF AE Adv App Suite"
+#define kPFAdvAppSuiteVersion2 2
+
 /* "PF AE Adv App Suite", version 2 */
 typedef struct PF_AdvAppSuite2 {
   A_UnknownFunction PF_SetProjectDirty;

@@ -55,6 +55,23 @@ typedef A_Err (*AEGP_UpdateMenuHook)(AEGP_GlobalRefcon plugin_refconP,
 /* Called once, when the host shuts down. */
 typedef A_Err (*AEGP_DeathHook)(AEGP_GlobalRefcon plugin_refconP, AEGP_DeathRefcon refconP);
 
+/* The suites' names, and the version of each struct of them. The number in a version macro's name
+   is that of the struct. Its value is passed to `AcquireSuite`. */
+#define kAEGPRegisterSuite "AEGP Register Suite"
+#define kAEGPRegisterSuiteVersion5 6
+#define kAEGPCommandSuite "AEGP Command Suite"
+#define kAEGPCommandSuiteVersion1 1
+#define kAEGPUtilitySuite "AEGP Utility Suite"
+#define kAEGPUtilitySuiteVersion3 7
+#define kAEGPUtilitySuiteVersion6 13
+#define kAEGPProjSuite "AEGP Proj Suite"
+#define kAEGPProjSuiteVersion6 9
+#define kAEGPMemorySuite "AEGP Memory Suite"
+#define kAEGPMemorySuiteVersion1 1
+#define kAEGPPersistentDataSuite "AEGP Persistent Data Suite"
+#define kAEGPPersistentDataSuiteVersion3 3
+#define kAEGPPersistentDataSuiteVersion4 4
+
 /* "AEGP Register Suite", version 6 */
 typedef struct AEGP_RegisterSuite5 {
   A_Err (*AEGP_RegisterCommandHook)(AEGP_PluginID aegp_plugin_id, AEGP_HookPriority hook_priority,
@@ -91,12 +108,6 @@ typedef struct AEGP_CommandSuite1 {
   A_Err (*AEGP_CheckMarkMenuCommand)(AEGP_Command command, A_Boolean checkB);
   A_Err (*AEGP_DoCommand)(AEGP_Command command);
 } AEGP_CommandSuite1;
-
-/* The number in a version macro's name is that of the struct. Its value is acquired. */
-#define kAEGPUtilitySuite "AEGP Utility Suite"
-#define kAEGPUtilitySuiteVersion3 7
-#define kAEGPPersistentDataSuite "AEGP Persistent Data Suite"
-#define kAEGPPersistentDataSuiteVersion3 3
 
 /* "AEGP Utility Suite", version 7 */
 typedef struct AEGP_UtilitySuite3 {
