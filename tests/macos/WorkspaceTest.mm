@@ -6,6 +6,7 @@
 #include "BackgroundForegroundSwitcherPlatform.h"
 #include "CoreErrorCodes.h"
 #include "GetPathToRunningProcess.h"
+#include "TraceLog.h"
 
 // The plug-in's questions to the system about applications, on a desktop whose Dock runs.
 
@@ -14,6 +15,7 @@ namespace {
 using testing::AllOf;
 using testing::Contains;
 using testing::Each;
+using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
@@ -50,7 +52,7 @@ TEST(Workspace, TellsTheProcessOfAnApplication) {
 // A program without windows isn't in front, so nothing is activated.
 TEST(Workspace, TheSwitchLeavesAnotherApplicationInFront) {
   int before = 0, after = 0;
-  GetFrontProcessID(before);
+  ASSERT_EQ(GetFrontProcessID(before), 0);
   BackgroundForegroundSwitcher().backgroundForegroundApp(nullptr);
   GetFrontProcessID(after);
   EXPECT_EQ(before, after);
@@ -58,8 +60,11 @@ TEST(Workspace, TheSwitchLeavesAnotherApplicationInFront) {
 }
 
 TEST(Workspace, ActivatesNothingWithoutSuchAProcess) {
+  TraceLog traces;
   SetFrontApplication(0);
   SetFrontApplication(-1);
+  EXPECT_THAT(traces.lines, ElementsAre("The platform refused to bring process 0 to the front",
+                                        "The platform refused to bring process -1 to the front"));
 }
 
 }  // namespace
