@@ -103,12 +103,6 @@ const std::vector<Misbehaviour> kMisbehaviours{
      {"wrong-thread: AcquireSuite of the basic suite: called from another thread\n",
       "2000 times, first at tick 1\n", "\n     1  user       quits the host\n"},
      {}},
-    {"write past a handle",
-     {"overrun: AEGP_FreeMemHandle: the plug-in has written past the end of the handle"},
-     {}},
-    {"write past a block",
-     {"overrun: FreeBlock: the plug-in has written past the end of the block"},
-     {}},
     {"register late", {"late-hook: AEGP_RegisterIdleHook: the entry point has returned"}, {}},
     {"insert an unknown command", {"unknown-command: AEGP_InsertMenuCommand: "}, {}},
     {"insert into no menu", {"unknown-menu: AEGP_InsertMenuCommand: there is no menu 0"}, {}},
@@ -220,6 +214,21 @@ TEST(Host, WarnsOfWhatIsOddAndNoMistakeYet) {
               HasSubstr("registered-twice: AEGP_RegisterIdleHook: the hook is registered already"));
   // Gives back only what it holds.
   EXPECT_THAT(Play(Behaviour("hold a suite to the end")).output, Not(HasSubstr("warnings:")));
+}
+
+TEST(Host, NoticesAWritePastTheEndOfAHandleOrABlock) {
+  for (const auto& [behaviour, finding] : std::vector<std::pair<std::string, std::string>>{
+           {"write past a handle",
+            "overrun: AEGP_FreeMemHandle: the plug-in has written past the "
+            "end of the handle"},
+           {"write past a block",
+            "overrun: FreeBlock: the plug-in has written past the end of the "
+            "block"}}) {
+    const Played played = Play(Behaviour(behaviour));
+    EXPECT_EQ(played.code, 1);
+    // A sanitizer ends the process at the write.
+    EXPECT_THAT(played.output, AnyOf(HasSubstr(finding), HasSubstr("use-after-poison")));
+  }
 }
 
 TEST(Host, TellsNothingOfTheCrashOfAChild) {
