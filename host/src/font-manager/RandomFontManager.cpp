@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 
 #include "Answers.h"
 #include "FontManager.h"
@@ -41,7 +42,7 @@ void FontManager::addRandomKeys(Random& random, YAML::Node& session) const {
   }
   if (random.oneIn(15)) {
     const Operation& operation = kOperations[random.below(kOperations.size())];
-    if (!fs::is_directory(mFolder / fmt::format("without-{}", operation.name))) return;
+    if (!std::filesystem::is_directory(mFolder / fmt::format("without-{}", operation.name))) return;
     session["framework"]["missing export"] = std::string(operation.name);
   } else if (random.oneIn(15)) {
     session["framework"]["folder"] = "Apps/Core/PluginFiles";
