@@ -111,6 +111,15 @@ TEST(GLogger, EntriesOfAnAppenderAreDropped) {
   EXPECT_THAT(reports.Entries(), IsEmpty());
 }
 
+TEST(GLogger, AThreadLogsAgainAfterAnAppenderHasThrown) {
+  GLogger logger;
+  logger.AddAppender("a", std::make_unique<HookedAppender>([] { throw 1; }));
+  EXPECT_THROW(logger.LogError("id", "lost"), int);
+  const LogLines log("a", logger);
+  logger.LogError("id", "next");
+  EXPECT_THAT(log.Entries(), ElementsAre("[id]\t[Error]\tnext"));
+}
+
 TEST(GLogger, AppendersAreCalledAndDeletedInTheOrderOfTheirKeys) {
   std::string events;
   GLogger logger;

@@ -9,7 +9,6 @@ class GLogAppender {
   virtual ~GLogAppender() = default;
 
   /// Receives one finished line, which ends in a line feed. Called on the thread that logs, for one
-  /// line at a time. Entries that it logs are dropped. Must not throw, or its thread could never
-  /// log again.
+  /// line at a time. Entries that it logs are dropped. What it throws goes to the code that logs.
   virtual void Append(const std::string& line) = 0;
 };

@@ -32,6 +32,15 @@ void FormatMessage(std::vector<char>& buffer, const std::string& format, va_list
   va_end(secondPass);
 }
 
+// Ends the delivery of a line, even if an appender throws: the thread may log again.
+struct DeliveryEnd {
+  GScopedLock& lock;
+  void*& thread;
+  ~DeliveryEnd() {
+    if (lock.Lock()) thread = nullptr;
+  }
+};
+
 }  // namespace
 
 GLogger* GLogger::GetSharedInstance() {
@@ -151,6 +160,7 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
     threadLock.Unlock();
   }
 
+  const DeliveryEnd end{threadLock, sCurrentLogThread};
   if (!mAppenders.empty()) {
     static std::vector<char> sStringBuffer(256);  // guarded by mAppendersLock, never shrinks
     FormatMessage(sStringBuffer, format, arguments);
@@ -159,8 +169,6 @@ void GLogger::LogvString(const std::string& format, va_list arguments) {
     line.append(sStringBuffer.data()).append("\n");
     for (const auto& [key, appender] : mAppenders) appender->Append(line);
   }
-
-  if (threadLock.Lock()) sCurrentLogThread = nullptr;
 }
 
 const std::string& GLogger::GetDefaultLoggingIdentifier() const {

@@ -61,7 +61,7 @@ bool handleClose(GlobalStateInterface* state, TBKCallTracker* tracker) {
   OutputIndentedAndFormattedString(0, "Handling Close");
   TamberlinkDocumentId id{};
   // The current path is empty.
-  CallTamberlink(&TBKLoader::pfHandleCloseDocument, state->lastProjectPath.c_str(), id.data());
+  CallTamberlink(&TBKLoader::pfHandleCloseDocument, state->lastProjectPath, id.data());
   tracker->handleCloseDocumentCalled = true;
   BackgroundForegroundSwitcher switcher;
   // The names select nothing: these are three equal switches.
@@ -75,7 +75,7 @@ bool handleClose(GlobalStateInterface* state, TBKCallTracker* tracker) {
 
 void saveDocument(GlobalStateInterface* state, TBKCallTracker* tracker) {
   TamberlinkDocumentId id{};
-  CallTamberlink(&TBKLoader::pfHandleSaveDocument, state->currentProjectPath.c_str(), id.data());
+  CallTamberlink(&TBKLoader::pfHandleSaveDocument, state->currentProjectPath, id.data());
   tracker->handleSaveDocumentCalled = true;
 }
 
@@ -93,7 +93,7 @@ bool handleSaveAs(GlobalStateInterface* state, TBKCallTracker* tracker) {
   tracker->handleCreateNewDocumentCalled = true;
   // The framework may have left no terminator.
   id.back() = '\0';
-  CallTamberlink(&TBKLoader::pfSetPathForDocument, state->currentProjectPath.c_str(), id.data());
+  CallTamberlink(&TBKLoader::pfSetPathForDocument, state->currentProjectPath, id.data());
   tracker->setPathForDocumentCalled = true;
   saveDocument(state, tracker);
   return true;

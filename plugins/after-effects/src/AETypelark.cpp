@@ -21,6 +21,14 @@ bool isHostSupported(A_long major_version, A_long minor_version) {
   return major_version >= 114 || (major_version == 113 && minor_version >= 5);
 }
 
+void traceVersions(A_long major_version, A_long minor_version) {
+  if (!TraceIsOn()) return;
+  OutputIndentedAndFormattedString(0, "Typelark %s in After Effects %d.%d", TYPELARK_VERSION,
+                                   major_version, minor_version);
+  if (isHostSupported(major_version, minor_version)) return;
+  OutputIndentedAndFormattedString(0, "The host is too old: the plug-in needs 113.5 or later");
+}
+
 void reportStartFailure(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin_id) {
   try {
     manager->suite_handler_ptr()->UtilitySuite3()->AEGP_ReportInfo(
@@ -31,7 +39,7 @@ void reportStartFailure(AE_APISuiteHandlerManager* manager, AEGP_PluginID plugin
 }
 
 A_Err traced(const char* function, A_Err error) {
-  OutputIndentedAndFormattedString(0, "%s returned %d", function, error);
+  if (TraceIsOn()) OutputIndentedAndFormattedString(0, "%s returned %d", function, error);
   return error;
 }
 
@@ -39,8 +47,7 @@ A_Err traced(const char* function, A_Err error) {
 bool invokeCommandDialog() {
   TamberlinkDocumentId id{};
   uint64_t length = id.size();
-  CallTamberlink(&TBKLoader::pfGetIDForDocument, global_state.lastProjectPath.c_str(), id.data(),
-                 &length);
+  CallTamberlink(&TBKLoader::pfGetIDForDocument, global_state.lastProjectPath, id.data(), &length);
   // The framework may have left no terminator.
   id.back() = '\0';
   std::array<char, kReplySize> reply{};
@@ -56,12 +63,8 @@ A_Err EntryPointFunc(SPBasicSuite* pica_basicP, A_long major_version, A_long min
   global_state.hostMajorVersion = major_version;
   global_state.hostMinorVersion = minor_version;
   StartTraceFile();
-  OutputIndentedAndFormattedString(0, "Typelark %s in After Effects %d.%d", TYPELARK_VERSION,
-                                   major_version, minor_version);
-  if (!isHostSupported(major_version, minor_version)) {
-    OutputIndentedAndFormattedString(0, "The host is too old: 113.5 is the first that will do");
-    return A_Err_NONE;
-  }
+  traceVersions(major_version, minor_version);
+  if (!isHostSupported(major_version, minor_version)) return A_Err_NONE;
   global_state.picaBasicSuite = pica_basicP;
   global_state.pluginId = plugin_id;
   try {
@@ -180,11 +183,10 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_UpdateMenuRefcon 
 }
 
 A_Err DeathHook(AEGP_GlobalRefcon /*global_refcon*/, AEGP_DeathRefcon /*refcon*/) {
-  OutputIndentedAndFormattedString(0, "The host quits");
+  if (TraceIsOn()) OutputIndentedAndFormattedString(0, "The host quits");
   if (!TBKLoader::GetSharedInstance()) return A_Err_NONE;
   TamberlinkDocumentId id{};
-  CallTamberlink(&TBKLoader::pfHandleCloseDocument, global_state.lastProjectPath.c_str(),
-                 id.data());
+  CallTamberlink(&TBKLoader::pfHandleCloseDocument, global_state.lastProjectPath, id.data());
   CallTamberlink(&TBKLoader::pfTerminateTamberlinkInterface);
   return A_Err_NONE;
 }

@@ -21,9 +21,10 @@ void BackgroundForegroundSwitcher::backgroundForegroundApp(char* /*application_n
   if (dock != 0) {
     SetFrontApplication(dock);
     SetFrontApplication(own);
+  } else if (TraceIsOn() && own != front) {
+    OutputIndentedAndFormattedString(0, "No switch: process %d is in front, not the host", front);
   } else if (TraceIsOn()) {
-    OutputIndentedAndFormattedString(0, "No switch: host %d, application in front %d, Dock %d", own,
-                                     front, dock);
+    OutputIndentedAndFormattedString(0, "No switch: no Dock is running");
   }
   OutputIndentedAndFormattedString(-1,
                                    "Exiting BackgroundForegroundSwitcher::backgroundForegroundApp");

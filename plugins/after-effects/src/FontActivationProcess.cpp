@@ -46,7 +46,7 @@ class FontBuffer {
 uint32_t openExistingDocument(GlobalStateInterface* state, FontBuffer& fontBuffer,
                               int32_t* activatedOnOpen) {
   const uint32_t result =
-      CallTamberlink(&TBKLoader::pfHandleOpenExistingDocument, state->activationProjectPath.c_str(),
+      CallTamberlink(&TBKLoader::pfHandleOpenExistingDocument, state->activationProjectPath,
                      fontBuffer.data(), fontBuffer.sizeInOut(), activatedOnOpen);
   fontBuffer.clampAndTerminate();
   return result;
@@ -63,7 +63,7 @@ void resolveFonts(GlobalStateInterface* state, TBKCallTracker* tracker, FontBuff
   const bool chosen =
       resolveResult == CoreErrorCodes::kSuccess || resolveResult == CoreErrorCodes::kItemNotHandled;
   if (chosen && !fontBuffer.empty()) {
-    CallTamberlink(&TBKLoader::pfActivateChosenFonts, state->activationProjectPath.c_str(),
+    CallTamberlink(&TBKLoader::pfActivateChosenFonts, state->activationProjectPath,
                    fontBuffer.data(), activatedByChoice);
   }
 }
@@ -71,17 +71,19 @@ void resolveFonts(GlobalStateInterface* state, TBKCallTracker* tracker, FontBuff
 void showRestrictedFonts(GlobalStateInterface* state, TBKCallTracker* tracker,
                          FontBuffer& fontBuffer) {
   fontBuffer.assign(state->restrictedFonts);
-  CallTamberlink(&TBKLoader::pfInvokeRestrictedFontsDialog, state->activationProjectPath.c_str(),
+  CallTamberlink(&TBKLoader::pfInvokeRestrictedFontsDialog, state->activationProjectPath,
                  fontBuffer.data());
   tracker->invokeRestrictedFontsDialogCalled = true;
   state->restrictedFonts.clear();
 }
 
-void traceStep(const GlobalStateInterface& state, const char* step) {
+void traceStep(const GlobalStateInterface& state, const char* step, uint32_t error = 0) {
   if (!TraceIsOn()) return;
   OutputIndentedAndFormattedString(0, "Activation of '%s', tick %d: %s",
                                    state.activationProjectPath.c_str(),
                                    state.ticksSinceActivationStart, step);
+  if (error == 0) return;
+  OutputIndentedAndFormattedString(0, "The host returned %d", static_cast<int32_t>(error));
 }
 
 // The host finds a project's new fonts when it opens it. A project with unsaved changes stays open.
@@ -91,8 +93,8 @@ void closeProjectUnlessDirty(GlobalStateInterface* state) {
     traceStep(*state, "the project has unsaved changes and stays open");
     return;
   }
-  traceStep(*state, "the project is closed, to be reopened");
-  state->suiteHandlerManager->closeCurrentProject();
+  traceStep(*state, "the host closes the project, to reopen it",
+            state->suiteHandlerManager->closeCurrentProject());
   state->SetProjectIsReopening(true);
 }
 
@@ -121,7 +123,7 @@ void updateFontList(GlobalStateInterface* state, TBKCallTracker* tracker) {
   BackgroundForegroundSwitcher switcher;
   switcher.backgroundForegroundApp(const_cast<char*>("AE_CApplication_13.5"));
   tracker->backgroundForegroundAppCalled = true;
-  state->suiteHandlerManager->updateFontList();
+  traceStep(*state, "the host updates its font list", state->suiteHandlerManager->updateFontList());
 }
 
 A_Err reopenProject(GlobalStateInterface* state, TBKCallTracker* tracker) {
@@ -129,6 +131,7 @@ A_Err reopenProject(GlobalStateInterface* state, TBKCallTracker* tracker) {
   const uint32_t error = state->projectPathUtils->openProject(state->suiteHandlerManager.get(),
                                                               state->activationProjectPath);
   tracker->openProjectCalled = true;
+  traceStep(*state, "the host reopens the project", error);
   return static_cast<A_Err>(error);
 }
 
@@ -140,10 +143,8 @@ A_Err runStepInFontActivationProcess(GlobalStateInterface* state, TBKCallTracker
     traceStep(*state, "the framework activates the fonts");
     activateFontsOfDocument(state, tracker);
   } else if (tick == kFontListTick) {
-    traceStep(*state, "the host updates its font list");
     updateFontList(state, tracker);
   } else if (tick == kReopenTick && state->ProjectIsReopening()) {
-    traceStep(*state, "the host reopens the project");
     return reopenProject(state, tracker);
   } else if (tick >= kEndTick) {
     traceStep(*state, "the end");

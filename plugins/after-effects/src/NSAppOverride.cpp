@@ -43,7 +43,8 @@ const char* dismissIfMissingFonts(Window* window) {
   }
   setOpenProjectDialog(nullptr);
   if (!missing) return "It passes: it isn't the missing fonts dialog";
-  return enabled ? "It is dismissed" : "It passes: the framework reports the plug-in disabled";
+  return enabled ? "It gets the Escape key"
+                 : "It passes: the framework reports the plug-in disabled";
 }
 
 const char* decideOn(Window* window) {
@@ -71,11 +72,14 @@ void handleModalWindow(Window* window) {
     decideOn(window);
     return;
   }
-  OutputIndentedAndFormattedString(+1, "A modal dialog begins: class '%s', title '%s'",
+  OutputIndentedAndFormattedString(0, "A modal dialog begins: class '%s', title '%s'",
                                    classNameOf(window).c_str(), titleOf(window).c_str());
   OutputIndentedAndFormattedString(0, "%s", overrideState());
   OutputIndentedAndFormattedString(0, "%s", decideOn(window));
-  OutputIndentedAndFormattedString(-1, "The modal session begins");
+}
+
+void traceFailedEscape(const char* exception) {
+  if (TraceIsOn()) OutputIndentedAndFormattedString(0, "The key raised: %s", exception);
 }
 
 bool isThisTheOpenProjectDialog(Window* window) {
@@ -106,11 +110,9 @@ void suppressWindowAndStartFontActivationProcess(Window* window, int32_t /*aeMaj
 }  // namespace modal_window
 
 void traceModalOverride() {
-  static const char* lastState = nullptr;
   if (!TraceIsOn()) return;
   const char* const state = modal_window::overrideState();
-  if (state != lastState) OutputIndentedAndFormattedString(0, "%s", state);
-  lastState = state;
+  if (IsNews("override", state)) OutputIndentedAndFormattedString(0, "%s", state);
 }
 
 void projectWasOpened() {

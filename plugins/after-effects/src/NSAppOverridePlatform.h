@@ -46,6 +46,8 @@ bool isOverrideInPlace();
 /// Records an open project dialog and dismisses a missing fonts dialog after one. For each modal
 /// window, before the platform begins its session.
 void handleModalWindow(Window* window);
+/// Traces an exception of the platform's that the Escape key raised.
+void traceFailedEscape(const char* exception);
 /// Tests for the title of the host's open project dialog, in any of its languages.
 bool isThisTheOpenProjectDialog(Window* window);
 /// Tests for the title of the missing fonts dialog of that version of the host. Before 114 the

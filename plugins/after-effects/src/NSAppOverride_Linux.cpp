@@ -70,6 +70,7 @@ void sendEscapeKeyToWindow(Window* window) {
     desktopWindow(window)->sendEvent(escapeKeyEventForWindow(desktopWindow(window)));
   } catch (const desktop::Exception& exception) {
     desktop::Log(std::string(kEscapeFailed) + exception.what());
+    traceFailedEscape(exception.what());
   }
 }
 

@@ -67,6 +67,7 @@ void sendEscapeKey(NSWindow* window) {
   if (!exception) return;
   if (![exception isKindOfClass:[NSException class]]) @throw exception;
   NSLog(@"%s%@", modal_window::kEscapeFailed, exception);
+  if (TraceIsOn()) modal_window::traceFailedEscape([[exception description] UTF8String]);
 }
 
 }  // namespace

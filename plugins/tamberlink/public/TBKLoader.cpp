@@ -3,8 +3,6 @@
 #include <sys/stat.h>
 
 #include <array>
-#include <map>
-#include <utility>
 
 #include "CppCoreMacros.h"
 #include "DllFrameworkUtils.h"
@@ -85,8 +83,10 @@ TBKLoader* TBKLoader::GetThisSharedInstance(const std::string& frameworkPath) {
   sSharedInstance->frameworkPath = frameworkPath;
   sSharedInstance->frameworkVersion = version.data();
   ResetFunctionPointers(sSharedInstance, bundle);
-  OutputIndentedAndFormattedString(0, "Its version is '%s', and it lacks %d exports",
-                                   version.data(), sSharedInstance->missingFunctionCount);
+  if (TraceIsOn()) {
+    OutputIndentedAndFormattedString(0, "Its version is '%s', and it lacks %d exports",
+                                     version.data(), sSharedInstance->missingFunctionCount);
+  }
   return sSharedInstance;
 }
 
@@ -122,16 +122,13 @@ void TBKLoader::TraceCall(const void* member, const std::vector<std::string>& ar
   std::string call = name + "(";
   for (const std::string& argument : arguments) call += (call.back() == '(' ? "" : ", ") + argument;
   call += ") returned " + GetNameForErrorCode(result);
-  // The ticks ask these again and again.
-  static std::map<std::string, std::string> answers{{"PluginIsEnabled", ""},
-                                                    {"ShouldShowLogin", ""}};
-  const auto last = answers.find(name);
-  if (last != answers.end() && std::exchange(last->second, call) == call) return;
+  const bool isPoll = name == "PluginIsEnabled" || name == "ShouldShowLogin";
+  if (isPoll && !IsNews(name, call)) return;
   OutputIndentedAndFormattedString(0, "%s (0x%08x)", call.c_str(), result);
 }
 
 void AskWhetherPluginIsEnabled(bool showMessage, bool* enabled) {
   const TBKLoader* loader = TBKLoader::GetSharedInstance();
   if (!loader || !loader->pfPluginIsEnabled) *enabled = false;
-  CallTamberlink(&TBKLoader::pfPluginIsEnabled, showMessage, enabled);
+  if (loader) CallTamberlink(&TBKLoader::pfPluginIsEnabled, showMessage, enabled);
 }

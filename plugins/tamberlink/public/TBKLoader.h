@@ -74,8 +74,8 @@ class TBKLoader {
 
 /// Returns what a trace shows of an argument: a text, a number, or nothing of a buffer, which may
 /// lack a terminator.
-inline std::string TraceText(const char* text) {
-  return std::string("'").append(text).append("'");
+inline std::string TraceText(const std::string& text) {
+  return "'" + text + "'";
 }
 inline std::string TraceText(char* /*buffer*/) {
   return "...";
@@ -91,6 +91,20 @@ std::string TraceText(const Number* value) {
   return std::to_string(*value);
 }
 
+/// What a caller passes for a parameter of the framework: the text itself for a text, which then
+/// stays as it is during the call. Hooks that the host calls meanwhile may replace the caller's.
+template <class Parameter>
+using TamberlinkArgument =
+    std::conditional_t<std::is_same_v<Parameter, const char*>, const std::string, Parameter>;
+
+inline const char* ToTamberlink(const std::string& text) {
+  return text.c_str();
+}
+template <class Value>
+Value ToTamberlink(Value value) {
+  return value;
+}
+
 /// Calls the framework's operation, as in `CallTamberlink(&TBKLoader::pfShouldShowLogin, &show)`.
 /// Without the framework or the operation, returns `CoreErrorCodes::kNotImplemented` and leaves
 /// every out-parameter as it was.
@@ -98,11 +112,12 @@ std::string TraceText(const Number* value) {
 /// Few callers read the result: an event is reported once, and nothing could make up for a failure.
 template <class... Parameters>
 uint32_t CallTamberlink(uint32_t (*TBKLoader::*member)(Parameters...),
-                        std::type_identity_t<Parameters>... arguments) {
+                        TamberlinkArgument<Parameters>... arguments) {
   const TBKLoader* loader = TBKLoader::GetSharedInstance();
   if (!loader) return CoreErrorCodes::kNotImplemented;
   const auto operation = loader->*member;
-  const uint32_t result = operation ? operation(arguments...) : CoreErrorCodes::kNotImplemented;
+  const uint32_t result =
+      operation ? operation(ToTamberlink(arguments)...) : CoreErrorCodes::kNotImplemented;
   if (TraceIsOn()) loader->TraceCall(&(loader->*member), {TraceText(arguments)...}, result);
   return result;
 }

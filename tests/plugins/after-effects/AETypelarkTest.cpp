@@ -95,8 +95,9 @@ TEST(IdleHook, MovesForwardDuringAProcessSoThatNoSaveFollowsIt) {
 
 TEST(IdleHook, TracesOnlyWhatIsNewToATick) {
   ASSERT_EQ(Start(), 0);
-  const auto linesOfTicks = [](int count) {
-    TraceLog traces;
+  TraceLog traces;
+  const auto linesOfTicks = [&](int count) {
+    traces.lines.clear();
     for (int tick = 0; tick < count; ++tick) Tick();
     return traces.lines;
   };

@@ -27,12 +27,16 @@ uint32_t GetPathToRunningProcessExe(const std::string& processName, std::string&
   for (const std::string& path : GetRunningExecutables()) {
     GFileSystemSpec executable(path.c_str());
     if (executable.GetLastPathComponent() != processName) continue;
-    OutputIndentedAndFormattedString(0, "Running: '%s'", path.c_str());
-    if (code == CoreErrorCodes::kSuccess) continue;
-    folder = executable.RemoveLastPathComponent().GetFullPath() + "/";
-    code = CoreErrorCodes::kSuccess;
-    // The first decides. Others are of interest only to the trace.
+    if (code != CoreErrorCodes::kSuccess) {
+      folder = executable.RemoveLastPathComponent().GetFullPath() + "/";
+      code = CoreErrorCodes::kSuccess;
+    }
+    // The first decides. The trace names the others, too.
     if (!TraceIsOn()) break;
+    OutputIndentedAndFormattedString(0, "Running: '%s'", path.c_str());
+  }
+  if (TraceIsOn() && code != CoreErrorCodes::kSuccess) {
+    OutputIndentedAndFormattedString(0, "No running process is named '%s'", processName.c_str());
   }
   return code;
 }
@@ -45,8 +49,10 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
   if (path.empty()) return CoreErrorCodes::kUnknownError;
   path += "/" + folderName + "/" + fileName;
   std::ifstream stream(path, std::ios::binary);
-  OutputIndentedAndFormattedString(0, "Launch-info file '%s': %s", path.c_str(),
-                                   stream.is_open() ? "opened" : "not there");
+  if (TraceIsOn()) {
+    OutputIndentedAndFormattedString(0, "Launch-info file '%s': %s", path.c_str(),
+                                     stream.is_open() ? "opened" : "can't be opened");
+  }
   return ReadConfiguredValue(stream, key, value) ? CoreErrorCodes::kSuccess
                                                  : CoreErrorCodes::kUnknownError;
 }
@@ -54,7 +60,10 @@ uint32_t GetConfiguredPath(const std::string& folderName, const std::string& fil
 bool ReadConfiguredValue(std::istream& stream, const std::string& key, std::string& value) {
   for (std::string line; std::getline(stream, line);) {
     if (line.find(key) != std::string::npos && GetValueAtEndOfThisLine(line.c_str(), &value)) {
-      OutputIndentedAndFormattedString(0, "Its line '%s' gives '%s'", line.c_str(), value.c_str());
+      if (TraceIsOn()) {
+        OutputIndentedAndFormattedString(0, "Its line '%s' gives '%s'", line.c_str(),
+                                         value.c_str());
+      }
       return true;
     }
   }

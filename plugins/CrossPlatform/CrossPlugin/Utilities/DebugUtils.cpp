@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -15,6 +16,7 @@ constexpr size_t kBlanksPerIndent = 2;
 std::function<void(std::string_view)> sTraceSink;
 
 int sIndent = 0;
+std::map<std::string, std::string> sLastTexts;  // by subject
 
 // Writes a beginning at the old indent and an end at the new one, so that the two line up.
 void WriteToSink(int indentChange, const char* text) {
@@ -39,7 +41,12 @@ bool TraceIsOn() {
   return static_cast<bool>(sTraceSink);
 }
 
+bool IsNews(const std::string& subject, const std::string& text) {
+  return TraceIsOn() && std::exchange(sLastTexts[subject], text) != text;
+}
+
 void SetTraceSink(std::function<void(std::string_view text)> sink) {
   sTraceSink = std::move(sink);
   sIndent = 0;
+  sLastTexts.clear();
 }

@@ -71,7 +71,8 @@ void* LoadDllOrFramework(const char* path, char* versionOut, unsigned int versio
   TraceFrameworkOpened(bundle, path);
   if (!bundle && TraceIsOn()) {
     const char* reason = dlerror();
-    OutputIndentedAndFormattedString(0, "It can't be loaded: %s", reason ? reason : "no such path");
+    OutputIndentedAndFormattedString(0, "It can't be loaded: %s",
+                                     reason ? reason : "there is no working directory");
   }
   const __CFString* version = GetInfoValue(dictionary, "CFBundleShortVersionString");
   if (bundle && version) {

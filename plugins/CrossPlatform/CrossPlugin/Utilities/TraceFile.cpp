@@ -1,5 +1,6 @@
 #include "TraceFile.h"
 
+#include <fcntl.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -41,7 +42,9 @@ File OpenTraceFile(const char* path) {
     std::fprintf(stderr, "Typelark: %s isn't an absolute path: '%s'\n", kVariable, path);
     return nullptr;
   }
-  std::FILE* const file = std::fopen(path, "a");
+  // Only this user may read the projects' paths, and no child process gets the file.
+  const int descriptor = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+  std::FILE* const file = descriptor < 0 ? nullptr : fdopen(descriptor, "a");
   if (!file) {
     std::fprintf(stderr, "Typelark: %s can't be opened: '%s': %s\n", kVariable, path,
                  std::strerror(errno));
@@ -64,12 +67,7 @@ void StartTraceFile() {
   const char* const path = std::getenv(kVariable);
   const File file = path ? OpenTraceFile(path) : nullptr;
   if (!file) return;
-  // Ticks repeat what fails in each of them.
-  SetTraceSink([file, last = std::string()](std::string_view text) mutable {
-    if (text == last) return;
-    last = text;
-    Write(file, last + "\n");
-  });
+  SetTraceSink([file](std::string_view text) { Write(file, std::string(text) + "\n"); });
   GLogger::GetSharedInstance()->AddAppender(kVariable, std::make_unique<TraceFileAppender>(file));
   TraceProcess();
 }

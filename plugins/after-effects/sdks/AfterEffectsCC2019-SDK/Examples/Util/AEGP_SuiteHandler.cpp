@@ -1,9 +1,22 @@
 #include "AEGP_SuiteHandler.h"
 
+#include <string>
+
 #include "DebugUtils.h"
 
+namespace {
+
+// A host that lacks a suite lacks it on every tick.
+void traceOnce(const std::string& text) {
+  if (IsNews(text, text)) OutputIndentedAndFormattedString(0, "%s", text.c_str());
+}
+
+}  // namespace
+
 AEGP_SuiteHandler::AEGP_SuiteHandler(const SPBasicSuite* basic) : mBasic(basic) {
-  if (!mBasic) MissingSuiteError();
+  if (mBasic) return;
+  traceOnce("The host gives no basic suite");
+  MissingSuiteError();
 }
 
 AEGP_SuiteHandler::~AEGP_SuiteHandler() {
@@ -13,9 +26,7 @@ AEGP_SuiteHandler::~AEGP_SuiteHandler() {
 void* AEGP_SuiteHandler::LoadSuite(const char* name, int version) const {
   const void* suite = nullptr;
   if (mBasic->AcquireSuite(name, version, &suite) != 0 || !suite) {
-    if (TraceIsOn()) {
-      OutputIndentedAndFormattedString(0, "The host refuses '%s', version %d", name, version);
-    }
+    traceOnce(std::string("The host refuses '") + name + "', version " + std::to_string(version));
     MissingSuiteError();
   }
   return const_cast<void*>(suite);
