@@ -77,13 +77,12 @@ void showRestrictedFonts(GlobalStateInterface* state, TBKCallTracker* tracker,
   state->restrictedFonts.clear();
 }
 
-void traceStep(const GlobalStateInterface& state, const char* step, uint32_t error = 0) {
+void traceStep(const GlobalStateInterface& state, const char* step, A_Err error = A_Err_NONE) {
   if (!TraceIsOn()) return;
   OutputIndentedAndFormattedString(0, "Activation of '%s', tick %d: %s",
                                    state.activationProjectPath.c_str(),
                                    state.ticksSinceActivationStart, step);
-  if (error == 0) return;
-  OutputIndentedAndFormattedString(0, "The host returned %d", static_cast<int32_t>(error));
+  if (error != A_Err_NONE) OutputIndentedAndFormattedString(0, "The host returned %d", error);
 }
 
 // The host finds a project's new fonts when it opens it. A project with unsaved changes stays open.
@@ -128,11 +127,11 @@ void updateFontList(GlobalStateInterface* state, TBKCallTracker* tracker) {
 
 A_Err reopenProject(GlobalStateInterface* state, TBKCallTracker* tracker) {
   // The path of the activation's start: since the first step closed the project, the host has none.
-  const uint32_t error = state->projectPathUtils->openProject(state->suiteHandlerManager.get(),
-                                                              state->activationProjectPath);
+  const auto error = static_cast<A_Err>(state->projectPathUtils->openProject(
+      state->suiteHandlerManager.get(), state->activationProjectPath));
   tracker->openProjectCalled = true;
   traceStep(*state, "the host reopens the project", error);
-  return static_cast<A_Err>(error);
+  return error;
 }
 
 }  // namespace
