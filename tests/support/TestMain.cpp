@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-// POSIX has each program declare it.
-extern "C" char** environ;
+// POSIX has each program declare it, though Linux does so itself.
+extern "C" char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace {
 
