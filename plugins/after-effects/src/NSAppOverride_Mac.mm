@@ -2,6 +2,7 @@
 #import <objc/runtime.h>
 
 #include "CocoaException_Mac.h"
+#include "DebugUtils.h"
 #include "NSAppOverride.h"
 #include "NSAppOverridePlatform.h"
 
