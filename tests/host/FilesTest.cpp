@@ -145,7 +145,7 @@ steps:
   - tick
   - edit
 )",
-                       behaviour == "hang" ? "--timeout 5" : "");
+                       behaviour == "hang" ? "--timeout 2" : "");
     std::vector<Json> findings = run.objects("finding");
     ASSERT_FALSE(findings.empty()) << run.played.output;
     Json finding = findings.front();

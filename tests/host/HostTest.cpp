@@ -23,7 +23,7 @@ using testing::Not;
 using testing::StartsWith;
 
 // For a plug-in that hangs. Long enough for a busy machine to get there.
-constexpr char kShort[] = "--timeout 5";
+constexpr char kShort[] = "--timeout 2";
 
 /// What the test plug-in does, and what the host finds.
 struct Misbehaviour {
@@ -134,7 +134,7 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"crash when finalised",
      {"crash: the process crashed in the static destructor: Aborted\n"},
      {}},
-    {"hang when finalised", {"doesn't return within 5 s in the static destructor\n"}, kShort},
+    {"hang when finalised", {"doesn't return within 2 s in the static destructor\n"}, kShort},
     {"exit when finalised",
      {"process-ended: the process ended in the static destructor with code"},
      {}},
@@ -151,13 +151,13 @@ const std::vector<Misbehaviour> kMisbehaviours{
       "    the main thread was in the idle hook, tick 1, host call "},
      {}},
     {"hang",
-     {"timeout: the plug-in doesn't return within 5 s in the idle hook\n    tick 1, "},
+     {"timeout: the plug-in doesn't return within 2 s in the idle hook\n    tick 1, "},
      kShort},
     {"hang at load",
-     {"timeout: the plug-in doesn't return within 5 s in the static constructor"},
+     {"timeout: the plug-in doesn't return within 2 s in the static constructor"},
      kShort},
     {"hang with a child",
-     {"timeout: the plug-in doesn't return within 5 s in the idle hook"},
+     {"timeout: the plug-in doesn't return within 2 s in the idle hook"},
      kShort},
     {"exit",
      {"process-ended: the process ended in the idle hook with code 0\n    tick 1, ",
@@ -259,7 +259,7 @@ TEST(Host, EndsASessionThatHoldsTheHostItselfUp) {
       "steps: [open by double click: projects/a.aep, tick, edit, save]\n",
       kShort);
   EXPECT_EQ(played.code, 1);
-  EXPECT_THAT(played.output, HasSubstr("timeout: the host itself is held up for 5 s\n"));
+  EXPECT_THAT(played.output, HasSubstr("timeout: the host itself is held up for 2 s\n"));
   EXPECT_EQ(Play(Behaviour("hold a stream")).code, 0);
 }
 
