@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
   KeepingReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::printf("\n");
-  bool within = RatioWithin(reporter, "UneventfulTick/ASCII", "UneventfulTickFloor/ASCII", 1.25);
+  bool within = RatioWithin(reporter, "UneventfulTick/ASCII", "UneventfulTickFloor/ASCII", 1.45);
   within &= RatioWithin(reporter, "UneventfulTick/Japanese", "UneventfulTickFloor/Japanese", 1.7);
   for (const std::string path : {"ASCII", "Japanese"}) {
     within &= CounterWithin(reporter, "UneventfulTick/" + path + ".allocations", 1);
