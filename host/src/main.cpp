@@ -172,7 +172,7 @@ int Sweep(const Selection& selection, const Trials& trials, const RunOptions& op
   const host::KnownIssues knownIssues = LoadKnownIssuesOf(trials, fontManager);
   std::vector<Session> sessions =
       host::LoadSelected(selection.files, selection.filter, fontManager);
-  for (Session& session : sessions) host::Accept(knownIssues, session);
+  for (Session& session : sessions) host::AddKnownIssues(knownIssues, session);
   const size_t count = sessions.size();
   MakeFolder(trials.save);
   host::FailurePrinter printer(trials.save);
@@ -257,7 +257,8 @@ void AddJobs(CLI::App& command, size_t& jobs) {
 
 void AddTrials(CLI::App& command, Trials& trials, size_t& jobs) {
   command
-      .add_option("--accept", trials.knownIssues, "A file whose 'accepted' counts in every session")
+      .add_option("--known-issues", trials.knownIssues,
+                  "A file whose 'known issues' are those of every session too")
       ->check(CLI::ExistingFile);
   command.add_option("--save", trials.save, "The folder for the sessions that repeat what failed");
   AddJobs(command, jobs);

@@ -180,7 +180,7 @@ TEST(TolerantSession, SkipsWhatCannotBePlayed) {
                                    HasSubstr("\n     3  user ")));
 }
 
-TEST(Acceptance, HoldsForItsFindingItsNamesAndAfterItsFailuresOnly) {
+TEST(KnownIssue, HoldsForItsFindingItsNamesAndAfterItsFailuresOnly) {
   const std::vector<std::pair<std::string, int>> cases{
       {"{finding: handle-leaked, reason: it is known}", 0},
       {"{finding: handle-leaked, function: AEGP_GetProjectPath, reason: it is known}", 0},
@@ -191,10 +191,10 @@ TEST(Acceptance, HoldsForItsFindingItsNamesAndAfterItsFailuresOnly) {
       {"{finding: handle-leaked, after: [AEGP_LockMemHandle], reason: it is known}", 0},
       {"{finding: handle-leaked, after: [AEGP_NewProject], reason: it is known}", 1},
   };
-  for (const auto& [acceptance, code] : cases) {
-    SCOPED_TRACE(acceptance);
+  for (const auto& [issue, code] : cases) {
+    SCOPED_TRACE(issue);
     const Played played =
-        Play("accepted: [" + acceptance + "]\n" +
+        Play("known issues: [" + issue + "]\n" +
              Behaviour("read the path carelessly", "[fail: {function: AEGP_LockMemHandle}, tick]"));
     EXPECT_EQ(played.code, code) << played.output;
     EXPECT_THAT(played.output, code == 0 ? testing::Matcher<std::string>(

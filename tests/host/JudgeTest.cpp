@@ -59,31 +59,31 @@ std::vector<std::string> Found(const JudgeRules& rules, const std::vector<Event>
   return names;
 }
 
-TEST(Judge, AcceptsByNames) {
+TEST(Judge, AcceptsKnownIssuesByNames) {
   const Event fact = Fact(Finding::unsavedWorkLost, "AEGP_NewProject", "closed before");
-  const auto accepting = [](const host::Acceptance& acceptance) {
-    return JudgeRules{{acceptance}, {}, false, false};
+  const auto accepting = [](const host::KnownIssue& issue) {
+    return JudgeRules{{issue}, {}, false, false};
   };
   const Event failure = Of(EventKind::failure, "AEGP_ProjectIsDirty");
-  using A = host::Acceptance;
+  using I = host::KnownIssue;
   const Finding lost = Finding::unsavedWorkLost;
   EXPECT_THAT(Found({}, {fact}), ElementsAre("unsaved-work-lost"));
-  EXPECT_THAT(Found(accepting(A{lost, "", "", {}, ""}), {fact}), IsEmpty());
-  EXPECT_THAT(Found(accepting(A{lost, "AEGP_NewProject", "closed before", {}, ""}), {fact}),
+  EXPECT_THAT(Found(accepting(I{lost, "", "", {}, ""}), {fact}), IsEmpty());
+  EXPECT_THAT(Found(accepting(I{lost, "AEGP_NewProject", "closed before", {}, ""}), {fact}),
               IsEmpty());
-  for (const A& other :
-       {A{Finding::handleLeaked, "", "", {}, ""}, A{lost, "AEGP_New", "", {}, ""},
-        A{lost, "", "closed", {}, ""}, A{lost, "", "", {"AEGP_ProjectIsDirty"}, ""}}) {
+  for (const I& other :
+       {I{Finding::handleLeaked, "", "", {}, ""}, I{lost, "AEGP_New", "", {}, ""},
+        I{lost, "", "closed", {}, ""}, I{lost, "", "", {"AEGP_ProjectIsDirty"}, ""}}) {
     EXPECT_THAT(Found(accepting(other), {fact}), Contains("unsaved-work-lost"));
   }
-  const A after{lost, "", "", {"AEGP_Other", "AEGP_ProjectIsDirty"}, ""};
+  const I after{lost, "", "", {"AEGP_Other", "AEGP_ProjectIsDirty"}, ""};
   EXPECT_THAT(Found(accepting(after), {failure, fact}), IsEmpty());
   EXPECT_THAT(Found(accepting(after), {fact, failure}), Contains("unsaved-work-lost"));
 }
 
-TEST(Judge, FindsAnAcceptanceThatNothingNeeds) {
-  const host::Acceptance always{Finding::handleLeaked, "", "", {}, ""};
-  const host::Acceptance after{Finding::handleLeaked, "", "", {"AEGP_NewProject"}, ""};
+TEST(Judge, FindsAKnownIssueThatNeverCame) {
+  const host::KnownIssue always{Finding::handleLeaked, "", "", {}, ""};
+  const host::KnownIssue after{Finding::handleLeaked, "", "", {"AEGP_NewProject"}, ""};
   EXPECT_THAT(Found({{always}, {}, false, false}, {}), ElementsAre("setup"));
   EXPECT_THAT(Found({{always}, {}, true, false}, {}), IsEmpty());
   EXPECT_THAT(Found({{after}, {}, false, false}, {}), IsEmpty());

@@ -26,7 +26,7 @@ class Maker {
   Session make(uint64_t number) const {
     Session session = read(text(number), fmt::format("random-{}-{}", mRandom.seed, number));
     session.text = [this, number] { return text(number); };
-    Accept(mRandom.knownIssues, session);
+    AddKnownIssues(mRandom.knownIssues, session);
     return session;
   }
 
@@ -84,7 +84,7 @@ class Shortener {
   int shorten() {
     mFailure.session = Shrink(
         mFailure.session, [this](const YAML::Node& text) { return stillFails(text); }, mMaxTrials);
-    dropAcceptances();
+    dropKnownIssues();
     return mSignal;
   }
 
@@ -105,14 +105,14 @@ class Shortener {
   }
 
   // Without those of other findings that don't come up. One of the same could hide what failed.
-  void dropAcceptances() {
+  void dropKnownIssues() {
     const std::set<Finding> kinds = KindsOf(mFailure.findings);
-    for (size_t i = mFailure.session["accepted"].size(); i > 0; --i) {
-      const YAML::Node entry = mFailure.session["accepted"][i - 1];
+    for (size_t i = mFailure.session["known issues"].size(); i > 0; --i) {
+      const YAML::Node entry = mFailure.session["known issues"][i - 1];
       if (kinds.contains(*FindingNamed(entry["finding"].Scalar()))) continue;
       YAML::Node candidate = YAML::Clone(mFailure.session);
-      candidate["accepted"].remove(i - 1);
-      if (candidate["accepted"].size() == 0) candidate.remove("accepted");
+      candidate["known issues"].remove(i - 1);
+      if (candidate["known issues"].size() == 0) candidate.remove("known issues");
       if (stillFails(candidate)) mFailure.session.reset(candidate);
     }
   }

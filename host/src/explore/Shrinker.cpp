@@ -72,7 +72,7 @@ class Shrinker {
     for (const auto& entry : at(mSession, path)) {
       const std::string key = entry.first.Scalar();
       // Without them other rules hold.
-      if (key != "tolerant" && key != "accepted") keys.push_back(key);
+      if (key != "tolerant" && key != "known issues") keys.push_back(key);
     }
     return keys;
   }

@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 // Everything that a session can find wrong, each with a name that the command line knows.
 
@@ -80,7 +82,7 @@ inline constexpr std::array kFindingKinds{
     FindingKind{Finding::expectation, "expectation", Level::error, "", kFollows,
                 "The session expects something else."},
     FindingKind{Finding::setup, "setup", Level::error, "", 0,
-                "A fault, an answer or an acceptance of the session was never used, or a step "
+                "A fault, an answer or a known issue of the session was never used, or a step "
                 "can't be played."},
     FindingKind{Finding::hookError, "hook-error", Level::error, "errors",
                 kAcceptable | kExcusable | kFollows,
@@ -166,6 +168,16 @@ inline constexpr std::array kFindingKinds{
     FindingKind{Finding::activationNeverEnds, "activation-never-ends", Level::error, "",
                 kAcceptable,
                 "The plug-in still leaves the host's dialogs alone long after an activation."},
+};
+
+/// A finding that a session accepts, because the plug-in is meant to act so. An empty name fits
+/// any.
+struct KnownIssue {
+  Finding finding = Finding::expectation;
+  std::string function;
+  std::string detail;
+  std::vector<std::string> after;  ///< one of these calls has to have failed before; empty for none
+  std::string reason;
 };
 
 /// Returns what is known of the finding.

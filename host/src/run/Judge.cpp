@@ -61,10 +61,10 @@ std::vector<Event> Judge::take(Event event) {
 
 std::vector<Event> Judge::takeFact(Event fact) {
   const FindingKind& kind = KindOf(fact.finding);
-  if (const Acceptance* const acceptance = acceptanceOf(fact)) {
-    mNeeded.insert(acceptance);
-    return {MakeEntry(fact, Actor::session,
-                      fmt::format("accepts {}: {}", kind.name, acceptance->reason))};
+  if (const KnownIssue* const issue = knownIssueOf(fact)) {
+    mNeeded.insert(issue);
+    return {
+        MakeEntry(fact, Actor::session, fmt::format("accepts {}: {}", kind.name, issue->reason))};
   }
   std::vector<Event> shown;
   if (kind.expectKey == "findings") {
@@ -112,29 +112,29 @@ std::vector<Event> Judge::takeExpect(const Event& expect) {
   return take(std::move(expectation));
 }
 
-bool Judge::holds(const Acceptance& acceptance) const {
-  return acceptance.after.empty() ||
-         std::any_of(acceptance.after.begin(), acceptance.after.end(),
+bool Judge::holds(const KnownIssue& issue) const {
+  return issue.after.empty() ||
+         std::any_of(issue.after.begin(), issue.after.end(),
                      [&](const std::string& call) { return mFailed.contains(call); });
 }
 
-const Acceptance* Judge::acceptanceOf(const Event& fact) const {
-  const auto accepts = [&](const Acceptance& each) {
+const KnownIssue* Judge::knownIssueOf(const Event& fact) const {
+  const auto accepts = [&](const KnownIssue& each) {
     return each.finding == fact.finding && Fits(each.function, fact.names.function) &&
            Fits(each.detail, fact.names.detail) && holds(each);
   };
-  const auto found = std::find_if(mRules.accepted.begin(), mRules.accepted.end(), accepts);
-  return found == mRules.accepted.end() ? nullptr : &*found;
+  const auto found = std::find_if(mRules.knownIssues.begin(), mRules.knownIssues.end(), accepts);
+  return found == mRules.knownIssues.end() ? nullptr : &*found;
 }
 
-// An acceptance that nothing needs says what isn't true any more.
-void Judge::findNeedlessAcceptances() {
+// A known issue that never came says what isn't true any more.
+void Judge::findNeedlessIssues() {
   if (!mFinished || mRules.tolerant || mRules.allowed.contains(Finding::setup)) return;
-  for (const Acceptance& each : mRules.accepted) {
+  for (const KnownIssue& each : mRules.knownIssues) {
     if (mNeeded.contains(&each) || !holds(each)) continue;
     Event fact;
     fact.finding = Finding::setup;
-    fact.text = fmt::format("the session accepts {}, which never came", KindOf(each.finding).name);
+    fact.text = fmt::format("the known issue {} never came", KindOf(each.finding).name);
     find(fact);
   }
 }
@@ -177,7 +177,7 @@ Played Judge::finish() {
     const bool counts = mFinished || KindOf(fact.finding).expectKey == "findings";
     if (counts && !mRules.allowed.contains(fact.finding)) find(fact);
   }
-  findNeedlessAcceptances();
+  findNeedlessIssues();
   std::stable_partition(mEntries.begin(), mEntries.end(), [](const Entry& entry) {
     return !KindOf(entry.found.finding).has(kFollows);
   });

@@ -8,15 +8,15 @@
 #include <utility>
 #include <vector>
 
-#include "Acceptance.h"
 #include "Event.h"
+#include "Findings.h"
 #include "RunListener.h"
 
 namespace host {
 
 /// What a session and the command line say about facts.
 struct JudgeRules {
-  std::vector<Acceptance> accepted;
+  std::vector<KnownIssue> knownIssues;
   std::set<Finding> allowed;  ///< findings that don't count
   bool tolerant = false;
   bool strict = false;  ///< warnings count as errors
@@ -46,15 +46,15 @@ class Judge {
   std::vector<Event> takeFact(Event fact);
   void takeUnmet(const Event& expectation);
   std::vector<Event> takeExpect(const Event& expect);
-  bool holds(const Acceptance& acceptance) const;
-  const Acceptance* acceptanceOf(const Event& fact) const;
-  void findNeedlessAcceptances();
+  bool holds(const KnownIssue& issue) const;
+  const KnownIssue* knownIssueOf(const Event& fact) const;
+  void findNeedlessIssues();
   bool isExcused(const Event& fact) const;
   /// Makes a finding of the fact. One that is another's like counts with it.
   void find(const Event& fact);
 
   JudgeRules mRules;
-  std::set<const Acceptance*> mNeeded;
+  std::set<const KnownIssue*> mNeeded;
   std::set<std::string> mFailed;  ///< calls that failed because the session wants it
   int64_t mVisit = -1;            ///< of the latest answers
   std::set<int64_t> mAnswered;    ///< errors during that visit

@@ -66,7 +66,7 @@ std::string ReadAll(int descriptor) {
 }
 
 JudgeRules RulesOf(const Session& session, const RunOptions& options) {
-  return {session.accepted, options.allowed, session.host.tolerant, options.strict};
+  return {session.knownIssues, options.allowed, session.host.tolerant, options.strict};
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 namespace host {
 namespace {
 
-Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
+KnownIssue ReadKnownIssue(const YamlValue& value, const SessionPart& part) {
   const auto fields = value.fields({"finding", "function", "detail", "after", "reason"});
   const YamlValue* name = Find(fields, "finding");
   const YamlValue* reason = Find(fields, "reason");
@@ -19,27 +19,26 @@ Acceptance ReadAcceptance(const YamlValue& value, const SessionPart& part) {
   if (!finding || !KindOf(*finding).has(kAcceptable)) {
     name->fail(fmt::format("there is no finding '{}' that a session can accept", name->text()));
   }
-  Acceptance acceptance{*finding, "", "", {}, reason->text()};
-  if (const YamlValue* function = Find(fields, "function")) acceptance.function = function->text();
-  if (const YamlValue* detail = Find(fields, "detail")) acceptance.detail = detail->text();
+  KnownIssue issue{*finding, "", "", {}, reason->text()};
+  if (const YamlValue* function = Find(fields, "function")) issue.function = function->text();
+  if (const YamlValue* detail = Find(fields, "detail")) issue.detail = detail->text();
   if (const YamlValue* after = Find(fields, "after")) {
-    acceptance.after = after->texts();
-    for (const std::string& call : acceptance.after) {
+    issue.after = after->texts();
+    for (const std::string& call : issue.after) {
       const bool isKnown = FunctionsThatCanFail().contains(call) || HasSuite(call) ||
                            !part.faultsOf({call, 1}).empty();
       if (!isKnown) after->fail(fmt::format("there is no call '{}' that could fail", call));
     }
   }
-  return acceptance;
+  return issue;
 }
 
 }  // namespace
 
-std::vector<Acceptance> ReadAcceptances(const YamlValue& list, const SessionPart& part) {
-  std::vector<Acceptance> acceptances;
-  list.forEachElement(
-      [&](const YamlValue& each) { acceptances.push_back(ReadAcceptance(each, part)); });
-  return acceptances;
+std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list, const SessionPart& part) {
+  std::vector<KnownIssue> issues;
+  list.forEachElement([&](const YamlValue& each) { issues.push_back(ReadKnownIssue(each, part)); });
+  return issues;
 }
 
 KnownIssues LoadKnownIssues(const std::filesystem::path& file, const SessionPart& part) {
@@ -48,21 +47,21 @@ KnownIssues LoadKnownIssues(const std::filesystem::path& file, const SessionPart
   KnownIssues issues;
   yaml.readWith([&] {
     const YamlValue root(yaml.root(), "known issues", &yaml, &kNoVariables);
-    const auto fields = root.fields({"accepted"});
-    const YamlValue* accepted = Find(fields, "accepted");
-    if (!accepted) root.fail("the key 'accepted' is missing");
-    issues.accepted = ReadAcceptances(*accepted, part);
-    issues.list.reset(accepted->node());
+    const auto fields = root.fields({"known issues"});
+    const YamlValue* list = Find(fields, "known issues");
+    if (!list) root.fail("the key 'known issues' is missing");
+    issues.issues = ReadKnownIssues(*list, part);
+    issues.list.reset(list->node());
   });
   return issues;
 }
 
-void Accept(const KnownIssues& issues, Session& session) {
-  auto& accepted = session.accepted;
-  accepted.insert(accepted.end(), issues.accepted.begin(), issues.accepted.end());
+void AddKnownIssues(const KnownIssues& issues, Session& session) {
+  auto& all = session.knownIssues;
+  all.insert(all.end(), issues.issues.begin(), issues.issues.end());
   session.text = [&issues, read = session.text] {
     YAML::Node text = read();
-    for (const YAML::Node& each : issues.list) text["accepted"].push_back(YAML::Clone(each));
+    for (const YAML::Node& each : issues.list) text["known issues"].push_back(YAML::Clone(each));
     return text;
   };
 }

@@ -11,20 +11,20 @@
 
 namespace host {
 
-/// Reads the value of a session's key `accepted`. `part` knows the calls that aren't the host's.
-/// Throws `SessionFileError`.
-std::vector<Acceptance> ReadAcceptances(const YamlValue& list, const SessionPart& part);
+/// Reads the value of a session's key `known issues`. `part` knows the calls that aren't the
+/// host's. Throws `SessionFileError`.
+std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list, const SessionPart& part);
 
 /// What a plug-in is meant to get wrong in any session.
 struct KnownIssues {
   YAML::Node list;
-  std::vector<Acceptance> accepted;
+  std::vector<KnownIssue> issues;
 };
 
-/// Reads a file with the key `accepted`, as a session has it. Throws `SessionFileError`.
+/// Reads a file with the key `known issues`, as a session has it. Throws `SessionFileError`.
 KnownIssues LoadKnownIssues(const std::filesystem::path& file, const SessionPart& part);
 
 /// Has the session accept these as well, and its text say so. `issues` outlives the session.
-void Accept(const KnownIssues& issues, Session& session);
+void AddKnownIssues(const KnownIssues& issues, Session& session);
 
 }  // namespace host

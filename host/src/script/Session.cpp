@@ -131,8 +131,8 @@ std::vector<std::pair<std::string, std::string>> ReadEnvironment(const YamlValue
 }
 
 Fields ReadKeys(const YamlValue& root, const SessionPart& part) {
-  std::vector<std::string_view> known{"about",        "variants",    "host",     "projects",
-                                      "active fonts", "files",       "accepted", "tolerant",
+  std::vector<std::string_view> known{"about",        "variants",    "host",         "projects",
+                                      "active fonts", "files",       "known issues", "tolerant",
                                       "settles",      "environment", "steps"};
   const std::vector<std::string_view> more = part.keys();
   known.insert(known.end(), more.begin(), more.end());
@@ -153,8 +153,8 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   session.file = file;
   ReadField(fields, "about", [&](const YamlValue& about) { session.about = about.text(); });
   ReadField(fields, "host", [&](const YamlValue& host) { session.host = ReadHost(host); });
-  ReadField(fields, "accepted",
-            [&](const YamlValue& accepted) { session.accepted = ReadAcceptances(accepted, part); });
+  ReadField(fields, "known issues",
+            [&](const YamlValue& issues) { session.knownIssues = ReadKnownIssues(issues, part); });
   ReadField(fields, "tolerant",
             [&](const YamlValue& tolerant) { session.host.tolerant = tolerant.boolean(); });
   ReadField(fields, "environment", [&](const YamlValue& environment) {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "Acceptance.h"
+#include "Findings.h"
 #include "Host.h"
 #include "RunListener.h"
 
@@ -41,7 +41,7 @@ struct Session : SessionInfo {
   /// Variables of the process that plays the session. `${session}` stands for the session folder.
   std::vector<std::pair<std::string, std::string>> environment;
   FolderSetup setUp;
-  std::vector<Acceptance> accepted;
+  std::vector<KnownIssue> knownIssues;
   std::vector<Action> preparations;  ///< before the first step
   std::vector<Step> steps;           ///< with the first start and the last quit
   std::vector<Action> settling;      ///< of a tolerant session, before the host quits

@@ -40,8 +40,8 @@ YAML::Node Resolve(const YAML::Node& node, const Variables& variables) {
 // In the order in which a person reads a session.
 void Emit(YAML::Emitter& emitter, const YAML::Node& session) {
   static constexpr std::array<std::string_view, 13> kOrder{
-      "about",        "environment", "tolerant",  "settles",   "accepted", "host", "projects",
-      "active fonts", "vault",       "framework", "processes", "files",    "steps"};
+      "about",        "environment", "tolerant",  "settles",   "known issues", "host", "projects",
+      "active fonts", "vault",       "framework", "processes", "files",        "steps"};
   emitter << YAML::BeginMap;
   for (const std::string_view key : kOrder) {
     const YAML::Node value = session[std::string(key)];
