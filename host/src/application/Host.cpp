@@ -16,7 +16,6 @@
 
 #include "Backtrace.h"
 #include "Dialogs.h"
-#include "SuiteCall.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
 #include "desktop/Application.h"
@@ -58,13 +57,6 @@ Host& TheHost() {
   return host;
 }
 
-void Hooks::addCommandHook(const CommandHook& hook) {
-  const auto place = std::find_if(command.begin(), command.end(), [&](const CommandHook& other) {
-    return other.priority > hook.priority;
-  });
-  command.insert(place, hook);
-}
-
 void Host::finish() {
   timeline.drainRest();
   timeline.endAll();
@@ -89,7 +81,7 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
   mMainThread = pthread_self();
   mFolder = std::filesystem::current_path();
   mThreads = CountThreads();
-  preferences.reset(settings.preferences);
+  preferences = settings.preferences;
   timeline.begin(mWire, flight);
   fileDates.watch(mFolder);
   setUpDesktop();
@@ -203,7 +195,7 @@ void Host::pause(std::chrono::milliseconds time) {
 
 void Host::drawMenus() {
   static constexpr AEGP_WindowType kNoWindow = 0;
-  menus.disableAll();
+  for (auto& [command, item] : menus.items) item.enabled = false;
   const bool wasUpdating = std::exchange(mUpdatingMenus, true);
   for (const auto& hook : hooks.updateMenu) {
     callPlugin("update-menu hook",

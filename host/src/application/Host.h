@@ -24,7 +24,6 @@
 #include "Ledger.h"
 #include "Memory.h"
 #include "Menus.h"
-#include "Preferences.h"
 #include "Suites.h"
 #include "Timeline.h"
 #include "Wire.h"
@@ -37,6 +36,9 @@ inline constexpr char kHostApplication[] = "host";
 /// The id of the plug-in.
 inline constexpr AEGP_PluginID kPluginId = 1;
 
+/// The host's preferences: texts by section and key.
+using Preferences = std::map<std::pair<std::string, std::string>, std::string>;
+
 struct HostSettings {
   int32_t majorVersion = 114;
   int32_t minorVersion = 0;
@@ -45,7 +47,7 @@ struct HostSettings {
   std::string missingFontsTitle;  ///< of the dialog about missing fonts; empty for the language's
   std::vector<std::pair<std::string, std::string>> windowClasses;  ///< name and base
   std::vector<std::string> applications{"com.apple.dock"};  ///< bundle ids of the others that run
-  Preferences::Sections preferences;
+  Preferences preferences;
   bool showsCalls = false;  ///< on the timeline: each call of a suite function, with its result
   bool tolerant = false;    ///< the session goes on where a step can't be played
 };
@@ -93,11 +95,15 @@ template <typename Function, typename Refcon>
 struct Hook {
   Function function = nullptr;
   Refcon refcon = nullptr;
+
+  bool operator==(const Hook&) const = default;
 };
 
 struct CommandHook : Hook<AEGP_CommandHook, AEGP_CommandRefcon> {
   AEGP_HookPriority priority = 0;
   AEGP_Command command = AEGP_Command_ALL;
+
+  bool operator==(const CommandHook&) const = default;
 };
 
 struct Hooks {
@@ -105,8 +111,6 @@ struct Hooks {
   std::vector<Hook<AEGP_UpdateMenuHook, AEGP_UpdateMenuRefcon>> updateMenu;
   std::vector<Hook<AEGP_DeathHook, AEGP_DeathRefcon>> death;
   std::vector<CommandHook> command;  ///< in the order of their calls
-
-  void addCommandHook(const CommandHook& hook);
 };
 
 /// Returns a NUL-terminated UTF-16 text as UTF-8, or nothing if it isn't UTF-16.
@@ -171,9 +175,13 @@ class Host {
   void report(Finding finding, std::string text, FactNames names = {}) {
     tell(finding, std::move(text), std::move(names), where());
   }
+  /// Tells that the call of the plug-in's that is under way is a misuse. `detail` is the name of
+  /// the argument or the like. Returns the error that the call answers: 0 if the finding is a
+  /// warning.
+  A_Err misused(Finding finding, std::string_view what, std::string detail = {});
   /// Tells that the plug-in calls the host from another thread than the main one, with a backtrace.
-  /// For any thread. Returns the error that the call answers.
-  A_Err reportFromOtherThread(SuiteId suite, std::string_view function) const;
+  /// For any thread. `suite` is its table. Returns the error that the call answers.
+  A_Err reportFromOtherThread(const void* suite, std::string_view function) const;
   /// Tells what an `expect` at this place in the session file expects of the facts that its key is
   /// about.
   void expectFacts(const std::string& key, const std::string& place,

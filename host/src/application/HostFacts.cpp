@@ -4,7 +4,7 @@
 
 #include "Backtrace.h"
 #include "Host.h"
-#include "SuiteCall.h"
+#include "TextFile.h"
 
 // What the host tells the process that waits, which decides what is a finding.
 
@@ -74,19 +74,26 @@ bool Host::refusesMoreHooks() {
   if (mNestsTooDeep) return true;
   if (mDepth < kMaxDepth) return false;
   mNestsTooDeep = true;
-  SuiteCall::current().misused(
-      Finding::nestedTooDeep,
-      fmt::format("{} calls of hooks are under way, each within the one before", kMaxDepth));
+  misused(Finding::nestedTooDeep,
+          fmt::format("{} calls of hooks are under way, each within the one before", kMaxDepth));
   return true;
 }
 
-A_Err Host::reportFromOtherThread(SuiteId suite, std::string_view function) const {
+A_Err Host::misused(Finding finding, std::string_view what, std::string detail) {
+  const std::string function(timeline.call->function);
+  // On one line, whatever the plug-in passed.
+  report(finding, fmt::format("{}: {}", function, EscapeControls(what)),
+         {function, std::move(detail), {}});
+  return KindOf(finding).level == Level::error ? A_Err_GENERIC : A_Err_NONE;
+}
+
+A_Err Host::reportFromOtherThread(const void* suite, std::string_view function) const {
   // Only what is the same for all threads, or may be read by any.
   Event fact(HeadForThread(*mFlight));
   fact.kind = EventKind::fact;
   fact.finding = Finding::wrongThread;
   fact.names.function = function;
-  fact.text = fmt::format("{} of {}: called from another thread", function, NameOf(suite));
+  fact.text = fmt::format("{} of {}: called from another thread", function, NameOfSuite(suite));
   const char* const hook = mFlight->hook;
   fact.where = fmt::format("while the main thread was in the {}, tick {}",
                            *hook ? hook : "host itself", fact.tick);
@@ -110,12 +117,11 @@ void Host::reportLeaks() {
          {origin.function, what, {}}, "at the end of the process");
   };
   for (const auto& [suite, origin] : ledger.held(Holding::suite)) {
-    report(Finding::suiteLeaked, NameOfTable(suite), origin);
+    report(Finding::suiteLeaked, NameOfSuite(suite), origin);
   }
   for (const auto& [thing, origin] : ledger.held(Holding::memoryHandle)) {
-    const auto handle = static_cast<AEGP_MemHandle>(const_cast<void*>(thing));
     report(Finding::handleLeaked,
-           memory.isLocked(handle) ? "a locked memory handle" : "a memory handle", origin);
+           memory.at(thing).locks > 0 ? "a locked memory handle" : "a memory handle", origin);
   }
   for (const auto& [block, origin] : ledger.held(Holding::block)) {
     report(Finding::blockLeaked, "a block", origin);
@@ -124,7 +130,7 @@ void Host::reportLeaks() {
   timeline.add(Actor::host,
                fmt::format("is gone; all {} suites acquired were released, no handle and no lock "
                            "is left",
-                           ledger.given(Holding::suite)));
+                           ledger.suitesGiven()));
 }
 
 void Host::giveUp(Finding finding, const std::string& text) {

@@ -36,23 +36,21 @@ class Ledger {
   /// Returns the origin of a thing that was given back lately, or null.
   const Origin* takenBack(Holding kind, const void* thing) const;
 
-  /// How many things of the kind were given so far.
-  int64_t given(Holding kind) const { return mGiven[static_cast<size_t>(kind)]; }
-  /// Returns those of the kind that the plug-in holds, in the order of their origins' texts.
+  /// How many suites were given so far.
+  int64_t suitesGiven() const { return mSuitesGiven; }
+  /// Returns the things of the kind that the plug-in holds, in the order of their origins' texts.
   std::vector<std::pair<const void*, Origin>> held(Holding kind) const;
 
  private:
-  static constexpr size_t kKinds = 4;
-  static constexpr size_t kMaxTakenBack = 256;
+  /// The things of a kind that were taken back, without the oldest.
   struct TakenBack {
-    const void* thing = nullptr;
-    Origin origin;
+    std::array<std::pair<const void*, Origin>, 256> things{};
+    size_t next = 0;
   };
 
-  std::map<std::pair<Holding, const void*>, std::vector<Origin>> mHeld;
-  std::array<int64_t, kKinds> mGiven{};
-  std::array<std::array<TakenBack, kMaxTakenBack>, kKinds> mTakenBack{};
-  std::array<size_t, kKinds> mNext{};  ///< the place of the next one that is taken back
+  std::multimap<std::pair<Holding, const void*>, Origin> mHeld;
+  std::array<TakenBack, 4> mTakenBack{};  ///< by kind
+  int64_t mSuitesGiven = 0;
 };
 
 }  // namespace host

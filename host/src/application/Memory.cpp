@@ -4,33 +4,28 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <numeric>
 #include <utility>
+
+#include "SuiteFunction.h"
 
 namespace host {
 namespace {
 
-constexpr size_t kMaxFreed = 256;
 constexpr size_t kGuardSize = 16;
 constexpr char kGuard = '\x5a';
 
-using Sanitizer = void (*)(const volatile void*, size_t);
+using Mark = void (*)(const volatile void*, size_t);
 
 // The sanitizer is the plug-in's, so its functions are known only at run time.
-Sanitizer Find(const char* name) {
-  return reinterpret_cast<Sanitizer>(dlsym(RTLD_DEFAULT, name));
+Mark Find(const char* name) {
+  const auto found = reinterpret_cast<Mark>(dlsym(RTLD_DEFAULT, name));
+  return found ? found : [](const volatile void*, size_t) {};
 }
 
 void Poison(const void* start, size_t size) {
-  static const Sanitizer poison = Find("__asan_poison_memory_region");
-  if (poison) poison(start, size);
-}
-
-void Unpoison(const void* start, size_t size) {
-  static const Sanitizer unpoison = Find("__asan_unpoison_memory_region");
-  if (unpoison) unpoison(start, size);
+  static const Mark poison = Find("__asan_poison_memory_region");
+  poison(start, size);
 }
 
 }  // namespace
@@ -39,18 +34,14 @@ void Unpoison(const void* start, size_t size) {
 GuardedBytes::GuardedBytes(size_t size)
     : mStart(static_cast<char*>(std::calloc(size + kGuardSize, 1))), mSize(size) {
   if (!mStart) return;
-  std::memset(mStart + mSize, kGuard, kGuardSize);
-  Poison(mStart + mSize, kGuardSize);
-}
-
-GuardedBytes::~GuardedBytes() {
-  if (mStart) Unpoison(mStart, mSize + kGuardSize);
-  std::free(mStart);
+  std::memset(start() + size, kGuard, kGuardSize);
+  Poison(start() + size, kGuardSize);
 }
 
 bool GuardedBytes::isIntact() const {
-  const char* const guard = mStart + mSize;
-  Unpoison(guard, kGuardSize);
+  static const Mark unpoison = Find("__asan_unpoison_memory_region");
+  const char* const guard = start() + mSize;
+  unpoison(guard, kGuardSize);
   const bool isIntact =
       std::all_of(guard, guard + kGuardSize, [](char byte) { return byte == kGuard; });
   Poison(guard, kGuardSize);
@@ -58,97 +49,121 @@ bool GuardedBytes::isIntact() const {
 }
 
 void GuardedBytes::poison() const {
-  Poison(mStart, mSize + kGuardSize);
-}
-
-size_t GuardedBytes::footprint() const {
-  return malloc_usable_size(mStart) + sizeof(size_t);
-}
-
-bool Memory::Handle::hold(std::unique_ptr<GuardedBytes> held) {
-  if (!held->start()) return false;
-  if (bytes) std::memcpy(held->start(), bytes->start(), std::min(bytes->size(), held->size()));
-  bytes = std::move(held);
-  start = reinterpret_cast<_Up_OpaqueMem*>(bytes->start());
-  return true;
+  Poison(start(), mSize + kGuardSize);
 }
 
 AEGP_MemHandle Memory::makeHandle(size_t size) {
-  auto made = std::make_unique<Handle>();
-  if (!made->hold(std::make_unique<GuardedBytes>(size))) return nullptr;
-  const AEGP_MemHandle handle = &made->start;
-  mHandles.emplace(handle, std::move(made));
+  Piece made{GuardedBytes(size), std::make_unique<_Up_OpaqueMem*>()};
+  if (!made.bytes.start()) return nullptr;
+  *made.slot = reinterpret_cast<_Up_OpaqueMem*>(made.bytes.start());
+  const AEGP_MemHandle handle = made.slot.get();
+  mPieces.emplace(handle, std::move(made));
   return handle;
-}
-
-AEGP_MemHandle Memory::makeHandle(const std::u16string& text) {
-  const size_t size = (text.size() + 1) * sizeof(char16_t);
-  const AEGP_MemHandle handle = makeHandle(size);
-  if (handle) std::memcpy(*handle, text.c_str(), size);
-  return handle;
-}
-
-void Memory::freeHandle(AEGP_MemHandle handle) {
-  std::unique_ptr<Handle> freed = std::move(mHandles.at(handle));
-  mHandles.erase(handle);
-  freed->bytes.reset();
-  freed->start = nullptr;
-  mFreedHandles.push_back(std::move(freed));
-  if (mFreedHandles.size() > kMaxFreed) mFreedHandles.pop_front();
-}
-
-void* Memory::lock(AEGP_MemHandle handle) {
-  ++handleOf(handle).locks;
-  return *handle;
-}
-
-void Memory::noteFailedLock(AEGP_MemHandle handle) {
-  ++handleOf(handle).failedLocks;
-}
-
-bool Memory::unlock(AEGP_MemHandle handle) {
-  Handle& unlocked = handleOf(handle);
-  int& locks = unlocked.locks > 0 ? unlocked.locks : unlocked.failedLocks;
-  if (locks == 0) return false;
-  --locks;
-  return true;
-}
-
-bool Memory::resize(AEGP_MemHandle handle, size_t size) {
-  return handleOf(handle).hold(std::make_unique<GuardedBytes>(size));
-}
-
-size_t Memory::totalSize() const {
-  return std::accumulate(
-      mHandles.begin(), mHandles.end(), size_t{0},
-      [](size_t sum, const auto& entry) { return sum + entry.second->bytes->size(); });
 }
 
 void* Memory::makeBlock(size_t size) {
-  auto bytes = std::make_unique<GuardedBytes>(size);
-  if (!bytes->start()) return nullptr;
-  void* const block = bytes->start();
-  mBlocks.emplace(block, std::move(bytes));
+  GuardedBytes bytes(size);
+  void* const block = bytes.start();
+  if (block) mPieces.emplace(block, Piece{std::move(bytes), nullptr});
   return block;
 }
 
-void Memory::freeBlock(void* block) {
-  std::unique_ptr<GuardedBytes> bytes = std::move(mBlocks.at(block));
-  mBlocks.erase(block);
-  bytes->poison();
-  mBytesKept += bytes->footprint();
-  mFreedBlocks.push_back(std::move(bytes));
-  if (mFreedBlocks.size() <= kMaxFreed) return;
-  mBytesKept -= mFreedBlocks.front()->footprint();
-  mFreedBlocks.pop_front();
+bool Memory::resize(AEGP_MemHandle handle, size_t size) {
+  GuardedBytes resized(size);
+  if (!resized.start()) return false;
+  GuardedBytes& bytes = at(handle).bytes;
+  std::memcpy(resized.start(), bytes.start(), std::min(size, bytes.size()));
+  bytes = std::move(resized);
+  *handle = reinterpret_cast<_Up_OpaqueMem*>(bytes.start());
+  return true;
 }
 
-void* Memory::reallocate(void* block, size_t size) {
-  void* const moved = makeBlock(size);
-  if (!moved) return nullptr;
-  std::memcpy(moved, block, std::min(size, mBlocks.at(block)->size()));
-  freeBlock(block);
-  return moved;
+void Memory::free(const void* thing) {
+  Piece& freed = mFreed[mNextFreed];
+  mNextFreed = (mNextFreed + 1) % mFreed.size();
+  freed = std::move(mPieces.extract(thing).mapped());
+  if (!freed.slot) return freed.bytes.poison();
+  freed.bytes = GuardedBytes();
+  *freed.slot = nullptr;
 }
+
+size_t Memory::bytesKept() const {
+  size_t bytes = 0;
+  for (const Piece& freed : mFreed) {
+    if (freed.bytes.start()) bytes += malloc_usable_size(freed.bytes.start()) + sizeof(size_t);
+  }
+  return bytes;
+}
+
+namespace {
+
+A_Err NewMemHandle(Host& host, AEGP_PluginID, const A_char*, AEGP_MemSize size, AEGP_MemFlag,
+                   AEGP_MemHandle* handle) {
+  const AEGP_MemHandle made = host.memory.makeHandle(size);
+  if (!made) return A_Err_GENERIC;
+  host.ledger.give(Holding::memoryHandle, made, host.origin());
+  *handle = made;
+  return A_Err_NONE;
+}
+
+A_Err FreeMemHandle(Host& host, AEGP_MemHandle handle) {
+  A_Err error = A_Err_NONE;
+  if (host.memory.at(handle).locks > 0) {
+    error = host.misused(Finding::lockedHandleFreed, "the handle is locked");
+  }
+  host.ledger.takeBack(Holding::memoryHandle, handle);
+  host.memory.free(handle);
+  return error;
+}
+
+A_Err LockMemHandle(Host& host, A_Err fault, AEGP_MemHandle handle, void** start) {
+  Piece& piece = host.memory.at(handle);
+  ++(fault == A_Err_NONE ? piece.locks : piece.failedLocks);
+  if (fault == A_Err_NONE) *start = *handle;
+  return fault;
+}
+
+A_Err UnlockMemHandle(Host& host, AEGP_MemHandle handle) {
+  Piece& piece = host.memory.at(handle);
+  int& locks = piece.locks > 0 ? piece.locks : piece.failedLocks;
+  if (locks == 0) return host.misused(Finding::unlockedTooOften, "the handle isn't locked");
+  --locks;
+  return A_Err_NONE;
+}
+
+void GetMemHandleSize(Host& host, AEGP_MemHandle handle, AEGP_MemSize* size) {
+  *size = static_cast<AEGP_MemSize>(host.memory.at(handle).bytes.size());
+}
+
+A_Err ResizeMemHandle(Host& host, const A_char*, AEGP_MemSize size, AEGP_MemHandle handle) {
+  if (host.memory.at(handle).locks > 0) {
+    return host.misused(Finding::badArgument, "the handle is locked, and its memory would move");
+  }
+  return host.memory.resize(handle, size) ? A_Err{A_Err_NONE} : A_Err{A_Err_GENERIC};
+}
+
+void GetMemStats(Host& host, AEGP_PluginID, A_long* count, A_long* size) {
+  *count = 0;
+  *size = 0;
+  for (const auto& [thing, piece] : host.memory.pieces()) {
+    if (!piece.slot) continue;
+    ++*count;
+    *size += static_cast<A_long>(piece.bytes.size());
+  }
+}
+
+}  // namespace
+
+const AEGP_MemorySuite1 kMemorySuite1{
+    SUPPLIED(kMemorySuite1, AEGP_NewMemHandle, NewMemHandle, "aegp_plugin_id", "whatZ", "size",
+             "flags", "memPH"),
+    GIVES_BACK(kMemorySuite1, AEGP_FreeMemHandle, FreeMemHandle, "memH"),
+    SUPPLIED(kMemorySuite1, AEGP_LockMemHandle, LockMemHandle, "memH", "ptr_to_ptr"),
+    GIVES_BACK(kMemorySuite1, AEGP_UnlockMemHandle, UnlockMemHandle, "memH"),
+    SUPPLIED(kMemorySuite1, AEGP_GetMemHandleSize, GetMemHandleSize, "memH", "sizeP"),
+    SUPPLIED(kMemorySuite1, AEGP_ResizeMemHandle, ResizeMemHandle, "whatZ", "new_size", "memH"),
+    NOT_SUPPLIED(kMemorySuite1, AEGP_SetMemReportingOn),
+    SUPPLIED(kMemorySuite1, AEGP_GetMemStats, GetMemStats, "aegp_plugin_id", "countPL", "sizePL"),
+};
 
 }  // namespace host

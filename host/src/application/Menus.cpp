@@ -1,89 +1,120 @@
 #include "Menus.h"
 
-#include <algorithm>
-#include <iterator>
+#include <fmt/format.h>
+
+#include "SuiteFunction.h"
 
 namespace host {
-namespace {
 
-template <typename Items>
-std::vector<std::string> Texts(const Items& items, bool Items::value_type::*flag) {
+std::vector<std::string> Menus::textsOf(bool MenuItem::*flag) const {
   std::vector<std::string> texts;
-  for (const auto& item : items) {
+  for (const auto& [command, item] : items) {
     if (item.*flag) texts.push_back(item.text);
   }
   return texts;
 }
 
+namespace {
+
+// Only one menu's number is known here.
+std::string NameOfMenu(AEGP_MenuID menu) {
+  return menu == AEGP_Menu_WINDOW ? "the Window menu" : fmt::format("menu {}", int{menu});
+}
+
+std::string NameOfPlace(A_long place) {
+  switch (place) {
+    case AEGP_MENU_INSERT_SORTED:
+      return "sorted";
+    case AEGP_MENU_INSERT_AT_BOTTOM:
+      return "at the bottom";
+    case AEGP_MENU_INSERT_AT_TOP:
+      return "at the top";
+    default:
+      return fmt::format("place {}", place);
+  }
+}
+
+void GetUniqueCommand(Host& host, AEGP_Command* command) {
+  *command = ++host.menus.lastCommand;
+}
+
+A_Err Insert(Host& host, AEGP_Command command, const A_char* name, AEGP_MenuID menu, A_long place) {
+  if (command <= Menus::kLastHostCommand || command > host.menus.lastCommand) {
+    return host.misused(Finding::unknownCommand, "the command isn't from AEGP_GetUniqueCommand");
+  }
+  // Which menus there are isn't known here, only that they are numbered from 1.
+  if (menu < 1) {
+    return host.misused(Finding::unknownMenu, fmt::format("there is no menu {}", int{menu}));
+  }
+  if (host.menus.items.contains(command)) {
+    host.misused(Finding::registeredTwice, "a menu item has the command already");
+  }
+  const bool isRefused = menu == AEGP_Menu_WINDOW && place != AEGP_MENU_INSERT_SORTED;
+  host.timeline.add(Actor::plugIn,
+                    fmt::format("inserts \"{}\" into {}, {}{}", name, NameOfMenu(menu),
+                                NameOfPlace(place), isRefused ? ": refused" : ""));
+  if (isRefused) return A_Err_GENERIC;
+  host.menus.items[command] = {name};
+  return A_Err_NONE;
+}
+
+A_Err InsertMenuCommand(Host& host, A_Err fault, AEGP_Command command, const A_char* name,
+                        AEGP_MenuID menu, A_long place) {
+  const A_Err error = fault != A_Err_NONE ? fault : Insert(host, command, name, menu, place);
+  if (error != A_Err_NONE) host.menus.refused.insert(command);
+  return error;
+}
+
+void RemoveMenuCommand(Host& host, AEGP_Command command) {
+  const MenuItem removed = host.menus.items.extract(command).mapped();
+  host.timeline.add(Actor::plugIn, fmt::format("removes the menu item \"{}\"", removed.text));
+}
+
+void SetMenuCommandName(Host& host, AEGP_Command command, const A_char* name) {
+  std::string& text = host.menus.items.at(command).text;
+  host.timeline.add(Actor::plugIn,
+                    fmt::format("renames the menu item \"{}\" to \"{}\"", text, name));
+  text = name;
+}
+
+void EnableCommand(Host& host, AEGP_Command command) {
+  if (!host.isUpdatingMenus()) {
+    host.misused(Finding::enabledOutsideHook, "it lasts only until the menu closes");
+  }
+  host.menus.items.at(command).enabled = true;
+}
+
+void DisableCommand(Host& host, AEGP_Command command) {
+  host.menus.items.at(command).enabled = false;
+}
+
+void CheckMarkMenuCommand(Host& host, AEGP_Command command, A_Boolean checked) {
+  host.menus.items.at(command).checked = checked != 0;
+}
+
+// The host has commands of its own that aren't known here.
+A_Err DoCommand(Host& host, AEGP_Command command) {
+  if (command <= 0) {
+    return host.misused(Finding::unknownCommand, fmt::format("there is no command {}", command));
+  }
+  if (host.refusesMoreHooks()) return A_Err_GENERIC;
+  host.timeline.add(Actor::plugIn, fmt::format("asks for command {}", command));
+  host.runCommand(command);
+  return A_Err_NONE;
+}
+
 }  // namespace
 
-bool Menus::insert(AEGP_Command command, std::string_view text, AEGP_MenuID menu, A_long place) {
-  if (menu == AEGP_Menu_WINDOW && place != AEGP_MENU_INSERT_SORTED) return false;
-  mItems.push_back({command, std::string(text)});
-  return true;
-}
-
-bool Menus::has(AEGP_Command command) const {
-  return std::any_of(mItems.begin(), mItems.end(),
-                     [&](const Item& item) { return item.command == command; });
-}
-
-std::string Menus::textOf(AEGP_Command command) const {
-  const auto item = std::find_if(mItems.begin(), mItems.end(),
-                                 [&](const Item& each) { return each.command == command; });
-  return item->text;
-}
-
-void Menus::remove(AEGP_Command command) {
-  std::erase_if(mItems, [&](const Item& item) { return item.command == command; });
-}
-
-void Menus::rename(AEGP_Command command, std::string_view text) {
-  for (Item& item : mItems) {
-    if (item.command == command) item.text = text;
-  }
-}
-
-void Menus::setEnabled(AEGP_Command command, bool enabled) {
-  for (Item& item : mItems) {
-    if (item.command == command) item.enabled = enabled;
-  }
-}
-
-void Menus::setChecked(AEGP_Command command, bool checked) {
-  for (Item& item : mItems) {
-    if (item.command == command) item.checked = checked;
-  }
-}
-
-void Menus::disableAll() {
-  for (Item& item : mItems) item.enabled = false;
-}
-
-AEGP_Command Menus::commandOf(std::string_view text) const {
-  const auto item = std::find_if(mItems.begin(), mItems.end(),
-                                 [&](const Item& each) { return each.text == text; });
-  return item == mItems.end() ? 0 : item->command;
-}
-
-bool Menus::isEnabled(AEGP_Command command) const {
-  return std::any_of(mItems.begin(), mItems.end(),
-                     [&](const Item& item) { return item.command == command && item.enabled; });
-}
-
-std::vector<std::string> Menus::enabledItems() const {
-  return Texts(mItems, &Item::enabled);
-}
-
-std::vector<std::string> Menus::checkedItems() const {
-  return Texts(mItems, &Item::checked);
-}
-
-std::vector<AEGP_Command> Menus::commands() const {
-  std::vector<AEGP_Command> commands;
-  std::transform(mItems.begin(), mItems.end(), std::back_inserter(commands),
-                 [](const Item& item) { return item.command; });
-  return commands;
-}
+const AEGP_CommandSuite1 kCommandSuite1{
+    SUPPLIED(kCommandSuite1, AEGP_GetUniqueCommand, GetUniqueCommand, "unique_commandP"),
+    SUPPLIED(kCommandSuite1, AEGP_InsertMenuCommand, InsertMenuCommand, "command", "nameZ", "menu",
+             "after_item"),
+    SUPPLIED(kCommandSuite1, AEGP_RemoveMenuCommand, RemoveMenuCommand, "menu_item"),
+    SUPPLIED(kCommandSuite1, AEGP_SetMenuCommandName, SetMenuCommandName, "menu_item", "nameZ"),
+    SUPPLIED(kCommandSuite1, AEGP_EnableCommand, EnableCommand, "menu_item"),
+    SUPPLIED(kCommandSuite1, AEGP_DisableCommand, DisableCommand, "menu_item"),
+    SUPPLIED(kCommandSuite1, AEGP_CheckMarkMenuCommand, CheckMarkMenuCommand, "menu_item", "check"),
+    SUPPLIED(kCommandSuite1, AEGP_DoCommand, DoCommand, "command"),
+};
 
 }  // namespace host

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <cstring>
 #include <filesystem>
 
 #include "SuiteFunction.h"
@@ -11,80 +12,75 @@ namespace {
 // its NUL.
 constexpr size_t kNameSize = 48;
 
-A_Err GetNumProjects(A_long* count) {
+void GetNumProjects(Host& /*host*/, A_long* count) {
   *count = 1;
-  return A_Err_NONE;
 }
 
-A_Err GetProjectByIndex(A_long index, AEGP_ProjectH* project) {
+A_Err GetProjectByIndex(Host& host, A_long index, AEGP_ProjectH* project) {
   if (index != 0) {
-    return SuiteCall::current().misused(Finding::badArgument,
-                                        fmt::format("there is no project {}", index));
+    return host.misused(Finding::badArgument, fmt::format("there is no project {}", index));
   }
-  *project = TheHost().project().handle;
+  *project = host.project().handle;
   return A_Err_NONE;
 }
 
-A_Err GetProjectName(AEGP_ProjectH, A_char* name) {
-  const std::string& path = TheHost().project().path;
+void GetProjectName(Host& host, AEGP_ProjectH, A_char* name) {
+  const std::string& path = host.project().path;
   const std::string text =
       path.empty() ? "Untitled Project.aep" : std::filesystem::path(path).filename().string();
   // To the end of the buffer, so that a smaller one is noticed.
-  std::fill_n(name + text.copy(name, kNameSize - 1),
-              kNameSize - std::min(text.size(), kNameSize - 1), '\0');
-  return A_Err_NONE;
+  std::memset(name, 0, kNameSize);
+  text.copy(name, kNameSize - 1);
 }
 
-A_Err GetProjectPath(AEGP_ProjectH, AEGP_MemHandle* path) {
-  const AEGP_MemHandle made = TheHost().memory.makeHandle(TheHost().project().reportedPath);
+A_Err GetProjectPath(Host& host, AEGP_ProjectH, AEGP_MemHandle* path) {
+  const std::u16string& text = host.project().reportedPath;
+  const size_t size = (text.size() + 1) * sizeof(char16_t);
+  const AEGP_MemHandle made = host.memory.makeHandle(size);
   if (!made) return A_Err_GENERIC;
-  TheHost().ledger.give(Holding::memoryHandle, made, TheHost().origin());
+  std::memcpy(*made, text.c_str(), size);
+  host.ledger.give(Holding::memoryHandle, made, host.origin());
   *path = made;
   return A_Err_NONE;
 }
 
-A_Err ProjectIsDirty(AEGP_ProjectH, A_Boolean* dirty) {
-  *dirty = TheHost().project().dirty ? 1 : 0;
-  return A_Err_NONE;
+void ProjectIsDirty(Host& host, AEGP_ProjectH, A_Boolean* dirty) {
+  *dirty = host.project().dirty ? 1 : 0;
 }
 
-A_Err NewProject(AEGP_ProjectH* project) {
-  TheHost().timeline.add(Actor::plugIn, "closes the project for a new one");
-  TheHost().newProject();
-  *project = TheHost().project().handle;
-  return A_Err_NONE;
+void NewProject(Host& host, AEGP_ProjectH* project) {
+  host.timeline.add(Actor::plugIn, "closes the project for a new one");
+  host.newProject();
+  *project = host.project().handle;
 }
 
-A_Err OpenProjectFromPath(const A_UTF16Char* path, AEGP_ProjectH* project) {
-  if (TheHost().refusesMoreHooks()) return A_Err_GENERIC;
+A_Err OpenProjectFromPath(Host& host, const A_UTF16Char* path, AEGP_ProjectH* project) {
+  if (host.refusesMoreHooks()) return A_Err_GENERIC;
   const std::optional<std::string> opened = ToUTF8(path);
   if (!opened) {
-    TheHost().timeline.add(Actor::plugIn, "asks for a project whose path isn't UTF-16");
+    host.timeline.add(Actor::plugIn, "asks for a project whose path isn't UTF-16");
     return A_Err_GENERIC;
   }
-  TheHost().timeline.add(Actor::plugIn, fmt::format("asks for the project {}", *opened));
-  if (const A_Err result = TheHost().openProject(*opened)) return result;
-  *project = TheHost().project().handle;
+  host.timeline.add(Actor::plugIn, fmt::format("asks for the project {}", *opened));
+  if (const A_Err result = host.openProject(*opened)) return result;
+  *project = host.project().handle;
   return A_Err_NONE;
 }
 
 }  // namespace
 
 const AEGP_ProjSuite6 kProjSuite6{
-    SUPPLIED(proj6, AEGP_GetNumProjects, Body<GetNumProjects>, "num_projPL"),
-    SUPPLIED(proj6, AEGP_GetProjectByIndex, Body<GetProjectByIndex>, "proj_indexL", "projPH"),
-    SUPPLIED(proj6, AEGP_GetProjectName, Body<GetProjectName>, "projH", "nameZ"),
-    SUPPLIED(proj6, AEGP_GetProjectPath, Body<GetProjectPath>, "projH", "unicode_pathPH"),
-    NOT_SUPPLIED(proj6, AEGP_GetProjectRootFolder),
-    NOT_SUPPLIED(proj6, AEGP_SaveProjectToPath),
-    NOT_SUPPLIED(proj6, AEGP_GetProjectTimeDisplay),
-    NOT_SUPPLIED(proj6, AEGP_SetProjectTimeDisplay),
-    SUPPLIED(proj6, AEGP_ProjectIsDirty, Body<ProjectIsDirty>, "projH", "is_dirtyPB"),
-    NOT_SUPPLIED(proj6, AEGP_SaveProjectAs),
-    SUPPLIED(proj6, AEGP_NewProject, Body<NewProject>, "new_projectPH"),
-    SUPPLIED(proj6, AEGP_OpenProjectFromPath, Body<OpenProjectFromPath>, "pathZ", "projectPH"),
-    NOT_SUPPLIED(proj6, AEGP_GetProjectBitDepth),
-    NOT_SUPPLIED(proj6, AEGP_SetProjectBitDepth),
+    SUPPLIED(kProjSuite6, AEGP_GetNumProjects, GetNumProjects, "num_projPL"),
+    SUPPLIED(kProjSuite6, AEGP_GetProjectByIndex, GetProjectByIndex, "proj_indexL", "projPH"),
+    SUPPLIED(kProjSuite6, AEGP_GetProjectName, GetProjectName, "projH", "nameZ"),
+    SUPPLIED(kProjSuite6, AEGP_GetProjectPath, GetProjectPath, "projH", "unicode_pathPH"),
+    NOT_SUPPLIED(kProjSuite6, AEGP_GetProjectRootFolder, AEGP_SaveProjectToPath,
+                 AEGP_GetProjectTimeDisplay, AEGP_SetProjectTimeDisplay),
+    SUPPLIED(kProjSuite6, AEGP_ProjectIsDirty, ProjectIsDirty, "projH", "is_dirtyPB"),
+    NOT_SUPPLIED(kProjSuite6, AEGP_SaveProjectAs),
+    SUPPLIED(kProjSuite6, AEGP_NewProject, NewProject, "new_projectPH"),
+    SUPPLIED(kProjSuite6, AEGP_OpenProjectFromPath, OpenProjectFromPath, "pathZ", "projectPH"),
+    NOT_SUPPLIED(kProjSuite6, AEGP_GetProjectBitDepth, AEGP_SetProjectBitDepth),
 };
 
 }  // namespace host

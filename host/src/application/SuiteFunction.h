@@ -1,16 +1,16 @@
 #pragma once
 
-#include <fmt/format.h>
-
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <type_traits>
 
 #include "Faults.h"
 #include "Host.h"
-#include "SuiteCall.h"
-#include "SuiteTables.h"
+#include "Suites.h"
+#include "Timeline.h"
 
 // What every function of a suite has in common, so that each is no more than its body.
 
@@ -26,40 +26,83 @@ struct Name {
   char text[size];
 };
 
-enum class Order {
-  faultFirst,
-  /// For a function that gives something back, so that what is left at the end is the plug-in's
-  /// doing and not the fault's.
-  workFirst,
+/// A call of a host function by the plug-in, on the main thread, for as long as it lasts. Writes
+/// the call into the flight record, and has the timeline ascribe entries to it.
+class SuiteCall {
+ public:
+  template <typename... Arguments>
+  explicit SuiteCall(std::string_view function, Arguments... arguments)
+      : mRunning{function, {toValue(arguments)...}, sizeof...(arguments)} {
+    begin();
+  }
+  ~SuiteCall();
+  SuiteCall(const SuiteCall&) = delete;
+  SuiteCall& operator=(const SuiteCall&) = delete;
+
+  /// Counts the call, and returns the error that the session wants from it, or 0.
+  A_Err fault() const;
+  /// Notes what goes back to the plug-in.
+  void answer(A_Err result, bool isSupplied = true) const;
+
+ private:
+  template <typename Argument>
+  static RunningCall::Value toValue(Argument argument) {
+    if constexpr (std::integral<Argument>) {
+      return static_cast<int64_t>(argument);
+    } else if constexpr (std::is_function_v<std::remove_pointer_t<Argument>>) {
+      return reinterpret_cast<const void*>(argument);
+    } else if constexpr (std::is_same_v<Argument, char*>) {
+      // What a buffer for a text holds isn't the plug-in's yet.
+      return static_cast<const void*>(argument);
+    } else {
+      return argument;
+    }
+  }
+
+  void begin();
+  void append(std::string_view text);
+  void appendValue(const RunningCall::Value& value);
+
+  RunningCall mRunning;
+  const RunningCall* mOuter = nullptr;
+  size_t mWritten = 0;
 };
 
-/// The work of a function. It may report further misuses with `SuiteCall::current`. `onFailure`
-/// gets the same arguments when the call answers an error, whatever its reason.
-template <auto work, Order order = Order::faultFirst, auto onFailure = nullptr>
-struct Body {};
+// Each check reports a misuse. Returns the error of the call, or 0.
+
+A_Err CheckSuite(Host& host, const void* table);
+/// For a function that doesn't give something back: the host is gone once the plug-in's static
+/// objects are being destroyed.
+A_Err CheckIsInTime(Host& host);
+A_Err CheckPluginId(Host& host, AEGP_PluginID id);
+A_Err CheckMenuItem(Host& host, AEGP_Command command);
+A_Err CheckPointer(Host& host, AEGP_ProjectH project);
+A_Err CheckPointer(Host& host, AEGP_MemHandle handle);
+A_Err CheckPointer(Host& host, AEGP_PersistentBlobH preferences);
+A_Err CheckPointer(Host& host, void* block);
+/// Any other pointer is only not to be null.
+template <typename Target>
+A_Err CheckPointer(Host& /*host*/, Target* /*pointer*/) {
+  return A_Err_NONE;
+}
+
+A_Err ReportNull(Host& host, const char* name);
+
+/// Returns the handle by which plug-ins name the preferences.
+AEGP_PersistentBlobH HandleOf(Preferences& preferences);
 
 /// Checks an argument by its type and its name: "aegp_plugin_id" and "menu_item" are numbers with a
-/// meaning, and "block" is a block of the basic suite.
+/// meaning.
 template <Name name, typename Argument>
-void CheckArgument(SuiteCall& call, Argument argument) {
-  if constexpr (std::is_same_v<Argument, AEGP_ProjectH>) {
-    call.needsProject(argument, name.text);
-  } else if constexpr (std::is_same_v<Argument, AEGP_MemHandle>) {
-    call.needsMemory(argument, name.text);
-  } else if constexpr (std::is_same_v<Argument, AEGP_PersistentBlobH>) {
-    call.needsPreferences(argument, name.text);
-  } else if constexpr (std::is_same_v<Argument, void*> && name.is("block")) {
-    call.needsBlock(argument, name.text);
-  } else if constexpr (name.is("aegp_plugin_id")) {
-    call.needsPluginId(argument);
+A_Err CheckArgument(Host& host, Argument argument) {
+  if constexpr (name.is("aegp_plugin_id")) {
+    return CheckPluginId(host, argument);
   } else if constexpr (name.is("menu_item")) {
-    call.needsMenuItem(argument);
+    return CheckMenuItem(host, argument);
   } else if constexpr (std::is_pointer_v<Argument> && !name.isOptional()) {
-    if constexpr (std::is_function_v<std::remove_pointer_t<Argument>>) {
-      call.needs(reinterpret_cast<const void*>(argument), name.text);
-    } else {
-      call.needs(argument, name.text);
-    }
+    return argument ? CheckPointer(host, argument) : ReportNull(host, name.text);
+  } else {
+    return A_Err_NONE;
   }
 }
 
@@ -67,15 +110,16 @@ void CheckArgument(SuiteCall& call, Argument argument) {
 /// the thread, the suite and the arguments, asks for a fault, and notes the error that goes back to
 /// the plug-in. From another thread nothing of the host is touched. A name that ends with "?" is of
 /// an argument that may be null.
-template <SuiteId suite, Name function, typename body, Name... names>
-class SuiteFunction;
-
-template <SuiteId suite, Name function, auto work, Order order, auto onFailure, Name... names>
-class SuiteFunction<suite, function, Body<work, order, onFailure>, names...> {
+///
+/// `body` is the work of the function. It gets the host and the arguments, and returns nothing if
+/// it can't fail. A call that is to fail doesn't run it, unless it takes the fault, an `A_Err`,
+/// before the arguments. One that gives something back runs it all the same, so that what is left
+/// at the end is the plug-in's doing and not the fault's.
+template <auto* table, Name function, bool givesBack, auto body, Name... names>
+class SuiteFunction {
  public:
   template <typename Function>
   operator Function*() const {
-    static_assert(std::is_same_v<Function*, decltype(work)>);
     (void)isKnown;
     return &Entry<Function>::call;
   }
@@ -89,44 +133,50 @@ class SuiteFunction<suite, function, Body<work, order, onFailure>, names...> {
     static_assert(sizeof...(Arguments) == sizeof...(names));
 
     static Result call(Arguments... arguments) {
-      // `IsEqual` answers a truth, and has no way to fail.
-      constexpr bool canFail = std::is_same_v<Result, A_Err>;
-      if (!TheHost().isMainThread()) {
-        const A_Err error = TheHost().reportFromOtherThread(suite, function.text);
-        return static_cast<Result>(canFail ? error : 0);
-      }
-      SuiteCall call(suite, function.text, arguments...);
-      if (order == Order::faultFirst) call.checkIsInTime();
-      Result result = run(call, arguments...);
-      call.answer(canFail ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});
-      if constexpr (canFail) {
-        if constexpr (!std::is_null_pointer_v<decltype(onFailure)>) {
-          if (result != A_Err_NONE) onFailure(arguments...);
-        }
-      }
+      Host& host = TheHost();
+      if (!host.isMainThread()) return failed(host.reportFromOtherThread(table, function.text));
+      SuiteCall call(function.text, arguments...);
+      A_Err misuse = CheckSuite(host, table);
+      if (!givesBack) CheckIsInTime(host);
+      if (misuse == A_Err_NONE) ((misuse |= CheckArgument<names>(host, arguments)), ...);
+      // Also counts a call that is wrong.
+      const A_Err fault = call.fault();
+      const Result result = misuse == A_Err_NONE ? run(host, fault, arguments...) : failed(misuse);
+      call.answer(kCanFail ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});
       return result;
     }
 
-    static Result run(SuiteCall& call, Arguments... arguments) {
-      constexpr bool canFail = std::is_same_v<Result, A_Err>;
-      if (call.error() == A_Err_NONE) (CheckArgument<names>(call, arguments), ...);
-      // Also counts a call that is wrong.
-      const A_Err fault = call.fault();
-      if (call.error() != A_Err_NONE) return static_cast<Result>(canFail ? call.error() : 0);
-      if (order == Order::faultFirst && fault != A_Err_NONE) {
-        return static_cast<Result>(canFail ? fault : 0);
+   private:
+    // `IsEqual` answers a truth, and has no way to fail.
+    static constexpr bool kCanFail = std::is_same_v<Result, A_Err>;
+
+    static Result failed(A_Err error) { return static_cast<Result>(kCanFail ? error : 0); }
+
+    static Result run(Host& host, A_Err fault, Arguments... arguments) {
+      if constexpr (std::is_invocable_v<decltype(body), Host&, A_Err, Arguments...>) {
+        return body(host, fault, arguments...);
+      } else {
+        if (!givesBack && fault != A_Err_NONE) return failed(fault);
+        if constexpr (std::is_void_v<decltype(body(host, arguments...))>) {
+          body(host, arguments...);
+          return failed(fault);
+        } else {
+          const Result result = body(host, arguments...);
+          return result == Result{} ? failed(fault) : result;
+        }
       }
-      const Result result = work(arguments...);
-      return order == Order::workFirst && result == Result{} ? static_cast<Result>(fault) : result;
     }
   };
 
-  static inline const bool isKnown = AddFunctionThatCanFail(function.text);
+  static inline const bool isKnown = FunctionsThatCanFail().emplace(function.text).second;
 };
 
-/// A function that this host doesn't supply, for a table's member of any type. It ignores its
-/// arguments, which is safe: by the platforms' calling conventions the caller removes them.
-template <SuiteId suite, Name function>
+/// Answers a call of a function that this host doesn't supply.
+A_Err AnswerNotSupplied(const void* table, const char* function);
+
+/// Such a function, for a table's member of any type. It ignores its arguments, which is safe: by
+/// the platforms' calling conventions the caller removes them.
+template <auto* table, Name function>
 struct NotSupplied {
   template <typename Function>
   operator Function*() const {
@@ -135,23 +185,26 @@ struct NotSupplied {
   }
 
  private:
-  static A_Err call() {
-    Host& host = TheHost();
-    if (!host.isMainThread()) return host.reportFromOtherThread(suite, function.text);
-    SuiteCall call(suite, function.text);
-    host.report(Finding::notSupplied,
-                std::string(function.text) + " was called, which this host doesn't supply",
-                {function.text, {}, function.text});
-    host.noteOnce(Actor::plugIn,
-                  fmt::format("calls {}, which this host doesn't supply", function.text));
-    call.answer(PF_Err_BAD_CALLBACK_PARAM, false);
-    return PF_Err_BAD_CALLBACK_PARAM;
-  }
+  static A_Err call() { return AnswerNotSupplied(table, function.text); }
 };
 
-/// Initializes the member `function` of the suite's table with a `Body`, and names its arguments.
-#define SUPPLIED(suite, function, body, ...) \
-  .function = SuiteFunction<SuiteId::suite, #function, body __VA_OPT__(, ) __VA_ARGS__>()
-#define NOT_SUPPLIED(suite, function) .function = NotSupplied<SuiteId::suite, #function>()
+/// Initializes the member `function` of the suite's table with its body, and names its arguments.
+#define SUPPLIED(table, function, body, ...) \
+  .function = SuiteFunction<&table, #function, false, body __VA_OPT__(, ) __VA_ARGS__>()
+/// Does the same for a function that gives something back.
+#define GIVES_BACK(table, function, body, ...) \
+  .function = SuiteFunction<&table, #function, true, body __VA_OPT__(, ) __VA_ARGS__>()
+
+/// Initializes the members that this host doesn't supply. A macro can't call itself, so each name
+/// takes one more scan.
+#define NOT_SUPPLIED(table, ...) SCAN_25(FIRST_NOT_SUPPLIED(table, __VA_ARGS__))
+#define FIRST_NOT_SUPPLIED(table, function, ...) \
+  .function = NotSupplied<&table, #function>()   \
+      __VA_OPT__(, NEXT_NOT_SUPPLIED NO_ARGUMENTS(table, __VA_ARGS__))
+#define NEXT_NOT_SUPPLIED() FIRST_NOT_SUPPLIED
+#define NO_ARGUMENTS ()
+#define SCAN_25(...) SCAN_5(SCAN_5(SCAN_5(SCAN_5(SCAN_5(__VA_ARGS__)))))
+#define SCAN_5(...) SCAN(SCAN(SCAN(SCAN(SCAN(__VA_ARGS__)))))
+#define SCAN(...) __VA_ARGS__
 
 }  // namespace host

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <vector>
 
 #include "SuiteFunction.h"
 
@@ -16,149 +18,186 @@ struct Suite {
   const void* table;
 };
 
-// In the order of `SuiteId`.
 const std::array kSuites{
-    Suite{"AEGP Register Suite", 6, &kRegisterSuite5},
-    Suite{"AEGP Command Suite", 1, &kCommandSuite1},
-    Suite{"AEGP Utility Suite", 7, &kUtilitySuite3},
-    Suite{"AEGP Utility Suite", 13, &kUtilitySuite6},
-    Suite{"AEGP Proj Suite", 9, &kProjSuite6},
-    Suite{"AEGP Memory Suite", 1, &kMemorySuite1},
-    Suite{"PF AE Adv App Suite", 2, &kAdvAppSuite2},
-    Suite{"AEGP Persistent Data Suite", 3, &kPersistentDataSuite3},
-    Suite{"AEGP Persistent Data Suite", 4, &kPersistentDataSuite4},
+    Suite{kAEGPRegisterSuite, kAEGPRegisterSuiteVersion5, &kRegisterSuite5},
+    Suite{kAEGPCommandSuite, kAEGPCommandSuiteVersion1, &kCommandSuite1},
+    Suite{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion3, &kUtilitySuite3},
+    Suite{kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6, &kUtilitySuite6},
+    Suite{kAEGPProjSuite, kAEGPProjSuiteVersion6, &kProjSuite6},
+    Suite{kAEGPMemorySuite, kAEGPMemorySuiteVersion1, &kMemorySuite1},
+    Suite{kPFAdvAppSuite, kPFAdvAppSuiteVersion2, &kAdvAppSuite2},
+    Suite{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion3, &kPersistentDataSuite3},
+    Suite{kAEGPPersistentDataSuite, kAEGPPersistentDataSuiteVersion4, &kPersistentDataSuite4},
 };
 
-// Returns `kSuites.size()` if there is none.
-size_t IndexOf(std::string_view name, int32 version) {
+// Returns null if there is none.
+const Suite* Find(std::string_view name, int32 version) {
   const auto* const found = std::find_if(kSuites.begin(), kSuites.end(), [&](const Suite& suite) {
     return suite.version == version && suite.name == name;
   });
-  return static_cast<size_t>(found - kSuites.begin());
-}
-
-std::string NameOf(std::string_view suite, int32 version) {
-  return fmt::format("{} {}", suite, version);
+  return found == kSuites.end() ? nullptr : found;
 }
 
 // Says what the plug-in asks for that isn't there.
-void NoteMissing(std::string_view name, int32 version) {
+void NoteMissing(Host& host, std::string_view name, int32 version) {
   std::string versions;
   for (const Suite& suite : kSuites) {
     if (suite.name != name) continue;
     versions +=
         fmt::format("{} {}", versions.empty() ? ": this host has version" : " and", suite.version);
   }
-  TheHost().noteOnce(Actor::plugIn,
-                     fmt::format("asks for {}{}", NameOf(name, version),
-                                 versions.empty() ? ", which this host doesn't supply" : versions));
+  host.noteOnce(Actor::plugIn,
+                fmt::format("asks for {}{}", NameOfSuite(name, version),
+                            versions.empty() ? ", which this host doesn't supply" : versions));
 }
 
-SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
-  if (TheHost().faults.refuses(name, version)) {
-    TheHost().countFailure("AcquireSuite");
-    TheHost().noteOnce(Actor::host, "refuses " + NameOf(name, version));
-    return PF_Err_BAD_CALLBACK_PARAM;
+// Returns the error of a suite that the session has the host refuse, or 0.
+A_Err Refuse(Host& host, const std::string& nameAndVersion) {
+  const A_Err error = host.faults.take(nameAndVersion);
+  if (error != A_Err_NONE) {
+    host.countFailure("AcquireSuite");
+    host.noteOnce(Actor::host, "refuses " + nameAndVersion);
   }
-  const size_t index = IndexOf(name, version);
-  if (index == kSuites.size()) {
-    NoteMissing(name, version);
-    return PF_Err_BAD_CALLBACK_PARAM;
-  }
-  *suite = kSuites[index].table;
-  TheHost().ledger.give(Holding::suite, *suite, TheHost().origin());
-  return A_Err_NONE;
+  return error;
 }
 
-void NoteNotAcquired(const char* name, int32 version, const void** suite) {
-  if (!name || !suite) return;
-  *suite = nullptr;
-  if (HasSuite(name, version)) TheHost().countFailure(NameOf(name, version));
+SPErr AcquireSuite(Host& host, A_Err fault, const char* name, int32 version, const void** suite) {
+  const Suite* const found = Find(name, version);
+  A_Err error = fault;
+  if (error == A_Err_NONE && !found) {
+    NoteMissing(host, name, version);
+    error = PF_Err_BAD_CALLBACK_PARAM;
+  }
+  if (error == A_Err_NONE) error = Refuse(host, NameOfSuite(name, version));
+  *suite = error == A_Err_NONE ? found->table : nullptr;
+  if (error == A_Err_NONE) {
+    host.ledger.give(Holding::suite, *suite, host.origin());
+    return A_Err_NONE;
+  }
+  if (found) host.countFailure(NameOfSuite(name, version));
   // What the code that the host's makers give away throws for any suite that it lacks.
-  TheHost().countAnswer(PF_Err_BAD_CALLBACK_PARAM);
+  host.countAnswer(PF_Err_BAD_CALLBACK_PARAM);
+  return error;
 }
 
-SPErr ReleaseSuite(const char* name, int32 version) {
-  const size_t index = IndexOf(name, version);
-  const void* const table = index < kSuites.size() ? kSuites[index].table : nullptr;
-  if (TheHost().ledger.takeBack(Holding::suite, table)) return A_Err_NONE;
-  const Origin* const released =
-      table ? TheHost().ledger.takenBack(Holding::suite, table) : nullptr;
-  return SuiteCall::current().misused(
+SPErr ReleaseSuite(Host& host, const char* name, int32 version) {
+  const Suite* const suite = Find(name, version);
+  const void* const table = suite ? suite->table : nullptr;
+  if (host.ledger.takeBack(Holding::suite, table)) return A_Err_NONE;
+  const Origin* const released = table ? host.ledger.takenBack(Holding::suite, table) : nullptr;
+  return host.misused(
       Finding::suiteReleasedTooOften,
       fmt::format(
-          "{} {} isn't acquired{}", name, version,
+          "{} isn't acquired{}", NameOfSuite(name, version),
           released ? fmt::format("; the one from {} was released before", released->text()) : ""));
 }
 
-SPBoolean IsEqual(const char* token1, const char* token2) {
+SPBoolean IsEqual(Host& /*host*/, const char* token1, const char* token2) {
   return std::strcmp(token1, token2) == 0 ? 1 : 0;
 }
 
-SPErr AllocateBlock(size_t size, void** block) {
-  *block = TheHost().memory.makeBlock(size);
+SPErr AllocateBlock(Host& host, size_t size, void** block) {
+  *block = host.memory.makeBlock(size);
   if (!*block) return A_Err_GENERIC;
-  TheHost().ledger.give(Holding::block, *block, TheHost().origin());
+  host.ledger.give(Holding::block, *block, host.origin());
   return A_Err_NONE;
 }
 
-SPErr FreeBlock(void* block) {
-  TheHost().ledger.takeBack(Holding::block, block);
-  TheHost().memory.freeBlock(block);
-  return A_Err_NONE;
+void FreeBlock(Host& host, void* block) {
+  host.ledger.takeBack(Holding::block, block);
+  host.memory.free(block);
 }
 
-SPErr ReallocateBlock(void* block, size_t newSize, void** newBlock) {
-  void* const moved = TheHost().memory.reallocate(block, newSize);
-  if (!moved) return A_Err_GENERIC;
-  TheHost().ledger.takeBack(Holding::block, block);
-  TheHost().ledger.give(Holding::block, moved, TheHost().origin());
+SPErr ReallocateBlock(Host& host, void* block, size_t newSize, void** newBlock) {
+  void* moved = nullptr;
+  if (const SPErr error = AllocateBlock(host, newSize, &moved)) return error;
+  std::memcpy(moved, block, std::min(newSize, host.memory.at(block).bytes.size()));
+  FreeBlock(host, block);
   *newBlock = moved;
   return A_Err_NONE;
 }
 
-using Acquire = Body<AcquireSuite, Order::faultFirst, NoteNotAcquired>;
-using Release = Body<ReleaseSuite, Order::workFirst>;
-using Freeing = Body<FreeBlock, Order::workFirst>;
+// A hook comes too late once the entry point has returned.
+template <typename Added>
+A_Err Register(Host& host, const char* kind, std::vector<Added>& hooks, const Added& added) {
+  if (!host.isStarting()) return host.misused(Finding::lateHook, "the entry point has returned");
+  if (std::find(hooks.begin(), hooks.end(), added) != hooks.end()) {
+    host.misused(Finding::registeredTwice, "the hook is registered already");
+  }
+  host.timeline.add(Actor::plugIn, fmt::format("registers {}", kind));
+  hooks.push_back(added);
+  return A_Err_NONE;
+}
+
+A_Err RegisterCommandHook(Host& host, AEGP_PluginID, AEGP_HookPriority priority,
+                          AEGP_Command command, AEGP_CommandHook hook, AEGP_CommandRefcon refcon) {
+  std::vector<CommandHook>& hooks = host.hooks.command;
+  const A_Err error = Register(host, "a command hook", hooks, {{hook, refcon}, priority, command});
+  std::stable_sort(hooks.begin(), hooks.end(), [](const auto& one, const auto& other) {
+    return one.priority < other.priority;
+  });
+  return error;
+}
+
+A_Err RegisterUpdateMenuHook(Host& host, AEGP_PluginID, AEGP_UpdateMenuHook hook,
+                             AEGP_UpdateMenuRefcon refcon) {
+  return Register(host, "an update-menu hook", host.hooks.updateMenu, {hook, refcon});
+}
+
+A_Err RegisterDeathHook(Host& host, AEGP_PluginID, AEGP_DeathHook hook, AEGP_DeathRefcon refcon) {
+  return Register(host, "a death hook", host.hooks.death, {hook, refcon});
+}
+
+A_Err RegisterIdleHook(Host& host, AEGP_PluginID, AEGP_IdleHook hook, AEGP_IdleRefcon refcon) {
+  return Register(host, "an idle hook", host.hooks.idle, {hook, refcon});
+}
 
 SPBasicSuite basicSuite{
-    SUPPLIED(basic, AcquireSuite, Acquire, "name", "version", "suite"),
-    SUPPLIED(basic, ReleaseSuite, Release, "name", "version"),
-    SUPPLIED(basic, IsEqual, Body<IsEqual>, "token1", "token2"),
-    SUPPLIED(basic, AllocateBlock, Body<AllocateBlock>, "size", "block"),
-    SUPPLIED(basic, FreeBlock, Freeing, "block"),
-    SUPPLIED(basic, ReallocateBlock, Body<ReallocateBlock>, "block", "newSize", "newBlock"),
-    NOT_SUPPLIED(basic, Undefined),
+    SUPPLIED(basicSuite, AcquireSuite, AcquireSuite, "name", "version", "suite"),
+    GIVES_BACK(basicSuite, ReleaseSuite, ReleaseSuite, "name", "version"),
+    SUPPLIED(basicSuite, IsEqual, IsEqual, "token1", "token2"),
+    SUPPLIED(basicSuite, AllocateBlock, AllocateBlock, "size", "block"),
+    GIVES_BACK(basicSuite, FreeBlock, FreeBlock, "block"),
+    SUPPLIED(basicSuite, ReallocateBlock, ReallocateBlock, "block", "newSize", "newBlock"),
+    NOT_SUPPLIED(basicSuite, Undefined),
 };
 
 }  // namespace
+
+const AEGP_RegisterSuite5 kRegisterSuite5{
+    SUPPLIED(kRegisterSuite5, AEGP_RegisterCommandHook, RegisterCommandHook, "aegp_plugin_id",
+             "hook_priority", "command", "hook", "refcon?"),
+    SUPPLIED(kRegisterSuite5, AEGP_RegisterUpdateMenuHook, RegisterUpdateMenuHook, "aegp_plugin_id",
+             "hook", "refcon?"),
+    SUPPLIED(kRegisterSuite5, AEGP_RegisterDeathHook, RegisterDeathHook, "aegp_plugin_id", "hook",
+             "refcon?"),
+    NOT_SUPPLIED(kRegisterSuite5, AEGP_RegisterVersionHook, AEGP_RegisterAboutStringHook,
+                 AEGP_RegisterAboutHook, AEGP_RegisterArtisan, AEGP_RegisterIO),
+    SUPPLIED(kRegisterSuite5, AEGP_RegisterIdleHook, RegisterIdleHook, "aegp_plugin_id", "hook",
+             "refcon?"),
+    NOT_SUPPLIED(kRegisterSuite5, AEGP_RegisterTracker, AEGP_RegisterInteractiveArtisan,
+                 AEGP_RegisterPresetLocalizationString),
+};
 
 SPBasicSuite* BasicSuite() {
   return &basicSuite;
 }
 
-bool HasSuite(std::string_view name, int32 version) {
-  return IndexOf(name, version) < kSuites.size();
+std::string NameOfSuite(std::string_view name, int32 version) {
+  return fmt::format("{} {}", name, version);
 }
 
-std::string_view NameOf(SuiteId suite) {
-  return suite == SuiteId::basic ? "the basic suite" : kSuites[static_cast<size_t>(suite)].name;
+std::string NameOfSuite(const void* table) {
+  for (const Suite& suite : kSuites) {
+    if (suite.table == table) return NameOfSuite(suite.name, suite.version);
+  }
+  return "the basic suite";
 }
 
 bool HasSuite(std::string_view nameAndVersion) {
   return std::any_of(kSuites.begin(), kSuites.end(), [&](const Suite& suite) {
-    return NameOf(suite.name, suite.version) == nameAndVersion;
+    return NameOfSuite(suite.table) == nameAndVersion;
   });
-}
-
-const void* TableOf(SuiteId suite) {
-  return kSuites[static_cast<size_t>(suite)].table;
-}
-
-std::string NameOfTable(const void* table) {
-  const auto* const found = std::find_if(kSuites.begin(), kSuites.end(),
-                                         [&](const Suite& suite) { return suite.table == table; });
-  return NameOf(found->name, found->version);
 }
 
 }  // namespace host

@@ -3,37 +3,30 @@
 #include <string>
 #include <string_view>
 
-#include "SPBasic.h"
+#include "AE_AdvEffectSuites.h"
+#include "AE_GeneralPlug.h"
 
 namespace host {
 
-/// The suites of this host.
-enum class SuiteId {
-  register5,
-  command1,
-  utility3,
-  utility6,
-  proj6,
-  memory1,
-  advApp2,
-  persistentData3,
-  persistentData4,
-  basic,  ///< always there; the last one
-};
+// The tables that plug-ins get. Their functions act on `TheHost()`.
+extern const AEGP_RegisterSuite5 kRegisterSuite5;
+extern const AEGP_CommandSuite1 kCommandSuite1;
+extern const AEGP_UtilitySuite3 kUtilitySuite3;
+extern const AEGP_UtilitySuite6 kUtilitySuite6;
+extern const AEGP_ProjSuite6 kProjSuite6;
+extern const AEGP_MemorySuite1 kMemorySuite1;
+extern const PF_AdvAppSuite2 kAdvAppSuite2;
+extern const AEGP_PersistentDataSuite3 kPersistentDataSuite3;
+extern const AEGP_PersistentDataSuite4 kPersistentDataSuite4;
 
-/// Returns the table for a plug-in's entry point. Its suites act on `TheHost()`.
+/// Returns the table for a plug-in's entry point.
 SPBasicSuite* BasicSuite();
 
-/// Returns the suite's name, without its version.
-std::string_view NameOf(SuiteId suite);
-/// Returns whether this host has the suite.
-bool HasSuite(std::string_view name, int32 version);
-/// Does the same for a name such as "AEGP Memory Suite 1".
+/// Returns a suite's name with its version, as "AEGP Memory Suite 1".
+std::string NameOfSuite(std::string_view name, int32 version);
+/// Does the same for the suite that has the table.
+std::string NameOfSuite(const void* table);
+/// Returns whether this host has the suite of that name with its version.
 bool HasSuite(std::string_view nameAndVersion);
-
-/// Returns the table of a suite other than the basic one.
-const void* TableOf(SuiteId suite);
-/// Returns the name and the version of the suite that has the table.
-std::string NameOfTable(const void* table);
 
 }  // namespace host

@@ -1,154 +1,105 @@
 #include <fmt/format.h>
 
-#include <filesystem>
-
 #include "SuiteFunction.h"
+#include "TextFile.h"
 
 namespace host {
 namespace {
 
-void Report(const std::string& text) {
-  TheHost().timeline.add(Actor::plugIn, fmt::format("reports to the user: {}", text));
-  TheHost().report(Finding::userReport,
-                   "the user saw a report that no step expects: " + EscapeControls(text),
-                   {{}, {}, text});
+void ReportInfo(Host& host, AEGP_PluginID, const A_char* text) {
+  host.timeline.add(Actor::plugIn, fmt::format("reports to the user: {}", text));
+  host.report(Finding::userReport,
+              fmt::format("the user saw a report that no step expects: {}", EscapeControls(text)),
+              {{}, {}, text});
 }
 
-A_Err ReportInfo(AEGP_PluginID, const A_char* text) {
-  Report(text);
-  return A_Err_NONE;
-}
-
-A_Err ReportInfoUnicode(AEGP_PluginID, const A_UTF16Char* text) {
+A_Err ReportInfoUnicode(Host& host, AEGP_PluginID id, const A_UTF16Char* text) {
   const std::optional<std::string> utf8 = ToUTF8(text);
-  if (!utf8) {
-    return SuiteCall::current().misused(Finding::badArgument, "info_stringP isn't UTF-16");
+  if (!utf8) return host.misused(Finding::badArgument, "info_stringP isn't UTF-16");
+  ReportInfo(host, id, utf8->c_str());
+  return A_Err_NONE;
+}
+
+void StartUndoGroup(Host& host, const A_char* name) {
+  ++host.undoGroups;
+  host.timeline.add(Actor::plugIn, fmt::format("starts the undo group \"{}\"", name));
+}
+
+A_Err EndUndoGroup(Host& host) {
+  if (host.undoGroups == 0) {
+    return host.misused(Finding::unbalancedUndoGroup, "no undo group was started");
   }
-  Report(*utf8);
+  --host.undoGroups;
+  host.timeline.add(Actor::plugIn, "ends an undo group");
   return A_Err_NONE;
 }
 
-A_Err StartUndoGroup(const A_char* name) {
-  ++TheHost().undoGroups;
-  TheHost().timeline.add(Actor::plugIn, fmt::format("starts the undo group \"{}\"", name));
-  return A_Err_NONE;
+void WriteToOSConsole(Host& host, const A_char* text) {
+  host.timeline.add(Actor::plugIn, fmt::format("writes to the system's console: {}", text));
 }
 
-A_Err EndUndoGroup() {
-  if (TheHost().undoGroups == 0) {
-    return SuiteCall::current().misused(Finding::unbalancedUndoGroup, "no undo group was started");
-  }
-  --TheHost().undoGroups;
-  TheHost().timeline.add(Actor::plugIn, "ends an undo group");
-  return A_Err_NONE;
-}
-
-A_Err WriteToOSConsole(const A_char* text) {
-  TheHost().timeline.add(Actor::plugIn, fmt::format("writes to the system's console: {}", text));
-  return A_Err_NONE;
-}
-
-A_Err IsScriptingAvailable(A_Boolean* available) {
+void IsScriptingAvailable(Host& /*host*/, A_Boolean* available) {
   *available = 0;
-  return A_Err_NONE;
 }
 
-A_Err HostIsActivated(A_Boolean* activated) {
-  *activated = TheHost().frontApplication() == kHostApplication ? 1 : 0;
-  return A_Err_NONE;
+void HostIsActivated(Host& host, A_Boolean* activated) {
+  *activated = host.frontApplication() == kHostApplication ? 1 : 0;
 }
 
-A_Err UpdateFontList() {
-  TheHost().updateFontList();
-  return A_Err_NONE;
+void UpdateFontList(Host& host) {
+  host.updateFontList();
 }
 
-A_Err RefreshAllWindows() {
-  TheHost().timeline.add(Actor::plugIn, "has all windows drawn again");
-  return A_Err_NONE;
+void RefreshAllWindows(Host& host) {
+  host.timeline.add(Actor::plugIn, "has all windows drawn again");
 }
-
-using EndUndo = Body<EndUndoGroup, Order::workFirst>;
 
 }  // namespace
 
+// The functions that both versions of the utility suite have one after the other.
+#define DRIVER_AND_ERRORS(table)                                                                \
+  NOT_SUPPLIED(table, AEGP_GetDriverPluginInitFuncVersion, AEGP_GetDriverImplementationVersion, \
+               AEGP_StartQuietErrors, AEGP_EndQuietErrors)
+#define UNDO_TO_DEBUG_LOG(table)                                                                   \
+  SUPPLIED(table, AEGP_StartUndoGroup, StartUndoGroup, "undo_nameZ"),                              \
+      GIVES_BACK(table, AEGP_EndUndoGroup, EndUndoGroup),                                          \
+      NOT_SUPPLIED(table, AEGP_RegisterWithAEGP, AEGP_GetMainHWND, AEGP_ShowHideAllFloaters,       \
+                   AEGP_PaintPalGetForeColor, AEGP_PaintPalGetBackColor,                           \
+                   AEGP_PaintPalSetForeColor, AEGP_PaintPalSetBackColor, AEGP_CharPalGetFillColor, \
+                   AEGP_CharPalGetStrokeColor, AEGP_CharPalSetFillColor,                           \
+                   AEGP_CharPalSetStrokeColor, AEGP_CharPalIsFillColorUIFrontmost,                 \
+                   AEGP_ConvertFpLongToHSFRatio, AEGP_ConvertHSFRatioToFpLong,                     \
+                   AEGP_CauseIdleRoutinesToBeCalled, AEGP_GetSuppressInteractiveUI),               \
+      SUPPLIED(table, AEGP_WriteToOSConsole, WriteToOSConsole, "textZ"),                           \
+      NOT_SUPPLIED(table, AEGP_WriteToDebugLog)
+
 const AEGP_UtilitySuite3 kUtilitySuite3{
-    SUPPLIED(utility3, AEGP_ReportInfo, Body<ReportInfo>, "aegp_plugin_id", "info_stringZ"),
-    NOT_SUPPLIED(utility3, AEGP_GetDriverPluginInitFuncVersion),
-    NOT_SUPPLIED(utility3, AEGP_GetDriverImplementationVersion),
-    NOT_SUPPLIED(utility3, AEGP_StartQuietErrors),
-    NOT_SUPPLIED(utility3, AEGP_EndQuietErrors),
-    SUPPLIED(utility3, AEGP_StartUndoGroup, Body<StartUndoGroup>, "undo_nameZ"),
-    SUPPLIED(utility3, AEGP_EndUndoGroup, EndUndo),
-    NOT_SUPPLIED(utility3, AEGP_RegisterWithAEGP),
-    NOT_SUPPLIED(utility3, AEGP_GetMainHWND),
-    NOT_SUPPLIED(utility3, AEGP_ShowHideAllFloaters),
-    NOT_SUPPLIED(utility3, AEGP_PaintPalGetForeColor),
-    NOT_SUPPLIED(utility3, AEGP_PaintPalGetBackColor),
-    NOT_SUPPLIED(utility3, AEGP_PaintPalSetForeColor),
-    NOT_SUPPLIED(utility3, AEGP_PaintPalSetBackColor),
-    NOT_SUPPLIED(utility3, AEGP_CharPalGetFillColor),
-    NOT_SUPPLIED(utility3, AEGP_CharPalGetStrokeColor),
-    NOT_SUPPLIED(utility3, AEGP_CharPalSetFillColor),
-    NOT_SUPPLIED(utility3, AEGP_CharPalSetStrokeColor),
-    NOT_SUPPLIED(utility3, AEGP_CharPalIsFillColorUIFrontmost),
-    NOT_SUPPLIED(utility3, AEGP_ConvertFpLongToHSFRatio),
-    NOT_SUPPLIED(utility3, AEGP_ConvertHSFRatioToFpLong),
-    NOT_SUPPLIED(utility3, AEGP_CauseIdleRoutinesToBeCalled),
-    NOT_SUPPLIED(utility3, AEGP_GetSuppressInteractiveUI),
-    SUPPLIED(utility3, AEGP_WriteToOSConsole, Body<WriteToOSConsole>, "textZ"),
-    NOT_SUPPLIED(utility3, AEGP_WriteToDebugLog),
+    SUPPLIED(kUtilitySuite3, AEGP_ReportInfo, ReportInfo, "aegp_plugin_id", "info_stringZ"),
+    DRIVER_AND_ERRORS(kUtilitySuite3),
+    UNDO_TO_DEBUG_LOG(kUtilitySuite3),
 };
 
 const AEGP_UtilitySuite6 kUtilitySuite6{
-    SUPPLIED(utility6, AEGP_ReportInfo, Body<ReportInfo>, "aegp_plugin_id", "info_stringZ"),
-    SUPPLIED(utility6, AEGP_ReportInfoUnicode, Body<ReportInfoUnicode>, "aegp_plugin_id",
+    SUPPLIED(kUtilitySuite6, AEGP_ReportInfo, ReportInfo, "aegp_plugin_id", "info_stringZ"),
+    SUPPLIED(kUtilitySuite6, AEGP_ReportInfoUnicode, ReportInfoUnicode, "aegp_plugin_id",
              "info_stringP"),
-    NOT_SUPPLIED(utility6, AEGP_GetDriverPluginInitFuncVersion),
-    NOT_SUPPLIED(utility6, AEGP_GetDriverImplementationVersion),
-    NOT_SUPPLIED(utility6, AEGP_StartQuietErrors),
-    NOT_SUPPLIED(utility6, AEGP_EndQuietErrors),
-    NOT_SUPPLIED(utility6, AEGP_GetLastErrorMessage),
-    SUPPLIED(utility6, AEGP_StartUndoGroup, Body<StartUndoGroup>, "undo_nameZ"),
-    SUPPLIED(utility6, AEGP_EndUndoGroup, EndUndo),
-    NOT_SUPPLIED(utility6, AEGP_RegisterWithAEGP),
-    NOT_SUPPLIED(utility6, AEGP_GetMainHWND),
-    NOT_SUPPLIED(utility6, AEGP_ShowHideAllFloaters),
-    NOT_SUPPLIED(utility6, AEGP_PaintPalGetForeColor),
-    NOT_SUPPLIED(utility6, AEGP_PaintPalGetBackColor),
-    NOT_SUPPLIED(utility6, AEGP_PaintPalSetForeColor),
-    NOT_SUPPLIED(utility6, AEGP_PaintPalSetBackColor),
-    NOT_SUPPLIED(utility6, AEGP_CharPalGetFillColor),
-    NOT_SUPPLIED(utility6, AEGP_CharPalGetStrokeColor),
-    NOT_SUPPLIED(utility6, AEGP_CharPalSetFillColor),
-    NOT_SUPPLIED(utility6, AEGP_CharPalSetStrokeColor),
-    NOT_SUPPLIED(utility6, AEGP_CharPalIsFillColorUIFrontmost),
-    NOT_SUPPLIED(utility6, AEGP_ConvertFpLongToHSFRatio),
-    NOT_SUPPLIED(utility6, AEGP_ConvertHSFRatioToFpLong),
-    NOT_SUPPLIED(utility6, AEGP_CauseIdleRoutinesToBeCalled),
-    NOT_SUPPLIED(utility6, AEGP_GetSuppressInteractiveUI),
-    SUPPLIED(utility6, AEGP_WriteToOSConsole, Body<WriteToOSConsole>, "textZ"),
-    NOT_SUPPLIED(utility6, AEGP_WriteToDebugLog),
-    SUPPLIED(utility6, AEGP_IsScriptingAvailable, Body<IsScriptingAvailable>, "outAvailablePB"),
-    NOT_SUPPLIED(utility6, AEGP_ExecuteScript),
-    SUPPLIED(utility6, AEGP_HostIsActivated, Body<HostIsActivated>, "is_activatedPB"),
-    NOT_SUPPLIED(utility6, AEGP_GetPluginPlatformRef),
-    SUPPLIED(utility6, AEGP_UpdateFontList, Body<UpdateFontList>),
-    NOT_SUPPLIED(utility6, AEGP_GetPluginPaths),
+    DRIVER_AND_ERRORS(kUtilitySuite6),
+    NOT_SUPPLIED(kUtilitySuite6, AEGP_GetLastErrorMessage),
+    UNDO_TO_DEBUG_LOG(kUtilitySuite6),
+    SUPPLIED(kUtilitySuite6, AEGP_IsScriptingAvailable, IsScriptingAvailable, "outAvailablePB"),
+    NOT_SUPPLIED(kUtilitySuite6, AEGP_ExecuteScript),
+    SUPPLIED(kUtilitySuite6, AEGP_HostIsActivated, HostIsActivated, "is_activatedPB"),
+    NOT_SUPPLIED(kUtilitySuite6, AEGP_GetPluginPlatformRef),
+    SUPPLIED(kUtilitySuite6, AEGP_UpdateFontList, UpdateFontList),
+    NOT_SUPPLIED(kUtilitySuite6, AEGP_GetPluginPaths),
 };
 
 const PF_AdvAppSuite2 kAdvAppSuite2{
-    NOT_SUPPLIED(advApp2, PF_SetProjectDirty),
-    NOT_SUPPLIED(advApp2, PF_SaveProject),
-    NOT_SUPPLIED(advApp2, PF_SaveBackgroundState),
-    NOT_SUPPLIED(advApp2, PF_ForceForeground),
-    NOT_SUPPLIED(advApp2, PF_RestoreBackgroundState),
-    SUPPLIED(advApp2, PF_RefreshAllWindows, Body<RefreshAllWindows>),
-    NOT_SUPPLIED(advApp2, PF_InfoDrawText),
-    NOT_SUPPLIED(advApp2, PF_InfoDrawColor),
-    NOT_SUPPLIED(advApp2, PF_InfoDrawText3),
-    NOT_SUPPLIED(advApp2, PF_InfoDrawText3Plus),
-    NOT_SUPPLIED(advApp2, PF_AppendInfoText),
+    NOT_SUPPLIED(kAdvAppSuite2, PF_SetProjectDirty, PF_SaveProject, PF_SaveBackgroundState,
+                 PF_ForceForeground, PF_RestoreBackgroundState),
+    SUPPLIED(kAdvAppSuite2, PF_RefreshAllWindows, RefreshAllWindows),
+    NOT_SUPPLIED(kAdvAppSuite2, PF_InfoDrawText, PF_InfoDrawColor, PF_InfoDrawText3,
+                 PF_InfoDrawText3Plus, PF_AppendInfoText),
 };
 
 }  // namespace host

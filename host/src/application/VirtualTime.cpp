@@ -20,11 +20,6 @@ bool IsFoundFirst(const char* name, Function* function) {
   return dlsym(RTLD_DEFAULT, name) == reinterpret_cast<void*>(function);
 }
 
-template <typename Function>
-Function Next(const char* name) {
-  return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
 // Moves a deadline from the virtual to the real clock. One of a clock that goes on, such as the
 // time since the system started, is far before every session.
 timespec RealDeadline(timespec deadline) {
@@ -40,6 +35,16 @@ timespec RealDeadline(timespec deadline) {
     ++deadline.tv_sec;
   }
   return deadline;
+}
+
+// Waits by the C library's function of that name. A wait until a time of the clocks that stand
+// still takes as long as it would if they went on.
+template <typename... Objects>
+int Wait(const char* name, const timespec& deadline, Objects*... objects) {
+  using Function = int (*)(Objects * ..., const timespec*);
+  static const auto wait = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+  const timespec real = RealDeadline(deadline);
+  return wait(objects..., &real);
 }
 
 }  // namespace
@@ -71,25 +76,17 @@ EXPORTED int timespec_get(timespec* result, int base) noexcept {
   return base;
 }
 
-// A wait until a time of the clocks that stand still takes as long as it would if they went on.
-
 EXPORTED int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex,
                                     const timespec* deadline) {
-  static const auto wait = Next<decltype(&pthread_cond_timedwait)>("pthread_cond_timedwait");
-  const timespec real = RealDeadline(*deadline);
-  return wait(condition, mutex, &real);
+  return Wait("pthread_cond_timedwait", *deadline, condition, mutex);
 }
 
 EXPORTED int pthread_mutex_timedlock(pthread_mutex_t* mutex, const timespec* deadline) noexcept {
-  static const auto wait = Next<decltype(&pthread_mutex_timedlock)>("pthread_mutex_timedlock");
-  const timespec real = RealDeadline(*deadline);
-  return wait(mutex, &real);
+  return Wait("pthread_mutex_timedlock", *deadline, mutex);
 }
 
 EXPORTED int sem_timedwait(sem_t* semaphore, const timespec* deadline) {
-  static const auto wait = Next<decltype(&sem_timedwait)>("sem_timedwait");
-  const timespec real = RealDeadline(*deadline);
-  return wait(semaphore, &real);
+  return Wait("sem_timedwait", *deadline, semaphore);
 }
 
 namespace host {

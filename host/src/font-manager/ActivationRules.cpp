@@ -105,10 +105,10 @@ void ActivationRules::check() {
 }
 
 void ActivationRules::settle() {
-  mHost->faults.rest(true);
+  mHost->faults.pause(true);
   letTimeGoBy();
   check();
-  mHost->faults.rest(false);
+  mHost->faults.pause(false);
 }
 
 void ActivationRules::checkProjectIsOpen() {

@@ -95,11 +95,11 @@ Check ReadFront(const YamlValue& value) {
 }
 
 Check ReadMenuEnabled(const YamlValue& value) {
-  return CompareList(value, [](Host& host) { return host.menus.enabledItems(); });
+  return CompareList(value, [](Host& host) { return host.menus.textsOf(&MenuItem::enabled); });
 }
 
 Check ReadMenuChecked(const YamlValue& value) {
-  return CompareList(value, [](Host& host) { return host.menus.checkedItems(); });
+  return CompareList(value, [](Host& host) { return host.menus.textsOf(&MenuItem::checked); });
 }
 
 Check ReadPreferences(const YamlValue& value) {
@@ -113,8 +113,9 @@ Check ReadPreferences(const YamlValue& value) {
     Texts expected;
     Texts found;
     for (const auto& [section, key, text] : entries) {
-      const std::string* preference = host.preferences.find(section, key);
-      const std::string present = preference ? Shorten(host, *preference) : "none";
+      const auto preference = host.preferences.find({section, key});
+      const std::string present =
+          preference == host.preferences.end() ? "none" : Shorten(host, preference->second);
       const std::string wanted = Shorten(host, Resolve(host, text));
       if (present == wanted) continue;
       expected.push_back(fmt::format("{} / {} = {}", section, key, wanted));

@@ -62,7 +62,7 @@ void ReadWindowClasses(const YamlValue& value, HostSettings& host) {
 void ReadPreferences(const YamlValue& value, HostSettings& host) {
   value.forEachField([&](const std::string& section, const YamlValue& entries) {
     entries.forEachField([&](const std::string& key, const YamlValue& text) {
-      host.preferences[section][key] = text.text();
+      host.preferences[{section, key}] = text.text();
     });
   });
 }

@@ -208,27 +208,26 @@ Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
   const auto fields = value.fields({"function", "result", "times", "call"});
   const YamlValue* name = Find(fields, "function");
   if (!name) value.fail("the key 'function' is missing");
-  int64_t result = A_Err_GENERIC;
-  int64_t times = Faults::kAlways;
-  int64_t number = 0;
+  Fault fault{name->text()};
   ReadField(fields, "result", [&](const YamlValue& code) {
-    result = code.integer(1, std::numeric_limits<A_Err>::max());
+    fault.result = static_cast<A_Err>(code.integer(1, std::numeric_limits<A_Err>::max()));
   });
-  ReadField(fields, "times", [&](const YamlValue& count) { times = count.integer(1, kMostTicks); });
-  ReadField(fields, "call", [&](const YamlValue& call) { number = call.integer(1, kMostTicks); });
+  ReadField(fields, "times",
+            [&](const YamlValue& count) { fault.times = count.integer(1, kMostTicks); });
+  ReadField(fields, "call", [&](const YamlValue& call) {
+    fault.call = call.integer(1, kMostTicks);
+    fault.times = 1;
+  });
   if (Find(fields, "times") && Find(fields, "call")) value.fail("takes one of 'times' and 'call'");
-  const std::string function = name->text();
-  if (!FunctionsThatCanFail().contains(function)) {
-    name->fail(fmt::format("the host has no '{}' that could fail", function));
+  if (!FunctionsThatCanFail().contains(fault.function)) {
+    name->fail(fmt::format("the host has no '{}' that could fail", fault.function));
   }
+  const std::string text = fault.call > 0
+                               ? fmt::format("has call {} of {} fail", fault.call, fault.function)
+                               : fmt::format("has {} fail from now on", fault.function);
   return [=](Host& host) {
-    if (number > 0) {
-      host.timeline.add(Actor::session, fmt::format("has call {} of {} fail", number, function));
-      host.faults.failCall(function, static_cast<A_Err>(result), number);
-    } else {
-      host.timeline.add(Actor::session, fmt::format("has {} fail from now on", function));
-      host.faults.fail(function, static_cast<A_Err>(result), times);
-    }
+    host.timeline.add(Actor::session, text);
+    host.faults.add(fault);
   };
 }
 
@@ -237,10 +236,11 @@ Action ReadRefuse(const YamlValue& value, Draft& /*draft*/) {
   const YamlValue* name = Find(fields, "suite");
   const YamlValue* number = Find(fields, "version");
   if (!name || !number) value.fail("needs the keys 'suite' and 'version'");
-  const std::string suite = name->text();
-  const auto version = static_cast<int32>(number->integer(1, 1000));
-  if (!HasSuite(suite, version)) value.fail("the host has no such suite to refuse");
-  return [=](Host& host) { host.faults.refuse(suite, version); };
+  const std::string suite = NameOfSuite(name->text(), static_cast<int32>(number->integer(1, 1000)));
+  if (!HasSuite(suite)) value.fail("the host has no such suite to refuse");
+  return [=](Host& host) {
+    host.faults.add({suite, PF_Err_BAD_CALLBACK_PARAM, Fault::kAlways, 0, true});
+  };
 }
 
 Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <map>
 #include <string_view>
 
 namespace host {
@@ -72,20 +74,28 @@ void Close(Host& host) {
 void Pick(Host& host, const std::string& text) {
   host.timeline.add(Actor::user, fmt::format("picks \"{}\"", text));
   host.drawMenus();
-  const AEGP_Command command = host.menus.commandOf(text);
-  if (command == 0) throw StepImpossible{fmt::format("no menu has an item \"{}\"", text)};
-  if (!host.menus.isEnabled(command)) {
+  const auto& items = host.menus.items;
+  const auto picked = std::find_if(items.begin(), items.end(),
+                                   [&](const auto& item) { return item.second.text == text; });
+  if (picked == items.end()) {
+    throw StepImpossible{fmt::format("no menu has an item \"{}\"", text)};
+  }
+  if (!picked->second.enabled) {
     throw StepImpossible{fmt::format("the menu item \"{}\" is disabled", text)};
   }
-  host.commandWasHandled = host.runCommand(command);
+  host.commandWasHandled = host.runCommand(picked->first);
   if (!host.commandWasHandled) host.timeline.add(Actor::host, "finds the command unhandled");
 }
 
 void PickAll(Host& host) {
   host.timeline.add(Actor::user, "picks each menu item that is enabled");
-  for (const AEGP_Command command : host.menus.commands()) {
+  // A copy, because the plug-in may insert and remove items.
+  const std::map<AEGP_Command, MenuItem> items = host.menus.items;
+  for (const auto& [command, unused] : items) {
     host.drawMenus();
-    if (host.menus.isEnabled(command)) host.commandWasHandled = host.runCommand(command);
+    const auto item = host.menus.items.find(command);
+    if (item == host.menus.items.end() || !item->second.enabled) continue;
+    host.commandWasHandled = host.runCommand(command);
   }
 }
 

@@ -1,0 +1,153 @@
+#include "SuiteFunction.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+#include <variant>
+
+#include "TextFile.h"
+
+namespace host {
+
+void SuiteCall::begin() {
+  mOuter = std::exchange(TheHost().timeline.call, &mRunning);
+  append(mRunning.function);
+  append("(");
+  TheHost().flight().inHostCall = true;
+  for (size_t i = 0; i < mRunning.count; ++i) {
+    if (i > 0) append(", ");
+    appendValue(mRunning.arguments[i]);
+  }
+  append(")");
+}
+
+SuiteCall::~SuiteCall() {
+  TheHost().timeline.call = mOuter;
+  TheHost().flight().inHostCall = false;
+}
+
+// Ends the text each time, because a wrong pointer can crash the next.
+void SuiteCall::append(std::string_view text) {
+  auto& field = TheHost().flight().hostCall;
+  const size_t room = field.size() - 1 - mWritten;
+  mWritten += text.copy(field.data() + mWritten, std::min(room, text.size()));
+  field[mWritten] = '\0';
+}
+
+void SuiteCall::appendValue(const RunningCall::Value& value) {
+  if (const auto* const number = std::get_if<int64_t>(&value)) {
+    const fmt::format_int text(*number);
+    append({text.data(), text.size()});
+  } else if (const auto* const real = std::get_if<double>(&value)) {
+    append(fmt::format("{}", *real));
+  } else if (const auto* const text = std::get_if<const char*>(&value); text && *text) {
+    append("\"");
+    append(EscapeControls(*text));
+    append("\"");
+  } else {
+    const auto* const pointer = std::get_if<const void*>(&value);
+    append(pointer && *pointer ? "pointer" : "null");
+  }
+}
+
+A_Err SuiteCall::fault() const {
+  Host& host = TheHost();
+  const A_Err result = host.faults.take(mRunning.function);
+  if (result != A_Err_NONE) {
+    host.countFailure(mRunning.function);
+    host.timeline.add(Actor::host, fmt::format("{} fails with {}", mRunning.function, result));
+  }
+  return result;
+}
+
+void SuiteCall::answer(A_Err result, bool isSupplied) const {
+  if (result != A_Err_NONE) TheHost().countAnswer(result);
+  TheHost().showCall(mRunning, result, isSupplied);
+}
+
+A_Err CheckSuite(Host& host, const void* table) {
+  if (table == BasicSuite() || host.ledger.holds(Holding::suite, table)) return A_Err_NONE;
+  host.misused(Finding::releasedSuite, "its suite isn't acquired");
+  return PF_Err_BAD_CALLBACK_PARAM;
+}
+
+A_Err CheckIsInTime(Host& host) {
+  return host.isGone() ? host.misused(Finding::calledTooLate, "the host has shut down")
+                       : A_Err{A_Err_NONE};
+}
+
+A_Err CheckPluginId(Host& host, AEGP_PluginID id) {
+  if (id == kPluginId) return A_Err_NONE;
+  return host.misused(Finding::wrongPluginId,
+                      fmt::format("the plug-in's id is {}, not {}", kPluginId, id));
+}
+
+A_Err CheckMenuItem(Host& host, AEGP_Command command) {
+  if (host.menus.items.contains(command)) return A_Err_NONE;
+  // The plug-in may not have noticed.
+  if (host.menus.refused.contains(command)) return A_Err_GENERIC;
+  return host.misused(Finding::unknownCommand,
+                      fmt::format("no menu item has the command {}", command));
+}
+
+A_Err CheckPointer(Host& host, AEGP_ProjectH project) {
+  if (project == host.project().handle) return A_Err_NONE;
+  return host.ledger.takenBack(Holding::project, project)
+             ? host.misused(Finding::staleProject, "the project was closed")
+             : host.misused(Finding::unknownHandle, "there is no such project");
+}
+
+namespace {
+
+A_Err CheckMemory(Host& host, Holding kind, Finding finding, const char* name, const void* thing) {
+  if (!host.ledger.holds(kind, thing)) {
+    const Origin* const freed = host.ledger.takenBack(kind, thing);
+    return host.misused(
+        finding, freed ? fmt::format("the {} was freed before; it is from {}", name, freed->text())
+                       : fmt::format("there is no such {}", name));
+  }
+  if (!host.memory.at(thing).bytes.isIntact()) {
+    host.misused(Finding::overrun,
+                 fmt::format("the plug-in has written past the end of the {}", name));
+  }
+  // The call goes on after an overrun: what it gives back would be left otherwise.
+  return A_Err_NONE;
+}
+
+}  // namespace
+
+A_Err CheckPointer(Host& host, AEGP_MemHandle handle) {
+  return CheckMemory(host, Holding::memoryHandle, Finding::unknownHandle, "handle", handle);
+}
+
+A_Err CheckPointer(Host& host, void* block) {
+  return CheckMemory(host, Holding::block, Finding::unknownBlock, "block", block);
+}
+
+AEGP_PersistentBlobH HandleOf(Preferences& preferences) {
+  return reinterpret_cast<AEGP_PersistentBlobH>(&preferences);
+}
+
+A_Err CheckPointer(Host& host, AEGP_PersistentBlobH preferences) {
+  if (preferences == HandleOf(host.preferences)) return A_Err_NONE;
+  return host.misused(Finding::unknownHandle, "there are no such preferences");
+}
+
+A_Err ReportNull(Host& host, const char* name) {
+  return host.misused(Finding::nullArgument, fmt::format("{} is null", name), name);
+}
+
+A_Err AnswerNotSupplied(const void* table, const char* function) {
+  Host& host = TheHost();
+  if (!host.isMainThread()) return host.reportFromOtherThread(table, function);
+  const SuiteCall call(function);
+  CheckSuite(host, table);
+  host.report(Finding::notSupplied,
+              fmt::format("{} was called, which this host doesn't supply", function),
+              {function, {}, function});
+  host.noteOnce(Actor::plugIn, fmt::format("calls {}, which this host doesn't supply", function));
+  call.answer(PF_Err_BAD_CALLBACK_PARAM, false);
+  return PF_Err_BAD_CALLBACK_PARAM;
+}
+
+}  // namespace host
