@@ -4,24 +4,15 @@
 #include <dlfcn.h>
 #include <fmt/format.h>
 #include <unistd.h>
-#include <utf8.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <iterator>
 #include <thread>
 #include <typeinfo>
 #include <utility>
 
-#include "Backtrace.h"
-#include "Dialogs.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
-#include "desktop/Application.h"
-#include "desktop/Exception.h"
-#include "desktop/Log.h"
-#include "desktop/Workspace.h"
 
 namespace host {
 namespace {
@@ -45,9 +36,9 @@ std::string DescribeException() {
   }
 }
 
-size_t CountThreads() {
-  const std::filesystem::directory_iterator tasks("/proc/self/task");
-  return static_cast<size_t>(std::distance(begin(tasks), end(tasks)));
+// Each is a folder of the system's.
+std::uintmax_t CountThreads() {
+  return std::filesystem::hard_link_count("/proc/self/task");
 }
 
 }  // namespace
@@ -57,92 +48,73 @@ Host& TheHost() {
   return host;
 }
 
-void Host::finish() {
-  timeline.drainRest();
-  timeline.endAll();
-  for (const auto& check : mFinalChecks) check();
-  if (undoGroups > 0) {
-    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
-  }
-  if (CountThreads() > mThreads) {
-    report(Finding::threadLeft, "a thread that the plug-in has started still runs");
-  }
-  reportLeaks();
-  timeline.tell(EventKind::finished);
-}
-
 void Host::prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
                    FlightRecord& flight) {
   mWire.attach(reportPipe, flight);
   mSettings = settings;
   mModule = module;
   mFlight = &flight;
-  mFlight->time = timeline.time = VirtualNow();
-  mMainThread = pthread_self();
   mFolder = std::filesystem::current_path();
   mThreads = CountThreads();
   preferences = settings.preferences;
   timeline.begin(mWire, flight);
-  fileDates.watch(mFolder);
+  advanceTime(0);
+  WatchFileDates(mFolder);
   setUpDesktop();
-  for (const std::string& font : ReadLines(inFolder("active-fonts"))) mKnownFonts.insert(font);
-  noteProject();
+  replaceProject({});
+  scanFonts();
+  showProject();
   timeline.setState("front", frontApplication());
-}
-
-void* Host::loadModule() {
-  if (!ModulesSeeVirtualTime()) {
-    giveUp(Finding::setup, "a plug-in wouldn't see the virtual time: another library defines it");
-  }
-  void* module = nullptr;
-  callPlugin("static constructor", [&] {
-    module = dlopen(mModule.path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    return A_Err{A_Err_NONE};
-  });
-  if (!module) failToLoad(fmt::format("can't be loaded: {}", dlerror()));
-  return module;
 }
 
 void Host::start() {
   timeline.add(Actor::host,
                fmt::format("starts, version {}.{}, language {}", mSettings.majorVersion,
                            mSettings.minorVersion, mSettings.language));
-  auto* const entry = reinterpret_cast<AEGP_PluginInitFuncPrototype*>(
-      dlsym(loadModule(), mModule.entryPoint.c_str()));
-  if (!entry) {
-    failToLoad(fmt::format("exports no {}", mModule.entryPoint));
+  if (!ModulesSeeVirtualTime()) {
+    throw StepImpossible("a plug-in wouldn't see the virtual time: another library defines it");
   }
-  mStarting = true;
-  callPlugin("entry point", [&] {
+  void* module = nullptr;
+  callPlugin("static constructor", [&] {
+    module = dlopen(mModule.path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return A_Err{A_Err_NONE};
+  });
+  auto* const entry = reinterpret_cast<AEGP_PluginInitFuncPrototype*>(
+      module ? dlsym(module, mModule.entryPoint.c_str()) : nullptr);
+  if (!entry) {
+    const std::string why =
+        module ? "exports no " + mModule.entryPoint : fmt::format("can't be loaded: {}", dlerror());
+    timeline.tell(EventKind::unloadable, fmt::format("{} {}", mModule.path, why));
+    throw SessionEnded{};
+  }
+  callPlugin(kEntryPoint, [&] {
     return entry(BasicSuite(), mSettings.majorVersion, mSettings.minorVersion, kPluginId,
                  &mGlobalRefcon);
   });
-  mStarting = false;
 }
 
 void Host::enterPlugin(const char* hook) {
-  if (*mHook == '\0') {
+  if (!isInPlugin()) {
     ++mVisit;
     mFlight->watchdogStart = MonotonicNow();
   }
   ++mDepth;
-  mHook = hook;
   mFlight->inHostCall = false;
   mFlight->hook = hook;
   timeline.beginHook(hook);
 }
 
 void Host::leavePlugin(const char* outerHook) {
-  mHook = outerHook;
   mFlight->hook = outerHook;
   --mDepth;
-  if (*outerHook != '\0') return;
+  if (isInPlugin()) return;
   mFlight->watchdogStart = MonotonicNow();
   mNestsTooDeep = false;
 }
 
 void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
-  const char* const outerHook = mHook;
+  const bool isOutermost = !isInPlugin();
+  const char* const outerHook = mFlight->hook;
   A_Err result = A_Err_NONE;
   enterPlugin(hook);
   try {
@@ -158,17 +130,21 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   // There would be two hosts.
   if (mFlight->isOfFork) _exit(EXIT_FAILURE);
   // Not through the plug-in's frames: it might catch it.
-  if (mEnding && *outerHook == '\0') throw SessionEnded{};
-  if (*outerHook == '\0' && std::exchange(undoGroups, 0) > 0) {
+  if (mEnding && isOutermost) throw SessionEnded{};
+  if (isOutermost && std::exchange(undoGroups, 0) > 0) {
     report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
-  // Before it leaves the hook, for `where`.
-  if (result != A_Err_NONE) reportError(hook, result);
-  // What it drains is of this hook, for `where`.
+  // What is told or taken in before it leaves the hook is of this hook.
+  if (result != A_Err_NONE) {
+    ++errorsShown;
+    const std::string error = fmt::format("{} {}", hook, result);
+    report(Finding::hookError, "the user saw an error that no step expects: " + error,
+           {{}, {}, error}, {}, result);
+  }
   timeline.drain();
   leavePlugin(outerHook);
   timeline.endLast();
-  fileDates.update();
+  UpdateFileDates();
   if (result == A_Err_NONE) return;
   timeline.add(Actor::host,
                fmt::format("shows the plug-in's error: the {} returned {}", hook, result));
@@ -184,7 +160,7 @@ void Host::idle() {
 
 void Host::advanceTime(int64_t seconds) {
   AdvanceVirtualTime(seconds);
-  mFlight->time = timeline.time = VirtualNow();
+  mFlight->time = VirtualNow();
 }
 
 void Host::pause(std::chrono::milliseconds time) {
@@ -196,20 +172,16 @@ void Host::pause(std::chrono::milliseconds time) {
 void Host::drawMenus() {
   static constexpr AEGP_WindowType kNoWindow = 0;
   for (auto& [command, item] : menus.items) item.enabled = false;
-  const bool wasUpdating = std::exchange(mUpdatingMenus, true);
   for (const auto& hook : hooks.updateMenu) {
-    callPlugin("update-menu hook",
+    callPlugin(kUpdateMenuHook,
                [&] { return hook.function(mGlobalRefcon, hook.refcon, kNoWindow); });
   }
-  mUpdatingMenus = wasUpdating;
 }
 
 bool Host::runCommand(AEGP_Command command) {
   A_Boolean handled = 0;
   const auto offer = [&](AEGP_Command offered) {
-    // A copy, because a hook may register further ones.
-    const std::vector<CommandHook> offeredTo = hooks.command;
-    for (const CommandHook& hook : offeredTo) {
+    for (const CommandHook& hook : hooks.command) {
       if (hook.command != AEGP_Command_ALL && hook.command != offered) continue;
       callPlugin("command hook", [&] {
         return hook.function(mGlobalRefcon, hook.refcon, offered, hook.priority, handled, &handled);
@@ -238,21 +210,26 @@ void Host::beginStep(std::string_view place) {
   timeline.beginStep(place);
 }
 
-void Host::endSteps() const {
-  timeline.tell(EventKind::played);
-}
-
 void Host::beginDestructors() {
   timeline.drain();
   timeline.endAll();
-  mIsGone = true;
-  enterPlugin("static destructor");
+  enterPlugin(kStaticDestructor);
   mFlight->watchdogStart = MonotonicNow();
   timeline.tell(EventKind::destroying);
 }
 
-std::string Host::inFolder(const std::string& path) const {
-  return (mFolder / path).string();
+void Host::finish() {
+  timeline.drainRest();
+  timeline.endAll();
+  beforeFinish();
+  if (undoGroups > 0) {
+    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
+  }
+  if (CountThreads() > mThreads) {
+    report(Finding::threadLeft, "a thread that the plug-in has started still runs");
+  }
+  reportLeaks();
+  timeline.tell(EventKind::finished);
 }
 
 }  // namespace host

@@ -9,17 +9,16 @@
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <memory>
 #include <optional>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "AE_AdvEffectSuites.h"
 #include "AE_GeneralPlug.h"
 #include "Faults.h"
-#include "FileDates.h"
 #include "Findings.h"
 #include "Ledger.h"
 #include "Memory.h"
@@ -33,11 +32,18 @@ namespace host {
 
 /// The name of the host in sessions and on the timeline.
 inline constexpr char kHostApplication[] = "host";
+/// The class of the host's own dialogs.
+inline constexpr char kDialogClass[] = "DVAMacDialog";
 /// The id of the plug-in.
 inline constexpr AEGP_PluginID kPluginId = 1;
 
 /// The host's preferences: texts by section and key.
 using Preferences = std::map<std::pair<std::string, std::string>, std::string>;
+
+// Calls of the plug-in on which it depends what the host allows.
+inline constexpr char kEntryPoint[] = "entry point";
+inline constexpr char kUpdateMenuHook[] = "update-menu hook";
+inline constexpr char kStaticDestructor[] = "static destructor";
 
 struct HostSettings {
   int32_t majorVersion = 114;
@@ -54,6 +60,8 @@ struct HostSettings {
 
 /// Returns whether the host has the window class.
 bool KnowsWindowClass(const HostSettings& settings, std::string_view className);
+/// Returns whether the host speaks the language, such as "en".
+bool KnowsLanguage(std::string_view language);
 
 /// The module to load, and the name of its entry point.
 struct PluginModule {
@@ -61,12 +69,12 @@ struct PluginModule {
   std::string entryPoint = "EntryPointFunc";
 };
 
-/// Thrown if a session can't go on, after the finding has been reported.
+/// Thrown if a session can't go on, after the reason was told.
 struct SessionEnded {};
 
 /// Thrown if a step can't be played at this point.
-struct StepImpossible {
-  std::string why;
+struct StepImpossible : std::runtime_error {
+  using std::runtime_error::runtime_error;
 };
 
 /// The host's current project. There always is one. One that was never saved has no path.
@@ -76,8 +84,7 @@ struct Project {
   bool dirty = false;
   std::vector<std::string> fonts;
   std::vector<std::string> missingFonts;  ///< decided when the project opened
-
-  AEGP_ProjectH handle = nullptr;  ///< by which plug-ins name it
+  AEGP_ProjectH handle = nullptr;         ///< by which plug-ins name it
 };
 
 /// A project takes the place of another, or gets another path.
@@ -120,7 +127,7 @@ std::optional<std::string> ToUTF8(const A_UTF16Char* text);
 /// module may call it until the process ends.
 class Host {
  public:
-  Host() { setProject(std::make_unique<Project>()); }
+  Host() = default;
   Host(const Host&) = delete;
   Host& operator=(const Host&) = delete;
 
@@ -150,31 +157,25 @@ class Host {
   /// Shows the open project dialog until it is closed.
   void showOpenProjectDialog();
   /// Shows a modal dialog until it is closed.
-  void showDialog(const std::string& title, const std::string& className);
+  void showDialog(const std::string& title, const std::string& className = kDialogClass);
   /// Scans the active fonts.
   void updateFontList();
   /// Brings an application to the front for the user. Starts it if it doesn't run.
   void bringToFront(const std::string& bundleIdentifier);
   void quit();
 
-  /// Notes that a step begins, by its place in the session file.
+  /// Begins a step, by its place in the session file.
   void beginStep(std::string_view place);
-  /// Notes that a step has been played.
-  void endStep() { ++mFlight->stepsPlayed; }
-  /// Tells the process that waits that all steps were played.
-  void endSteps() const;
   /// Tells the process that waits that the session is over, played or not. From now on the
   /// plug-in's static objects are destroyed, and its module is finalised.
   void beginDestructors();
-  /// Tells what the plug-in has leaked. To be called after the
-  /// last call of the plug-in.
+  /// Tells what the plug-in has leaked. To be called after the last call of the plug-in.
   void finish();
-  /// Has `check` run after the last call of the plug-in, before `finish` does its work.
-  void beforeFinish(std::function<void()> check) { mFinalChecks.push_back(std::move(check)); }
-  /// Tells a fact that may be a finding, with where it happened. The session goes on.
-  void report(Finding finding, std::string text, FactNames names = {}) {
-    tell(finding, std::move(text), std::move(names), where());
-  }
+
+  /// Tells a fact that may be a finding, and where it happened: by default where the session is.
+  /// `code` is the error that the user saw, if any. The session goes on.
+  void report(Finding finding, std::string text, FactNames names = {}, std::string where = {},
+              int64_t code = 0);
   /// Tells that the call of the plug-in's that is under way is a misuse. `detail` is the name of
   /// the argument or the like. Returns the error that the call answers: 0 if the finding is a
   /// warning.
@@ -190,47 +191,29 @@ class Host {
   void showCall(const RunningCall& running, A_Err result, bool isSupplied = true);
   /// Tells that a call fails because the session wants it.
   void countFailure(std::string_view function);
-  /// How many calls have failed.
-  int64_t failures() const { return mFailures; }
   /// Tells that a function of the host answers an error to the plug-in.
   void countAnswer(A_Err error);
-  /// How many errors the user saw.
-  int64_t errorsShown() const { return mErrorsShown; }
-  /// Has `listener` hear of each change of the project.
-  void watchProjects(std::function<void(const ProjectChange&)> listener) {
-    mProjectListeners.push_back(std::move(listener));
-  }
-
-  /// Reports a finding, with where it happened, and ends the session.
-  [[noreturn]] void giveUp(Finding finding, const std::string& text);
-  /// Says for a finding where the session is: the hook, the tick, the host call and the step.
-  std::string where() const;
   /// Adds the line to the timeline, once.
   void noteOnce(Actor actor, const std::string& text);
   /// Returns the call of the plug-in's that is under way, which gives it something.
-  Origin origin() const { return {timeline.call->function.data(), mHook, timeline.tick}; }
+  Origin origin() const { return {timeline.call->function.data(), mFlight->hook, timeline.tick}; }
 
-  const Project& project() const { return *mProject; }
-  /// Has plug-ins get another path of the project.
-  void reportPath(std::u16string path) { mProject->reportedPath = std::move(path); }
+  Project& project() { return mProject; }
   std::string frontApplication() const;
   /// For a function that calls hooks: returns whether it mustn't, because too many are under way,
   /// each within the one before. That is a misuse, once.
   bool refusesMoreHooks();
   /// Returns the absolute path of a file in the session folder. The plug-in may have changed the
   /// working directory.
-  std::string inFolder(const std::string& path) const;
+  std::string inFolder(const std::string& path) const { return (mFolder / path).string(); }
   /// Returns the session folder.
   const std::filesystem::path& folder() const { return mFolder; }
   const HostSettings& settings() const { return mSettings; }
   FlightRecord& flight() { return *mFlight; }
   bool isMainThread() const { return pthread_equal(pthread_self(), mMainThread) != 0; }
-  /// Whether the session is over, and the plug-in's static objects are being destroyed.
-  bool isGone() const { return mIsGone; }
-  /// Whether the entry point is running.
-  bool isStarting() const { return mStarting; }
-  /// Whether the update-menu hooks are running.
-  bool isUpdatingMenus() const { return mUpdatingMenus; }
+  /// Returns whether the innermost call of the plug-in under way is this one, such as
+  /// `kEntryPoint`.
+  bool isIn(const char* hook) const { return mFlight->hook == hook; }
 
   Timeline timeline;
   Faults faults;
@@ -239,67 +222,60 @@ class Host {
   Menus menus;
   Hooks hooks;
   Preferences preferences;
-  FileDates fileDates;
   int undoGroups = 0;              ///< those that were started and not ended
   bool commandWasHandled = false;  ///< of the command that the user picked last
+  int64_t failures = 0;            ///< calls that the session made fail
+  int64_t errorsShown = 0;         ///< to the user
+  /// Hears of each change of the project.
+  std::function<void(const ProjectChange&)> projectChanged = [](const ProjectChange&) {};
+  /// Runs after the last call of the plug-in, before `finish` does its work.
+  std::function<void()> beforeFinish = [] {};
 
  private:
   void setUpDesktop();
   void addApplication(const std::string& bundleIdentifier);
+  void scanFonts();
   void showMissingFontsDialog();
   int64_t runModal(desktop::Window& window);
-  void* loadModule();
-  [[noreturn]] void failToLoad(const std::string& why) const;
   /// Calls the plug-in. `hook` is static text. Shows an error to the user. Ends the session after
   /// an exception.
   void callPlugin(const char* hook, const std::function<A_Err()>& call);
   void enterPlugin(const char* hook);
   void leavePlugin(const char* outerHook);
-  /// Gives the project its handle.
-  void setProject(std::unique_ptr<Project> project);
-  void replaceProject(std::unique_ptr<Project> project);
-  void reportError(const char* hook, A_Err result);
+  bool isInPlugin() const { return mFlight->hook.load()[0] != '\0'; }
+  void replaceProject(Project project);
   void reportLostWork(const ProjectChange& change);
-  /// Tells the timeline the project's state.
-  void noteProject();
+  /// Has the timeline show the project's state.
+  void showProject();
   void reportLeaks();
-  void tell(Finding finding, std::string text, FactNames names, std::string where,
-            int64_t code = 0);
+  /// Says where the session is: the hook, the tick, the host call and the step.
+  std::string where() const;
 
   Wire mWire;
   HostSettings mSettings;
   PluginModule mModule;
   FlightRecord* mFlight = nullptr;
-  pthread_t mMainThread{};
-  const char* mHook = "";  ///< that is running; empty in the host itself
+  const pthread_t mMainThread = pthread_self();
+  std::filesystem::path mFolder;
+  AEGP_GlobalRefcon mGlobalRefcon = nullptr;
+  std::uintmax_t mThreads = 1;  ///< of this process before the plug-in was loaded
   int mDepth = 0;  ///< how many calls of the plug-in are under way, each within the one before
   bool mNestsTooDeep = false;  ///< the plug-in, since the outermost of them began
-  std::filesystem::path mFolder;
-  bool mEnding = false;  ///< an exception has left the plug-in
-  bool mIsGone = false;
-  bool mStarting = false;
-  size_t mThreads = 1;  ///< of this process before the plug-in was loaded
-  bool mUpdatingMenus = false;
-  std::unique_ptr<Project> mProject;
+  bool mEnding = false;        ///< an exception has left the plug-in
+  int64_t mVisit = 0;          ///< counts the calls of the plug-in, without those within others
+  std::set<std::string> mNotes;
+  Project mProject;
   /// What the handles of projects point to. None is used again soon, so that one of a closed
   /// project is known.
   std::array<_AEGP_Project*, 512> mProjectSlots{};
   size_t mNextSlot = 0;
-  std::set<std::string> mKnownFonts;
-  std::set<std::string> mNotes;
-  int64_t mFailures = 0;
-  int64_t mVisit = 0;  ///< counts the calls of the plug-in, without those within others
-  int64_t mErrorsShown = 0;
-  std::vector<std::function<void(const ProjectChange&)>> mProjectListeners;
-  std::vector<std::function<void()>> mFinalChecks;
   bool mPluginHasClosed = false;  ///< a project, and hasn't opened one since
+  std::set<std::string> mKnownFonts;
   std::deque<desktop::WindowClass> mWindowClasses;
-  std::map<std::string, int32_t> mApplications;  ///< process ids by bundle id
-  bool mUserSwitches = false;
-  AEGP_GlobalRefcon mGlobalRefcon = nullptr;
+  int32_t mApplications = 0;  ///< how many run beside the host
 };
 
-/// Returns the host of this process.
+/// Returns the host of this process. To be called first by the main thread.
 Host& TheHost();
 
 }  // namespace host

@@ -2,8 +2,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 
-#include "Dialogs.h"
 #include "Host.h"
 #include "TextFile.h"
 #include "desktop/Application.h"
@@ -18,9 +18,60 @@ namespace {
 
 constexpr char kHostBundle[] = "com.adobe.AfterEffects";
 
-std::string Quoted(const std::string& text) {
-  return "\"" + text + "\"";
+// Never destroyed, like the host that uses them.
+const auto& kWindow = *new desktop::WindowClass("NSWindow");
+const auto& kPanel = *new desktop::WindowClass("NSPanel", &kWindow);
+const auto& kDialog = *new desktop::WindowClass(kDialogClass, &kPanel);
+
+struct Titles {
+  std::string_view language, openProject, missingFonts;
+};
+
+constexpr std::array<Titles, 7> kTitles{{
+    {"en", "Open Project", "Resolve Fonts"},
+    {"fr", "Ouvrir un projet", "Résoudre les polices"},
+    {"de", "Projekt öffnen", "Schriftarten auflösen"},
+    {"es", "Abrir proyecto", "Corregir fuentes"},
+    {"it", "Apri progetto", "Risoluzione font"},
+    {"pt", "Abrir projeto", "Solucionar fontes"},
+    {"ja", "プロジェクトを開く", "フォントを解決する"},
+}};
+
+// Returns the end if there are none.
+const Titles* TitlesIn(std::string_view language) {
+  return std::find_if(kTitles.begin(), kTitles.end(),
+                      [&](const Titles& titles) { return titles.language == language; });
 }
+
+// A dialog of the host. Lives as long as it is open.
+class Dialog final : public desktop::Window {
+ public:
+  using Window::Window;
+
+  void sendEvent(const desktop::KeyEvent& event) override {
+    constexpr uint16_t kEscapeKey = 53;
+    const bool isEscape = event.type == desktop::EventType::keyDown &&
+                          event.windowNumber == windowNumber() && event.keyCode == kEscapeKey &&
+                          event.characters == u"\x1b";
+    Host& host = TheHost();
+    host.timeline.add(Actor::plugIn,
+                      fmt::format("sends {} to \"{}\"",
+                                  isEscape ? "Escape"
+                                           : fmt::format("key {} for window {}", event.keyCode,
+                                                         event.windowNumber),
+                                  title()));
+    const A_Err fault = host.faults.take(kSendEvent);
+    host.showCall({kSendEvent}, fault);
+    if (fault != A_Err_NONE) {
+      host.countFailure(kSendEvent);
+      throw desktop::Exception("the window takes no events");
+    }
+    isDismissed = isDismissed || (isEscape && !hasBegun);
+  }
+
+  bool hasBegun = false;     ///< its modal session
+  bool isDismissed = false;  ///< before it began, so that the user doesn't see it
+};
 
 }  // namespace
 
@@ -28,6 +79,10 @@ bool KnowsWindowClass(const HostSettings& settings, std::string_view className) 
   return desktop::ClassFromString(std::string(className)) != nullptr ||
          std::any_of(settings.windowClasses.begin(), settings.windowClasses.end(),
                      [&](const auto& declared) { return declared.first == className; });
+}
+
+bool KnowsLanguage(std::string_view language) {
+  return TitlesIn(language) != kTitles.end();
 }
 
 void Host::setUpDesktop() {
@@ -39,7 +94,6 @@ void Host::setUpDesktop() {
   desktop::SetLogSink([this](const std::string& line) {
     timeline.add(Actor::desktop, fmt::format("logs: {}", line));
   });
-  mApplications[kHostBundle] = getpid();
   desktop::Workspace& workspace = desktop::Workspace::sharedWorkspace();
   workspace.addRunningApplication({getpid(), kHostBundle});
   for (const std::string& application : mSettings.applications) addApplication(application);
@@ -47,85 +101,74 @@ void Host::setUpDesktop() {
   workspace.setActivationObserver([this](const desktop::RunningApplication&) {
     timeline.add(Actor::desktop, fmt::format("{} comes to the front", frontApplication()));
     timeline.setState("front", frontApplication());
-    if (!mUserSwitches) timeline.record.activated.push_back(frontApplication());
+    if (isInPlugin()) timeline.record.activated.push_back(frontApplication());
   });
 }
 
 void Host::addApplication(const std::string& bundleIdentifier) {
   // Made up: no process is ever signalled.
-  const int32_t id = getpid() + static_cast<int32_t>(mApplications.size()) * 1'000'000;
-  mApplications[bundleIdentifier] = id;
+  const int32_t id = getpid() + ++mApplications * 1'000'000;
   desktop::Workspace::sharedWorkspace().addRunningApplication({id, bundleIdentifier});
 }
 
 void Host::showOpenProjectDialog() {
-  showDialog(mSettings.openProjectTitle.empty() ? OpenProjectTitle(mSettings.language)
-                                                : mSettings.openProjectTitle,
-             kDialogClass);
+  const std::string& title = mSettings.openProjectTitle;
+  showDialog(title.empty() ? std::string(TitlesIn(mSettings.language)->openProject) : title);
 }
 
 void Host::showMissingFontsDialog() {
-  showDialog(mSettings.missingFontsTitle.empty()
-                 ? MissingFontsTitle(mSettings.language, mSettings.majorVersion)
-                 : mSettings.missingFontsTitle,
-             kDialogClass);
+  const std::string& title = mSettings.missingFontsTitle;
+  const std::string_view usual =
+      mSettings.majorVersion < 114 ? "After Effects" : TitlesIn(mSettings.language)->missingFonts;
+  showDialog(title.empty() ? std::string(usual) : title);
 }
 
 void Host::showDialog(const std::string& title, const std::string& className) {
-  DialogWindow window(
-      *desktop::ClassFromString(className), title,
-      [this](const DialogWindow& target, const desktop::KeyEvent& event) {
-        const std::string key =
-            target.isEscape(event)
-                ? "Escape"
-                : fmt::format("key {} for window {}", event.keyCode, event.windowNumber);
-        timeline.add(Actor::plugIn, fmt::format("sends {} to {}", key, Quoted(target.title())));
-        const A_Err fault = faults.take(kSendEvent);
-        showCall({kSendEvent}, fault);
-        if (fault == A_Err_NONE) return;
-        countFailure(kSendEvent);
-        throw desktop::Exception("the window takes no events");
-      });
-  timeline.add(Actor::host, fmt::format("begins the dialog {}", Quoted(title)));
+  Dialog dialog(*desktop::ClassFromString(className), title);
+  timeline.add(Actor::host, fmt::format("begins the dialog \"{}\"", title));
   timeline.beginDialog(title);
-  window.makeKeyAndOrderFront();
+  dialog.makeKeyAndOrderFront();
   callPlugin("modal session", [&] {
-    desktop::Application::sharedApplication().beginModalSessionForWindow(window);
+    desktop::Application::sharedApplication().beginModalSessionForWindow(dialog);
     return A_Err{A_Err_NONE};
   });
-  window.orderOut();
-  timeline.endLast(window.wasShown() ? Shown::yes : Shown::no);
-  if (window.hasBegun()) return;
-  report(Finding::dialogNeverBegan, fmt::format("the dialog {} never began", Quoted(title)));
+  dialog.orderOut();
+  timeline.endLast(dialog.hasBegun && !dialog.isDismissed ? Shown::yes : Shown::no);
+  if (dialog.hasBegun) return;
+  report(Finding::dialogNeverBegan, fmt::format("the dialog \"{}\" never began", title));
 }
 
 int64_t Host::runModal(desktop::Window& window) {
   static int64_t lastSession = 0;
-  auto& dialog = dynamic_cast<DialogWindow&>(window);
-  dialog.begin();
-  if (!dialog.wasShown()) {
+  auto& dialog = dynamic_cast<Dialog&>(window);
+  dialog.hasBegun = true;
+  if (dialog.isDismissed) {
     timeline.add(Actor::desktop,
-                 fmt::format("{} is gone before the user sees it", Quoted(dialog.title())));
+                 fmt::format("\"{}\" is gone before the user sees it", dialog.title()));
   } else {
     timeline.record.dialogsShown.push_back(dialog.title());
-    timeline.add(Actor::user, fmt::format("sees {} and closes it", Quoted(dialog.title())));
+    timeline.add(Actor::user, fmt::format("sees \"{}\" and closes it", dialog.title()));
   }
   return ++lastSession;
 }
 
-void Host::updateFontList() {
+void Host::scanFonts() {
   for (const std::string& font : ReadLines(inFolder("active-fonts"))) mKnownFonts.insert(font);
+}
+
+void Host::updateFontList() {
+  scanFonts();
   ++timeline.record.fontUpdates;
   timeline.add(Actor::plugIn, "has the host scan the fonts again");
 }
 
 void Host::bringToFront(const std::string& bundleIdentifier) {
-  const std::string bundle = bundleIdentifier == kHostApplication ? kHostBundle : bundleIdentifier;
-  if (!mApplications.contains(bundle)) addApplication(bundle);
   timeline.add(Actor::user, fmt::format("turns to {}", bundleIdentifier));
-  mUserSwitches = true;
-  desktop::Workspace::sharedWorkspace().activate(mApplications[bundle]);
-  mUserSwitches = false;
+  const std::string bundle = bundleIdentifier == kHostApplication ? kHostBundle : bundleIdentifier;
+  desktop::Workspace& workspace = desktop::Workspace::sharedWorkspace();
+  if (workspace.runningApplicationsWithBundleIdentifier(bundle).empty()) addApplication(bundle);
+  workspace.activate(
+      workspace.runningApplicationsWithBundleIdentifier(bundle).front().processIdentifier);
 }
 
 std::string Host::frontApplication() const {

@@ -16,22 +16,27 @@ Actor ActorOf(Finding finding) {
   return isOfSession ? Actor::session : Actor::plugIn;
 }
 
+const char* NameOfHook(const FlightRecord& flight) {
+  const char* const hook = flight.hook;
+  return *hook ? hook : "host itself";
+}
+
 }  // namespace
 
 std::string Host::where() const {
-  return fmt::format("in the {}, tick {}, host call {}, step {}", *mHook ? mHook : "host itself",
+  return fmt::format("in the {}, tick {}, host call {}, step {}", NameOfHook(*mFlight),
                      timeline.tick, mFlight->hostCall[0] ? mFlight->hostCall.data() : "none",
                      mFlight->step.data());
 }
 
-void Host::tell(Finding finding, std::string text, FactNames names, std::string where,
-                int64_t code) {
+void Host::report(Finding finding, std::string text, FactNames names, std::string where,
+                  int64_t code) {
   Event fact(timeline.head(ActorOf(finding)));
   fact.kind = EventKind::fact;
   fact.finding = finding;
   fact.text = std::move(text);
   fact.names = std::move(names);
-  fact.where = std::move(where);
+  fact.where = where.empty() ? this->where() : std::move(where);
   fact.code = code;
   fact.visit = mVisit;
   timeline.addFact(std::move(fact));
@@ -48,7 +53,7 @@ void Host::expectFacts(const std::string& key, const std::string& place,
 }
 
 void Host::countFailure(std::string_view function) {
-  ++mFailures;
+  ++failures;
   Event failure(timeline.head(Actor::session));
   failure.kind = EventKind::failure;
   failure.name = function;
@@ -94,53 +99,35 @@ A_Err Host::reportFromOtherThread(const void* suite, std::string_view function) 
   fact.finding = Finding::wrongThread;
   fact.names.function = function;
   fact.text = fmt::format("{} of {}: called from another thread", function, NameOfSuite(suite));
-  const char* const hook = mFlight->hook;
-  fact.where = fmt::format("while the main thread was in the {}, tick {}",
-                           *hook ? hook : "host itself", fact.tick);
+  fact.where =
+      fmt::format("while the main thread was in the {}, tick {}", NameOfHook(*mFlight), fact.tick);
   for (const std::string& frame : Backtrace()) fact.where += "\n    " + frame;
   mWire.send(fact);
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 
-void Host::reportError(const char* hook, A_Err result) {
-  ++mErrorsShown;
-  const std::string error = fmt::format("{} {}", hook, result);
-  tell(Finding::hookError, "the user saw an error that no step expects: " + error, {{}, {}, error},
-       where(), result);
-}
-
 void Host::reportLeaks() {
   bool isClean = true;
-  const auto report = [&](Finding finding, const std::string& what, const Origin& origin) {
+  const auto reportLeak = [&](Finding finding, const std::string& what, const Origin& origin) {
     isClean = false;
-    tell(finding, fmt::format("{} is left, from {}", what, origin.text()),
-         {origin.function, what, {}}, "at the end of the process");
+    report(finding, fmt::format("{} is left, from {}", what, origin.text()),
+           {origin.function, what, {}}, "at the end of the process");
   };
   for (const auto& [suite, origin] : ledger.held(Holding::suite)) {
-    report(Finding::suiteLeaked, NameOfSuite(suite), origin);
+    reportLeak(Finding::suiteLeaked, NameOfSuite(suite), origin);
   }
   for (const auto& [thing, origin] : ledger.held(Holding::memoryHandle)) {
-    report(Finding::handleLeaked,
-           memory.at(thing).locks > 0 ? "a locked memory handle" : "a memory handle", origin);
+    reportLeak(Finding::handleLeaked,
+               memory.at(thing).locks > 0 ? "a locked memory handle" : "a memory handle", origin);
   }
   for (const auto& [block, origin] : ledger.held(Holding::block)) {
-    report(Finding::blockLeaked, "a block", origin);
+    reportLeak(Finding::blockLeaked, "a block", origin);
   }
   if (!isClean) return;
   timeline.add(Actor::host,
                fmt::format("is gone; all {} suites acquired were released, no handle and no lock "
                            "is left",
                            ledger.suitesGiven()));
-}
-
-void Host::giveUp(Finding finding, const std::string& text) {
-  report(finding, text);
-  throw SessionEnded{};
-}
-
-void Host::failToLoad(const std::string& why) const {
-  timeline.tell(EventKind::unloadable, fmt::format("{} {}", mModule.path, why));
-  throw SessionEnded{};
 }
 
 void Host::noteOnce(Actor actor, const std::string& text) {

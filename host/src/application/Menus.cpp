@@ -78,7 +78,7 @@ void SetMenuCommandName(Host& host, AEGP_Command command, const A_char* name) {
 }
 
 void EnableCommand(Host& host, AEGP_Command command) {
-  if (!host.isUpdatingMenus()) {
+  if (!host.isIn(kUpdateMenuHook)) {
     host.misused(Finding::enabledOutsideHook, "it lasts only until the menu closes");
   }
   host.menus.items.at(command).enabled = true;

@@ -72,8 +72,9 @@ A_Err CheckSuite(Host& host, const void* table) {
 }
 
 A_Err CheckIsInTime(Host& host) {
-  return host.isGone() ? host.misused(Finding::calledTooLate, "the host has shut down")
-                       : A_Err{A_Err_NONE};
+  return host.isIn(kStaticDestructor)
+             ? host.misused(Finding::calledTooLate, "the host has shut down")
+             : A_Err{A_Err_NONE};
 }
 
 A_Err CheckPluginId(Host& host, AEGP_PluginID id) {

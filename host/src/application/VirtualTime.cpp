@@ -3,11 +3,17 @@
 #include <dlfcn.h>
 #include <pthread.h>
 #include <semaphore.h>
-#include <sys/syscall.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <array>
+#include <cstdlib>
 #include <ctime>
+#include <map>
+
+#include "TextFile.h"
 
 #define EXPORTED extern "C" [[gnu::visibility("default")]]
 
@@ -20,13 +26,25 @@ bool IsFoundFirst(const char* name, Function* function) {
   return dlsym(RTLD_DEFAULT, name) == reinterpret_cast<void*>(function);
 }
 
+// Asks the C library's own, which needs no system call.
+int RealClock(clockid_t clock, timespec* result) {
+  static const auto own =
+      reinterpret_cast<decltype(&clock_gettime)>(dlsym(RTLD_NEXT, "clock_gettime"));
+  return own(clock, result);
+}
+
+timespec RealTime() {
+  timespec time{};
+  RealClock(CLOCK_REALTIME, &time);
+  return time;
+}
+
 // Moves a deadline from the virtual to the real clock. One of a clock that goes on, such as the
 // time since the system started, is far before every session.
 timespec RealDeadline(timespec deadline) {
   constexpr int64_t kYear = 31'536'000;
   if (deadline.tv_sec < host::kSessionStart - kYear) return deadline;
-  timespec real{};
-  syscall(SYS_clock_gettime, CLOCK_REALTIME, &real);
+  const timespec real = RealTime();
   constexpr long kSecond = 1'000'000'000;
   deadline.tv_sec += real.tv_sec - now;
   deadline.tv_nsec += real.tv_nsec;
@@ -47,6 +65,27 @@ int Wait(const char* name, const timespec& deadline, Objects*... objects) {
   return wait(objects..., &real);
 }
 
+// Events of the kernel about the folders that are watched.
+int events = -1;
+std::map<int, std::filesystem::path> folders;
+
+// Corrects the date of the file, or of those in the folder, which is watched from now on. A date
+// far from the real time isn't the kernel's, but was set.
+void CorrectDates(const std::filesystem::path& path) {
+  constexpr time_t kHour = 3600;
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0) return;
+  if (S_ISDIR(status.st_mode)) {
+    folders[inotify_add_watch(events, path.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO)] = path;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(path, ignored)) {
+      CorrectDates(entry.path());
+    }
+  } else if (std::abs(RealTime().tv_sec - status.st_mtim.tv_sec) < kHour) {
+    host::TrySetModificationDate(path, now);
+  }
+}
+
 }  // namespace
 
 EXPORTED time_t time(time_t* result) noexcept {
@@ -64,7 +103,7 @@ EXPORTED int gettimeofday(timeval* __restrict result, void* __restrict /*zone*/)
 EXPORTED int clock_gettime(clockid_t clock, timespec* result) noexcept {
   if (clock != CLOCK_REALTIME && clock != CLOCK_REALTIME_COARSE && clock != CLOCK_REALTIME_ALARM &&
       clock != CLOCK_TAI) {
-    return static_cast<int>(syscall(SYS_clock_gettime, clock, result));
+    return RealClock(clock, result);
   }
   *result = {now, 0};
   return 0;
@@ -97,6 +136,22 @@ int64_t VirtualNow() {
 
 void AdvanceVirtualTime(int64_t seconds) {
   now += seconds;
+}
+
+void WatchFileDates(const std::filesystem::path& folder) {
+  events = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  CorrectDates(folder);
+}
+
+void UpdateFileDates() {
+  alignas(inotify_event) std::array<char, 4096> buffer;
+  for (ssize_t size = 0; (size = read(events, buffer.data(), buffer.size())) > 0;) {
+    for (const char* place = buffer.data(); place < buffer.data() + size;) {
+      const auto* const event = reinterpret_cast<const inotify_event*>(place);
+      place += sizeof(inotify_event) + event->len;
+      if (event->len > 0) CorrectDates(folders[event->wd] / event->name);
+    }
+  }
 }
 
 bool ModulesSeeVirtualTime() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 
 // The clocks of a session. This program defines the functions of the C library that read the time
 // of day. Modules that are loaded later get these definitions too, and so read a time that moves
@@ -13,6 +14,12 @@ inline constexpr int64_t kSessionStart = 1'700'000'000;
 
 int64_t VirtualNow();
 void AdvanceVirtualTime(int64_t seconds);
+/// Gives each file in the folder, and in all folders in it, the virtual time as its date when it is
+/// written, because the kernel gives it the real one. A date that was set stays.
+void WatchFileDates(const std::filesystem::path& folder);
+/// Corrects the dates of the files written since the last call. Makes one system call if there are
+/// none.
+void UpdateFileDates();
 /// Returns whether a module that is loaded into this process gets the virtual time.
 bool ModulesSeeVirtualTime();
 

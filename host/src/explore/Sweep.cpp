@@ -96,10 +96,10 @@ class Trials final : public RunListener {
     planted->steps.insert(planted->steps.begin(), ReadStepOf(trial.step, mPart));
     planted->stepCount = planted->steps.size();
     planted->preparations.emplace_back([this](Host& host) {
-      host.beforeFinish([this, &host] {
+      host.beforeFinish = [this, &host] {
         if (!host.faults.waitsForCall() && !mPart.awaitsCall()) return;
         host.report(Finding::setup, "the call that is to go wrong never came");
-      });
+      };
     });
     return planted;
   }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "Dialogs.h"
 #include "TextFile.h"
 #include "User.h"
 
@@ -29,13 +28,13 @@ std::string FieldOf(const std::vector<Argument>& fields, std::string_view name) 
 
 void ActivationRules::begin(Host& host) {
   mHost = &host;
-  host.watchProjects([this](const ProjectChange& change) { takeChange(change); });
+  host.projectChanged = [this](const ProjectChange& change) { takeChange(change); };
 }
 
 void ActivationRules::takeChange(const ProjectChange& change) {
   if (!change.byPlugin) {
     mUsersTick = mHost->timeline.tick;
-    mUsersFailures = mHost->failures();
+    mUsersFailures = mHost->failures;
   }
   if (change.isSave) return;
   if (!change.byPlugin) {
@@ -44,9 +43,9 @@ void ActivationRules::takeChange(const ProjectChange& change) {
   } else if (change.opened.empty() && !change.closed.empty()) {
     const int64_t tick = mHost->timeline.tick;
     // No idle hook has seen it yet, or a call failed that would have told.
-    const bool isUnseen = mUsersTick >= tick - 1 || mHost->failures() > mUsersFailures;
+    const bool isUnseen = mUsersTick >= tick - 1 || mHost->failures > mUsersFailures;
     const bool isNew = isUnseen && change.closed != mDocument;
-    mClosed = Closed{change.closed, tick, mHost->errorsShown(), false, isNew};
+    mClosed = Closed{change.closed, tick, mHost->errorsShown, false, isNew};
   } else if (mClosed && change.opened == mClosed->path) {
     mClosed.reset();
   }
@@ -82,7 +81,7 @@ void ActivationRules::takeActivation(const std::vector<Argument>& fields, bool i
   mHost->timeline.shortenPaths(path);
   if (FieldOf(fields, "path") != path || project.dirty) return mLatest.reset();
   const std::vector<std::string> active = ReadLines(mHost->inFolder("active-fonts"));
-  mLatest = Activated{project.path, {}, mHost->failures()};
+  mLatest = Activated{project.path, {}, mHost->failures};
   for (const std::string& font : project.fonts) {
     if (std::find(active.begin(), active.end(), font) != active.end()) mLatest->fonts.insert(font);
   }
@@ -112,7 +111,7 @@ void ActivationRules::settle() {
 }
 
 void ActivationRules::checkProjectIsOpen() {
-  if (!mClosed || mHost->errorsShown() > mClosed->errorsShown) return;
+  if (!mClosed || mHost->errorsShown > mClosed->errorsShown) return;
   const std::string circumstance = mClosed->isNew        ? ", whose path was new"
                                    : mClosed->isDisabled ? ", and was disabled when the reopening "
                                                            "was due"
@@ -127,7 +126,7 @@ void ActivationRules::checkProjectIsOpen() {
 
 void ActivationRules::checkFonts() {
   // A call that failed since may be the reason.
-  if (!mLatest || mHost->failures() > mLatest->failures) return;
+  if (!mLatest || mHost->failures > mLatest->failures) return;
   if (mHost->project().path != mLatest->path) return;
   for (const std::string& font : mHost->project().missingFonts) {
     if (!mLatest->fonts.contains(font)) continue;
@@ -156,7 +155,7 @@ void ActivationRules::checkDocumentsAreToldOf() {
 // While a process runs, the plug-in doesn't look at the host's dialogs. Otherwise it names each one
 // on its standard output.
 void ActivationRules::checkDialogsAreSeen() {
-  mHost->showDialog(kProbe, kDialogClass);
+  mHost->showDialog(kProbe);
   mHost->timeline.drain();
   const std::vector<std::string>& lines = mHost->timeline.record.stdoutLines;
   const bool isSeen = std::any_of(lines.begin(), lines.end(),

@@ -27,10 +27,10 @@ void KeepFromForks(FlightRecord& record) {
   kept = &record;
   pthread_atfork(nullptr, nullptr, [] {
     // In the place of the shared memory.
-    const void* const own = mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
-                                 MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* const own = mmap(kept, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
+                           MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (own == MAP_FAILED) _exit(EXIT_FAILURE);
-    kept->isOfFork = true;
+    (new (own) FlightRecord)->isOfFork = true;
   });
 }
 

@@ -191,7 +191,7 @@ EventHead Timeline::headWithin(size_t spans, Actor actor) const {
   if (!mPlace.empty()) head.step = mFlight->stepNumber;
   head.place = mPlace;
   head.tick = tick;
-  head.time = time;
+  head.time = mFlight->time;
   head.actor = actor;
   for (size_t i = 0; i < spans; ++i) {
     if (mSpans[i].kind == SpanKind::hook) head.hook = mSpans[i].name;

@@ -98,7 +98,6 @@ class Timeline {
   void shortenPaths(std::string& text) const { ReplaceAll(text, mFolderPrefix, ""); }
 
   int64_t tick = 0;                   ///< 0 before the first idle tick
-  int64_t time = 0;                   ///< virtual, in seconds since 1970
   const RunningCall* call = nullptr;  ///< the innermost host function that is running, if any
   Record record;
 

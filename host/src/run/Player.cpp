@@ -52,10 +52,10 @@ void PlaySession(const Session& session, Host& host) {
       for (const auto& settle : session.settling) settle(host);
     }
     PlayStep(step, host);
-    host.endStep();
+    ++host.flight().stepsPlayed;
   }
   CheckNothingIsLeft(host, session);
-  host.endSteps();
+  host.timeline.tell(EventKind::played);
 }
 
 void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <set>
 
-#include "Dialogs.h"
 #include "Expectations.h"
 #include "KnownIssues.h"
 #include "SessionPart.h"
@@ -44,7 +43,7 @@ void ReadTitles(const YamlValue& value, HostSettings& host) {
 
 void ReadLanguage(const YamlValue& value, HostSettings& host) {
   const std::string language = value.text();
-  if (!IsLanguage(language)) {
+  if (!KnowsLanguage(language)) {
     value.fail(fmt::format("has to be one of en, fr, de, es, it, pt, ja, not '{}'", language));
   }
   host.language = language;

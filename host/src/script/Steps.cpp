@@ -10,7 +10,6 @@
 #include <limits>
 #include <utility>
 
-#include "Dialogs.h"
 #include "Expectations.h"
 #include "SessionText.h"
 #include "TextFile.h"
@@ -259,7 +258,7 @@ Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {
   return [path](Host& host) {
     host.timeline.add(Actor::session,
                       fmt::format("has the host report a path of {} units", path.size()));
-    host.reportPath(path);
+    host.project().reportedPath = path;
   };
 }
 
@@ -364,8 +363,8 @@ void PlayStep(const Step& step, Host& host) {
   try {
     step.play(host);
   } catch (const StepImpossible& impossible) {
-    if (!host.settings().tolerant) host.giveUp(Finding::setup, impossible.why);
-    host.timeline.add(Actor::session, fmt::format("skips the step: {}", impossible.why));
+    if (!host.settings().tolerant) throw;
+    host.timeline.add(Actor::session, fmt::format("skips the step: {}", impossible.what()));
   }
 }
 

@@ -57,7 +57,7 @@ void Edit(Host& host) {
 void Save(Host& host) {
   host.timeline.add(Actor::user, "saves the project");
   if (host.project().path.empty())
-    throw StepImpossible{"a project without a path can't be saved in place"};
+    throw StepImpossible("a project without a path can't be saved in place");
   if (HostMayHandle(host, kSave)) host.saveProject(host.project().path);
 }
 
@@ -78,10 +78,10 @@ void Pick(Host& host, const std::string& text) {
   const auto picked = std::find_if(items.begin(), items.end(),
                                    [&](const auto& item) { return item.second.text == text; });
   if (picked == items.end()) {
-    throw StepImpossible{fmt::format("no menu has an item \"{}\"", text)};
+    throw StepImpossible(fmt::format("no menu has an item \"{}\"", text));
   }
   if (!picked->second.enabled) {
-    throw StepImpossible{fmt::format("the menu item \"{}\" is disabled", text)};
+    throw StepImpossible(fmt::format("the menu item \"{}\" is disabled", text));
   }
   host.commandWasHandled = host.runCommand(picked->first);
   if (!host.commandWasHandled) host.timeline.add(Actor::host, "finds the command unhandled");
