@@ -80,7 +80,7 @@ steps:
   const std::vector<Json> objects = run.objects();
   ASSERT_GT(objects.size(), 4U);
   EXPECT_EQ(objects[0].at("kind"), "format");
-  EXPECT_EQ(objects[0].at("format"), 1);
+  EXPECT_EQ(objects[0].at("format"), 2);
   EXPECT_EQ(objects[1], Json::parse(R"({"kind":"session","session":"story","file":")" + story +
                                     R"(","about":"Shows it.","steps":6})"));
   const std::vector<std::string> expected{
@@ -96,10 +96,10 @@ steps:
       R"({"kind":"state","session":"story","step":4,"place":"STORY:6","tick":2,"time":1700000006,
           "name":"project","value":"projects/a.aep"})",
       R"({"kind":"expectation","session":"story","step":5,"place":"STORY:7","tick":2,
-          "time":1700000006,"actor":"session","text":"NOT as expected: project","key":"project",
+          "time":1700000006,"actor":"session","text":"NOT as expected: project","name":"project",
           "met":false,"where":"STORY:7","difference":"    expected: none\n    found:    projects/a.aep"})",
       R"({"kind":"expectation","session":"story","step":5,"place":"STORY:7","tick":2,
-          "time":1700000006,"actor":"session","text":"as expected: dirty","key":"dirty",
+          "time":1700000006,"actor":"session","text":"as expected: dirty","name":"dirty",
           "met":true})",
       R"({"kind":"finding","session":"story","step":5,"place":"STORY:7","tick":2,
           "time":1700000006,"actor":"session","name":"expectation","level":"error",

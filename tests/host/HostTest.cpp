@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -338,6 +339,35 @@ TEST(Host, TakesPrintedTextIntoTheTimelineInOrder) {
       played.output,
       HasSubstr("user       quits the host\n        plug-in    prints: no line endcommand 5\n"));
   EXPECT_THAT(played.output, HasSubstr("plug-in    prints: goodbye\n"));
+}
+
+TEST(Host, KeepsTheOrderOfTheTwoOutputs) {
+  const Played played = Play(Behaviour("print to both outputs in turn"));
+  // What goes past the streams keeps only the order of its own output.
+  EXPECT_THAT(played.output, HasSubstr("plug-in    prints: one\n"
+                                       "        plug-in    writes to standard error: two\n"
+                                       "        plug-in    prints: three\n"
+                                       "        plug-in    writes to standard error: four\n"
+                                       "        plug-in    prints: five\n"
+                                       "        plug-in    prints: by the descriptor\n"
+                                       "        plug-in    writes to standard error: six\n"));
+}
+
+TEST(Host, KeepsNoDescriptorOfASessionThatWaitsToBeShown) {
+  const TemporaryFolder folder;
+  const std::string trace = (folder.path() / "trace").string();
+  ASSERT_EQ(mkfifo(trace.c_str(), 0600), 0);
+  // The first session goes on when the last has been played.
+  std::string variants = "variants:\n";
+  for (int i = 0; i < 40; ++i) variants += "  - {name: " + std::to_string(i) + ", do: \"\"}\n";
+  variants += "  - {name: last, do: leave a trace}\n";
+  const std::string environment = "environment: {TRACE: " + trace + "}\n";
+  const std::string files =
+      Word(folder.Write("first.yaml", environment + Behaviour("wait for the trace"))) + " " +
+      Word(folder.Write("then.yaml", variants + environment + Behaviour("\"${do}\"")));
+  const Played played = RunCommand(
+      "ulimit -n 40; " AEGP_HOST " run --quiet --jobs 2 --plugin " TEST_PLUGIN " " + files);
+  EXPECT_EQ(played.code, 0) << played.output;
 }
 
 TEST(Host, OffersCommandsOfItsOwnAndPluginsOnlyTheEnabled) {

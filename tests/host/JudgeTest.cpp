@@ -22,20 +22,20 @@ using testing::IsEmpty;
 
 Event Fact(Finding finding, const std::string& function = "", const std::string& detail = "",
            const std::string& value = "") {
-  Event fact;
-  fact.kind = EventKind::fact;
-  fact.finding = finding;
+  Event fact(EventKind::fact);
+  fact.name = host::KindOf(finding).name;
   fact.text = "text";
-  fact.names = {function, detail, value};
+  fact.function = function;
+  fact.detail = detail;
+  fact.value = value;
   fact.hook = "idle hook";
   fact.tick = 1;
   return fact;
 }
 
 Event Of(EventKind kind, const std::string& name = "", std::vector<std::string> texts = {}) {
-  Event event;
-  event.kind = kind;
-  event.name = name;
+  Event event(kind);
+  event.name = event.text = name;
   event.texts = std::move(texts);
   return event;
 }
@@ -53,9 +53,7 @@ std::vector<std::string> Found(const JudgeRules& rules, const std::vector<Event>
   judge.take(Of(EventKind::played));
   judge.take(Of(EventKind::finished));
   std::vector<std::string> names;
-  for (const host::FoundInSession& found : judge.finish().findings) {
-    names.emplace_back(host::KindOf(found.finding).name);
-  }
+  for (const Event& found : judge.finish().findings) names.push_back(found.name);
   return names;
 }
 
@@ -139,10 +137,10 @@ TEST(Judge, PutsTheCauseFirstAndCountsWhatIsAlike) {
   judge.take(Of(EventKind::finished));
   const host::Played played = judge.finish();
   ASSERT_EQ(played.findings.size(), 3U);
-  EXPECT_EQ(played.findings[0].finding, Finding::nullArgument);
+  EXPECT_EQ(played.findings[0].name, "null-argument");
   EXPECT_THAT(played.findings[0].text, HasSubstr("\n    100 times, first at tick 1"));
   EXPECT_EQ(played.findings[1].text, "text");
-  EXPECT_EQ(played.findings[2].finding, Finding::hookError);
+  EXPECT_EQ(played.findings[2].name, "hook-error");
   EXPECT_FALSE(played.complete);
 }
 
@@ -151,9 +149,9 @@ TEST(Judge, LeavesOutWhatASessionThatWasCutShortMightHaveExpected) {
   judge.take(Fact(Finding::userReport, "", "", "oh"));
   judge.take(Fact(Finding::nullArgument, "FreeBlock", "block"));
   judge.take(Fact(Finding::crash));
-  std::vector<Finding> found;
-  for (const host::FoundInSession& each : judge.finish().findings) found.push_back(each.finding);
-  EXPECT_THAT(found, ElementsAre(Finding::crash, Finding::nullArgument));
+  std::vector<std::string> found;
+  for (const Event& each : judge.finish().findings) found.push_back(each.name);
+  EXPECT_THAT(found, ElementsAre("crash", "null-argument"));
 }
 
 TEST(WatchdogPause, CountsOnlyTheTimeAroundIt) {

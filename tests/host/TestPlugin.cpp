@@ -18,6 +18,7 @@
 #include <fstream>
 #include <functional>
 #include <future>
+#include <iostream>
 #include <map>
 #include <mutex>
 #include <stdexcept>
@@ -546,6 +547,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
        }).detach();
      }},
     {"leave a trace", [] { std::ofstream(std::getenv("TRACE")) << "left"; }},
+    {"wait for the trace", [] { std::ifstream(std::getenv("TRACE")).get(); }},
     {"tell the time",
      [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
     {"print without end",
@@ -556,6 +558,16 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] {
        std::puts("\x1b \xff \uFFFE <&>");
        Utility()->AEGP_ReportInfo(pluginId, "\xff");
+     }},
+    {"print to both outputs in turn",
+     [] {
+       std::printf("one\n");
+       std::fputs("two\n", stderr);
+       std::cout << "three\n";
+       std::cerr << "four\n";
+       std::puts("five");
+       std::clog << "six\n";
+       dprintf(fileno(stdout), "by the descriptor\n");
      }},
     {"end no line", [] { std::printf("no line end"); }},
     {"keep dialogs from beginning",

@@ -5,36 +5,17 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <cstdlib>
+#include <cstdint>
 #include <filesystem>
 #include <thread>
-#include <typeinfo>
 #include <utility>
 
+#include "Backtrace.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
 
 namespace host {
 namespace {
-
-// Describes the exception that is being handled.
-std::string DescribeException() {
-  const std::type_info* type = abi::__cxa_current_exception_type();
-  if (!type) return "one that isn't of C++";
-  int status = 0;
-  char* demangled = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
-  std::string name = demangled ? demangled : type->name();
-  std::free(demangled);
-  try {
-    throw;
-  } catch (const std::exception& exception) {
-    return fmt::format("{}: {}", name, EscapeControls(exception.what()));
-  } catch (int value) {
-    return fmt::format("{} {}", name, value);
-  } catch (...) {
-    return name;
-  }
-}
 
 // Each is a folder of the system's.
 std::uintmax_t CountThreads() {
@@ -50,14 +31,13 @@ Host& TheHost() {
 
 void Host::prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
                    FlightRecord& flight) {
-  mWire.attach(reportPipe, flight);
   mSettings = settings;
   mModule = module;
   mFlight = &flight;
   mFolder = std::filesystem::current_path();
   mThreads = CountThreads();
   preferences = settings.preferences;
-  timeline.begin(mWire, flight);
+  timeline.begin(reportPipe, flight);
   advanceTime(0);
   WatchFileDates(mFolder);
   setUpDesktop();
@@ -204,7 +184,7 @@ void Host::quit() {
 }
 
 void Host::beginStep(std::string_view place) {
-  Note(mFlight->step, place);
+  SetText(mFlight->step, place);
   mFlight->stepNumber = mFlight->stepsPlayed + 1;
   mFlight->watchdogStart = MonotonicNow();
   timeline.beginStep(place);
@@ -215,7 +195,6 @@ void Host::beginDestructors() {
   timeline.endAll();
   enterPlugin(kStaticDestructor);
   mFlight->watchdogStart = MonotonicNow();
-  timeline.tell(EventKind::destroying);
 }
 
 void Host::finish() {

@@ -25,7 +25,6 @@
 #include "Menus.h"
 #include "Suites.h"
 #include "Timeline.h"
-#include "Wire.h"
 #include "desktop/Window.h"
 
 namespace host {
@@ -174,8 +173,8 @@ class Host {
 
   /// Tells a fact that may be a finding, and where it happened: by default where the session is.
   /// `code` is the error that the user saw, if any. The session goes on.
-  void report(Finding finding, std::string text, FactNames names = {}, std::string where = {},
-              int64_t code = 0);
+  void report(Finding finding, const std::string& text, FactNames names = {},
+              const std::string& where = {}, int64_t code = 0);
   /// Tells that the call of the plug-in's that is under way is a misuse. `detail` is the name of
   /// the argument or the like. Returns the error that the call answers: 0 if the finding is a
   /// warning.
@@ -251,7 +250,6 @@ class Host {
   /// Says where the session is: the hook, the tick, the host call and the step.
   std::string where() const;
 
-  Wire mWire;
   HostSettings mSettings;
   PluginModule mModule;
   FlightRecord* mFlight = nullptr;

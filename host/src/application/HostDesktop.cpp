@@ -133,7 +133,7 @@ void Host::showDialog(const std::string& title, const std::string& className) {
     return A_Err{A_Err_NONE};
   });
   dialog.orderOut();
-  timeline.endLast(dialog.hasBegun && !dialog.isDismissed ? Shown::yes : Shown::no);
+  timeline.endLast(dialog.hasBegun && !dialog.isDismissed);
   if (dialog.hasBegun) return;
   report(Finding::dialogNeverBegan, fmt::format("the dialog \"{}\" never began", title));
 }

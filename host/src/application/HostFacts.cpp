@@ -24,50 +24,42 @@ const char* NameOfHook(const FlightRecord& flight) {
 }  // namespace
 
 std::string Host::where() const {
-  return fmt::format("in the {}, tick {}, host call {}, step {}", NameOfHook(*mFlight),
-                     timeline.tick, mFlight->hostCall[0] ? mFlight->hostCall.data() : "none",
-                     mFlight->step.data());
+  return fmt::format("in the {}, {}", NameOfHook(*mFlight), mFlight->where());
 }
 
-void Host::report(Finding finding, std::string text, FactNames names, std::string where,
-                  int64_t code) {
-  Event fact(timeline.head(ActorOf(finding)));
-  fact.kind = EventKind::fact;
-  fact.finding = finding;
-  fact.text = std::move(text);
-  fact.names = std::move(names);
-  fact.where = where.empty() ? this->where() : std::move(where);
+void Host::report(Finding finding, const std::string& text, FactNames names,
+                  const std::string& where, int64_t code) {
+  Event fact = timeline.event(EventKind::fact, ActorOf(finding));
+  fact.call = timeline.runningCall();
+  fact.name = KindOf(finding).name;
+  fact.text = fmt::format("{}\n    {}", text, where.empty() ? this->where() : where);
+  static_cast<FactNames&>(fact) = std::move(names);
   fact.code = code;
   fact.visit = mVisit;
-  timeline.addFact(std::move(fact));
+  timeline.add(std::move(fact));
 }
 
 void Host::expectFacts(const std::string& key, const std::string& place,
                        std::vector<std::string> texts) {
-  Event expect(timeline.head(Actor::session));
-  expect.kind = EventKind::expect;
+  Event expect = timeline.event(EventKind::expect, Actor::session);
   expect.name = key;
   expect.where = place;
   expect.texts = std::move(texts);
-  timeline.addFact(std::move(expect));
+  timeline.add(std::move(expect));
 }
 
 void Host::countFailure(std::string_view function) {
   ++failures;
-  Event failure(timeline.head(Actor::session));
-  failure.kind = EventKind::failure;
-  failure.name = function;
-  mWire.send(failure);
+  timeline.tell(EventKind::failure, function);
 }
 
 void Host::countAnswer(A_Err error) {
   // Nobody else excuses what an answer may have caused.
   if (!mSettings.tolerant) return;
-  Event answer(timeline.head(Actor::host));
-  answer.kind = EventKind::answer;
+  Event answer = timeline.event(EventKind::answer, Actor::host);
   answer.code = error;
   answer.visit = mVisit;
-  mWire.send(answer);
+  timeline.send(answer);
 }
 
 void Host::showCall(const RunningCall& running, A_Err result, bool isSupplied) {
@@ -94,15 +86,14 @@ A_Err Host::misused(Finding finding, std::string_view what, std::string detail) 
 
 A_Err Host::reportFromOtherThread(const void* suite, std::string_view function) const {
   // Only what is the same for all threads, or may be read by any.
-  Event fact(HeadForThread(*mFlight));
-  fact.kind = EventKind::fact;
-  fact.finding = Finding::wrongThread;
-  fact.names.function = function;
-  fact.text = fmt::format("{} of {}: called from another thread", function, NameOfSuite(suite));
-  fact.where =
-      fmt::format("while the main thread was in the {}, tick {}", NameOfHook(*mFlight), fact.tick);
-  for (const std::string& frame : Backtrace()) fact.where += "\n    " + frame;
-  mWire.send(fact);
+  Event fact(EventKind::fact, HeadForThread(*mFlight));
+  fact.name = KindOf(Finding::wrongThread).name;
+  fact.function = function;
+  fact.text = fmt::format(
+      "{} of {}: called from another thread\n    while the main thread was in the {}, tick {}",
+      function, NameOfSuite(suite), NameOfHook(*mFlight), fact.tick);
+  for (const std::string& frame : Backtrace()) fact.text += "\n    " + frame;
+  timeline.send(fact);
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 

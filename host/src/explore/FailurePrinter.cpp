@@ -28,8 +28,8 @@ void FailurePrinter::print(const Failure& failure) {
   ++mCount;
   fmt::print("\n{}\n", failure.title);
   if (failure.findings.empty()) fmt::print("  not every step was played\n");
-  for (const FoundInSession& found : failure.findings) {
-    fmt::print("  {}: {}\n", KindOf(found.finding).name, EscapeLines(found.text));
+  for (const Event& found : failure.findings) {
+    fmt::print("  {}: {}\n", found.name, EscapeLines(found.text));
   }
   const std::string text = WriteSession(failure.session, failure.title);
   fmt::print("\nThis session repeats it:\n\n{}", text);

@@ -15,7 +15,7 @@ namespace host {
 /// A session that failed, which nobody wrote by hand.
 struct Failure {
   std::string title;
-  std::vector<FoundInSession> findings;
+  std::vector<Event> findings;
   YAML::Node session;  ///< repeats it
 };
 

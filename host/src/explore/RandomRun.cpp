@@ -56,16 +56,16 @@ class Failures final : public RunListener {
     if (result.failed) all.emplace_back(played, result.findings);
   }
 
-  std::vector<std::pair<uint64_t, std::vector<FoundInSession>>> all;
+  std::vector<std::pair<uint64_t, std::vector<Event>>> all;
   uint64_t played = 0;
 
  private:
   uint64_t mCount;
 };
 
-std::set<Finding> KindsOf(const std::vector<FoundInSession>& findings) {
+std::set<Finding> KindsOf(const std::vector<Event>& findings) {
   std::set<Finding> kinds;
-  for (const FoundInSession& found : findings) kinds.insert(found.finding);
+  for (const Event& found : findings) kinds.insert(KindOf(found).finding);
   return kinds;
 }
 
@@ -95,7 +95,7 @@ class Shortener {
       Failures failures(1);
       mSignal = PlaySessions({mMaker.read(text, mFailure.title)}, mOptions, {&failures});
       if (mSignal != 0 || failures.all.empty()) return false;
-      const std::vector<FoundInSession>& findings = failures.all.front().second;
+      const std::vector<Event>& findings = failures.all.front().second;
       if (KindsOf(findings) != KindsOf(mFailure.findings)) return false;
       mFailure.findings = findings;
       return true;

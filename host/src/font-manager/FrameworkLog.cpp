@@ -106,7 +106,10 @@ void TakeJournal(Host& host) {
     const bool isFaulty = TheFrameworkLog().answersLeft.take(call.operation, number);
     if (isFaulty) host.countFailure(call.operation);
     CheckBuffers(host, call);
-    host.timeline.show(Actor::framework, call.text, {call.operation, call.fields});
+    Event entry = host.timeline.event(EventKind::entry, Actor::framework);
+    entry.text = call.text;
+    entry.call = {call.operation, call.fields};
+    host.timeline.add(std::move(entry));
     TheFrameworkLog().rules.take(call.operation, call.fields, isFaulty, isRunning);
     TheFrameworkLog().calls.push_back(std::move(call));
   }

@@ -1,11 +1,17 @@
 #include "Backtrace.h"
 
+#include <cxxabi.h>
 #include <execinfo.h>
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <exception>
+#include <typeinfo>
+
+#include "TextFile.h"
 
 namespace host {
 namespace {
@@ -29,6 +35,24 @@ std::vector<std::string> Backtrace() {
   frames.erase(frames.begin(), std::find_if_not(frames.begin(), frames.end(), IsAroundPlugin));
   CleanFrames(frames);
   return frames;
+}
+
+std::string DescribeException() {
+  const std::type_info* const type = abi::__cxa_current_exception_type();
+  if (!type) return "one that isn't of C++";
+  int status = 0;
+  char* const demangled = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
+  const std::string name = demangled ? demangled : type->name();
+  std::free(demangled);
+  try {
+    throw;
+  } catch (const std::exception& exception) {
+    return fmt::format("{}: {}", name, EscapeControls(exception.what()));
+  } catch (int value) {
+    return fmt::format("{} {}", name, value);
+  } catch (...) {
+    return name;
+  }
 }
 
 void CleanFrames(std::vector<std::string>& frames) {

@@ -13,4 +13,7 @@ std::vector<std::string> Backtrace();
 /// which differ from run to run. `frames` are as `backtrace_symbols` writes them.
 void CleanFrames(std::vector<std::string>& frames);
 
+/// Returns the type and, on one line, the text of the exception that is being handled.
+std::string DescribeException();
+
 }  // namespace host

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "TextFile.h"
 
@@ -21,8 +22,12 @@ std::string Show(const std::vector<std::string>& list) {
 
 }  // namespace
 
-std::string ExpectationText(const std::string& key, bool met) {
-  return fmt::format("{}: {}", met ? "as expected" : "NOT as expected", key);
+void Conclude(Event& expectation, std::string difference) {
+  expectation.met = difference.empty();
+  expectation.text =
+      fmt::format("{}: {}", expectation.met ? "as expected" : "NOT as expected", expectation.name);
+  if (expectation.met) expectation.where.clear();
+  expectation.difference = std::move(difference);
 }
 
 std::string DescribeMismatch(const std::string& expected, const std::string& found) {

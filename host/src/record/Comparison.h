@@ -3,10 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "Event.h"
+
 namespace host {
 
-/// Returns the line of the timeline for an expectation.
-std::string ExpectationText(const std::string& key, bool met);
+/// Makes the expectation one that isn't met because of the difference, or one that is if there is
+/// none.
+void Conclude(Event& expectation, std::string difference);
 
 /// Returns the two lines that show what was expected and what was found.
 std::string DescribeMismatch(const std::string& expected, const std::string& found);

@@ -28,6 +28,8 @@ constexpr std::string_view NameOf(Actor actor) {
 struct Argument {
   std::string name;  ///< the position, from "1", if the call doesn't name its arguments
   std::string value;
+
+  bool operator==(const Argument&) const = default;
 };
 
 /// Returns the value of the argument, or null. An in-out argument comes twice, and its later value
@@ -40,9 +42,8 @@ inline const std::string* FindLast(const std::vector<Argument>& arguments, std::
 
 /// A call by the plug-in: of the host, or of the framework.
 struct Call {
-  std::string function;  ///< empty for no call
-  std::vector<Argument> arguments;
-  bool argumentsKnown = true;
+  std::string function;             ///< empty for no call
+  std::vector<Argument> arguments;  ///< none if the process ended within the call
 };
 
 enum class EventKind {
@@ -52,6 +53,7 @@ enum class EventKind {
   begin,        ///< a hook in which something happens, or the modal session of a dialog, begins
   end,          ///< the latest of them that still runs ends
   state,        ///< a value from now on
+  finding,      ///< what is wrong, at the end of a session
   // Facts for the judge.
   fact,     ///< something that is a finding unless the session or the user says otherwise
   answer,   ///< a function of the host has answered an error
@@ -60,14 +62,17 @@ enum class EventKind {
   // How far the process is.
   unloadable,  ///< the plug-in's module can't be loaded
   played,      ///< all steps were played
-  destroying,  ///< the session is over, played or not
   finished,    ///< all modules are finalised, and the host has checked for leaks
 };
 
-enum class SpanKind { hook, dialog };
+/// The names of the kinds, in the order of the enumeration.
+inline constexpr std::array<std::string_view, 13> kEventKinds{
+    "entry",  "expectation", "begin",  "end",        "state",  "finding", "fact",
+    "answer", "failure",     "expect", "unloadable", "played", "finished"};
 
-/// What the user of a dialog saw of it.
-enum class Shown { unknown, no, yes };
+/// What begins and ends.
+inline constexpr char kHook[] = "hook";
+inline constexpr char kDialog[] = "dialog";
 
 /// Where in a session something happens, and by whom.
 struct EventHead {
@@ -77,43 +82,46 @@ struct EventHead {
   int64_t time = 0;  ///< virtual, in seconds since 1970
   Actor actor = Actor::host;
   std::string hook;  ///< that is running; empty in the host itself
-  Call call;         ///< for an entry or a finding, if it comes from one
+  Call call;         ///< for an entry, a fact or a finding, if it comes from one
 };
 
 /// What is known of a fact by names, so that nobody has to look for words in its text.
 struct FactNames {
   std::string function;  ///< that was called, or gave what is left
   std::string detail;    ///< an argument, a circumstance or the like
-  std::string value;     ///< by which an `expect` names it
+  std::string value;     ///< by which an `expect` names it; of a state, its value
 };
 
 /// Something that happens in a session, as the process that plays it tells.
-struct Event : EventHead {
+struct Event : EventHead, FactNames {
   Event() = default;
-  explicit Event(EventHead head) : EventHead(std::move(head)) {}
+  explicit Event(EventKind ofKind, EventHead head = {})
+      : EventHead(std::move(head)), kind(ofKind) {}
 
   EventKind kind = EventKind::entry;
-  std::string text;               ///< of an entry, expectation or fact, or why unloadable
-  std::optional<int64_t> result;  ///< of an entry that shows a call of the host: what it answered
-  bool isSupplied = true;         ///< the function of such a call
-
-  /// Of a hook, dialog or state; the key of an expectation or `expect`; the function that failed.
+  /// Of an entry, expectation, fact or finding; why unloadable; the call that is to fail. The first
+  /// line of a fact says what happens, and the others where.
+  std::string text;
+  /// Of a hook, dialog, state, fact or finding; the key of an expectation or `expect`.
   std::string name;
-  std::string value;  ///< of a state
+  std::string what;               ///< of a begin or end: `kHook` or `kDialog`
+  std::optional<bool> shown;      ///< of the end of a dialog: whether the user saw it, if known
+  std::optional<int64_t> result;  ///< of an entry that shows a call of the host: what it answered
+  bool isUnsupplied = false;      ///< the host doesn't supply the function of such a call
 
-  bool met = false;        ///< of an expectation
+  bool met = false;   ///< of an expectation
+  std::string where;  ///< of an `expect` and an expectation that isn't met: its place in the file
   std::string difference;  ///< of an expectation that isn't met; has several lines
 
-  SpanKind span = SpanKind::hook;  ///< of a begin or end
-  Shown shown = Shown::unknown;    ///< of the end of a dialog
-
-  Finding finding = Finding::setup;  ///< of a fact
-  FactNames names;                   ///< of a fact
-  /// Of a fact: lines for a reader. Of an expectation or `expect`: the key's place in the file.
-  std::string where;
   int64_t code = 0;   ///< of an answer, or the fact that the user saw one
   int64_t visit = 0;  ///< of an answer or a fact: counts the calls of the plug-in by the host
   std::vector<std::string> texts;  ///< that an `expect` expects
 };
+
+/// Returns what is known of the kind of a fact or finding. Throws `std::bad_optional_access` if
+/// there is no such kind.
+inline const FindingKind& KindOf(const Event& fact) {
+  return KindOf(FindingNamed(fact.name).value());
+}
 
 }  // namespace host

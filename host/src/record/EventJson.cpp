@@ -1,220 +1,127 @@
 #include "EventJson.h"
 
 #include <algorithm>
-#include <array>
+#include <span>
 #include <stdexcept>
-#include <string>
-#include <vector>
+#include <string_view>
 
 namespace host {
 namespace {
 
-constexpr std::array<std::string_view, 13> kKinds{
-    "entry",   "expectation", "begin",      "end",    "state",      "fact",    "answer",
-    "failure", "expect",      "unloadable", "played", "destroying", "finished"};
-constexpr std::array<std::string_view, 2> kSpans{"hook", "dialog"};
-
-template <typename Value, size_t size>
-Value Named(const std::array<std::string_view, size>& names, const std::string& name) {
-  const auto found = std::find(names.begin(), names.end(), name);
-  if (found == names.end()) throw std::runtime_error("unknown name " + name);
-  return static_cast<Value>(found - names.begin());
+std::span<const std::string_view> NamesOf(EventKind) {
+  return kEventKinds;
 }
 
-void AddCall(const Call& call, Json& json) {
-  if (call.function.empty()) return;
-  json["call"] = call.function;
-  if (!call.argumentsKnown) return;
-  Json& arguments = json["arguments"] = Json::array();
-  for (const Argument& argument : call.arguments) {
-    arguments.push_back({{"name", argument.name}, {"value", argument.value}});
-  }
+std::span<const std::string_view> NamesOf(Actor) {
+  return kActors;
 }
 
-Call CallFrom(const Json& json) {
-  Call call;
-  call.function = json.value("call", "");
-  call.argumentsKnown = call.function.empty() || json.contains("arguments");
-  if (call.function.empty() || !call.argumentsKnown) return call;
-  for (const Json& argument : json.at("arguments")) {
-    call.arguments.push_back({argument.at("name"), argument.at("value")});
-  }
-  return call;
+template <typename Value>
+concept Named = requires(Value value) {
+  NamesOf(value);
+};
+
+template <typename Value>
+Json ToJson(const Value& value) {
+  return value;
 }
 
-// Without the call, which comes last.
-void AddHead(const EventHead& head, bool hasActor, Json& json) {
-  json["step"] = head.step;
-  if (!head.place.empty()) json["place"] = head.place;
-  json["tick"] = head.tick;
-  json["time"] = head.time;
-  if (hasActor) json["actor"] = NameOf(head.actor);
-  if (!head.hook.empty()) json["hook"] = head.hook;
+Json ToJson(const Named auto& value) {
+  return NamesOf(value)[static_cast<size_t>(value)];
 }
 
-EventHead HeadFrom(const Json& json) {
-  EventHead head;
-  head.step = json.at("step");
-  head.place = json.value("place", "");
-  head.tick = json.at("tick");
-  head.time = json.at("time");
-  if (json.contains("actor")) head.actor = Named<Actor>(kActors, json.at("actor"));
-  head.hook = json.value("hook", "");
-  head.call = CallFrom(json);
-  return head;
+template <typename Value>
+Json ToJson(const std::optional<Value>& value) {
+  return *value;
 }
 
-void AddSpan(const Event& event, Json& json) {
-  json["what"] = kSpans[static_cast<size_t>(event.span)];
-  json["name"] = event.name;
-  if (event.shown != Shown::unknown) json["shown"] = event.shown == Shown::yes;
+Json ToJson(const std::vector<Argument>& arguments) {
+  Json json = Json::array();
+  for (const auto& [name, value] : arguments) json.push_back({{"name", name}, {"value", value}});
+  return json;
 }
 
-void SpanFrom(const Json& json, Event& event) {
-  event.span = Named<SpanKind>(kSpans, json.at("what"));
-  event.name = json.at("name");
-  if (json.contains("shown")) event.shown = json.at("shown") ? Shown::yes : Shown::no;
+template <typename Value>
+void Read(const Json& json, Value& value) {
+  value = json.get<Value>();
 }
 
-void AddFact(const Event& event, Json& json) {
-  json["text"] = event.text;
-  json["name"] = KindOf(event.finding).name;
-  json["function"] = event.names.function;
-  json["detail"] = event.names.detail;
-  json["value"] = event.names.value;
-  json["where"] = event.where;
-  json["code"] = event.code;
-  json["visit"] = event.visit;
-  AddCall(event.call, json);
+void Read(const Json& json, Named auto& value) {
+  const auto names = NamesOf(value);
+  const auto found = std::find(names.begin(), names.end(), json.get<std::string_view>());
+  if (found == names.end()) throw std::runtime_error("unknown name " + json.dump());
+  value = static_cast<std::decay_t<decltype(value)>>(found - names.begin());
 }
 
-void FactFrom(const Json& json, Event& event) {
-  event.text = json.at("text");
-  event.finding = FindingNamed(json.at("name").get<std::string>()).value();
-  event.names = {json.at("function"), json.at("detail"), json.at("value")};
-  event.where = json.at("where");
-  event.code = json.at("code");
-  event.visit = json.at("visit");
+template <typename Value>
+void Read(const Json& json, std::optional<Value>& value) {
+  value = json.get<Value>();
+}
+
+void Read(const Json& json, std::vector<Argument>& arguments) {
+  for (const Json& each : json) arguments.push_back({each.at("name"), each.at("value")});
+}
+
+// Visits each member with its key, in the order of the format, and with whether an object always
+// has it. Otherwise one that is as at first is left out.
+template <typename AnyEvent, typename Visit>
+void ForEachMember(AnyEvent& event, const Visit& visit) {
+  visit("kind", event.kind, true);
+  visit("step", event.step, true);
+  visit("place", event.place, false);
+  visit("tick", event.tick, true);
+  visit("time", event.time, true);
+  if (event.kind != EventKind::state) visit("actor", event.actor, true);
+  visit("hook", event.hook, false);
+  visit("what", event.what, false);
+  visit("name", event.name, false);
+  visit("value", event.value, false);
+  visit("shown", event.shown, false);
+  visit("text", event.text, false);
+  visit("met", event.met, event.kind == EventKind::expectation);
+  visit("where", event.where, false);
+  visit("difference", event.difference, false);
+  visit("call", event.call.function, false);
+  visit("arguments", event.call.arguments, false);
+  visit("result", event.result, false);
+  visit("unsupplied", event.isUnsupplied, false);
+  visit("function", event.function, false);
+  visit("detail", event.detail, false);
+  visit("code", event.code, false);
+  visit("visit", event.visit, false);
+  visit("texts", event.texts, false);
+}
+
+Event EventFrom(const Json& json) {
+  Event event;
+  ForEachMember(event, [&](const char* key, auto& member, bool /*isAlwaysThere*/) {
+    if (const auto value = json.find(key); value != json.end()) Read(*value, member);
+  });
+  return event;
 }
 
 }  // namespace
 
 Json ToJson(const Event& event) {
-  Json json{{"kind", kKinds[static_cast<size_t>(event.kind)]}};
-  AddHead(event, event.kind != EventKind::state, json);
-  switch (event.kind) {
-    case EventKind::entry:
-      json["text"] = event.text;
-      AddCall(event.call, json);
-      if (event.result) json["result"] = *event.result;
-      if (!event.isSupplied) json["supplied"] = false;
-      break;
-    case EventKind::expectation:
-      json["text"] = event.text;
-      json["key"] = event.name;
-      json["met"] = event.met;
-      if (!event.met) {
-        json["where"] = event.where;
-        json["difference"] = event.difference;
-      }
-      break;
-    case EventKind::begin:
-    case EventKind::end:
-      AddSpan(event, json);
-      break;
-    case EventKind::state:
-      json["name"] = event.name;
-      json["value"] = event.value;
-      break;
-    case EventKind::fact:
-      AddFact(event, json);
-      break;
-    case EventKind::answer:
-      json["code"] = event.code;
-      json["visit"] = event.visit;
-      break;
-    case EventKind::failure:
-      json["name"] = event.name;
-      break;
-    case EventKind::expect:
-      json["name"] = event.name;
-      json["where"] = event.where;
-      json["texts"] = event.texts;
-      break;
-    case EventKind::unloadable:
-      json["text"] = event.text;
-      break;
-    case EventKind::played:
-    case EventKind::destroying:
-    case EventKind::finished:
-      break;
-  }
-  return json;
-}
-
-Event EventFrom(const Json& json) {
-  Event event(HeadFrom(json));
-  event.kind = Named<EventKind>(kKinds, json.at("kind"));
-  switch (event.kind) {
-    case EventKind::entry:
-      event.text = json.at("text");
-      if (json.contains("result")) event.result = json.at("result");
-      event.isSupplied = json.value("supplied", true);
-      break;
-    case EventKind::expectation:
-      event.text = json.at("text");
-      event.name = json.at("key");
-      event.met = json.at("met");
-      event.where = json.value("where", "");
-      event.difference = json.value("difference", "");
-      break;
-    case EventKind::begin:
-    case EventKind::end:
-      SpanFrom(json, event);
-      break;
-    case EventKind::state:
-      event.name = json.at("name");
-      event.value = json.at("value");
-      break;
-    case EventKind::fact:
-      FactFrom(json, event);
-      break;
-    case EventKind::answer:
-      event.code = json.at("code");
-      event.visit = json.at("visit");
-      break;
-    case EventKind::failure:
-      event.name = json.at("name");
-      break;
-    case EventKind::expect:
-      event.name = json.at("name");
-      event.where = json.at("where");
-      event.texts = json.at("texts").get<std::vector<std::string>>();
-      break;
-    case EventKind::unloadable:
-      event.text = json.at("text");
-      break;
-    case EventKind::played:
-    case EventKind::destroying:
-    case EventKind::finished:
-      break;
-  }
-  return event;
-}
-
-Json ToJson(const FoundInSession& found) {
-  const FindingKind& kind = KindOf(found.finding);
-  Json json{{"kind", "finding"}};
-  AddHead(found.head, true, json);
-  json["name"] = kind.name;
-  json["level"] = kind.level == Level::error ? "error" : "warning";
-  json["text"] = found.text;
-  AddCall(found.head.call, json);
+  Json json;
+  ForEachMember(event, [&](const char* key, const auto& member, bool isAlwaysThere) {
+    if (isAlwaysThere || member != std::decay_t<decltype(member)>{}) json[key] = ToJson(member);
+  });
   return json;
 }
 
 std::string Dump(const Json& json) {
   return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::vector<Event> TakeEvents(std::string& bytes) {
+  std::vector<Event> events;
+  size_t begin = 0;
+  for (size_t end = 0; (end = bytes.find('\n', begin)) != std::string::npos; begin = end + 1) {
+    events.push_back(EventFrom(Json::parse(std::string_view(bytes).substr(begin, end - begin))));
+  }
+  bytes.erase(0, begin);
+  return events;
 }
 
 }  // namespace host

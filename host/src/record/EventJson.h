@@ -2,12 +2,11 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "Event.h"
-#include "RunListener.h"
 
-// Events and findings as JSON objects: in the pipe between the processes, and in files.
+// Events as JSON objects: in the pipe between the processes, one a line, and in files.
 
 namespace host {
 
@@ -15,11 +14,10 @@ using Json = nlohmann::ordered_json;
 
 /// Returns the event as an object, with its keys in the order of the format.
 Json ToJson(const Event& event);
-/// Returns the event of such an object. Throws `std::exception` for another one.
-Event EventFrom(const Json& json);
-/// Returns the finding as an object.
-Json ToJson(const FoundInSession& found);
 /// Returns the value on one line. Bytes that aren't UTF-8 become U+FFFD.
 std::string Dump(const Json& json);
+/// Takes the events out of lines of objects, and leaves there what isn't whole. Throws
+/// `std::exception` for a line that isn't an event.
+std::vector<Event> TakeEvents(std::string& bytes);
 
 }  // namespace host

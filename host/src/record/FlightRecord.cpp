@@ -1,5 +1,6 @@
 #include "FlightRecord.h"
 
+#include <fmt/format.h>
 #include <pthread.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -11,15 +12,15 @@
 
 namespace host {
 
-SharedFlightRecord::SharedFlightRecord() {
+SharedFlightRecord ShareFlightRecord() {
   void* memory = mmap(nullptr, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
                       MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (memory == MAP_FAILED) throw std::runtime_error("can't get shared memory");
-  mRecord = new (memory) FlightRecord;
+  return SharedFlightRecord(new (memory) FlightRecord);
 }
 
-SharedFlightRecord::~SharedFlightRecord() {
-  munmap(mRecord, sizeof(FlightRecord));
+void UnmapFlightRecord::operator()(FlightRecord* record) const {
+  munmap(record, sizeof(FlightRecord));
 }
 
 void KeepFromForks(FlightRecord& record) {
@@ -32,6 +33,11 @@ void KeepFromForks(FlightRecord& record) {
     if (own == MAP_FAILED) _exit(EXIT_FAILURE);
     (new (own) FlightRecord)->isOfFork = true;
   });
+}
+
+std::string FlightRecord::where() const {
+  return fmt::format("tick {}, host call {}, step {}", tick.load(),
+                     hostCall[0] ? hostCall.data() : "none", step.data());
 }
 
 EventHead HeadForThread(const FlightRecord& record) {
@@ -50,7 +56,6 @@ EventHead HeadOf(const FlightRecord& record) {
   if (!record.inHostCall) return head;
   const std::string_view call = record.hostCall.data();
   head.call.function = call.substr(0, call.find('('));
-  head.call.argumentsKnown = false;
   return head;
 }
 

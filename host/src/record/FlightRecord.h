@@ -5,6 +5,8 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <string_view>
 
 #include "Event.h"
@@ -34,6 +36,9 @@ struct FlightRecord {
   int64_t stepsPlayed = 0;
   off_t stdoutTaken = 0;  ///< bytes of the plug-in's output that are on the timeline
   off_t stderrTaken = 0;
+
+  /// Says for a finding where the session is: the tick, the host call and the step.
+  std::string where() const;
 };
 
 /// Keeps the time limit from running while this process does what isn't the plug-in's, such as
@@ -54,21 +59,15 @@ class WatchdogPause {
   int64_t mBegan;
 };
 
-/// Owns a flight record that a child process shares.
-class SharedFlightRecord {
- public:
-  /// Throws `std::runtime_error` if there is no memory.
-  SharedFlightRecord();
-  ~SharedFlightRecord();
-  SharedFlightRecord(const SharedFlightRecord&) = delete;
-  SharedFlightRecord& operator=(const SharedFlightRecord&) = delete;
-
-  FlightRecord& operator*() const { return *mRecord; }
-  FlightRecord* operator->() const { return mRecord; }
-
- private:
-  FlightRecord* mRecord;
+struct UnmapFlightRecord {
+  void operator()(FlightRecord* record) const;
 };
+
+using SharedFlightRecord = std::unique_ptr<FlightRecord, UnmapFlightRecord>;
+
+/// Makes a flight record that child processes share. Throws `std::runtime_error` if there is no
+/// memory.
+SharedFlightRecord ShareFlightRecord();
 
 /// Gives processes that this one forks from now on a record of their own, which nobody reads.
 void KeepFromForks(FlightRecord& record);
@@ -80,7 +79,7 @@ EventHead HeadForThread(const FlightRecord& record);
 
 /// Copies `text` into one of the record's arrays, cut to its size.
 template <size_t size>
-void Note(std::array<char, size>& field, std::string_view text) {
+void SetText(std::array<char, size>& field, std::string_view text) {
   field[text.copy(field.data(), size - 1)] = '\0';
 }
 

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "Event.h"
-#include "Findings.h"
 
 namespace host {
 
@@ -19,20 +18,14 @@ struct SessionInfo {
   size_t stepCount = 0;  ///< with the first start and the last quit
 };
 
-/// What is wrong in a session.
-struct FoundInSession {
-  Finding finding = Finding::expectation;
-  std::string text;  ///< may have several lines
-  EventHead head;    ///< of the moment in which it came up first
-};
-
 /// What came of a session.
 struct Played {
-  std::vector<FoundInSession> findings;  ///< without those that are allowed
-  bool complete = false;                 ///< every step was played
-  bool hasErrors = false;                ///< among the findings; with --strict a warning is one
-  bool failed = false;                   ///< has errors, or isn't complete
-  std::filesystem::path folder;          ///< where it was kept; empty otherwise
+  /// What is wrong, each with the moment in which it came up first. Without what is allowed.
+  std::vector<Event> findings;
+  bool complete = false;         ///< every step was played
+  bool hasErrors = false;        ///< among the findings; with --strict a warning is one
+  bool failed = false;           ///< has errors, or isn't complete
+  std::filesystem::path folder;  ///< where it was kept; empty otherwise
 };
 
 /// Hears of sessions while they are played, of one after the other in their order. May throw, which

@@ -1,6 +1,7 @@
 #include "TextFile.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,7 +15,7 @@
 namespace host {
 namespace {
 
-constexpr int64_t kMostBytesAtOnce = int64_t{16} * 1024 * 1024;
+constexpr int64_t kMaxBytesAtOnce = int64_t{16} * 1024 * 1024;
 
 [[noreturn]] void ThrowFileError(const char* what, const std::filesystem::path& file) {
   throw std::filesystem::filesystem_error(what, file,
@@ -30,12 +31,7 @@ void Write(const std::filesystem::path& file, std::ios::openmode mode, std::stri
 }  // namespace
 
 std::string Join(const std::vector<std::string>& parts, std::string_view separator) {
-  std::string joined;
-  for (const std::string& part : parts) {
-    if (&part != &parts.front()) joined += separator;
-    joined += part;
-  }
-  return joined;
+  return fmt::format("{}", fmt::join(parts, separator));
 }
 
 void ReplaceAll(std::string& text, std::string_view from, std::string_view to) {
@@ -57,7 +53,6 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 }
 
 std::string EscapeControls(std::string_view text) {
-  static constexpr char kDigits[] = "0123456789abcdef";
   std::string escaped;
   unsigned char before = 0;
   for (const char letter : text) {
@@ -72,9 +67,7 @@ std::string EscapeControls(std::string_view text) {
     } else if (letter == '\t') {
       escaped += "\\t";
     } else {
-      escaped += "\\x";
-      escaped += kDigits[code >> 4];
-      escaped += kDigits[code & 15];
+      escaped += fmt::format("\\x{:02x}", code);
     }
   }
   return escaped;
@@ -116,26 +109,25 @@ bool TrySetModificationDate(const std::filesystem::path& file, int64_t date) {
 }
 
 std::vector<std::string> GrowingFile::newLines() {
-  std::vector<std::string> lines;
   std::array<char, 4096> buffer;
   // Not more than what is there now: somebody may write faster than this reads.
-  int64_t most = kMostBytesAtOnce;
+  int64_t left = kMaxBytesAtOnce;
   for (ssize_t size = 0;
-       most > 0 && (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
-    most -= size;
+       left > 0 && (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
+    left -= size;
     mOffset += size;
     mRest.append(buffer.data(), static_cast<size_t>(size));
   }
-  size_t begin = 0;
-  for (size_t end = 0; (end = mRest.find('\n', begin)) != std::string::npos; begin = end + 1) {
-    lines.push_back(mRest.substr(begin, end - begin));
-  }
-  mRest.erase(0, begin);
+  if (left == kMaxBytesAtOnce) return {};
+  std::vector<std::string> lines = Split(mRest, "\n");
+  mRest = std::move(lines.back());
+  lines.pop_back();
   return lines;
 }
 
-std::string GrowingFile::takeRest() {
-  return std::exchange(mRest, {});
+std::vector<std::string> GrowingFile::takeRest() {
+  if (mRest.empty()) return {};
+  return {std::exchange(mRest, {})};
 }
 
 }  // namespace host

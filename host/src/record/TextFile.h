@@ -39,8 +39,8 @@ class GrowingFile {
   void follow(int descriptor) { mDescriptor = descriptor; }
   /// Returns the lines completed since the last call. Makes one system call if there is none.
   std::vector<std::string> newLines();
-  /// Returns the unfinished line at the end of the file, and forgets it.
-  std::string takeRest();
+  /// Returns the unfinished line at the end of the file, if there is one, and forgets it.
+  std::vector<std::string> takeRest();
   /// How many bytes of the file were returned.
   off_t taken() const { return mOffset - static_cast<off_t>(mRest.size()); }
 

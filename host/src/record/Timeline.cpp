@@ -3,31 +3,52 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <unistd.h>
+#include <ext/stdio_sync_filebuf.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <utility>
 
 #include "Comparison.h"
+#include "EventJson.h"
 
 namespace host {
 namespace {
 
-// Makes `stream`, whose descriptor is `descriptor`, write to `file` at once: what stands in a
-// buffer is lost in a crash. Returns a descriptor to read from.
-int Redirect(const char* file, std::FILE* stream, int descriptor) {
+// What a stream of this process writes to.
+struct Output {
+  int descriptor;
+  Timeline& timeline;
+};
+
+ssize_t WriteOutput(void* cookie, const char* bytes, size_t size) {
+  const auto& [descriptor, timeline] = *static_cast<const Output*>(cookie);
+  timeline.beginOutput(descriptor);
+  return std::max(ssize_t{0}, write(descriptor, bytes, size));
+}
+
+// Has the descriptor write to the file. Returns a descriptor to read from.
+int Redirect(const char* file, int descriptor) {
   const int output = open(file, O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
   if (output < 0 || dup2(output, descriptor) < 0) {
     throw std::runtime_error(fmt::format("can't open {}", file));
   }
-  std::setvbuf(stream, nullptr, _IONBF, 0);
   return output;
 }
 
-// On whose part of the timeline it runs.
-Actor ActorOf(SpanKind kind) {
-  return kind == SpanKind::hook ? Actor::plugIn : Actor::host;
+// Returns a stream that lasts as long as the process, and that writes at once: what stands in a
+// buffer is lost in a crash.
+std::FILE* MakeStream(int descriptor, Timeline& timeline) {
+  std::FILE* const stream =
+      fopencookie(new Output{descriptor, timeline}, "w", {nullptr, WriteOutput, nullptr, nullptr});
+  std::setvbuf(stream, nullptr, _IONBF, 0);
+  // For `fileno`.
+  stream->_fileno = descriptor;
+  return stream;
 }
 
 // Shows pointers without their value, which is another in every run.
@@ -48,94 +69,66 @@ std::string StderrText(std::string_view line) {
   return fmt::format("writes to standard error: {}", line);
 }
 
-void Timeline::begin(const Wire& wire, FlightRecord& flight) {
-  mWire = &wire;
+void Timeline::begin(int pipe, FlightRecord& flight) {
+  mPipe = pipe;
   mFlight = &flight;
   mFolderPrefix = std::filesystem::current_path().string() + "/";
   std::fflush(nullptr);
-  mStdout.follow(Redirect(kStdoutFile, stdout, STDOUT_FILENO));
-  mStderr.follow(Redirect(kStderrFile, stderr, STDERR_FILENO));
+  mStdout.follow(Redirect(kStdoutFile, STDOUT_FILENO));
+  mStderr.follow(Redirect(kStderrFile, STDERR_FILENO));
+  stdout = MakeStream(STDOUT_FILENO, *this);
+  stderr = MakeStream(STDERR_FILENO, *this);
+  std::cout.rdbuf(new __gnu_cxx::stdio_sync_filebuf<char>(stdout));
+  std::cerr.rdbuf(new __gnu_cxx::stdio_sync_filebuf<char>(stderr));
+  std::clog.rdbuf(std::cerr.rdbuf());
+}
+
+Event Timeline::event(EventKind kind, Actor actor) const {
+  Event event(kind);
+  if (!mPlace.empty()) event.step = mFlight->stepNumber;
+  event.place = mPlace;
+  event.tick = tick;
+  event.time = mFlight->time;
+  event.actor = actor;
+  event.hook = hookAt(mSpans.size());
+  return event;
+}
+
+void Timeline::add(Event event) {
+  drain();
+  sendBegins();
+  shortenPaths(event.text);
+  shortenPaths(event.value);
+  send(event);
+  if (event.kind != EventKind::entry) return;
+  for (const auto& observer : mObservers) observer(event);
 }
 
 void Timeline::add(Actor actor, std::string_view text) {
-  drain();
-  show(actor, text, call ? describe(*call) : Call());
+  Event entry = event(EventKind::entry, actor);
+  entry.text = text;
+  entry.call = runningCall();
+  add(std::move(entry));
 }
 
 void Timeline::addCall(const RunningCall& running, int64_t result, bool isSupplied) {
-  drain();
-  sendBegins();
   Event entry = event(EventKind::entry, Actor::plugIn);
   entry.call = describe(running);
-  std::string arguments;
-  for (const Argument& argument : entry.call.arguments) {
-    arguments += (arguments.empty() ? "" : ", ") + argument.value;
-  }
-  entry.text = fmt::format("calls {}({}): {}", running.function, arguments, result);
+  std::vector<std::string> values;
+  for (const Argument& argument : entry.call.arguments) values.push_back(argument.value);
+  entry.text = fmt::format("calls {}({}): {}", running.function, Join(values, ", "), result);
   entry.result = result;
-  entry.isSupplied = isSupplied;
-  send(entry);
+  entry.isUnsupplied = !isSupplied;
+  add(std::move(entry));
 }
 
 void Timeline::addExpectation(std::string_view key, std::string_view place,
-                              std::string_view difference) {
-  sendBegins();
-  Event added = event(EventKind::expectation, Actor::session);
-  added.name = key;
-  added.met = difference.empty();
-  added.text = ExpectationText(added.name, added.met);
-  added.where = place;
-  added.difference = difference;
-  send(added);
-}
-
-void Timeline::tell(EventKind kind, std::string text) const {
-  Event told = event(kind, Actor::session);
-  told.text = std::move(text);
-  send(told);
-}
-
-void Timeline::addFact(Event fact) {
-  drain();
-  sendBegins();
-  for (std::string* const text : {&fact.text, &fact.names.value, &fact.where}) shortenPaths(*text);
-  send(fact);
-}
-
-void Timeline::drain() {
-  // Not all streams: a thread of the plug-in's may wait for one, and hold it.
-  std::fflush(stdout);
-  std::fflush(stderr);
-  takeLines(mStdout.newLines(), mStderr.newLines());
-  for (const auto& source : mSources) source();
-}
-
-void Timeline::drainRest() {
-  drain();
-  const auto lineOf = [](std::string rest) {
-    return rest.empty() ? std::vector<std::string>() : std::vector{std::move(rest)};
-  };
-  takeLines(lineOf(mStdout.takeRest()), lineOf(mStderr.takeRest()));
-}
-
-void Timeline::takeLines(const std::vector<std::string>& out, const std::vector<std::string>& err) {
-  if (out.empty() && err.empty()) return;
-  // Making entries of what it printed isn't the plug-in's work.
-  const WatchdogPause pause(*mFlight);
-  for (const std::string& line : out) takeStdoutLine(line);
-  for (const std::string& line : err) takeStderrLine(line);
-  mFlight->stdoutTaken = mStdout.taken();
-  mFlight->stderrTaken = mStderr.taken();
-}
-
-void Timeline::show(Actor actor, std::string_view text, Call comesFrom) {
-  sendBegins();
-  Event entry = event(EventKind::entry, actor);
-  entry.text = text;
-  shortenPaths(entry.text);
-  entry.call = std::move(comesFrom);
-  send(entry);
-  for (const auto& observer : mObservers) observer(entry);
+                              std::string difference) {
+  Event expectation = event(EventKind::expectation, Actor::session);
+  expectation.name = key;
+  expectation.where = place;
+  Conclude(expectation, std::move(difference));
+  add(std::move(expectation));
 }
 
 void Timeline::setState(const std::string& name, std::string value) {
@@ -144,34 +137,86 @@ void Timeline::setState(const std::string& name, std::string value) {
     return;
   }
   mStates[name] = value;
-  sendBegins();
   Event state = event(EventKind::state, Actor::host);
   state.name = name;
   state.value = std::move(value);
-  send(state);
+  add(std::move(state));
 }
 
-void Timeline::beginStep(std::string_view place) {
-  mPlace = place;
+void Timeline::tell(EventKind kind, std::string_view text) const {
+  Event told = event(kind, Actor::session);
+  told.text = text;
+  send(told);
+}
+
+void Timeline::send(const Event& event) const {
+  if (mPipe < 0 || mFlight->isOfFork) return;
+  const std::string bytes = Dump(ToJson(event)) + "\n";
+  const WatchdogPause pause(*mFlight);
+  const std::lock_guard lock(mPipeMutex);
+  for (size_t sent = 0; sent < bytes.size();) {
+    const ssize_t written = write(mPipe, bytes.data() + sent, bytes.size() - sent);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return;
+    sent += static_cast<size_t>(written);
+  }
+}
+
+void Timeline::drain() {
+  if (std::exchange(mDraining, true)) return;
+  // Not all streams: a thread of the plug-in's may wait for one, and hold it.
+  std::fflush(stdout);
+  std::fflush(stderr);
+  takeLines(mStdout.newLines(), mStderr.newLines());
+  for (const auto& source : mSources) source();
+  mDraining = false;
+}
+
+void Timeline::drainRest() {
+  drain();
+  takeLines(mStdout.takeRest(), mStderr.takeRest());
+}
+
+void Timeline::beginOutput(int descriptor) {
+  const bool isOther = mLastOutput.exchange(descriptor) != descriptor;
+  if (!isOther || mFlight->isOfFork || gettid() != getpid()) return;
+  if (std::exchange(mDraining, true)) return;
+  takeLines(mStdout.newLines(), mStderr.newLines());
+  mDraining = false;
+}
+
+void Timeline::takeLines(const std::vector<std::string>& out, const std::vector<std::string>& err) {
+  if (out.empty() && err.empty()) return;
+  // Making entries of what it printed isn't the plug-in's work.
+  const WatchdogPause pause(*mFlight);
+  const auto take = [this](const std::string& text) {
+    Event entry = event(EventKind::entry, Actor::plugIn);
+    entry.text = text;
+    add(std::move(entry));
+  };
+  for (const std::string& line : out) take(StdoutText(line));
+  for (const std::string& line : err) take(StderrText(line));
+  record.stdoutLines.insert(record.stdoutLines.end(), out.begin(), out.end());
+  record.stderrLines.insert(record.stderrLines.end(), err.begin(), err.end());
+  mFlight->stdoutTaken = mStdout.taken();
+  mFlight->stderrTaken = mStderr.taken();
 }
 
 void Timeline::beginHook(std::string_view name) {
-  mSpans.push_back({SpanKind::hook, std::string(name), false, std::exchange(call, nullptr)});
+  mSpans.push_back({false, std::string(name), false, std::exchange(call, nullptr)});
 }
 
 void Timeline::beginDialog(std::string_view title) {
-  mSpans.push_back({SpanKind::dialog, std::string(title), false, call});
+  mSpans.push_back({true, std::string(title), false, call});
   sendBegins();
 }
 
-void Timeline::endLast(Shown shown) {
+void Timeline::endLast(std::optional<bool> shown) {
   const Span span = std::move(mSpans.back());
   mSpans.pop_back();
   call = span.outerCall;
   if (!span.sent) return;
-  Event end = event(EventKind::end, ActorOf(span.kind));
-  end.span = span.kind;
-  end.name = span.name;
+  Event end = spanEvent(EventKind::end, span, mSpans.size());
   end.shown = shown;
   send(end);
 }
@@ -180,65 +225,33 @@ void Timeline::endAll() {
   while (!mSpans.empty()) endLast();
 }
 
-EventHead Timeline::head(Actor actor) const {
-  EventHead head = headWithin(mSpans.size(), actor);
-  if (call) head.call = describe(*call);
-  return head;
-}
-
-EventHead Timeline::headWithin(size_t spans, Actor actor) const {
-  EventHead head;
-  if (!mPlace.empty()) head.step = mFlight->stepNumber;
-  head.place = mPlace;
-  head.tick = tick;
-  head.time = mFlight->time;
-  head.actor = actor;
-  for (size_t i = 0; i < spans; ++i) {
-    if (mSpans[i].kind == SpanKind::hook) head.hook = mSpans[i].name;
+void Timeline::sendBegins() {
+  for (size_t i = 0; i < mSpans.size(); ++i) {
+    if (!std::exchange(mSpans[i].sent, true)) send(spanEvent(EventKind::begin, mSpans[i], i));
   }
-  return head;
 }
 
-Event Timeline::event(EventKind kind, Actor actor, size_t spans) const {
-  Event event(headWithin(spans, actor));
-  event.kind = kind;
+Event Timeline::spanEvent(EventKind kind, const Span& span, size_t depth) const {
+  Event event = this->event(kind, span.isDialog ? Actor::host : Actor::plugIn);
+  event.what = span.isDialog ? kDialog : kHook;
+  event.name = span.name;
+  event.hook = hookAt(depth);
   return event;
 }
 
+std::string Timeline::hookAt(size_t depth) const {
+  while (depth > 0 && mSpans[depth - 1].isDialog) --depth;
+  return depth > 0 ? mSpans[depth - 1].name : "";
+}
+
 Call Timeline::describe(const RunningCall& running) const {
-  Call described;
-  described.function = running.function;
+  Call described{std::string(running.function), {}};
   for (size_t i = 0; i < running.count; ++i) {
     std::string value = std::visit(ShowValue(), running.arguments[i]);
     shortenPaths(value);
     described.arguments.push_back({std::to_string(i + 1), std::move(value)});
   }
   return described;
-}
-
-void Timeline::sendBegins() {
-  for (size_t i = 0; i < mSpans.size(); ++i) {
-    Span& span = mSpans[i];
-    if (std::exchange(span.sent, true)) continue;
-    Event begin = event(EventKind::begin, ActorOf(span.kind), i);
-    begin.span = span.kind;
-    begin.name = span.name;
-    send(begin);
-  }
-}
-
-void Timeline::send(const Event& event) const {
-  mWire->send(event);
-}
-
-void Timeline::takeStdoutLine(const std::string& line) {
-  record.stdoutLines.push_back(line);
-  show(Actor::plugIn, StdoutText(line));
-}
-
-void Timeline::takeStderrLine(const std::string& line) {
-  record.stderrLines.push_back(line);
-  show(Actor::plugIn, StderrText(line));
 }
 
 }  // namespace host

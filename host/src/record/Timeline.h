@@ -1,20 +1,21 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
 #include "Event.h"
 #include "FlightRecord.h"
 #include "TextFile.h"
-#include "Wire.h"
 
 // The events of a session in order: for the process that waits, and as a record for the
 // expectations.
@@ -42,58 +43,64 @@ struct Record {
 /// calls never get to the timeline.
 struct RunningCall {
   using Value = std::variant<int64_t, double, const char*, const void*>;
-  static constexpr size_t kMostArguments = 7;
+  static constexpr size_t kMaxArguments = 7;
 
   std::string_view function;
-  std::array<Value, kMostArguments> arguments{};
+  std::array<Value, kMaxArguments> arguments{};
   size_t count = 0;  ///< of the arguments
 };
 
-/// Collects events. Before each entry it takes in what the plug-in and others have written since,
-/// so that the order is right.
+/// Tells events, in lines of JSON, to the process that waits. Before each it takes in what the
+/// plug-in and others have written since, so that the order is right.
 class Timeline {
  public:
-  /// Sends events to `wire`. Redirects the standard output and error of this process into the
-  /// timeline. The working directory must be the session folder. `flight` is told how much was
-  /// taken in.
-  void begin(const Wire& wire, FlightRecord& flight);
+  /// Writes to `pipe`, which it doesn't own. Redirects the standard output and error of this
+  /// process into the timeline. The working directory must be the session folder. `flight` is told
+  /// how much was taken in, and doesn't count the time that the other process needs.
+  void begin(int pipe, FlightRecord& flight);
   /// Has `source` add its own entries each time the timeline takes in what was written.
   void addSource(std::function<void()> source) { mSources.push_back(std::move(source)); }
   /// Has `observer` see each entry that was added.
   void addObserver(std::function<void(const Event&)> observer) {
     mObservers.push_back(std::move(observer));
   }
+  /// Returns an event of this moment, to be added or sent.
+  Event event(EventKind kind, Actor actor) const;
+  /// Returns the host function that is running, if any.
+  Call runningCall() const { return call ? describe(*call) : Call(); }
+  /// Adds an event, with its paths in the session folder relative to it.
+  void add(Event event);
   /// Adds an entry, which comes from the host function that is running.
   void add(Actor actor, std::string_view text);
   /// Adds a call of the plug-in's with what it answered.
   void addCall(const RunningCall& running, int64_t result, bool isSupplied);
   /// Adds what came of the expectation at this place in the session file. It is met if there is no
   /// difference.
-  void addExpectation(std::string_view key, std::string_view place, std::string_view difference);
-  /// Tells how far the process is. `text` is for one kind.
-  void tell(EventKind kind, std::string text = {}) const;
-  /// Tells a fact, after what was written before it.
-  void addFact(Event fact);
+  void addExpectation(std::string_view key, std::string_view place, std::string difference);
+  /// Notes a value from now on, if it is another than before.
+  void setState(const std::string& name, std::string value);
+  /// Tells a fact that no reader of the timeline sees, at once.
+  void tell(EventKind kind, std::string_view text = {}) const;
+  /// Sends an event, at once. Sends nothing before `begin`, and in a process that the plug-in has
+  /// forked. For any thread.
+  void send(const Event& event) const;
   /// Takes in what was written. Cheap if there is nothing new.
   void drain();
   /// Does the same, and takes in unfinished lines of the plug-in's too.
   void drainRest();
-  /// Adds an entry without taking in anything first. For sources.
-  void show(Actor actor, std::string_view text, Call comesFrom = {});
-  /// Notes a value from now on, if it is another than before. Takes in nothing first.
-  void setState(const std::string& name, std::string value);
+  /// Hears that the process is about to write to one of its two streams, and takes in what it has
+  /// written to the other, so that their order is right. For any thread.
+  void beginOutput(int descriptor);
   /// Notes the step that begins, by its place in the session file.
-  void beginStep(std::string_view place);
+  void beginStep(std::string_view place) { mPlace = place; }
   /// Begins a hook. Nothing is sent of one in which nothing happens.
   void beginHook(std::string_view name);
   /// Begins a dialog, within the hook that is running.
   void beginDialog(std::string_view title);
   /// Ends the hook or the dialog that began last. `shown` is for a dialog.
-  void endLast(Shown shown = Shown::unknown);
+  void endLast(std::optional<bool> shown = {});
   /// Ends all hooks and dialogs.
   void endAll();
-  /// Returns the head of what happens now, which comes from the host function that is running.
-  EventHead head(Actor actor) const;
   /// Makes paths in the session folder relative to it.
   void shortenPaths(std::string& text) const { ReplaceAll(text, mFolderPrefix, ""); }
 
@@ -103,28 +110,27 @@ class Timeline {
 
  private:
   struct Span {
-    SpanKind kind = SpanKind::hook;
+    bool isDialog = false;  ///< otherwise a hook
     std::string name;
     bool sent = false;                       ///< its begin
     const RunningCall* outerCall = nullptr;  ///< in which it began
   };
 
   void takeLines(const std::vector<std::string>& out, const std::vector<std::string>& err);
-  void takeStdoutLine(const std::string& line);
-  void takeStderrLine(const std::string& line);
-  EventHead headWithin(size_t spans, Actor actor) const;
-  Event event(EventKind kind, Actor actor, size_t spans) const;
-  Event event(EventKind kind, Actor actor) const { return event(kind, actor, mSpans.size()); }
+  Event spanEvent(EventKind kind, const Span& span, size_t depth) const;
+  std::string hookAt(size_t depth) const;
   Call describe(const RunningCall& running) const;
   void sendBegins();
-  void send(const Event& event) const;
 
-  const Wire* mWire = nullptr;
+  int mPipe = -1;
+  mutable std::mutex mPipeMutex;
   FlightRecord* mFlight = nullptr;
   std::string mPlace;
   std::vector<Span> mSpans;  ///< those that run, the innermost last
   std::map<std::string, std::string> mStates;
   std::string mFolderPrefix;
+  bool mDraining = false;
+  std::atomic<int> mLastOutput{-1};  ///< the descriptor of the stream that was written last
   GrowingFile mStdout;
   GrowingFile mStderr;
   std::vector<std::function<void()>> mSources;

@@ -27,9 +27,10 @@ std::string XmlText(std::string_view text) {
 
 std::string NamesOf(const Played& played) {
   std::vector<std::string> names;
-  for (const FoundInSession& found : played.findings) {
-    const std::string name(KindOf(found.finding).name);
-    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
+  for (const Event& found : played.findings) {
+    if (std::find(names.begin(), names.end(), found.name) == names.end()) {
+      names.push_back(found.name);
+    }
   }
   return names.empty() ? "not every step was played" : Join(names, ", ");
 }

@@ -19,7 +19,11 @@ void JsonWriter::take(const Event& event) {
 }
 
 void JsonWriter::end(const SessionInfo& session, const Played& played) {
-  for (const FoundInSession& found : played.findings) writeOfSession(ToJson(found));
+  for (const Event& found : played.findings) {
+    Json json = ToJson(found);
+    json["level"] = KindOf(found).level == Level::error ? "error" : "warning";
+    writeOfSession(json);
+  }
   write({{"kind", "result"},
          {"session", session.name},
          {"result", played.failed ? "failed" : "ok"},

@@ -8,7 +8,7 @@
 namespace host {
 
 /// The version of the format of the objects.
-inline constexpr int kFormat = 1;
+inline constexpr int kFormat = 2;
 
 /// Makes JSON objects of all that it hears.
 class JsonWriter : public RunListener {

@@ -34,10 +34,10 @@ void SessionPrinter::end(const SessionInfo& session, const Played& played) {
 
 void SessionPrinter::group(const SessionInfo& session, const Played& played) {
   if (!played.folder.empty()) fmt::print("kept: {}\n", played.folder.string());
-  for (const FoundInSession& found : played.findings) {
+  for (const Event& found : played.findings) {
     const std::string what = found.text.substr(0, found.text.find('\n'));
     const auto same = std::find_if(mGroups.begin(), mGroups.end(), [&](const Group& group) {
-      return group.found.finding == found.finding && group.what == what;
+      return group.found.name == found.name && group.what == what;
     });
     if (same == mGroups.end()) {
       mGroups.push_back({what, found, {session.name}});
@@ -49,7 +49,7 @@ void SessionPrinter::group(const SessionInfo& session, const Played& played) {
 
 void SessionPrinter::printFindings() const {
   for (const Group& group : mGroups) {
-    const FindingKind& kind = KindOf(group.found.finding);
+    const FindingKind& kind = KindOf(group.found);
     fmt::print("{}: {}: {}\n", kind.level == Level::error ? "error" : "warning", kind.name,
                EscapeLines(group.found.text));
     fmt::print("    in {} of {} sessions: {}\n\n", group.sessions.size(), mCount,

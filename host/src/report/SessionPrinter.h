@@ -35,7 +35,7 @@ class SessionPrinter final : public RunListener {
  private:
   struct Group {
     std::string what;
-    FoundInSession found;  ///< the first
+    Event found;  ///< the first
     std::vector<std::string> sessions;
   };
 

@@ -37,7 +37,7 @@ void Summary::take(const Event& event) {
     const std::string hook = Between(call.function, "AEGP_Register", "Hook");
     if (!hook.empty()) mHooks.insert(hook);
   }
-  if (!event.isSupplied) mNotSupplied.insert(call.function);
+  if (event.isUnsupplied) mNotSupplied.insert(call.function);
 }
 
 void Summary::print() const {

@@ -27,8 +27,8 @@ bool IsSet(const char* variable) {
 
 std::string Findings(const Played& played, Level level, std::string_view title) {
   std::string text;
-  for (const FoundInSession& found : played.findings) {
-    const FindingKind& kind = KindOf(found.finding);
+  for (const Event& found : played.findings) {
+    const FindingKind& kind = KindOf(found);
     if (kind.level != level) continue;
     if (text.empty()) text = fmt::format("\n{}:\n", title);
     text += fmt::format("  {}: {}\n", kind.name, EscapeLines(found.text));

@@ -1,97 +1,73 @@
 #include "CrashReport.h"
 
-#include <cxxabi.h>
 #include <execinfo.h>
-#include <signal.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
-#include <typeinfo>
+#include <string>
 
-#include "TextFile.h"
+#include "Backtrace.h"
 
 namespace host {
 
-const int kHangSignal = SIGQUIT;
-
 namespace {
 
-constexpr int kMostFrames = 64;
+constexpr int kMaxFrames = 64;
 constexpr size_t kStackSize = size_t{64} * 1024;
 
-int reportDescriptor = -1;
+int sDescriptor = -1;
 // A process that the plug-in forks inherits the handlers. How it ends is no concern of the
 // session's.
-pid_t reportProcess = 0;
+pid_t sProcess = 0;
 // For a crash that was an overflow of the stack.
-alignas(16) std::array<char, kStackSize> alternateStack;
+alignas(16) std::array<char, kStackSize> sAlternateStack;
 
 void Write(const char* text) {
-  if (getpid() != reportProcess) return;
+  if (getpid() != sProcess) return;
   // Nothing is left to do about a failure.
-  if (write(reportDescriptor, text, std::strlen(text)) < 0) return;
+  if (write(sDescriptor, text, std::strlen(text)) < 0) return;
 }
 
 void WriteBacktrace(int signal) {
   // Before the backtrace, which may crash, too.
   ::signal(signal, SIG_DFL);
-  if (signal != kHangSignal) NoteThread();
-  std::array<void*, kMostFrames> frames;
-  const int count = backtrace(frames.data(), kMostFrames);
+  if (signal != kHangSignal) WriteIfOtherThread();
+  std::array<void*, kMaxFrames> frames;
+  const int count = backtrace(frames.data(), kMaxFrames);
   // Without this function and the trampoline of the signal.
   constexpr int kOwnFrames = 2;
-  if (count > kOwnFrames && getpid() == reportProcess) {
-    backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, reportDescriptor);
+  if (count > kOwnFrames && getpid() == sProcess) {
+    backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, sDescriptor);
   }
   raise(signal);
 }
 
-// Writes the text of the exception under way, if it has one.
-void WriteWhat() {
-  try {
-    throw;
-  } catch (const std::exception& exception) {
-    Write(": ");
-    // On one line, so that no part of it passes for a frame.
-    Write(EscapeControls(exception.what()).c_str());
-  } catch (...) {
-    return;
-  }
-}
-
 [[noreturn]] void Terminate() {
-  if (const std::type_info* type = abi::__cxa_current_exception_type()) {
-    Write("uncaught exception: ");
-    int status = 0;
-    const char* name = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
-    Write(name ? name : type->name());
-    WriteWhat();
-  } else {
-    Write("std::terminate was called without an exception");
-  }
-  Write("\n");
+  Write(std::current_exception() ? ("uncaught exception: " + DescribeException() + "\n").c_str()
+                                 : "std::terminate was called without an exception\n");
   std::abort();
 }
 
 }  // namespace
 
-bool NoteThread() {
-  if (gettid() == getpid()) return true;
+bool WriteIfOtherThread() {
+  if (gettid() == getpid()) return false;
   Write(kInAnotherThread);
   Write("\n");
-  return false;
+  return true;
 }
 
-void InstallCrashReport(int descriptor) {
-  reportDescriptor = descriptor;
-  reportProcess = getpid();
+void InstallCrashReport() {
+  sDescriptor = open(kCrashFile, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  sProcess = getpid();
   // The first call loads a library, which a signal handler must not.
   std::array<void*, 1> frame;
   backtrace(frame.data(), 1);
-  const stack_t stack{.ss_sp = alternateStack.data(), .ss_flags = 0, .ss_size = kStackSize};
+  const stack_t stack{.ss_sp = sAlternateStack.data(), .ss_flags = 0, .ss_size = kStackSize};
   sigaltstack(&stack, nullptr);
   struct sigaction action {};
   action.sa_handler = WriteBacktrace;

@@ -1,19 +1,25 @@
 #pragma once
 
+#include <signal.h>
+
 namespace host {
 
 /// The signal by which the process that waits has this one tell where it hangs.
-extern const int kHangSignal;
+inline constexpr int kHangSignal = SIGQUIT;
+
+/// The file in the session folder that takes the crash report.
+inline constexpr char kCrashFile[] = ".crash";
 
 /// The line of a crash report that says that the process didn't end by its main thread.
 inline constexpr char kInAnotherThread[] = "in another thread";
 
 /// Has a crash of this process, an uncaught exception and `kHangSignal` write a backtrace to
-/// `descriptor`, one frame a line, before the process ends by the signal. Signals that somebody
-/// handles already, such as a sanitizer, stay as they are.
-void InstallCrashReport(int descriptor);
+/// `kCrashFile`, one frame a line, before the process ends by the signal. Signals that somebody
+/// handles already, such as a sanitizer, stay as they are. The working directory must be the
+/// session folder.
+void InstallCrashReport();
 
-/// Writes `kInAnotherThread` if this isn't the main thread. Returns whether it is.
-bool NoteThread();
+/// Writes `kInAnotherThread` if this isn't the main thread. Returns whether it did.
+bool WriteIfOtherThread();
 
 }  // namespace host

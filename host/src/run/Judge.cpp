@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <tuple>
 #include <utility>
 
 #include "Comparison.h"
@@ -13,13 +15,36 @@ namespace {
 
 // Of one kind, besides those that are alike. A plug-in that makes a mistake makes it again and
 // again.
-constexpr size_t kMaxFindings = 100;
+constexpr ptrdiff_t kMaxFindings = 100;
 
-Event MakeEntry(const Event& fact, Actor actor, std::string text) {
-  Event entry{EventHead(fact)};
+Event MakeEntry(EventHead head, Actor actor, std::string text) {
+  Event entry(EventKind::entry, std::move(head));
   entry.actor = actor;
   entry.text = std::move(text);
   return entry;
+}
+
+// Makes a fact of the session's own.
+Event MakeFact(EventHead head, Finding finding, std::string text) {
+  Event fact(EventKind::fact, std::move(head));
+  fact.actor = Actor::session;
+  fact.name = KindOf(finding).name;
+  fact.text = std::move(text);
+  return fact;
+}
+
+std::string FirstLine(const std::string& text) {
+  return text.substr(0, text.find('\n'));
+}
+
+// Whether the two differ only in when and where they came up.
+bool IsSame(const Event& one, const Event& other) {
+  if (one.name != other.name || one.hook != other.hook) return false;
+  const auto names = [](const Event& fact) {
+    return std::tie(fact.function, fact.detail, fact.value);
+  };
+  const bool hasNames = names(one) != names(Event());
+  return names(one) == names(other) && (hasNames || FirstLine(one.text) == FirstLine(other.text));
 }
 
 bool Fits(const std::string& wanted, const std::string& name) {
@@ -42,16 +67,13 @@ std::vector<Event> Judge::take(Event event) {
       mAnswered.insert(event.code);
       return {};
     case EventKind::failure:
-      mFailed.insert(event.name);
+      mFailed.insert(event.text);
       return {};
     case EventKind::played:
       mPlayed = true;
       return {};
     case EventKind::finished:
       mFinished = true;
-      return {};
-    case EventKind::unloadable:
-    case EventKind::destroying:
       return {};
     default:
       break;
@@ -60,7 +82,7 @@ std::vector<Event> Judge::take(Event event) {
 }
 
 std::vector<Event> Judge::takeFact(Event fact) {
-  const FindingKind& kind = KindOf(fact.finding);
+  const FindingKind& kind = KindOf(fact);
   if (const KnownIssue* const issue = knownIssueOf(fact)) {
     mNeeded.insert(issue);
     return {
@@ -69,25 +91,23 @@ std::vector<Event> Judge::takeFact(Event fact) {
   std::vector<Event> shown;
   if (kind.expectKey == "findings") {
     shown.push_back(
-        MakeEntry(fact, Actor::host, fmt::format("finds {}: {}", kind.name, fact.text)));
+        MakeEntry(fact, Actor::host, fmt::format("finds {}: {}", kind.name, FirstLine(fact.text))));
   }
   if (isExcused(fact)) return shown;
   if (!kind.expectKey.empty()) {
     mPending.push_back(std::move(fact));
-  } else if (!mRules.allowed.contains(fact.finding)) {
-    find(fact);
+  } else {
+    find(std::move(fact));
   }
   return shown;
 }
 
 void Judge::takeUnmet(const Event& expectation) {
-  if (mRules.allowed.contains(Finding::expectation)) return;
-  Event fact{EventHead(expectation)};
-  fact.finding = Finding::expectation;
-  fact.text =
-      fmt::format("{}: {}\n{}", expectation.where, expectation.name, expectation.difference);
-  fact.names.detail = fact.text;
-  find(fact);
+  Event fact = MakeFact(
+      expectation, Finding::expectation,
+      fmt::format("{}: {}\n{}", expectation.where, expectation.name, expectation.difference));
+  fact.detail = expectation.difference;
+  find(std::move(fact));
 }
 
 // Compares the facts that the key is about with those expected. A tolerant session takes out those
@@ -95,20 +115,16 @@ void Judge::takeUnmet(const Event& expectation) {
 std::vector<Event> Judge::takeExpect(const Event& expect) {
   std::vector<std::string> found;
   std::erase_if(mPending, [&](const Event& fact) {
-    const FindingKind& kind = KindOf(fact.finding);
-    if (kind.expectKey != expect.name) return false;
-    found.push_back(kind.expectKey == "findings" ? std::string(kind.name) : fact.names.value);
+    if (KindOf(fact).expectKey != expect.name) return false;
+    found.push_back(expect.name == "findings" ? fact.name : fact.value);
     return !mRules.tolerant ||
            std::find(expect.texts.begin(), expect.texts.end(), found.back()) != expect.texts.end();
   });
   if (mRules.tolerant) return {};
-  Event expectation{EventHead(expect)};
-  expectation.kind = EventKind::expectation;
+  Event expectation(EventKind::expectation, expect);
   expectation.name = expect.name;
   expectation.where = expect.where;
-  expectation.difference = CompareLists(expect.texts, found);
-  expectation.met = expectation.difference.empty();
-  expectation.text = ExpectationText(expectation.name, expectation.met);
+  Conclude(expectation, CompareLists(expect.texts, found));
   return take(std::move(expectation));
 }
 
@@ -120,8 +136,8 @@ bool Judge::holds(const KnownIssue& issue) const {
 
 const KnownIssue* Judge::knownIssueOf(const Event& fact) const {
   const auto accepts = [&](const KnownIssue& each) {
-    return each.finding == fact.finding && Fits(each.function, fact.names.function) &&
-           Fits(each.detail, fact.names.detail) && holds(each);
+    return each.finding == KindOf(fact).finding && Fits(each.function, fact.function) &&
+           Fits(each.detail, fact.detail) && holds(each);
   };
   const auto found = std::find_if(mRules.knownIssues.begin(), mRules.knownIssues.end(), accepts);
   return found == mRules.knownIssues.end() ? nullptr : &*found;
@@ -129,71 +145,60 @@ const KnownIssue* Judge::knownIssueOf(const Event& fact) const {
 
 // A known issue that never came says what isn't true any more.
 void Judge::findNeedlessIssues() {
-  if (!mFinished || mRules.tolerant || mRules.allowed.contains(Finding::setup)) return;
+  if (!mFinished || mRules.tolerant) return;
   for (const KnownIssue& each : mRules.knownIssues) {
     if (mNeeded.contains(&each) || !holds(each)) continue;
-    Event fact;
-    fact.finding = Finding::setup;
-    fact.text = fmt::format("the known issue {} never came", KindOf(each.finding).name);
-    find(fact);
+    find(MakeFact({}, Finding::setup,
+                  fmt::format("the known issue {} never came", KindOf(each.finding).name)));
   }
 }
 
 // A report to the user may have any error as its cause, and an error that a hook returns the same
 // error.
 bool Judge::isExcused(const Event& fact) const {
-  if (!mRules.tolerant || !KindOf(fact.finding).has(kExcusable) || fact.visit != mVisit) {
+  if (!mRules.tolerant || !KindOf(fact).has(kExcusable) || fact.visit != mVisit) {
     return false;
   }
   return fact.code == 0 || mAnswered.contains(fact.code);
 }
 
-void Judge::find(const Event& fact) {
-  const FactNames& names = fact.names;
-  const bool hasName = !names.function.empty() || !names.detail.empty() || !names.value.empty();
-  const auto [place, isNew] =
-      mPlaces.try_emplace(Identity(fact.finding, names.function,
-                                   hasName ? names.detail + names.value : fact.text, fact.hook),
-                          mEntries.size());
-  if (!isNew) {
-    ++mEntries[place->second].count;
+void Judge::find(Event fact) {
+  if (mRules.allowed.contains(KindOf(fact).finding)) return;
+  const auto same = std::find_if(mFound.begin(), mFound.end(),
+                                 [&](const Found& found) { return IsSame(found.fact, fact); });
+  if (same != mFound.end()) {
+    ++same->count;
     return;
   }
-  const size_t count = ++mCounts[fact.finding];
-  if (count > kMaxFindings) {
-    mPlaces.erase(place);
-    return;
-  }
-  Entry entry{{fact.finding, fact.text, EventHead(fact)}, 1, fact.tick};
-  if (!fact.where.empty()) entry.found.text += "\n    " + fact.where;
-  if (count == kMaxFindings) entry.found.text += "\n    no more of this kind are told";
-  mEntries.push_back(std::move(entry));
+  const ptrdiff_t before = std::count_if(mFound.begin(), mFound.end(), [&](const Found& found) {
+    return found.fact.name == fact.name;
+  });
+  if (before == kMaxFindings) return;
+  if (before + 1 == kMaxFindings) fact.text += "\n    no more of this kind are told";
+  mFound.push_back({std::move(fact)});
 }
 
 Played Judge::finish() {
-  for (const Event& fact : std::exchange(mPending, {})) {
+  for (Event& fact : mPending) {
     // What a later step might have expected says nothing if the session was cut short. A misuse may
     // be the reason why.
-    const bool counts = mFinished || KindOf(fact.finding).expectKey == "findings";
-    if (counts && !mRules.allowed.contains(fact.finding)) find(fact);
+    if (mFinished || KindOf(fact).expectKey == "findings") find(std::move(fact));
   }
   findNeedlessIssues();
-  std::stable_partition(mEntries.begin(), mEntries.end(), [](const Entry& entry) {
-    return !KindOf(entry.found.finding).has(kFollows);
-  });
+  std::stable_partition(mFound.begin(), mFound.end(),
+                        [](const Found& found) { return !KindOf(found.fact).has(kFollows); });
   Played played;
-  for (Entry& entry : mEntries) {
-    if (entry.count > 1) {
-      entry.found.text +=
-          fmt::format("\n    {} times, first at tick {}", entry.count, entry.firstTick);
+  for (const auto& [fact, count] : mFound) {
+    Event& finding = played.findings.emplace_back(EventKind::finding, fact);
+    finding.name = fact.name;
+    finding.text = fact.text;
+    if (count > 1) {
+      finding.text += fmt::format("\n    {} times, first at tick {}", count, fact.tick);
     }
-    played.findings.push_back(std::move(entry.found));
+    const bool isError = KindOf(fact).level == Level::error;
+    played.hasErrors = played.hasErrors || isError || mRules.strict;
   }
   played.complete = mPlayed;
-  played.hasErrors =
-      std::any_of(played.findings.begin(), played.findings.end(), [&](const FoundInSession& found) {
-        return mRules.strict || KindOf(found.finding).level == Level::error;
-      });
   played.failed = !mPlayed || played.hasErrors;
   return played;
 }

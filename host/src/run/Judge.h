@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <set>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -32,15 +30,15 @@ class Judge {
   /// Takes the next fact. Returns what a reader of the timeline sees of it, in order: an event that
   /// is no fact as it is, and the verdicts that are known by now.
   std::vector<Event> take(Event event);
+  /// Whether the process has told everything.
+  bool isFinished() const { return mFinished; }
   /// Returns the verdict, without the folder. To be called once, after the last fact.
   Played finish();
 
  private:
-  using Identity = std::tuple<Finding, std::string, std::string, std::string>;
-  struct Entry {
-    FoundInSession found;
+  struct Found {
+    Event fact;  ///< the first of those that are alike
     int64_t count = 1;
-    int64_t firstTick = 0;
   };
 
   std::vector<Event> takeFact(Event fact);
@@ -51,7 +49,7 @@ class Judge {
   void findNeedlessIssues();
   bool isExcused(const Event& fact) const;
   /// Makes a finding of the fact. One that is another's like counts with it.
-  void find(const Event& fact);
+  void find(Event fact);
 
   JudgeRules mRules;
   std::set<const KnownIssue*> mNeeded;
@@ -59,9 +57,7 @@ class Judge {
   int64_t mVisit = -1;            ///< of the latest answers
   std::set<int64_t> mAnswered;    ///< errors during that visit
   std::vector<Event> mPending;    ///< facts that an `expect` may still name
-  std::vector<Entry> mEntries;
-  std::map<Identity, size_t> mPlaces;  ///< in `mEntries`
-  std::map<Finding, size_t> mCounts;   ///< of different entries
+  std::vector<Found> mFound;
   bool mPlayed = false;
   bool mFinished = false;
 };

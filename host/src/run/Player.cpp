@@ -17,17 +17,18 @@
 namespace host {
 namespace {
 
-constexpr rlim_t kMostBytesOfAFile = rlim_t{256} * 1024 * 1024;
+constexpr rlim_t kMaxBytesOfAFile = rlim_t{256} * 1024 * 1024;
 
-bool playsASession = false;
+bool sPlaysASession = false;
 
 // Runs while the system finalises the modules. What it registers runs when they all are, the
 // plug-in's too.
 [[gnu::destructor]] void FinishAfterTheLastModule() {
-  if (!playsASession) return;
+  if (!sPlaysASession) return;
   const auto finish = [](int, void*) {
     // Otherwise the main thread may be in the host.
-    if (NoteThread()) TheHost().finish();
+    if (WriteIfOtherThread()) return;
+    TheHost().finish();
   };
   on_exit(finish, nullptr);
 }
@@ -58,27 +59,18 @@ void PlaySession(const Session& session, Host& host) {
   host.timeline.tell(EventKind::played);
 }
 
-void PlaySteps(const Session& session, const PlayerSetup& setup, FlightRecord& flight, Host& host) {
-  try {
-    host.prepare(session.host, setup.options.module, setup.reportPipe, flight);
-    PlaySession(session, host);
-  } catch (const SessionEnded&) {
-    // The finding was reported before it was thrown.
-  } catch (const std::exception& error) {
-    host.report(Finding::setup, fmt::format("the session can't go on: {}", error.what()));
-  }
-  host.beginDestructors();
-}
-
 // What is read from the terminal is for the user's shell, and a signal of the terminal for the
 // process that waits.
 void DetachFromTerminal() {
+  // The plug-in finds the font manager in its own session.
+  setsid();
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
   // So that a process that leaves the plug-in's group, and whose parent ends, is still known to be
   // this session's.
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   // What the plug-in writes without end must not fill the disk.
-  const rlimit most{kMostBytesOfAFile, kMostBytesOfAFile};
-  setrlimit(RLIMIT_FSIZE, &most);
+  const rlimit max{kMaxBytesOfAFile, kMaxBytesOfAFile};
+  setrlimit(RLIMIT_FSIZE, &max);
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   dup2(nothing, STDIN_FILENO);
   if (nothing != STDIN_FILENO) close(nothing);
@@ -87,17 +79,29 @@ void DetachFromTerminal() {
 
 }  // namespace
 
-void PlayAndExit(const Session& session, const PlayerSetup& setup, FlightRecord& flight) {
+void PlayAndExit(const Session& session, const RunOptions& options,
+                 const std::filesystem::path& folder, int pipe, FlightRecord& flight) {
   DetachFromTerminal();
-  if (chdir(setup.folder.c_str()) != 0) _exit(1);
-  setenv("HOME", setup.folder.c_str(), 1);
+  if (chdir(folder.c_str()) != 0) _exit(EXIT_FAILURE);
+  InstallCrashReport();
+  KeepFromForks(flight);
+  setenv("HOME", folder.c_str(), 1);
   for (const auto& [name, text] : session.environment) {
     std::string resolved = text;
-    ReplaceAll(resolved, "${session}", setup.folder.string());
+    ReplaceAll(resolved, "${session}", folder.string());
     setenv(name.c_str(), resolved.c_str(), 1);
   }
-  playsASession = true;
-  PlaySteps(session, setup, flight, TheHost());
+  sPlaysASession = true;
+  Host& host = TheHost();
+  try {
+    host.prepare(session.host, options.module, pipe, flight);
+    PlaySession(session, host);
+  } catch (const SessionEnded&) {
+    // The finding was reported before it was thrown.
+  } catch (const std::exception& error) {
+    host.report(Finding::setup, fmt::format("the session can't go on: {}", error.what()));
+  }
+  host.beginDestructors();
   std::exit(kPlayedExitCode);
 }
 

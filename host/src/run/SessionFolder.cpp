@@ -1,12 +1,13 @@
 #include "SessionFolder.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
+#include <system_error>
 
-#include "Removal.h"
 #include "TextFile.h"
 #include "VirtualTime.h"
 
@@ -22,6 +23,16 @@ fs::path MakeFolder() {
   std::string name = (fs::canonical(fs::temp_directory_path()) / "aegp-host-XXXXXX").string();
   if (!mkdtemp(name.data())) throw std::runtime_error("can't make a temporary folder");
   return name;
+}
+
+// A plug-in may have closed folders to writers.
+void OpenFolders(const fs::path& folder) {
+  if (!fs::is_directory(fs::symlink_status(folder))) return;
+  chmod(folder.c_str(), S_IRWXU);
+  std::error_code ignored;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
+    OpenFolders(entry.path());
+  }
 }
 
 }  // namespace
@@ -41,7 +52,12 @@ SessionFolder::~SessionFolder() {
 }
 
 void SessionFolder::remove() {
-  if (!RemoveWholly(mPath)) fmt::print(stderr, "can't remove {}\n", mPath.string());
+  std::error_code error;
+  fs::remove_all(mPath, error);
+  if (!error) return;
+  OpenFolders(mPath);
+  fs::remove_all(mPath, error);
+  if (error) fmt::print(stderr, "can't remove {}\n", mPath.string());
 }
 
 void SessionFolder::fill(const FolderSetup& setup) {
