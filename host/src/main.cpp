@@ -9,17 +9,13 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <iostream>
-#include <iterator>
 #include <limits>
-#include <map>
 #include <memory>
-#include <regex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "Findings.h"
@@ -30,19 +26,16 @@
 #include "OutputFile.h"
 #include "RandomRun.h"
 #include "Runner.h"
-#include "Selection.h"
-#include "Session.h"
+#include "SessionFiles.h"
 #include "SessionPrinter.h"
 #include "Summary.h"
 #include "Sweep.h"
-#include "TextFile.h"
-#include "Validation.h"
 
 namespace {
 
-using host::Level;
+using host::Detail;
+using host::FontManager;
 using host::RunListener;
-using host::RunOptions;
 using host::Session;
 
 constexpr int kOk = 0;
@@ -65,86 +58,75 @@ Exit codes:
 Read testing-a-plug-in.md for how to begin, and sessions.md for how to write a session. They
 are in docs, or in share/doc/aegp-host of an installation.)";
 
-// What the command line asks of a run, besides the options for the sessions.
-struct Selection {
-  std::vector<std::string> files;
+// What the command line says. An empty name of a file stands for none.
+struct Arguments {
+  host::RunOptions options;
+  std::vector<std::string> sessions;  // their files; none for the built-in ones
   std::string filter;
   bool quiet = false;
   bool showsCalls = false;
-};
-
-// The files that are written about a run. An empty name stands for none.
-struct Files {
   std::string json;
   std::string html;
   std::string junit;
-};
-
-// Plays the sessions and writes the files that are asked for. Returns the exit code.
-int Play(const std::vector<Session>& sessions, const RunOptions& options, const Files& files,
-         host::Detail detail, host::Summary* summary = nullptr) {
-  const std::array<std::string_view, 3> paths{files.json, files.html, files.junit};
-  if (std::count(paths.begin(), paths.end(), host::OutputFile::kStandardOutput) > 1) {
-    throw std::runtime_error("only one file can be -, which is standard output");
-  }
-  std::vector<std::unique_ptr<RunListener>> writers;
-  const std::string program = kProgram;
-  if (!files.json.empty()) writers.push_back(std::make_unique<host::JsonFile>(files.json, program));
-  if (!files.html.empty()) writers.push_back(std::make_unique<host::HtmlFile>(files.html, program));
-  if (!files.junit.empty()) writers.push_back(std::make_unique<host::JUnitFile>(files.junit));
-  host::SessionPrinter printer(detail);
-  std::vector<RunListener*> listeners{&printer};
-  if (summary) listeners.push_back(summary);
-  for (const auto& writer : writers) listeners.push_back(writer.get());
-  const int signal = host::PlaySessions(sessions, options, listeners);
-  if (signal != 0) return kSignalled + signal;
-  printer.printFindings();
-  if (summary) summary->print();
-  return printer.printOutcome() ? kOk : kFailed;
-}
-
-void ShowCalls(std::vector<Session>& sessions) {
-  for (Session& session : sessions) session.host.showsCalls = true;
-}
-
-int Run(const Selection& selection, const RunOptions& options, const Files& files) {
-  const host::FontManager fontManager(options.fontManager);
-  std::vector<Session> sessions =
-      host::LoadSelected(selection.files, selection.filter, fontManager);
-  if (selection.showsCalls) ShowCalls(sessions);
-  return Play(sessions, options, files,
-              selection.quiet ? host::Detail::failures : host::Detail::everything);
-}
-
-// Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
-int Validate(const Selection& selection, RunOptions options, const Files& files) {
-  if (!options.strict) options.allowed.insert(host::Finding::userReport);
-  const host::FontManager fontManager(options.fontManager);
-  std::vector<Session> sessions =
-      host::FilterSessions(host::ValidationSessions(fontManager), selection.filter);
-  ShowCalls(sessions);
-  host::Summary summary;
-  return Play(sessions, options, files, host::Detail::findings, &summary);
-}
-
-int List(const Selection& selection, const RunOptions& options) {
-  const host::FontManager fontManager(options.fontManager);
-  for (const Session& session :
-       host::LoadSelected(selection.files, selection.filter, fontManager)) {
-    fmt::print("{}\n", session.name);
-  }
-  return kOk;
-}
-
-// The options of `sweep` and `random`.
-struct Trials {
-  std::string knownIssues;  // the file, or empty for none
+  std::string knownIssues;
   std::string save;
   uint64_t seed = 1;
   uint64_t count = 1000;
 };
 
-// Prints the outcome. Returns the exit code.
+std::vector<std::unique_ptr<RunListener>> MakeFiles(const Arguments& arguments) {
+  const std::array paths{arguments.json, arguments.html, arguments.junit};
+  if (std::count(paths.begin(), paths.end(), host::OutputFile::kStandardOutput) > 1) {
+    throw std::runtime_error("only one file can be -, which is standard output");
+  }
+  const auto& [json, html, junit] = paths;
+  std::vector<std::unique_ptr<RunListener>> files;
+  if (!json.empty()) files.push_back(std::make_unique<host::JsonFile>(json, kProgram));
+  if (!html.empty()) files.push_back(std::make_unique<host::HtmlFile>(html, kProgram));
+  if (!junit.empty()) files.push_back(std::make_unique<host::JUnitFile>(junit));
+  return files;
+}
+
+// Plays the sessions of files, or those that suit any plug-in.
+int Play(Arguments& arguments, const FontManager& fontManager) {
+  const bool validates = arguments.sessions.empty();
+  // Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
+  if (validates && !arguments.options.strict) {
+    arguments.options.allowed.insert(host::Finding::userReport);
+  }
+  std::vector<Session> sessions =
+      host::LoadSessions(arguments.sessions, arguments.filter, fontManager);
+  for (Session& session : sessions) session.host.showsCalls = arguments.showsCalls || validates;
+  const std::vector<std::unique_ptr<RunListener>> files = MakeFiles(arguments);
+  host::SessionPrinter printer(validates         ? host::Detail::findings
+                               : arguments.quiet ? host::Detail::failures
+                                                 : host::Detail::everything);
+  host::Summary summary;
+  std::vector<RunListener*> listeners{&printer};
+  if (validates) listeners.push_back(&summary);
+  for (const auto& file : files) listeners.push_back(file.get());
+  const int signal = host::PlaySessions(sessions, arguments.options, listeners);
+  if (signal != 0) return kSignalled + signal;
+  printer.printFindings();
+  if (validates) summary.print();
+  return printer.printOutcome() ? kOk : kFailed;
+}
+
+int List(Arguments& arguments, const FontManager& fontManager) {
+  for (const Session& session :
+       host::LoadSessions(arguments.sessions, arguments.filter, fontManager)) {
+    fmt::print("{}\n", session.name);
+  }
+  return kOk;
+}
+
+// Makes the folder before anything is played, which can take minutes.
+host::FailurePrinter MakePrinter(const std::string& folder) {
+  if (!folder.empty()) std::filesystem::create_directories(folder);
+  return host::FailurePrinter(folder);
+}
+
+// Prints the outcome of sessions that nobody wrote. Returns the exit code.
 int EndTrials(const std::string& outcome, const host::FailurePrinter& printer, int signal) {
   fmt::print("{}, {} failed\n", outcome, printer.count());
   if (signal != 0) return kSignalled + signal;
@@ -152,84 +134,44 @@ int EndTrials(const std::string& outcome, const host::FailurePrinter& printer, i
   return printer.count() > 0 ? kFailed : kOk;
 }
 
-host::KnownIssues LoadKnownIssuesOf(const Trials& trials, const host::SessionPart& part) {
-  return trials.knownIssues.empty() ? host::KnownIssues{}
-                                    : host::LoadKnownIssues(trials.knownIssues, part);
-}
-
-// Before anything is played, which can take minutes.
-void MakeFolder(const std::string& folder) {
-  if (folder.empty()) return;
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) {
-    throw std::runtime_error(fmt::format("can't make the folder {}: {}", folder, error.message()));
-  }
-}
-
-int Sweep(const Selection& selection, const Trials& trials, const RunOptions& options) {
-  const host::FontManager fontManager(options.fontManager);
-  const host::KnownIssues knownIssues = LoadKnownIssuesOf(trials, fontManager);
+int Sweep(Arguments& arguments, const FontManager& fontManager) {
+  const host::KnownIssues issues = host::LoadKnownIssues(arguments.knownIssues, fontManager);
   std::vector<Session> sessions =
-      host::LoadSelected(selection.files, selection.filter, fontManager);
-  for (Session& session : sessions) host::AddKnownIssues(knownIssues, session);
+      host::LoadSessions(arguments.sessions, arguments.filter, fontManager);
+  for (Session& session : sessions) host::AddKnownIssues(issues, session);
   const size_t count = sessions.size();
-  MakeFolder(trials.save);
-  host::FailurePrinter printer(trials.save);
-  const host::SweepResult result = host::Sweep(std::move(sessions), options, fontManager, printer);
+  host::FailurePrinter printer = MakePrinter(arguments.save);
+  const host::SweepResult result =
+      host::Sweep(std::move(sessions), arguments.options, fontManager, printer);
   return EndTrials(fmt::format("{} calls in {} session{}, {} trials", result.calls, count,
                                count == 1 ? "" : "s", result.trials),
                    printer, result.signal);
 }
 
-int PlayRandom(const Trials& trials, const RunOptions& options) {
-  const host::FontManager fontManager(options.fontManager);
-  const host::RandomOptions random{trials.seed, trials.count,
-                                   LoadKnownIssuesOf(trials, fontManager)};
-  MakeFolder(trials.save);
-  host::FailurePrinter printer(trials.save);
-  const host::RandomResult result = host::PlayRandomSessions(random, options, fontManager, printer);
+int PlayRandom(Arguments& arguments, const FontManager& fontManager) {
+  const host::RandomOptions random{arguments.seed, arguments.count,
+                                   host::LoadKnownIssues(arguments.knownIssues, fontManager)};
+  host::FailurePrinter printer = MakePrinter(arguments.save);
+  const host::RandomResult result =
+      host::PlayRandomSessions(random, arguments.options, fontManager, printer);
   return EndTrials(fmt::format("{} session{} of seed {}", result.played,
                                result.played == 1 ? "" : "s", random.seed),
                    printer, result.signal);
 }
 
-int ListFindings() {
+void ListFindings() {
   for (const host::FindingKind& kind : host::kFindingKinds) {
-    fmt::print("{:<26}{:<9}{}\n", kind.name, kind.level == Level::error ? "error" : "warning",
+    fmt::print("{:<26}{:<9}{}\n", kind.name, kind.level == host::Level::error ? "error" : "warning",
                kind.sentence);
   }
-  return kOk;
 }
 
-void AddFontManager(CLI::App& command, std::string& fontManager) {
-  command
-      .add_option("--font-manager", fontManager,
-                  "The folder with the font manager's framework and executables")
-      ->check(CLI::ExistingDirectory);
-}
-
-void AddFilter(CLI::App& command, Selection& selection) {
-  command.add_option("--filter", selection.filter,
-                     "Takes only the sessions whose name the regular expression finds");
-}
-
-void AddSelection(CLI::App& command, Selection& selection, std::string& fontManager) {
-  command.add_option("SESSION", selection.files, "The session files")->required();
-  AddFilter(command, selection);
-  AddFontManager(command, fontManager);
-}
-
-void AddFiles(CLI::App& command, Files& files) {
-  command.add_option("--json", files.json, "Writes the timelines and findings as JSON objects");
-  command.add_option("--html", files.html, "Writes a page that shows the timelines and findings");
-  command.add_option("--junit", files.junit, "Writes the results as a JUnit file");
-}
-
-// `module` is how the command line names the plug-in's module.
-void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
-                   std::vector<std::string>& allowed) {
-  command.add_option(module, options.module.path, "The plug-in's module")
+// For a command that plays. `module` is how the command line names the plug-in's module.
+void AddPlaying(CLI::App& command, const char* module, host::RunOptions& options) {
+  const auto setModule = [&](const std::string& file) {
+    options.module.path = std::filesystem::absolute(file).string();
+  };
+  command.add_option_function<std::string>(module, setModule, "The plug-in's module")
       ->required()
       ->check(CLI::ExistingFile);
   command.add_option("--entry", options.module.entryPoint, "The name of the entry point")
@@ -241,101 +183,93 @@ void AddRunOptions(CLI::App& command, const char* module, RunOptions& options,
           "default")
       ->check(CLI::Range(1, 86400));
   command.add_flag("--strict", options.strict, "Lets warnings fail a session");
-  std::vector<std::string> names(host::kFindingKinds.size());
-  std::transform(host::kFindingKinds.begin(), host::kFindingKinds.end(), names.begin(),
-                 [](const host::FindingKind& kind) { return std::string(kind.name); });
-  command.add_option("--allow", allowed, "Leaves out a finding, by its name")
+  const auto allow = [&](const std::vector<std::string>& names) {
+    for (const std::string& name : names) options.allowed.insert(*host::FindingNamed(name));
+  };
+  const auto check = [](const std::string& name) {
+    return host::FindingNamed(name) ? "" : fmt::format("there is no finding '{}'", name);
+  };
+  command
+      .add_option_function<std::vector<std::string>>("--allow", allow,
+                                                     "Leaves out a finding, by its name")
       ->allow_extra_args(false)
-      ->check(CLI::IsMember(names).description(""));
-}
-
-void AddJobs(CLI::App& command, size_t& jobs) {
-  command.add_option("--jobs", jobs, "How many sessions are played at the same time")
+      ->check(check);
+  command.add_option("--jobs", options.jobs, "How many sessions are played at the same time")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
 }
 
-void AddTrials(CLI::App& command, Trials& trials, size_t& jobs) {
+void AddFiles(CLI::App& command, Arguments& arguments) {
+  command.add_option("--json", arguments.json, "Writes the timelines and findings as JSON objects");
+  command.add_option("--html", arguments.html,
+                     "Writes a page that shows the timelines and findings");
+  command.add_option("--junit", arguments.junit, "Writes the results as a JUnit file");
+  command.add_flag("--keep", arguments.options.keep,
+                   "Keeps the session folders and says where they are");
+  command.add_flag("--fail-fast", arguments.options.failFast,
+                   "Ends with the first session that fails");
+}
+
+void AddTrials(CLI::App& command, Arguments& arguments) {
   command
-      .add_option("--known-issues", trials.knownIssues,
+      .add_option("--known-issues", arguments.knownIssues,
                   "A file whose 'known issues' are those of every session too")
       ->check(CLI::ExistingFile);
-  command.add_option("--save", trials.save, "The folder for the sessions that repeat what failed");
-  AddJobs(command, jobs);
+  command.add_option("--save", arguments.save,
+                     "The folder for the sessions that repeat what failed");
 }
 
-// What the command line says.
-struct Arguments {
-  Selection selection;
-  RunOptions options;
-  Files files;
-  Trials trials;
-  std::string fontManager;
-  std::vector<std::string> allowed;
-};
+using Run = int (*)(Arguments&, const FontManager&);
 
-void AddPlaying(CLI::App& app, Arguments& arguments) {
-  CLI::App& run = *app.add_subcommand("run", "Plays each session in a process of its own");
-  AddRunOptions(run, "--plugin", arguments.options, arguments.allowed);
-  AddSelection(run, arguments.selection, arguments.fontManager);
-  run.add_flag("--quiet", arguments.selection.quiet, "Shows only the sessions that fail");
-  run.add_flag("--calls", arguments.selection.showsCalls,
-               "Shows each call of the host with its arguments and its result");
-  CLI::App& validate = *app.add_subcommand(
-      "validate", "Plays built-in sessions that suit any plug-in, and says what it finds");
-  AddRunOptions(validate, "MODULE", arguments.options, arguments.allowed);
-  AddFilter(validate, arguments.selection);
-  AddFontManager(validate, arguments.fontManager);
-  for (CLI::App* const command : {&run, &validate}) {
-    AddFiles(*command, arguments.files);
-    AddJobs(*command, arguments.options.jobs);
-    command->add_flag("--keep", arguments.options.keep,
-                      "Keeps the session folders and says where they are");
-    command->add_flag("--fail-fast", arguments.options.failFast,
-                      "Ends with the first session that fails");
+// Adds a command, which sets the exit code if it is called.
+CLI::App* AddCommand(CLI::App& app, const char* name, const char* about, Run run,
+                     Arguments& arguments, int& code) {
+  CLI::App* const command = app.add_subcommand(name, about);
+  std::filesystem::path& folder = arguments.options.fontManager;
+  command->callback([&, run] { code = run(arguments, FontManager(folder)); });
+  command
+      ->add_option_function<std::string>(
+          "--font-manager",
+          [&](const std::string& text) { folder = std::filesystem::absolute(text); },
+          "The folder with the font manager's framework and executables")
+      ->check(CLI::ExistingDirectory);
+  return command;
+}
+
+void AddCommands(CLI::App& app, Arguments& arguments, int& code) {
+  const auto add = [&](const char* name, const char* about, Run run) {
+    return AddCommand(app, name, about, run, arguments, code);
+  };
+  CLI::App* const run = add("run", "Plays each session in a process of its own", Play);
+  CLI::App* const validate = add(
+      "validate", "Plays built-in sessions that suit any plug-in, and says what it finds", Play);
+  CLI::App* const sweep = add(
+      "sweep", "Plays each session again for each call in it, with that call going wrong", Sweep);
+  CLI::App* const random = add("random", "Plays sessions of random steps", PlayRandom);
+  CLI::App* const list = add("list", "Lists the sessions and their variants", List);
+  app.add_subcommand("findings", "Lists what a session can find wrong")->callback(ListFindings);
+  AddPlaying(*validate, "MODULE", arguments.options);
+  for (CLI::App* const command : {run, sweep, random}) {
+    AddPlaying(*command, "--plugin", arguments.options);
   }
-}
-
-void AddExploring(CLI::App& app, Arguments& arguments) {
-  Trials& trials = arguments.trials;
-  CLI::App& sweep = *app.add_subcommand(
-      "sweep", "Plays each session again for each call in it, with that call going wrong");
-  AddRunOptions(sweep, "--plugin", arguments.options, arguments.allowed);
-  AddSelection(sweep, arguments.selection, arguments.fontManager);
-  AddTrials(sweep, trials, arguments.options.jobs);
-  CLI::App& random = *app.add_subcommand("random", "Plays sessions of random steps");
-  AddRunOptions(random, "--plugin", arguments.options, arguments.allowed);
-  AddFontManager(random, arguments.fontManager);
-  AddTrials(random, trials, arguments.options.jobs);
-  random.add_option("--seed", trials.seed, "The seed: the same one gives the same sessions")
+  for (CLI::App* const command : {run, sweep, list}) {
+    command->add_option("SESSION", arguments.sessions, "The session files")->required();
+  }
+  for (CLI::App* const command : {run, validate, sweep, list}) {
+    command->add_option("--filter", arguments.filter,
+                        "Takes only the sessions whose name the regular expression finds");
+  }
+  for (CLI::App* const command : {run, validate}) AddFiles(*command, arguments);
+  for (CLI::App* const command : {sweep, random}) AddTrials(*command, arguments);
+  random->add_option("--seed", arguments.seed, "The seed: the same one gives the same sessions")
       ->check(CLI::Range(int64_t{0}, std::numeric_limits<int64_t>::max()))
       ->capture_default_str();
-  random.add_option("--count", trials.count, "How many sessions to play")
+  random->add_option("--count", arguments.count, "How many sessions to play")
       ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()))
       ->capture_default_str();
-}
-
-void AddListing(CLI::App& app, Arguments& arguments) {
-  CLI::App& list = *app.add_subcommand("list", "Lists the sessions and their variants");
-  AddSelection(list, arguments.selection, arguments.fontManager);
-  app.add_subcommand("findings", "Lists what a session can find wrong");
-}
-
-int RunCommand(const std::string& command, Arguments& arguments) {
-  if (command == "findings") return ListFindings();
-  RunOptions& options = arguments.options;
-  if (!arguments.fontManager.empty()) {
-    options.fontManager = std::filesystem::absolute(arguments.fontManager);
-  }
-  if (command == "list") return List(arguments.selection, options);
-  options.module.path = std::filesystem::absolute(options.module.path).string();
-  for (const std::string& name : arguments.allowed) {
-    options.allowed.insert(*host::FindingNamed(name));
-  }
-  if (command == "sweep") return Sweep(arguments.selection, arguments.trials, options);
-  if (command == "random") return PlayRandom(arguments.trials, options);
-  if (command == "validate") return Validate(arguments.selection, options, arguments.files);
-  return Run(arguments.selection, options, arguments.files);
+  run->add_flag("--quiet", arguments.quiet, "Shows only the sessions that fail");
+  run->add_flag("--calls", arguments.showsCalls,
+                "Shows each call of the host with its arguments and its result");
 }
 
 int RunCommandLine(int argc, char** argv) {
@@ -345,17 +279,14 @@ int RunCommandLine(int argc, char** argv) {
   app.set_version_flag("--version", kProgram);
   Arguments arguments;
   arguments.options.jobs = std::max(1U, std::thread::hardware_concurrency());
-  AddPlaying(app, arguments);
-  AddExploring(app, arguments);
-  AddListing(app, arguments);
+  int code = kOk;
+  AddCommands(app, arguments, code);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    const int code = app.exit(error) == 0 ? kOk : kUsage;
-    if (!std::cout.flush()) throw std::runtime_error("can't write the output");
-    return code;
+    return app.exit(error) == 0 ? kOk : kUsage;
   }
-  return RunCommand(app.get_subcommands().front()->get_name(), arguments);
+  return code;
 }
 
 }  // namespace
@@ -368,7 +299,8 @@ int main(int argc, char** argv) {
   std::setvbuf(stdout, nullptr, _IOLBF, 0);
   try {
     const int code = RunCommandLine(argc, argv);
-    if (std::fflush(stdout) != 0) throw std::runtime_error("can't write the output");
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+      throw std::runtime_error("can't write the output");
     return code;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());

@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "FailurePrinter.h"
-#include "KnownIssues.h"
 #include "Runner.h"
+#include "SessionFiles.h"
 #include "SessionPart.h"
 
 namespace host {

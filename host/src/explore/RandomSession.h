@@ -2,7 +2,6 @@
 
 #include <yaml-cpp/yaml.h>
 
-#include "Random.h"
 #include "SessionPart.h"
 
 namespace host {

@@ -141,7 +141,7 @@ void ActivationRules::checkFonts() {
 void ActivationRules::checkDocumentsAreToldOf() {
   Edit(*mHost);
   mHost->idle();
-  SaveAs(*mHost, mHost->inFolder(kProbeProject));
+  SaveAs(*mHost, kProbeProject);
   mHost->idle();
   mHost->timeline.drain();
   if (mDocumentsSaved > 0) return;

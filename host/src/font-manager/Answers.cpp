@@ -38,13 +38,19 @@ std::vector<std::string_view> AnswerKeys(const Operation& operation) {
   return keys;
 }
 
-Answer ReadAnswer(const std::string& operation, const YamlValue& fields) {
-  Answer answer{operation, operation};
-  for (const auto& [key, field] : fields.fields(AnswerKeys(FindOperation(fields, operation)))) {
+Answer ReadAnswer(const YamlValue& value) {
+  Answer answer{value.key(), value.key()};
+  const auto read = [&](const YamlValue& field) {
+    const std::string& key = field.key();
     answer.line += fmt::format("\t{}={}", key, ReadAnswerField(field));
     if (key == "call") answer.call = field.integer(1, std::numeric_limits<int32_t>::max());
     answer.isFault = answer.isFault || (key != "call" && key != "choose" && key != "start");
+  };
+  std::vector<KeyReader> readers;
+  for (const std::string_view key : AnswerKeys(FindOperation(value, value.key()))) {
+    readers.push_back({key, read});
   }
+  value.readKeys(readers);
   return answer;
 }
 
@@ -60,9 +66,7 @@ constexpr std::array kCounts{"-2147483648", "-1", "0", "1", "2147483647"};
 Action ReadAnswers(const YamlValue& value) {
   std::vector<Answer> answers;
   value.forEachElement([&](const YamlValue& answer) {
-    answer.forEachField([&](const std::string& operation, const YamlValue& fields) {
-      answers.push_back(ReadAnswer(operation, fields));
-    });
+    answer.forEachField([&](const YamlValue& fields) { answers.push_back(ReadAnswer(fields)); });
   });
   return [answers](Host& host) {
     host.timeline.drain();

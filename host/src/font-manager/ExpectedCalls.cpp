@@ -29,9 +29,9 @@ std::string Show(const ExpectedCall& call) {
 ExpectedCall ReadExpectedCall(const YamlValue& value) {
   ExpectedCall call;
   const bool hasFields = value.isMap();
-  const auto entries = hasFields ? value.fields() : std::vector<YamlValue::Field>();
+  const auto entries = hasFields ? value.fields() : std::vector<YamlValue>();
   if (hasFields && entries.size() != 1) value.fail("has to be one call");
-  const std::string head = hasFields ? entries.front().first : value.text();
+  const std::string head = hasFields ? entries.front().key() : value.text();
   std::istringstream words(head);
   std::string rest;
   if (!(words >> call.tick >> call.operation) || words >> rest) {
@@ -39,7 +39,8 @@ ExpectedCall ReadExpectedCall(const YamlValue& value) {
   }
   const Operation& operation = FindOperation(value, call.operation);
   if (!hasFields) return call;
-  entries.front().second.forEachField([&](const std::string& name, const YamlValue& field) {
+  entries.front().forEachField([&](const YamlValue& field) {
+    const std::string& name = field.key();
     if (name != "result" && !operation.has(name)) {
       field.fail(fmt::format("{} has no argument '{}'", operation.name, name));
     }

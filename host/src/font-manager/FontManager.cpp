@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "Answers.h"
 #include "ExpectedCalls.h"
@@ -20,9 +21,10 @@ constexpr char kFramework[] = "Tamberlink.framework";
 
 Action ReadState(const YamlValue& value) {
   std::vector<std::string> lines;
-  for (const auto& [key, field] : value.fields({"enabled", "show login"})) {
-    lines.push_back(fmt::format("{}={}", key, field.boolean()));
-  }
+  const auto read = [&](const YamlValue& flag) {
+    lines.push_back(fmt::format("{}={}", flag.key(), flag.boolean()));
+  };
+  value.readKeys({{"enabled", read}, {"show login", read}});
   return [lines](Host& host) {
     host.timeline.add(Actor::session, fmt::format("font manager: {}", Join(lines, ", ")));
     WriteLines(host.inFolder("framework-state"), lines);
@@ -31,12 +33,12 @@ Action ReadState(const YamlValue& value) {
 
 std::string ReadVault(const YamlValue& vault) {
   std::string lines;
-  vault.forEachField([&](const std::string& font, const YamlValue& policy) {
+  vault.forEachField([&](const YamlValue& policy) {
     const std::string text = policy.text();
     if (std::find(kFontPolicies.begin(), kFontPolicies.end(), text) == kFontPolicies.end()) {
       policy.fail("has to be automatic, choice or restricted");
     }
-    lines += fmt::format("{}\t{}\n", font, text);
+    lines += fmt::format("{}\t{}\n", policy.key(), text);
   });
   return lines;
 }
@@ -59,56 +61,55 @@ void FontManager::needsFolder(const YamlValue& value) const {
   if (mFolder.empty()) value.fail("needs the option --font-manager");
 }
 
-void FontManager::readKeys(const YamlValue& root, const std::map<std::string, YamlValue>& fields,
-                           Session& session) const {
+void FontManager::readKeys(const YamlValue& root, Session& session) const {
   if (mFolder.empty()) {
-    for (const auto& [key, value] : fields) {
-      const auto own = keys();
-      if (std::find(own.begin(), own.end(), key) == own.end()) continue;
-      CollectFaults([this, &each = value] { needsFolder(each); });
+    for (const std::string_view key : keys()) {
+      if (const auto value = root.find(key)) CollectFaults([&] { needsFolder(*value); });
     }
     return;
   }
   std::string policies;
-  ReadField(fields, "vault", [&](const YamlValue& vault) { policies = ReadVault(vault); });
+  if (const auto vault = root.find("vault")) CollectFaults([&] { policies = ReadVault(*vault); });
   session.setUp.files.emplace_back("vault", policies);
-  CollectFaults([&] { readFramework(root, Find(fields, "framework"), session.setUp); });
-  ReadField(fields, "processes", [&](const YamlValue& processes) {
-    processes.forEachElement([&](const YamlValue& process) {
-      const std::string path = process.path();
-      const fs::path executable = mFolder / fs::path(path).filename();
-      if (!fs::is_regular_file(executable)) {
-        process.fail(
-            fmt::format("there is no {} in {}", executable.filename().string(), mFolder.string()));
-      }
-      session.setUp.executables.emplace_back(path, executable);
-      session.preparations.emplace_back([path](Host& host) {
-        StartHelperProcess(host.inFolder(path));
-        host.timeline.add(Actor::desktop, fmt::format("{} runs", path));
-      });
-    });
-  });
+  CollectFaults([&] { readFramework(root, session.setUp); });
+  if (const auto processes = root.find("processes")) {
+    processes->forEachElement([&](const YamlValue& process) { readProcess(process, session); });
+  }
   session.preparations.emplace_back(FollowJournal);
   session.settling.emplace_back(Settle);
   session.finalChecks.emplace_back(CheckAnswersLeft);
 }
 
-void FontManager::readFramework(const YamlValue& root, const YamlValue* value,
-                                FolderSetup& setup) const {
+void FontManager::readProcess(const YamlValue& value, Session& session) const {
+  const std::string path = value.path();
+  const fs::path executable = mFolder / fs::path(path).filename();
+  if (!fs::is_regular_file(executable)) {
+    value.fail(
+        fmt::format("there is no {} in {}", executable.filename().string(), mFolder.string()));
+  }
+  session.setUp.executables.emplace_back(path, executable);
+  session.preparations.emplace_back([path](Host& host) {
+    StartHelperProcess(host.inFolder(path));
+    host.timeline.add(Actor::desktop, fmt::format("{} runs", path));
+  });
+}
+
+void FontManager::readFramework(const YamlValue& root, FolderSetup& setup) const {
   fs::path place = ".";
   fs::path variant = ".";
+  const std::optional<YamlValue> value = root.find("framework");
   if (value && value->isText()) {
     if (value->text() != "none") value->fail("has to be none or a map");
     return;
   }
+  const auto readMissing = [&](const YamlValue& missing) {
+    const std::string name = missing.text();
+    if (name != "all") FindOperation(missing, name);
+    variant = "without-" + name;
+  };
   if (value) {
-    const auto fields = value->fields({"folder", "missing export"});
-    if (const YamlValue* folder = Find(fields, "folder")) place = folder->path();
-    if (const YamlValue* missing = Find(fields, "missing export")) {
-      const std::string name = missing->text();
-      if (name != "all") FindOperation(*missing, name);
-      variant = "without-" + name;
-    }
+    value->readKeys({{"folder", [&](const YamlValue& folder) { place = folder.path(); }},
+                     {"missing export", readMissing}});
   }
   const fs::path bundle = mFolder / variant / kFramework;
   if (!fs::is_directory(bundle)) {
@@ -127,12 +128,12 @@ bool FontManager::awaitsCall() const {
   return TheFrameworkLog().answersLeft.awaitCall();
 }
 
-Action FontManager::readStep(std::string_view name, const YamlValue& value) const {
+Action FontManager::readStep(const YamlValue& value) const {
   needsFolder(value);
-  return name == "framework answers" ? ReadAnswers(value) : ReadState(value);
+  return value.key() == "framework answers" ? ReadAnswers(value) : ReadState(value);
 }
 
-Check FontManager::readExpectation(std::string_view /*name*/, const YamlValue& value) const {
+Check FontManager::readExpectation(const YamlValue& value) const {
   needsFolder(value);
   return ReadExpectedCalls(value);
 }

@@ -22,10 +22,9 @@ class FontManager final : public SessionPart {
   std::vector<std::string_view> keys() const override;
   std::vector<std::string_view> steps() const override;
   std::vector<std::string_view> expectations() const override;
-  void readKeys(const YamlValue& root, const std::map<std::string, YamlValue>& fields,
-                Session& session) const override;
-  Action readStep(std::string_view name, const YamlValue& value) const override;
-  Check readExpectation(std::string_view name, const YamlValue& value) const override;
+  void readKeys(const YamlValue& root, Session& session) const override;
+  Action readStep(const YamlValue& value) const override;
+  Check readExpectation(const YamlValue& value) const override;
   std::vector<std::string> faultsOf(const CountedCall& call) const override;
   bool awaitsCall() const override;
   void addRandomKeys(Random& random, YAML::Node& session) const override;
@@ -34,7 +33,8 @@ class FontManager final : public SessionPart {
 
  private:
   void needsFolder(const YamlValue& value) const;
-  void readFramework(const YamlValue& root, const YamlValue* value, FolderSetup& setup) const;
+  void readFramework(const YamlValue& root, FolderSetup& setup) const;
+  void readProcess(const YamlValue& value, Session& session) const;
 
   std::filesystem::path mFolder;
 };

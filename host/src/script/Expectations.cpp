@@ -1,18 +1,20 @@
 #include "Expectations.h"
 
 #include <fmt/format.h>
+#include <fnmatch.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <sstream>
 #include <utility>
 
 #include "Comparison.h"
 #include "TextFile.h"
-#include "Usage.h"
 
 namespace host {
 namespace {
@@ -20,140 +22,95 @@ namespace {
 using Texts = std::vector<std::string>;
 
 // What the plug-in says of paths is compared as it is shown: relative to the session folder.
-std::string Shorten(const Host& host, std::string text) {
-  host.timeline.shortenPaths(text);
-  return text;
-}
-
 Texts Shorten(const Host& host, Texts texts) {
   for (std::string& text : texts) host.timeline.shortenPaths(text);
   return texts;
 }
 
 // `${session}` in an expectation stands for the session folder.
-std::string Resolve(const Host& host, std::string text) {
-  ReplaceAll(text, "${session}", host.folder().string());
-  return text;
+Texts Resolve(const Host& host, Texts texts) {
+  for (std::string& text : texts) ReplaceAll(text, "${session}", host.folder().string());
+  return Shorten(host, std::move(texts));
 }
 
-Check CompareText(std::string expected, std::string (*find)(Host&)) {
+template <typename Find>
+Check Compare(Texts expected, Find find) {
   return [expected = std::move(expected), find](Host& host) {
-    const std::string found = Shorten(host, find(host));
-    const std::string wanted = Shorten(host, Resolve(host, expected));
-    return found == wanted ? "" : DescribeMismatch(wanted, found);
+    return CompareLists(Resolve(host, expected), Shorten(host, find(host)));
   };
 }
 
-Check CompareList(const YamlValue& value, Texts (*find)(Host&)) {
-  return [expected = value.texts(), find](Host& host) {
-    Texts wanted = expected;
-    for (std::string& text : wanted) text = Resolve(host, text);
-    return CompareLists(Shorten(host, std::move(wanted)), Shorten(host, find(host)));
+// Returns all that is wrong.
+Check All(std::vector<Check> checks) {
+  return [checks = std::move(checks)](Host& host) {
+    Texts differences;
+    for (const Check& check : checks) {
+      if (std::string difference = check(host); !difference.empty()) {
+        differences.push_back(std::move(difference));
+      }
+    }
+    return Join(differences, "\n");
   };
 }
 
-// Compares a recorded list, then empties it.
+// Finds what a key is about.
+using Find = Texts (*)(Host&);
+
+Check ReadList(const YamlValue& value, Find find) {
+  return Compare(value.texts(), find);
+}
+
+Check ReadText(const YamlValue& value, Find find) {
+  return Compare({value.text()}, find);
+}
+
+Texts YesOrNo(bool value) {
+  return {value ? "true" : "false"};
+}
+
+Check ReadBoolean(const YamlValue& value, Find find) {
+  return Compare(YesOrNo(value.boolean()), find);
+}
+
+Check ReadCount(const YamlValue& value, Find find) {
+  return Compare({std::to_string(value.integer(0, 1'000'000))}, find);
+}
+
+// Finds a recorded list, and empties it.
 template <Texts Record::*list>
-Check CompareRecorded(const YamlValue& value) {
-  return CompareList(value,
-                     [](Host& host) { return std::exchange(host.timeline.record.*list, {}); });
+Texts Take(Host& host) {
+  return std::exchange(host.timeline.record.*list, {});
 }
 
-Check ReadMissingFonts(const YamlValue& value) {
-  return CompareList(value, [](Host& host) { return host.project().missingFonts; });
-}
-
-Check ReadProject(const YamlValue& value) {
-  return CompareText(value.text(), [](Host& host) {
-    const std::string& path = host.project().path;
-    return path.empty() ? "none" : path;
-  });
-}
-
-std::string YesOrNo(bool value) {
-  return value ? "true" : "false";
-}
-
-Check ReadDirty(const YamlValue& value) {
-  return CompareText(YesOrNo(value.boolean()),
-                     [](Host& host) { return YesOrNo(host.project().dirty); });
-}
-
-Check ReadCommandHandled(const YamlValue& value) {
-  return CompareText(YesOrNo(value.boolean()),
-                     [](Host& host) { return YesOrNo(host.commandWasHandled); });
-}
-
-Check ReadFontUpdates(const YamlValue& value) {
-  return CompareText(std::to_string(value.integer(0, 1'000'000)), [](Host& host) {
-    return std::to_string(std::exchange(host.timeline.record.fontUpdates, 0));
-  });
-}
-
-Check ReadFront(const YamlValue& value) {
-  return CompareText(value.text(), [](Host& host) { return host.frontApplication(); });
-}
-
-Check ReadMenuEnabled(const YamlValue& value) {
-  return CompareList(value, [](Host& host) { return host.menus.textsOf(&MenuItem::enabled); });
-}
-
-Check ReadMenuChecked(const YamlValue& value) {
-  return CompareList(value, [](Host& host) { return host.menus.textsOf(&MenuItem::checked); });
-}
-
-Check ReadPreferences(const YamlValue& value) {
-  std::vector<std::array<std::string, 3>> entries;
-  value.forEachField([&](const std::string& section, const YamlValue& keys) {
-    keys.forEachField([&](const std::string& key, const YamlValue& text) {
-      entries.push_back({section, key, text.text()});
+Check ReadPreferences(const YamlValue& value, Find /*find*/) {
+  std::vector<Check> checks;
+  value.forEachField([&](const YamlValue& section) {
+    section.forEachField([&](const YamlValue& text) {
+      const std::string name = fmt::format("{} / {} = ", section.key(), text.key());
+      const auto find = [name, section = section.key(), key = text.key()](Host& host) {
+        const auto preference = host.preferences.find({section, key});
+        return Texts{name + (preference == host.preferences.end() ? "none" : preference->second)};
+      };
+      checks.push_back(Compare({name + text.text()}, find));
     });
   });
-  return [entries](Host& host) {
-    Texts expected;
-    Texts found;
-    for (const auto& [section, key, text] : entries) {
-      const auto preference = host.preferences.find({section, key});
-      const std::string present =
-          preference == host.preferences.end() ? "none" : Shorten(host, preference->second);
-      const std::string wanted = Shorten(host, Resolve(host, text));
-      if (present == wanted) continue;
-      expected.push_back(fmt::format("{} / {} = {}", section, key, wanted));
-      found.push_back(fmt::format("{} / {} = {}", section, key, present));
-    }
-    return CompareLists(expected, found);
-  };
-}
-
-// Compares with the first time.
-Check ReadGrowth(const YamlValue& value) {
-  if (value.text() != "none") value.fail("has to be none");
-  return [](Host& host) {
-    static const Usage before = MeasureUsage(host);
-    return DescribeGrowth(before, MeasureUsage(host));
-  };
+  return All(std::move(checks));
 }
 
 // Returns whether the line is the expected one, in which each "..." stands for any text.
-bool FitsLine(const std::string& expected, std::string_view line) {
-  const Texts parts = Split(expected, "...");
-  if (parts.size() == 1) return line == expected;
-  if (!line.starts_with(parts.front())) return false;
-  line.remove_prefix(parts.front().size());
-  for (size_t i = 1; i + 1 < parts.size(); ++i) {
-    const size_t place = line.find(parts[i]);
-    if (place == std::string_view::npos) return false;
-    line.remove_prefix(place + parts[i].size());
+bool FitsLine(std::string expected, const std::string& line) {
+  for (const char* const special : {"\\", "*", "?", "["}) {
+    ReplaceAll(expected, special, std::string("\\") + special);
   }
-  return line.ends_with(parts.back());
+  ReplaceAll(expected, "...", "*");
+  return fnmatch(expected.c_str(), line.c_str(), 0) == 0;
 }
 
 // Looks for the lines one after the other. Others may come between.
 std::string FindLines(const Host& host, const std::string& path, const Texts& expected) {
   const Texts lines = Shorten(host, ReadLines(host.inFolder(path)));
   auto next = lines.begin();
-  for (const std::string& text : expected) {
-    const std::string wanted = Shorten(host, Resolve(host, text));
+  for (const std::string& wanted : Resolve(host, expected)) {
     const auto found = std::find_if(
         next, lines.end(), [&](const std::string& line) { return FitsLine(wanted, line); });
     if (found == lines.end()) {
@@ -166,143 +123,184 @@ std::string FindLines(const Host& host, const std::string& path, const Texts& ex
   return "";
 }
 
-Check ReadHasLines(const std::string& path, const YamlValue& value) {
-  const auto fields = value.fields({"has lines"});
-  const YamlValue* lines = Find(fields, "has lines");
-  if (!lines) value.fail("has to be a text, or a map with the key 'has lines'");
-  return [path, expected = lines->texts()](Host& host) { return FindLines(host, path, expected); };
+// Reads the text of a file, or "none" for a file that must not be there, or lines that are there.
+Check ReadFile(const YamlValue& value) {
+  const std::string path = value.checkedPath(value.key());
+  if (value.isMap()) {
+    Texts lines;
+    value.readKeys({{"has lines", Into(lines), true}});
+    return [path, lines](Host& host) { return FindLines(host, path, lines); };
+  }
+  return Compare({path + ": " + value.text()}, [path](Host& host) {
+    std::ostringstream text;
+    const std::ifstream stream(host.inFolder(path), std::ios::binary);
+    if (stream) text << stream.rdbuf();
+    return Texts{path + ": " + (stream ? text.str() : "none")};
+  });
 }
 
-// Texts by file, or "none" for a file that must not be there, or lines that are there.
-Check ReadFiles(const YamlValue& value) {
-  std::vector<std::pair<std::string, std::string>> files;
+Check ReadFiles(const YamlValue& value, Find /*find*/) {
   std::vector<Check> checks;
-  value.forEachField([&](const std::string& path, const YamlValue& text) {
-    if (text.isMap()) {
-      checks.push_back(ReadHasLines(text.checkedPath(path), text));
-    } else {
-      files.emplace_back(text.checkedPath(path), text.text());
+  value.forEachField([&](const YamlValue& file) { checks.push_back(ReadFile(file)); });
+  return All(std::move(checks));
+}
+
+// What the process that plays a session holds: how much, and by how much it may grow.
+struct Usage {
+  const char* what;
+  int64_t now;
+  int64_t allowed = 0;
+};
+
+template <typename Iterator>
+int64_t CountEntries(const std::filesystem::path& folder) {
+  return std::distance(Iterator(folder), Iterator());
+}
+
+std::array<Usage, 5> MeasureUsage(Host& host) {
+  using std::filesystem::directory_iterator;
+  using std::filesystem::recursive_directory_iterator;
+  // Freed blocks that the allocator keeps at hand count as in use. They came to 2 KB.
+  constexpr int64_t kLittleMemory = 16'384;
+  const auto held = [&](Holding kind) {
+    return static_cast<int64_t>(host.ledger.held(kind).size());
+  };
+  // Large blocks lie outside of the heap. A sanitizer has a heap of its own.
+  const struct mallinfo2 heap = mallinfo2();
+  const auto memory = static_cast<int64_t>(heap.uordblks + heap.hblkhd - host.memory.bytesKept());
+  return {{{"bytes of memory", memory, kLittleMemory},
+           {"open descriptors", CountEntries<directory_iterator>("/proc/self/fd")},
+           {"files", CountEntries<recursive_directory_iterator>(host.folder())},
+           {"memory handles and blocks", held(Holding::memoryHandle) + held(Holding::block)},
+           {"acquired suites", held(Holding::suite)}}};
+}
+
+// Compares with the first time.
+Check ReadGrowth(const YamlValue& value, Find /*find*/) {
+  if (value.text() != "none") value.fail("has to be none");
+  return [](Host& host) {
+    static const std::array<Usage, 5> before = MeasureUsage(host);
+    Texts grown;
+    const std::array<Usage, 5> after = MeasureUsage(host);
+    for (size_t i = 0; i < after.size(); ++i) {
+      const auto& [what, now, allowed] = after[i];
+      if (now <= before[i].now + allowed) continue;
+      grown.push_back(fmt::format("    {}: {} before, {} now", what, before[i].now, now));
     }
-  });
-  return [files, checks](Host& host) {
-    for (const Check& check : checks) {
-      if (std::string difference = check(host); !difference.empty()) return difference;
-    }
-    Texts expected;
-    Texts found;
-    for (const auto& [path, text] : files) {
-      std::ostringstream present;
-      const std::ifstream stream(host.inFolder(path), std::ios::binary);
-      if (stream) present << stream.rdbuf();
-      expected.push_back(path + ": " + Shorten(host, Resolve(host, text)));
-      found.push_back(path + ": " + (stream ? Shorten(host, present.str()) : "none"));
-    }
-    return CompareLists(expected, found);
+    return Join(grown, "\n");
   };
 }
 
-struct Kind {
-  std::string_view key;
-  Check (*read)(const YamlValue&);
+struct Key {
+  std::string_view name;
+  bool lasts;                                       // says what is true at a point
+  Check (*read)(const YamlValue&, Find) = nullptr;  // null for a key whose facts are the judge's
+  Find find = nullptr;
 };
 
-constexpr std::array kKinds{
-    Kind{"missing fonts", ReadMissingFonts},
-    Kind{"project", ReadProject},
-    Kind{"dirty", ReadDirty},
-    Kind{"dialogs shown", CompareRecorded<&Record::dialogsShown>},
-    Kind{"activated", CompareRecorded<&Record::activated>},
-    Kind{"font updates", ReadFontUpdates},
-    Kind{"front", ReadFront},
-    Kind{"menu enabled", ReadMenuEnabled},
-    Kind{"menu checked", ReadMenuChecked},
-    Kind{"command handled", ReadCommandHandled},
-    Kind{"preferences", ReadPreferences},
-    Kind{"files", ReadFiles},
-    Kind{"growth", ReadGrowth},
-    Kind{"stdout", CompareRecorded<&Record::stdoutLines>},
-    Kind{"stderr", CompareRecorded<&Record::stderrLines>},
+constexpr std::array kKeys{
+    Key{"missing fonts", true, ReadList, [](Host& host) { return host.project().missingFonts; }},
+    Key{"project", true, ReadText,
+        [](Host& host) {
+          const std::string& path = host.project().path;
+          return Texts{path.empty() ? "none" : path};
+        }},
+    Key{"dirty", true, ReadBoolean, [](Host& host) { return YesOrNo(host.project().dirty); }},
+    Key{"dialogs shown", false, ReadList, Take<&Record::dialogsShown>},
+    Key{"activated", false, ReadList, Take<&Record::activated>},
+    Key{"font updates", false, ReadCount,
+        [](Host& host) {
+          return Texts{std::to_string(std::exchange(host.timeline.record.fontUpdates, 0))};
+        }},
+    Key{"front", true, ReadText, [](Host& host) { return Texts{host.frontApplication()}; }},
+    Key{"menu enabled", true, ReadList,
+        [](Host& host) { return host.menus.textsOf(&MenuItem::enabled); }},
+    Key{"menu checked", true, ReadList,
+        [](Host& host) { return host.menus.textsOf(&MenuItem::checked); }},
+    Key{"command handled", true, ReadBoolean,
+        [](Host& host) { return YesOrNo(host.commandWasHandled); }},
+    Key{"preferences", true, ReadPreferences},
+    Key{"files", true, ReadFiles},
+    Key{"growth", false, ReadGrowth},
+    Key{"stdout", false, ReadList, Take<&Record::stdoutLines>},
+    Key{"stderr", false, ReadList, Take<&Record::stderrLines>},
+    Key{"errors", false},
+    Key{"reports", false},
+    Key{"not supplied", false},
+    Key{"findings", false},
 };
 
-// Those whose facts are the judge's.
-constexpr std::array<std::string_view, 4> kJudgedKeys{"errors", "reports", "not supplied",
-                                                      "findings"};
-
-bool IsOfPart(std::string_view key, const SessionPart& part) {
-  const std::vector<std::string_view> keys = part.expectations();
-  return std::find(keys.begin(), keys.end(), key) != keys.end();
+const Key* FindKey(std::string_view name) {
+  const auto* const key =
+      std::find_if(kKeys.begin(), kKeys.end(), [&](const Key& each) { return each.name == name; });
+  return key == kKeys.end() ? nullptr : key;
 }
 
-bool IsJudged(std::string_view key) {
-  return std::find(kJudgedKeys.begin(), kJudgedKeys.end(), key) != kJudgedKeys.end();
-}
-
-const Kind* FindKind(std::string_view key) {
-  const auto* const kind =
-      std::find_if(kKinds.begin(), kKinds.end(), [&](const Kind& each) { return each.key == key; });
-  return kind == kKinds.end() ? nullptr : kind;
+bool IsOfPart(std::string_view name, const SessionPart& part) {
+  const std::vector<std::string_view> names = part.expectations();
+  return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 // Compares at once. A tolerant session compares nothing.
-Action ReadCheck(const std::string& key, const YamlValue& value, Check check) {
-  return [key, place = value.place(), check = std::move(check)](Host& host) {
+Action CompareNow(const YamlValue& value, Check check) {
+  return [key = value.key(), place = value.place(), check = std::move(check)](Host& host) {
     if (host.settings().tolerant) return;
     host.timeline.addExpectation(key, place, check(host));
   };
 }
 
-Action ReadJudged(const std::string& key, const YamlValue& value) {
-  if (key == "findings") {
+Action HaveJudged(const YamlValue& value) {
+  if (value.key() == "findings") {
     value.forEachElement([&](const YamlValue& name) {
       const std::optional<Finding> finding = FindingNamed(name.text());
-      if (!finding || KindOf(*finding).expectKey != key) {
+      if (!finding || KindOf(*finding).expectKey != value.key()) {
         name.fail(fmt::format("there is no finding '{}' that a session can expect", name.text()));
       }
     });
   }
-  return [key, place = value.place(), expected = value.texts()](Host& host) {
-    Texts wanted = expected;
-    for (std::string& text : wanted) text = Resolve(host, text);
-    host.expectFacts(key, place, Shorten(host, std::move(wanted)));
+  return [key = value.key(), place = value.place(), expected = value.texts()](Host& host) {
+    host.expectFacts(key, place, Resolve(host, expected));
   };
 }
 
-Action ReadExpectation(const std::string& key, const YamlValue& value, const SessionPart& part) {
-  if (IsOfPart(key, part)) return ReadCheck(key, value, part.readExpectation(key, value));
-  if (IsJudged(key)) return ReadJudged(key, value);
-  if (const Kind* const kind = FindKind(key)) return ReadCheck(key, value, kind->read(value));
-  std::vector<std::string_view> keys = part.expectations();
-  keys.insert(keys.end(), kJudgedKeys.begin(), kJudgedKeys.end());
-  for (const Kind& each : kKinds) keys.push_back(each.key);
-  value.failForUnknown("key", keys);
+Action ReadExpectation(const YamlValue& value, const SessionPart& part) {
+  if (IsOfPart(value.key(), part)) {
+    return CompareNow(value, part.readExpectation(value));
+  }
+  if (const Key* const key = FindKey(value.key())) {
+    return key->read ? CompareNow(value, key->read(value, key->find)) : HaveJudged(value);
+  }
+  std::vector<std::string_view> names = part.expectations();
+  for (const Key& each : kKeys) names.push_back(each.name);
+  value.failForUnknown("key", names);
 }
 
 }  // namespace
 
-void FailForUnknown(const YamlValue& value, std::string_view what,
-                    const std::vector<std::string_view>& known, const SessionPart& part) {
-  if (FindKind(value.key()) || IsJudged(value.key()) || IsOfPart(value.key(), part)) {
+void RefuseExpectation(const YamlValue& value, const SessionPart& part) {
+  if (FindKey(value.key()) || IsOfPart(value.key(), part)) {
     value.fail("is a key of 'expect': indent it below an 'expect'");
   }
-  value.failForUnknown(what, known);
 }
 
-Check ReadPeek(const std::string& key, const YamlValue& value) {
-  static constexpr std::array<std::string_view, 9> kLasting{
-      "missing fonts", "project",         "dirty",       "front", "menu enabled",
-      "menu checked",  "command handled", "preferences", "files"};
-  const Kind* const kind = FindKind(key);
-  if (kind && std::find(kLasting.begin(), kLasting.end(), key) != kLasting.end()) {
-    return kind->read(value);
+Check ReadLasting(const std::vector<YamlValue>& values) {
+  std::vector<std::string_view> names;
+  for (const Key& key : kKeys) {
+    if (key.lasts) names.push_back(key.name);
   }
-  value.failForUnknown("key", {kLasting.begin(), kLasting.end()});
+  std::vector<Check> checks;
+  for (const YamlValue& value : values) {
+    const Key* const key = FindKey(value.key());
+    if (!key || !key->lasts) value.failForUnknown("key", names);
+    checks.push_back(key->read(value, key->find));
+  }
+  return All(std::move(checks));
 }
 
 Action ReadExpectations(const YamlValue& value, const SessionPart& part) {
   std::vector<Action> expectations;
-  value.forEachField([&](const std::string& key, const YamlValue& field) {
-    expectations.push_back(ReadExpectation(key, field, part));
-  });
+  value.forEachField(
+      [&](const YamlValue& key) { expectations.push_back(ReadExpectation(key, part)); });
   return [expectations](Host& host) {
     host.timeline.drain();
     for (const Action& compare : expectations) compare(host);

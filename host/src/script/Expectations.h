@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string_view>
 #include <vector>
 
 #include "SessionPart.h"
@@ -12,14 +11,11 @@ namespace host {
 /// host.
 Action ReadExpectations(const YamlValue& value, const SessionPart& part);
 
-/// Fails because of an unknown key or step, `what`. A key of `expect` is told to belong there,
-/// which its indentation may have kept it from.
-[[noreturn]] void FailForUnknown(const YamlValue& value, std::string_view what,
-                                 const std::vector<std::string_view>& known,
-                                 const SessionPart& part);
+/// Fails if the key of the value is one of `expect`, which its indentation may have kept it from.
+void RefuseExpectation(const YamlValue& value, const SessionPart& part);
 
-/// Reads one key of an `expect` that says what is true at a point, such as `project` or `files`, so
-/// that it can be compared again and again. Fails for the others.
-Check ReadPeek(const std::string& key, const YamlValue& value);
+/// Reads keys of an `expect` that say what is true at a point, such as `project` or `files`, so
+/// that they can be compared again and again. Fails for the others.
+Check ReadLasting(const std::vector<YamlValue>& values);
 
 }  // namespace host

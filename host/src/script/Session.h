@@ -53,12 +53,14 @@ struct Session : SessionInfo {
 };
 
 class SessionPart;
+class YamlValue;
 
-/// Reads the sessions of a file: one, or one for each variant. `part` reads what isn't the host's,
-/// and outlives the sessions. Throws `SessionFileError`.
-std::vector<Session> LoadSessions(const std::filesystem::path& file, const SessionPart& part);
-/// Does the same for the text of such a file.
-std::vector<Session> ReadSessions(const std::string& file, const std::string& yaml,
+/// Reads the sessions of a file with this text: one, or one for each variant. `part` reads what
+/// isn't the host's, and outlives the sessions. Throws `SessionFileError`.
+std::vector<Session> ReadSessions(const std::string& file, const std::string& text,
                                   const SessionPart& part);
+
+/// Reads the value of a session's key `known issues`. Throws `SessionFileError`.
+std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list, const SessionPart& part);
 
 }  // namespace host

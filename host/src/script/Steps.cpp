@@ -4,129 +4,93 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
-#include <filesystem>
 #include <limits>
+#include <optional>
+#include <regex>
 #include <utility>
 
 #include "Expectations.h"
 #include "SessionText.h"
-#include "TextFile.h"
 #include "User.h"
 
 namespace host {
 namespace {
 
-using Draft = SessionDraft;
-
-constexpr int64_t kMostTicks = 1'000'000'000;
+constexpr int64_t kMaxCount = 1'000'000'000;
 
 void RequireNothing(const YamlValue& value) {
   if (!value.isNothing()) value.fail("takes no value");
 }
 
-std::string ReadProject(const YamlValue& value, const Draft& draft) {
-  std::string path = value.text();
+void RefuseBoth(const YamlValue& value, std::string_view one, std::string_view other) {
+  if (value.find(one) && value.find(other)) {
+    value.fail(fmt::format("takes one of '{}' and '{}'", one, other));
+  }
+}
+
+template <void (*play)(Host&)>
+Action ReadBare(const YamlValue& value, StepDraft& /*draft*/) {
+  RequireNothing(value);
+  return play;
+}
+
+template <void (*play)(Host&, const std::string&)>
+Action ReadText(const YamlValue& value, StepDraft& /*draft*/) {
+  return [text = value.text()](Host& host) { play(host, text); };
+}
+
+template <void (*play)(Host&, const std::string&)>
+Action ReadProject(const YamlValue& value, StepDraft& draft) {
+  const std::string path = value.text();
   if (!draft.projects.contains(path)) {
     value.fail(fmt::format("there is no project '{}' at this point", path));
   }
-  return path;
+  return [path](Host& host) { play(host, path); };
 }
 
-Action ReadStart(const YamlValue& value, Draft& draft) {
+Action ReadSaveAs(const YamlValue& value, StepDraft& draft) {
+  draft.projects.insert(value.path());
+  return ReadText<SaveAs>(value, draft);
+}
+
+Action ReadRemove(const YamlValue& value, StepDraft& draft) {
+  Action remove = ReadProject<Remove>(value, draft);
+  draft.projects.erase(value.text());
+  return remove;
+}
+
+void Start(Host& host) {
+  host.start();
+}
+
+Action ReadStart(const YamlValue& value, StepDraft& draft) {
   if (std::exchange(draft.started, true)) value.fail("the host has started already");
-  RequireNothing(value);
-  return [](Host& host) { host.start(); };
+  return ReadBare<Start>(value, draft);
 }
 
-Action ReadOpen(const YamlValue& value, Draft& draft) {
-  return
-      [path = ReadProject(value, draft)](Host& host) { OpenByDialog(host, host.inFolder(path)); };
-}
-
-Action ReadOpenByDoubleClick(const YamlValue& value, Draft& draft) {
-  return [path = ReadProject(value, draft)](Host& host) {
-    OpenByDoubleClick(host, host.inFolder(path));
-  };
-}
-
-Action ReadEdit(const YamlValue& value, Draft& /*draft*/) {
-  RequireNothing(value);
-  return Edit;
-}
-
-Action ReadSave(const YamlValue& value, Draft& /*draft*/) {
-  RequireNothing(value);
-  return Save;
-}
-
-Action ReadSaveAs(const YamlValue& value, Draft& draft) {
-  const std::string path = value.path();
-  draft.projects.insert(path);
-  return [path](Host& host) { SaveAs(host, host.inFolder(path)); };
-}
-
-Action ReadClose(const YamlValue& value, Draft& /*draft*/) {
-  RequireNothing(value);
-  return Close;
-}
-
-Action ReadOpenMenu(const YamlValue& value, Draft& /*draft*/) {
-  RequireNothing(value);
-  return [](Host& host) {
-    host.timeline.add(Actor::user, "opens a menu");
-    host.drawMenus();
-  };
-}
-
-Action ReadPick(const YamlValue& value, Draft& /*draft*/) {
-  return [item = value.text()](Host& host) { Pick(host, item); };
-}
-
-Action ReadPickAll(const YamlValue& value, Draft& /*draft*/) {
-  RequireNothing(value);
-  return PickAll;
-}
-
-Action ReadFront(const YamlValue& value, Draft& /*draft*/) {
-  return [application = value.text()](Host& host) { host.bringToFront(application); };
-}
-
-Action ReadRemove(const YamlValue& value, Draft& draft) {
-  const std::string path = ReadProject(value, draft);
-  draft.projects.erase(path);
-  return [path](Host& host) {
-    host.timeline.add(Actor::user, fmt::format("removes {} from the disk", path));
-    std::filesystem::remove(host.inFolder(path));
-  };
-}
-
-Action ReadQuit(const YamlValue& value, Draft& draft) {
+Action ReadQuit(const YamlValue& value, StepDraft& draft) {
   draft.quit = true;
-  RequireNothing(value);
-  return Quit;
+  return ReadBare<Quit>(value, draft);
 }
 
-Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
+Action ReadTick(const YamlValue& value, StepDraft& /*draft*/) {
   int64_t count = 1;
   int64_t seconds = 0;
   int64_t ticks = 1;  // after which the clock moves
+  const auto readTicks = [&](const YamlValue& number) {
+    ticks = number.integer(1, kMaxCount);
+    seconds = 1;
+  };
   if (value.isMap()) {
-    const auto fields = value.fields({"count", "seconds per tick", "ticks per second"});
-    ReadField(fields, "count", [&](const YamlValue& all) { count = all.integer(1, kMostTicks); });
-    const YamlValue* slow = Find(fields, "seconds per tick");
-    const YamlValue* fast = Find(fields, "ticks per second");
-    if (slow && fast) value.fail("takes one of 'seconds per tick' and 'ticks per second'");
-    if (slow) seconds = slow->integer(0, kMostTicks);
-    if (fast) {
-      ticks = fast->integer(1, kMostTicks);
-      seconds = 1;
-    }
+    value.readKeys({{"count", Into(count, 1, kMaxCount)},
+                    {"seconds per tick", Into(seconds, 0, kMaxCount)},
+                    {"ticks per second", readTicks}});
+    RefuseBoth(value, "seconds per tick", "ticks per second");
   } else if (!value.isNothing()) {
-    count = value.integer(1, kMostTicks);
+    count = value.integer(1, kMaxCount);
   }
-  return [count, seconds, ticks](Host& host) {
+  return [=](Host& host) {
     for (int64_t i = 0; i < count; ++i) {
       if (i % ticks == 0) host.advanceTime(seconds);
       host.idle();
@@ -134,21 +98,21 @@ Action ReadTick(const YamlValue& value, Draft& /*draft*/) {
   };
 }
 
-Action ReadWait(const YamlValue& value, Draft& /*draft*/) {
-  return [seconds = value.integer(1, kMostTicks)](Host& host) {
+Action ReadWait(const YamlValue& value, StepDraft& /*draft*/) {
+  return [seconds = value.integer(1, kMaxCount)](Host& host) {
     host.advanceTime(seconds);
     host.timeline.add(Actor::session, fmt::format("{} second(s) go by", seconds));
   };
 }
 
 // For what the plug-in does in threads of its own.
-Action ReadPause(const YamlValue& value, Draft& /*draft*/) {
-  constexpr int64_t kMaxMilliseconds = 600'000;
+Action ReadPause(const YamlValue& value, StepDraft& /*draft*/) {
+  constexpr int kMaxMilliseconds = 600'000;
   const std::string text = value.text();
-  int64_t milliseconds = 0;
-  const auto [unit, error] = std::from_chars(text.data(), text.data() + text.size(), milliseconds);
-  const bool isWhole = error == std::errc() && std::string_view(unit) == " ms";
-  if (!isWhole || milliseconds < 1 || milliseconds > kMaxMilliseconds) {
+  std::smatch parts;
+  const bool isTime = std::regex_match(text, parts, std::regex("([1-9]\\d{0,5}) ms"));
+  const int milliseconds = isTime ? std::stoi(parts[1]) : 0;
+  if (!isTime || milliseconds > kMaxMilliseconds) {
     value.fail(fmt::format("has to be a time such as 200 ms, not '{}'", text));
   }
   return [milliseconds](Host& host) {
@@ -158,134 +122,123 @@ Action ReadPause(const YamlValue& value, Draft& /*draft*/) {
 }
 
 // A tolerant session expects nothing, and so takes one tick.
-Action ReadTickUntil(const YamlValue& value, Draft& /*draft*/) {
-  const YamlValue* most = nullptr;
-  std::vector<std::pair<std::string, Check>> checks;
-  const auto fields = value.fields();
-  for (const auto& [key, field] : fields) {
-    if (key == "at most") {
-      most = &field;
+Action ReadTickUntil(const YamlValue& value, StepDraft& /*draft*/) {
+  int64_t max = 0;
+  std::vector<YamlValue> expected;
+  for (const YamlValue& field : value.fields()) {
+    if (field.key() == "at most") {
+      max = field.integer(1, kMaxCount);
     } else {
-      checks.emplace_back(key, ReadPeek(key, field));
+      expected.push_back(field);
     }
   }
-  if (!most || checks.empty()) value.fail("needs an expectation, and the key 'at most'");
-  return [checks, place = value.place(), count = most->integer(1, kMostTicks)](Host& host) {
+  if (max == 0 || expected.empty()) value.fail("needs an expectation, and the key 'at most'");
+  return [max, check = ReadLasting(expected), place = value.place()](Host& host) {
     std::string difference;
-    for (int64_t i = 0; i < count; ++i) {
+    for (int64_t i = 0; i < max; ++i) {
       host.idle();
       host.timeline.drain();
-      difference.clear();
-      for (const auto& [key, check] : checks) {
-        if (difference.empty()) difference = check(host);
-      }
-      if (difference.empty() || host.settings().tolerant) break;
+      if (host.settings().tolerant) return;
+      difference = check(host);
+      if (difference.empty()) break;
     }
-    if (!host.settings().tolerant) host.timeline.addExpectation("tick until", place, difference);
+    host.timeline.addExpectation("tick until", place, difference);
   };
 }
 
-Action ReadDialog(const YamlValue& value, Draft& draft) {
+Action ReadDialog(const YamlValue& value, StepDraft& draft) {
   std::string title;
   std::string className = kDialogClass;
   if (value.isMap()) {
-    const auto fields = value.fields({"title", "class"});
-    ReadField(fields, "title", [&](const YamlValue& text) { title = text.text(); });
-    ReadField(fields, "class", [&](const YamlValue& name) {
-      className = name.text();
-      if (!KnowsWindowClass(draft.host, className)) {
-        name.fail(fmt::format("there is no window class '{}'", className));
-      }
-    });
+    const auto readClass = [&](const YamlValue& name) {
+      className = ReadWindowClass(name, draft.host);
+    };
+    value.readKeys({{"title", Into(title)}, {"class", readClass}});
   } else {
     title = value.text();
   }
   return [title, className](Host& host) { host.showDialog(title, className); };
 }
 
-Action ReadFail(const YamlValue& value, Draft& /*draft*/) {
-  const auto fields = value.fields({"function", "result", "times", "call"});
-  const YamlValue* name = Find(fields, "function");
-  if (!name) value.fail("the key 'function' is missing");
-  Fault fault{name->text()};
-  ReadField(fields, "result", [&](const YamlValue& code) {
-    fault.result = static_cast<A_Err>(code.integer(1, std::numeric_limits<A_Err>::max()));
-  });
-  ReadField(fields, "times",
-            [&](const YamlValue& count) { fault.times = count.integer(1, kMostTicks); });
-  ReadField(fields, "call", [&](const YamlValue& call) {
-    fault.call = call.integer(1, kMostTicks);
+Action ReadFail(const YamlValue& value, StepDraft& /*draft*/) {
+  Fault fault;
+  int64_t result = fault.result;
+  const auto readFunction = [&](const YamlValue& name) {
+    fault.function = name.text();
+    if (FunctionsThatCanFail().contains(fault.function)) return;
+    name.fail(fmt::format("the host has no '{}' that could fail", fault.function));
+  };
+  value.readKeys({{"function", readFunction, true},
+                  {"result", Into(result, 1, std::numeric_limits<A_Err>::max())},
+                  {"times", Into(fault.times, 1, kMaxCount)},
+                  {"call", Into(fault.call, 1, kMaxCount)}});
+  RefuseBoth(value, "times", "call");
+  fault.result = static_cast<A_Err>(result);
+  std::string text = fmt::format("has {} fail from now on", fault.function);
+  if (fault.call > 0) {
     fault.times = 1;
-  });
-  if (Find(fields, "times") && Find(fields, "call")) value.fail("takes one of 'times' and 'call'");
-  if (!FunctionsThatCanFail().contains(fault.function)) {
-    name->fail(fmt::format("the host has no '{}' that could fail", fault.function));
+    text = fmt::format("has call {} of {} fail", fault.call, fault.function);
   }
-  const std::string text = fault.call > 0
-                               ? fmt::format("has call {} of {} fail", fault.call, fault.function)
-                               : fmt::format("has {} fail from now on", fault.function);
-  return [=](Host& host) {
+  return [fault, text](Host& host) {
     host.timeline.add(Actor::session, text);
     host.faults.add(fault);
   };
 }
 
-Action ReadRefuse(const YamlValue& value, Draft& /*draft*/) {
-  const auto fields = value.fields({"suite", "version"});
-  const YamlValue* name = Find(fields, "suite");
-  const YamlValue* number = Find(fields, "version");
-  if (!name || !number) value.fail("needs the keys 'suite' and 'version'");
-  const std::string suite = NameOfSuite(name->text(), static_cast<int32>(number->integer(1, 1000)));
+Action ReadRefuse(const YamlValue& value, StepDraft& /*draft*/) {
+  std::string name;
+  int64_t version = 0;
+  value.readKeys({{"suite", Into(name), true}, {"version", Into(version, 1, 1000), true}});
+  const std::string suite = NameOfSuite(name, static_cast<int32>(version));
   if (!HasSuite(suite)) value.fail("the host has no such suite to refuse");
-  return [=](Host& host) {
+  return [suite](Host& host) {
     host.faults.add({suite, PF_Err_BAD_CALLBACK_PARAM, Fault::kAlways, 0, true});
   };
 }
 
-Action ReadProjectPath(const YamlValue& value, Draft& /*draft*/) {
-  const auto fields = value.fields({"utf16", "length"});
-  const YamlValue* units = Find(fields, "utf16");
-  const YamlValue* length = Find(fields, "length");
-  if (!units == !length) value.fail("needs either 'utf16' or 'length'");
-  std::u16string path = u"/";
-  if (length) {
-    path.resize(static_cast<size_t>(length->integer(1, 100'000)), u'x');
-  } else {
-    path.clear();
-    units->forEachElement(
-        [&](const YamlValue& unit) { path += static_cast<char16_t>(unit.integer(1, 0xFFFF)); });
-  }
-  return [path](Host& host) {
+Action ReadProjectPath(const YamlValue& value, StepDraft& /*draft*/) {
+  std::optional<std::u16string> path;
+  const auto readUnits = [&](const YamlValue& units) {
+    path.emplace();
+    units.forEachElement(
+        [&](const YamlValue& unit) { *path += static_cast<char16_t>(unit.integer(1, 0xFFFF)); });
+  };
+  int64_t length = 0;
+  value.readKeys({{"utf16", readUnits}, {"length", Into(length, 1, 100'000)}});
+  RefuseBoth(value, "utf16", "length");
+  if (length > 0) path.emplace(u"/").resize(static_cast<size_t>(length), u'x');
+  if (!path) value.fail("needs one of 'utf16' and 'length'");
+  return [path = *path](Host& host) {
     host.timeline.add(Actor::session,
                       fmt::format("has the host report a path of {} units", path.size()));
     host.project().reportedPath = path;
   };
 }
 
-Action ReadExpect(const YamlValue& value, Draft& draft) {
+Action ReadExpect(const YamlValue& value, StepDraft& draft) {
   return ReadExpectations(value, draft.part);
 }
 
-Action ReadRepeat(const YamlValue& value, Draft& draft);
+Action ReadRepeat(const YamlValue& value, StepDraft& draft);
 
 struct StepKind {
   std::string_view name;
-  Action (*read)(const YamlValue&, Draft&);
-  bool needsHost;  ///< only while the host runs
+  Action (*read)(const YamlValue&, StepDraft&);
+  bool needsHost;  // only while the host runs
 };
 
 constexpr std::array kStepKinds{
     StepKind{"start", ReadStart, false},
-    StepKind{"open", ReadOpen, true},
-    StepKind{"open by double click", ReadOpenByDoubleClick, true},
-    StepKind{"edit", ReadEdit, true},
-    StepKind{"save", ReadSave, true},
+    StepKind{"open", ReadProject<OpenByDialog>, true},
+    StepKind{"open by double click", ReadProject<OpenByDoubleClick>, true},
+    StepKind{"edit", ReadBare<Edit>, true},
+    StepKind{"save", ReadBare<Save>, true},
     StepKind{"save as", ReadSaveAs, true},
-    StepKind{"close", ReadClose, true},
-    StepKind{"open menu", ReadOpenMenu, true},
-    StepKind{"pick", ReadPick, true},
-    StepKind{"pick all", ReadPickAll, true},
-    StepKind{"front", ReadFront, true},
+    StepKind{"close", ReadBare<Close>, true},
+    StepKind{"open menu", ReadBare<OpenMenu>, true},
+    StepKind{"pick", ReadText<Pick>, true},
+    StepKind{"pick all", ReadBare<PickAll>, true},
+    StepKind{"front", ReadText<BringToFront>, true},
     StepKind{"remove", ReadRemove, false},
     StepKind{"quit", ReadQuit, true},
     StepKind{"tick", ReadTick, true},
@@ -300,50 +253,57 @@ constexpr std::array kStepKinds{
     StepKind{"repeat", ReadRepeat, true},
 };
 
-// Reads a step: its name alone, or a map from the name to a value.
-YamlValue::Field NameAndValue(const YamlValue& step) {
-  if (step.isText()) return {step.text(), step.withNothing(step.text())};
-  const auto fields = step.fields();
+const StepKind* FindKind(std::string_view name) {
+  const auto* const kind = std::find_if(kStepKinds.begin(), kStepKinds.end(),
+                                        [&](const StepKind& each) { return each.name == name; });
+  return kind == kStepKinds.end() ? nullptr : kind;
+}
+
+// Returns the value of a step, with the step's name as its key. A step is its name alone, or a map
+// from the name to a value.
+YamlValue ValueOf(const YamlValue& step) {
+  if (step.isText()) return step.withNothing(step.text());
+  const std::vector<YamlValue> fields = step.fields();
   if (fields.empty()) step.fail("a step is one name, and a value if it takes one");
   if (fields.size() > 1) {
-    fields[1].second.fail(
+    fields[1].fail(
         fmt::format("is at the depth of the step '{}': indent it further, or begin a step with '-'",
-                    fields.front().first));
+                    fields.front().key()));
   }
   return fields.front();
 }
 
 [[noreturn]] void FailForUnknownStep(const YamlValue& value, const SessionPart& part) {
+  RefuseExpectation(value, part);
   std::vector<std::string_view> names = part.steps();
   for (const StepKind& kind : kStepKinds) names.push_back(kind.name);
-  FailForUnknown(value, "step", names, part);
+  value.failForUnknown("step", names);
 }
 
-Step ReadStep(const YamlValue& step, Draft& draft) {
-  const auto [name, value] = NameAndValue(step);
+Step ReadStep(const YamlValue& step, StepDraft& draft) {
+  const YamlValue value = ValueOf(step);
+  const std::string& name = value.key();
   const std::vector<std::string_view> more = draft.part.steps();
   const bool isOfPart = std::find(more.begin(), more.end(), name) != more.end();
-  const auto* const kind = std::find_if(
-      kStepKinds.begin(), kStepKinds.end(),
-      [&, wanted = std::string_view(name)](const StepKind& each) { return each.name == wanted; });
-  if (!isOfPart && kind == kStepKinds.end()) FailForUnknownStep(value, draft.part);
+  const StepKind* const kind = FindKind(name);
+  if (!isOfPart && !kind) FailForUnknownStep(value, draft.part);
   if (draft.quit && name != "expect") value.fail("comes after the host has quit");
-  if (isOfPart) return {step.place(), draft.part.readStep(name, value)};
+  if (isOfPart) return {step.place(), draft.part.readStep(value)};
   if (kind->needsHost && !draft.started) value.fail("comes before the host has started");
   return {step.place(), kind->read(value, draft), name == "quit"};
 }
 
-Action ReadRepeat(const YamlValue& value, Draft& draft) {
-  const auto fields = value.fields({"times", "steps"});
-  const YamlValue* count = Find(fields, "times");
-  const YamlValue* list = Find(fields, "steps");
-  if (!count || !list) value.fail("needs the keys 'times' and 'steps'");
+Action ReadRepeat(const YamlValue& value, StepDraft& draft) {
+  int64_t times = 0;
   std::vector<Step> steps;
-  list->forEachElement([&](const YamlValue& step) {
-    steps.push_back(ReadStep(step, draft));
-    if (steps.back().quits) NameAndValue(step).second.fail("can't be repeated");
-  });
-  return [steps, times = count->integer(1, kMostTicks)](Host& host) {
+  const auto readSteps = [&](const YamlValue& list) {
+    list.forEachElement([&](const YamlValue& step) {
+      steps.push_back(ReadStep(step, draft));
+      if (steps.back().quits) ValueOf(step).fail("can't be repeated");
+    });
+  };
+  value.readKeys({{"times", Into(times, 1, kMaxCount), true}, {"steps", readSteps, true}});
+  return [steps, times](Host& host) {
     for (int64_t i = 0; i < times; ++i) {
       for (const Step& step : steps) PlayStep(step, host);
     }
@@ -352,10 +312,16 @@ Action ReadRepeat(const YamlValue& value, Draft& draft) {
 
 }  // namespace
 
+std::string ReadWindowClass(const YamlValue& name, const HostSettings& host) {
+  if (!KnowsWindowClass(host, name.text())) {
+    name.fail(fmt::format("there is no window class '{}'", name.text()));
+  }
+  return name.text();
+}
+
 bool NeedsHost(const YAML::Node& step) {
-  return std::any_of(kStepKinds.begin(), kStepKinds.end(), [&](const StepKind& kind) {
-    return kind.needsHost && IsStep(step, kind.name);
-  });
+  const StepKind* const kind = FindKind(StepName(step));
+  return kind && kind->needsHost;
 }
 
 void PlayStep(const Step& step, Host& host) {
@@ -369,30 +335,25 @@ void PlayStep(const Step& step, Host& host) {
 }
 
 Step ReadStepOf(const std::string& yaml, const SessionPart& part) {
-  static const Variables kNoVariables;
   static const HostSettings kAnyHost;
-  SessionDraft draft{part, kAnyHost, {}};
+  StepDraft draft{part, kAnyHost, {}};
   YamlFile file(yaml, yaml);
-  Step step;
-  file.readWith(
-      [&] { step = ReadStep(YamlValue(file.root(), "step", &file, &kNoVariables), draft); });
-  return step;
+  return ReadStep(YamlValue(file.root(), "step", file), draft);
 }
 
-std::vector<Step> ReadSteps(const YamlValue& value, SessionDraft draft) {
-  const std::vector<YamlValue> list = value.list();
+std::vector<Step> ReadSteps(const YamlValue& value, StepDraft draft) {
   std::vector<Step> steps;
   bool startsItself = false;
   value.forEachElement([&](const YamlValue& step) {
-    if (NameAndValue(step).first == "start") startsItself = true;
+    startsItself = startsItself || ValueOf(step).key() == "start";
   });
   if (!startsItself) {
     draft.started = true;
-    steps.push_back({value.place(), [](Host& host) { host.start(); }});
+    steps.push_back({value.place(), Start});
   }
   value.forEachElement([&](const YamlValue& step) { steps.push_back(ReadStep(step, draft)); });
-  const std::string last = list.empty() ? value.place() : list.back().place();
-  if (!draft.quit) steps.push_back({last, Quit, true});
+  if (!draft.quit)
+    steps.push_back({steps.empty() ? value.place() : steps.back().place, Quit, true});
   return steps;
 }
 

@@ -11,7 +11,7 @@
 namespace host {
 
 /// What the keys and the steps read so far mean for the steps that follow.
-struct SessionDraft {
+struct StepDraft {
   const SessionPart& part;  ///< reads the steps that aren't the host's
   const HostSettings& host;
   std::set<std::string> projects;  ///< the project files that exist at this point
@@ -21,12 +21,15 @@ struct SessionDraft {
 
 /// Reads the steps of a session. Adds the steps "start" and "quit" at the two ends if the session
 /// lacks them.
-std::vector<Step> ReadSteps(const YamlValue& steps, SessionDraft draft);
+std::vector<Step> ReadSteps(const YamlValue& steps, StepDraft draft);
+
+/// Reads the name of a window class that the host has.
+std::string ReadWindowClass(const YamlValue& name, const HostSettings& host);
 
 /// Returns whether the step can come only while the host runs.
 bool NeedsHost(const YAML::Node& step);
 
-/// Plays a step. One that can't be played ends the session, or is passed over by a tolerant one.
+/// Plays a step. One that can't be played ends the session, or is skipped by a tolerant one.
 void PlayStep(const Step& step, Host& host);
 
 /// Reads a step from YAML of our own making, one that can come before the host starts.

@@ -3,33 +3,19 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <filesystem>
 #include <map>
-#include <string_view>
 
 namespace host {
 namespace {
-
-std::string_view NameOf(HostCommand command) {
-  switch (command) {
-    case kOpen:
-      return "Open";
-    case kClose:
-      return "Close";
-    case kSave:
-      return "Save";
-    case kSaveAs:
-      return "Save As";
-    case kQuit:
-      return "Quit";
-  }
-  return "";
-}
 
 // Returns false if a plug-in has handled the command.
 bool HostMayHandle(Host& host, HostCommand command) {
   host.drawMenus();
   if (!host.runCommand(command)) return true;
-  const std::string_view name = NameOf(command);
+  static constexpr std::array kNames{"", "Open", "Close", "Save", "Save As", "Quit"};
+  const char* const name = kNames.at(static_cast<size_t>(command));
   host.timeline.add(Actor::plugIn, fmt::format("handles the host's command \"{}\"", name));
   host.report(Finding::hostCommandHandled,
               fmt::format("the host's command \"{}\" had no effect", name));
@@ -42,12 +28,12 @@ void OpenByDialog(Host& host, const std::string& path) {
   host.timeline.add(Actor::user, fmt::format("opens {} by the host's dialog", path));
   if (!HostMayHandle(host, kOpen)) return;
   host.showOpenProjectDialog();
-  host.openProject(path);
+  host.openProject(host.inFolder(path));
 }
 
 void OpenByDoubleClick(Host& host, const std::string& path) {
   host.timeline.add(Actor::user, fmt::format("double-clicks {}", path));
-  host.openProject(path);
+  host.openProject(host.inFolder(path));
 }
 
 void Edit(Host& host) {
@@ -63,12 +49,17 @@ void Save(Host& host) {
 
 void SaveAs(Host& host, const std::string& path) {
   host.timeline.add(Actor::user, fmt::format("saves the project as {}", path));
-  if (HostMayHandle(host, kSaveAs)) host.saveProject(path);
+  if (HostMayHandle(host, kSaveAs)) host.saveProject(host.inFolder(path));
 }
 
 void Close(Host& host) {
   host.timeline.add(Actor::user, "closes the project");
   if (HostMayHandle(host, kClose)) host.newProject();
+}
+
+void OpenMenu(Host& host) {
+  host.timeline.add(Actor::user, "opens a menu");
+  host.drawMenus();
 }
 
 void Pick(Host& host, const std::string& text) {
@@ -97,6 +88,15 @@ void PickAll(Host& host) {
     if (item == host.menus.items.end() || !item->second.enabled) continue;
     host.commandWasHandled = host.runCommand(command);
   }
+}
+
+void BringToFront(Host& host, const std::string& application) {
+  host.bringToFront(application);
+}
+
+void Remove(Host& host, const std::string& path) {
+  host.timeline.add(Actor::user, fmt::format("removes {} from the disk", path));
+  std::filesystem::remove(host.inFolder(path));
 }
 
 void Quit(Host& host) {

@@ -4,7 +4,7 @@
 
 #include "Host.h"
 
-// What a user does with the host.
+// What a user does with the host. Paths are relative to the session folder.
 
 namespace host {
 
@@ -18,11 +18,15 @@ void Save(Host& host);
 void SaveAs(Host& host, const std::string& path);
 /// Closes the project without saving it.
 void Close(Host& host);
+void OpenMenu(Host& host);
 /// Picks a plug-in's menu command by its text. Throws `StepImpossible` if there is no such item, or
 /// it is disabled.
 void Pick(Host& host, const std::string& text);
 /// Picks each menu item of plug-ins that is enabled.
 void PickAll(Host& host);
+void BringToFront(Host& host, const std::string& application);
+/// Deletes a project's file.
+void Remove(Host& host, const std::string& path);
 void Quit(Host& host);
 
 }  // namespace host

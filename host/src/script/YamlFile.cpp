@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "TextFile.h"
@@ -15,27 +13,23 @@ namespace {
 using Lines = std::vector<std::string>;
 
 // The parser takes the end of the text for the end of a quote, but not the end of a document.
-std::string WithEnd(std::string text) {
-  if (!text.ends_with('\n')) text += '\n';
-  return text + "...\n";
-}
-
-// Returns what the parser says of the first `count` lines, or an empty text if they are right.
-std::string ErrorOf(const Lines& lines, size_t count) {
-  const auto end = lines.begin() + static_cast<Lines::difference_type>(count);
-  try {
-    YAML::LoadAll(WithEnd(Join(Lines(lines.begin(), end), "\n")));
-  } catch (const YAML::ParserException& error) {
-    return error.msg;
-  }
-  return "";
+std::string WithEnd(const std::string& text) {
+  return text + (text.ends_with('\n') ? "...\n" : "\n...\n");
 }
 
 // Returns the line in which begins what is still open at the end of the first `count` lines, or
 // `count` if nothing is. `error` is what the parser says of something open.
-size_t FirstLineOfOpen(const Lines& lines, size_t count, const std::string& error) {
-  while (count > 0 && ErrorOf(lines, count) == error) --count;
-  return count;
+size_t FirstLineOfOpen(Lines lines, size_t count, std::string_view error) {
+  for (; count > 0; --count) {
+    lines.resize(count);
+    try {
+      YAML::LoadAll(WithEnd(Join(lines, "\n")));
+      return count;
+    } catch (const YAML::ParserException& fault) {
+      if (fault.msg != error) return count;
+    }
+  }
+  return 0;
 }
 
 // Says what is wrong with a line where the parser stops.
@@ -66,16 +60,15 @@ std::string ExplainWithin(const std::string& line, size_t column, const std::str
 
 // Returns the line, counted from 0, at which a person looks for what the parser stops at, and what
 // is wrong with it.
-std::pair<size_t, std::string> Explain(Lines lines, const YAML::ParserException& error) {
-  const size_t end = std::min(static_cast<size_t>(error.mark.line), lines.size());
-  lines.emplace_back();
-  const std::string& line = lines[end];
+std::pair<size_t, std::string> Explain(const Lines& lines, const YAML::ParserException& error) {
+  const size_t end = static_cast<size_t>(error.mark.line);
+  const size_t column = static_cast<size_t>(error.mark.column);
+  const std::string line = end < lines.size() ? lines[end] : "";
   if (line.substr(0, line.find_first_not_of(" \t")).find('\t') != std::string::npos) {
     return {end, "a tab indents the line: indent it with spaces"};
   }
   const size_t quote = FirstLineOfOpen(lines, end, YAML::ErrorMsg::DOC_IN_SCALAR);
   if (quote < end) return {quote, "a quote has no end in its line: close it"};
-  const size_t column = static_cast<size_t>(error.mark.column);
   for (const char* const open :
        {YAML::ErrorMsg::END_OF_SEQ_FLOW, YAML::ErrorMsg::END_OF_MAP_FLOW}) {
     // The parser met the end of the text, or a key of the lines below.
@@ -118,16 +111,6 @@ void YamlFile::throwFaults() const {
   std::vector<std::string> faults;
   for (const auto& [line, fault] : mFaults) faults.push_back(fault);
   throw SessionFileError(Join(faults, "\n"));
-}
-
-std::string ReadSessionFile(const std::filesystem::path& file) {
-  const std::ifstream stream(file, std::ios::binary);
-  if (!stream || std::filesystem::is_directory(file)) {
-    throw SessionFileError(fmt::format("{}: can't be read", file.string()));
-  }
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
 }
 
 }  // namespace host

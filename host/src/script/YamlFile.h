@@ -3,7 +3,7 @@
 #include <yaml-cpp/yaml.h>
 
 #include <cstddef>
-#include <filesystem>
+#include <map>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -19,14 +19,19 @@ class SessionFileError : public std::runtime_error {
 };
 
 /// Calls `read`, which ends with the first fault that it meets. The fault is noted with its file,
-/// so that whoever calls this can read on and meet the next one.
+/// so that whoever calls this can read on and meet the next one. Returns whether there was none.
 template <typename Read>
-void CollectFaults(Read read) {
+bool CollectFaults(Read read) {
   try {
     read();
+    return true;
   } catch (const SessionFileError&) {
+    return false;
   }
 }
+
+/// The values of a variant by name. They replace `${name}`.
+using Variables = std::map<std::string, YAML::Node>;
 
 /// A YAML file with the faults found in it.
 class YamlFile {
@@ -39,23 +44,16 @@ class YamlFile {
   std::string place(size_t line) const;
   /// Notes the fault and throws it.
   [[noreturn]] void fail(size_t line, std::string_view what);
-  /// Calls `read`. Throws one `SessionFileError` with all faults that were noted meanwhile, in the
-  /// order of their lines.
-  template <typename Read>
-  void readWith(Read read) {
-    CollectFaults(read);
-    throwFaults();
-  }
-
- private:
+  /// Throws one `SessionFileError` with all faults that were noted, in the order of their lines, if
+  /// there are any.
   void throwFaults() const;
 
+  Variables variables;  ///< of the variant that is being read
+
+ private:
   std::string mName;
   YAML::Node mRoot;
   std::set<std::pair<size_t, std::string>> mFaults;  // by line; variants have many in common
 };
-
-/// Returns the text of a session file. Throws `SessionFileError` if it can't be read.
-std::string ReadSessionFile(const std::filesystem::path& file);
 
 }  // namespace host

@@ -12,45 +12,27 @@
 #include "TextFile.h"
 
 namespace host {
-namespace {
 
-// Returns the name if the text is `${name}` and nothing else.
-std::optional<std::string> WholeVariable(const std::string& text) {
-  if (text.size() < 4 || !text.starts_with("${") || text.find('}') != text.size() - 1) return {};
-  return text.substr(2, text.size() - 3);
-}
-
-}  // namespace
-
-YamlValue::YamlValue(const YAML::Node& node, std::string key, YamlFile* file,
-                     const Variables* variables)
-    : mNode(node), mKey(std::move(key)), mFile(file), mVariables(variables) {
-  if (!mNode.IsScalar()) return;
-  const std::optional<std::string> name = WholeVariable(mNode.Scalar());
-  if (!name) return;
-  if (const auto variable = mVariables->find(*name); variable != mVariables->end()) {
-    mNode.reset(variable->second);
+YamlValue::YamlValue(const YAML::Node& node, std::string key, YamlFile& file)
+    : mNode(node), mKey(std::move(key)), mFile(&file) {
+  for (const auto& [name, value] : file.variables) {
+    if (mNode.Scalar() != fmt::format("${{{}}}", name)) continue;
+    mNode.reset(value);
+    break;
   }
-}
-
-YamlValue YamlValue::child(const YAML::Node& node, std::string key) const {
-  return {node, std::move(key), mFile, mVariables};
+  // An empty file has no mark.
+  mLine = static_cast<size_t>(std::max(mNode.Mark().line, 0));
 }
 
 YamlValue YamlValue::withNothing(std::string key) const {
   YamlValue value(*this);
   value.mKey = std::move(key);
-  value.mIsNothing = true;
+  value.mNode.reset();
   return value;
 }
 
-// An empty file has no mark.
-size_t YamlValue::line() const {
-  return static_cast<size_t>(std::max(mNode.Mark().line, 0));
-}
-
 void YamlValue::fail(std::string_view what) const {
-  mFile->fail(line(), fmt::format("{}: {}", mKey, what));
+  mFile->fail(mLine, fmt::format("{}: {}", mKey, what));
 }
 
 void YamlValue::failForUnknown(std::string_view what,
@@ -75,8 +57,8 @@ std::string YamlValue::text() const {
       begin = end;
       continue;
     }
-    const auto variable = mVariables->find(name);
-    if (variable == mVariables->end()) fail(fmt::format("there is no variable '{}'", name));
+    const auto variable = mFile->variables.find(name);
+    if (variable == mFile->variables.end()) fail(fmt::format("there is no variable '{}'", name));
     if (!variable->second.IsScalar()) fail(fmt::format("'{}' is no text", name));
     text.replace(begin, end + 1 - begin, variable->second.Scalar());
     begin += variable->second.Scalar().size();
@@ -84,15 +66,15 @@ std::string YamlValue::text() const {
   return text;
 }
 
-int64_t YamlValue::integer(int64_t least, int64_t most) const {
+int64_t YamlValue::integer(int64_t min, int64_t max) const {
   const std::string digits = text();
   const bool isHex = digits.starts_with("0x");
   const char* const begin = digits.data() + (isHex ? 2 : 0);
   const char* const end = digits.data() + digits.size();
   int64_t value = 0;
   const auto [stop, error] = std::from_chars(begin, end, value, isHex ? 16 : 10);
-  if (error != std::errc() || stop != end || value < least || value > most) {
-    fail(fmt::format("has to be a whole number from {} to {}, not '{}'", least, most, digits));
+  if (error != std::errc() || stop != end || value < min || value > max) {
+    fail(fmt::format("has to be a whole number from {} to {}, not '{}'", min, max, digits));
   }
   return value;
 }
@@ -108,7 +90,7 @@ bool YamlValue::boolean() const {
 std::vector<YamlValue> YamlValue::list() const {
   if (!mNode.IsSequence()) fail(fmt::format("has to be a list, not {}", kind()));
   std::vector<YamlValue> elements;
-  for (const YAML::Node& element : mNode) elements.push_back(child(element, mKey));
+  for (const YAML::Node& element : mNode) elements.emplace_back(element, mKey, *mFile);
   return elements;
 }
 
@@ -132,34 +114,76 @@ std::string YamlValue::checkedPath(const std::string& text) const {
   return text;
 }
 
-std::vector<YamlValue::Field> YamlValue::fields() const {
+std::vector<YamlValue> YamlValue::fields() const {
   if (!mNode.IsMap()) fail(fmt::format("has to be a map, not {}", kind()));
-  std::vector<Field> fields;
+  std::vector<YamlValue> fields;
   std::set<std::string> keys;
   for (const auto& entry : mNode) {
     CollectFaults([&] {
-      const std::string key = child(entry.first, mKey).text();
-      if (!keys.insert(key).second) child(entry.first, key).fail("comes twice");
-      fields.emplace_back(key, child(entry.second, key));
+      const std::string key = YamlValue(entry.first, mKey, *mFile).text();
+      if (!keys.insert(key).second) YamlValue(entry.first, key, *mFile).fail("comes twice");
+      fields.emplace_back(entry.second, key, *mFile);
     });
   }
   return fields;
 }
 
-std::map<std::string, YamlValue> YamlValue::fields(
-    const std::vector<std::string_view>& known) const {
-  std::map<std::string, YamlValue> byKey;
-  forEachField([&](const std::string& key, const YamlValue& value) {
-    const bool isKnown = std::find(known.begin(), known.end(), key) != known.end();
-    if (!isKnown) value.failForUnknown("key", known);
-    byKey.emplace(key, value);
-  });
-  return byKey;
+std::optional<YamlValue> YamlValue::find(std::string_view key) const {
+  for (const YamlValue& value : fields()) {
+    if (value.key() == key) return value;
+  }
+  return {};
 }
 
-const YamlValue* Find(const std::map<std::string, YamlValue>& fields, std::string_view key) {
-  const auto found = fields.find(std::string(key));
-  return found == fields.end() ? nullptr : &found->second;
+void YamlValue::readKeys(const std::vector<KeyReader>& readers, const YamlReader& explain) const {
+  std::vector<std::string_view> known;
+  for (const KeyReader& reader : readers) known.push_back(reader.key);
+  forEachField([&](const YamlValue& value) {
+    if (std::find(known.begin(), known.end(), value.key()) != known.end()) return;
+    if (explain) explain(value);
+    value.failForUnknown("key", known);
+  });
+  bool isRight = true;
+  for (const KeyReader& reader : readers) {
+    isRight = CollectFaults([&] { readKey(reader); }) && isRight;
+  }
+  if (!isRight) mFile->throwFaults();
+}
+
+void YamlValue::readKey(const KeyReader& reader) const {
+  if (const std::optional<YamlValue> value = find(reader.key)) {
+    reader.read(*value);
+  } else if (reader.required) {
+    fail(fmt::format("the key '{}' is missing", reader.key));
+  }
+}
+
+YAML::Node YamlValue::resolved() const {
+  if (isText()) return YAML::Node(text());
+  YAML::Node copy(mNode.Type());
+  copy.SetStyle(mNode.Style());
+  if (isList()) {
+    for (const YamlValue& element : list()) copy.push_back(element.resolved());
+  } else if (isMap()) {
+    for (const YamlValue& value : fields()) copy[value.key()] = value.resolved();
+  }
+  return copy;
+}
+
+YamlReader Into(std::string& text) {
+  return [&text](const YamlValue& value) { text = value.text(); };
+}
+
+YamlReader Into(std::vector<std::string>& texts) {
+  return [&texts](const YamlValue& value) { texts = value.texts(); };
+}
+
+YamlReader Into(bool& flag) {
+  return [&flag](const YamlValue& value) { flag = value.boolean(); };
+}
+
+YamlReader Into(int64_t& number, int64_t min, int64_t max) {
+  return [&number, min, max](const YamlValue& value) { number = value.integer(min, max); };
 }
 
 }  // namespace host

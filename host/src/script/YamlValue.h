@@ -3,27 +3,27 @@
 #include <yaml-cpp/yaml.h>
 
 #include <cstdint>
-#include <map>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "YamlFile.h"
 
 namespace host {
 
-/// The values of a variant by name. They replace `${name}`.
-using Variables = std::map<std::string, YAML::Node>;
+class YamlValue;
+struct KeyReader;
+
+using YamlReader = std::function<void(const YamlValue&)>;
 
 /// A value of a session file, with its place there. Every accessor throws `SessionFileError` for a
-/// value of another type. Borrows the file and the variables.
+/// value of another type. Borrows the file.
 class YamlValue {
  public:
-  using Field = std::pair<std::string, YamlValue>;
-
   /// Takes the variable's value, of any type, for a text that is `${name}` and nothing else.
-  YamlValue(const YAML::Node& node, std::string key, YamlFile* file, const Variables* variables);
+  YamlValue(const YAML::Node& node, std::string key, YamlFile& file);
 
   YamlValue(const YamlValue&) = default;
   // Assigning a node of the YAML library would change the tree that holds it.
@@ -31,7 +31,7 @@ class YamlValue {
 
   /// Returns a scalar as written, with each `${name}` but `${session}` replaced.
   std::string text() const;
-  int64_t integer(int64_t least, int64_t most) const;
+  int64_t integer(int64_t min, int64_t max) const;
   bool boolean() const;
   /// Returns the elements. They have the key of this value.
   std::vector<YamlValue> list() const;
@@ -45,26 +45,33 @@ class YamlValue {
   void forEachElement(Read read) const {
     for (const YamlValue& element : list()) CollectFaults([&] { read(element); });
   }
-  /// Returns the fields in the order of the file. Collects the fault of a key that comes twice.
-  std::vector<Field> fields() const;
-  /// Returns the fields by key. Collects the faults of unknown keys.
-  std::map<std::string, YamlValue> fields(const std::vector<std::string_view>& known) const;
-  /// Calls `read(key, value)` for each field, and collects the faults.
+  /// Returns the values of a map in the order of the file, each with its key. Collects the fault of
+  /// a key that comes twice.
+  std::vector<YamlValue> fields() const;
+  /// Calls `read(value)` for each of them, and collects the faults.
   template <typename Read>
   void forEachField(Read read) const {
-    for (const Field& field : fields()) CollectFaults([&] { read(field.first, field.second); });
+    for (const YamlValue& value : fields()) CollectFaults([&] { read(value); });
   }
+  /// Returns the value of a key of the map, or nothing.
+  std::optional<YamlValue> find(std::string_view key) const;
+  /// Calls the reader of each key that the map has, in the readers' order. Throws at the end if one
+  /// of them failed or a key is missing. Collects the faults of unknown keys, which `explain` may
+  /// explain by one of its own.
+  void readKeys(const std::vector<KeyReader>& readers, const YamlReader& explain = nullptr) const;
 
-  bool isText() const { return !mIsNothing && mNode.IsScalar(); }
+  bool isText() const { return mNode.IsScalar(); }
   bool isList() const { return mNode.IsSequence(); }
   bool isMap() const { return mNode.IsMap(); }
-  bool isNothing() const { return mIsNothing || mNode.IsNull(); }
+  bool isNothing() const { return mNode.IsNull(); }
   /// Returns a value for the same place that holds nothing, under another key.
   YamlValue withNothing(std::string key) const;
+  /// Returns a copy for other files, with the variables replaced.
+  YAML::Node resolved() const;
   const YAML::Node& node() const { return mNode; }
   const std::string& key() const { return mKey; }
   /// "FILE:LINE"
-  std::string place() const { return mFile->place(line()); }
+  std::string place() const { return mFile->place(mLine); }
   /// Fails with "FILE:LINE: KEY: what is wrong".
   [[noreturn]] void fail(std::string_view what) const;
   /// Fails because there is no such key or step. `what` is "key" or "step".
@@ -72,24 +79,26 @@ class YamlValue {
                                    const std::vector<std::string_view>& known) const;
 
  private:
-  YamlValue child(const YAML::Node& node, std::string key) const;
+  void readKey(const KeyReader& reader) const;
   std::string_view kind() const;
-  size_t line() const;
 
   YAML::Node mNode;
   std::string mKey;
-  bool mIsNothing = false;
   YamlFile* mFile;
-  const Variables* mVariables;
+  size_t mLine = 0;
 };
 
-/// Returns the value of `key`, or null.
-const YamlValue* Find(const std::map<std::string, YamlValue>& fields, std::string_view key);
+/// Reads the value of a key.
+struct KeyReader {
+  std::string_view key;
+  YamlReader read;
+  bool required = false;
+};
 
-/// Calls `read(value)` for the value of `key`, if there is one, and collects its fault.
-template <typename Read>
-void ReadField(const std::map<std::string, YamlValue>& fields, std::string_view key, Read read) {
-  if (const YamlValue* value = Find(fields, key)) CollectFaults([&] { read(*value); });
-}
+/// Return readers that keep the value.
+YamlReader Into(std::string& text);
+YamlReader Into(std::vector<std::string>& texts);
+YamlReader Into(bool& flag);
+YamlReader Into(int64_t& number, int64_t min, int64_t max);
 
 }  // namespace host
