@@ -55,6 +55,9 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"leak a suite",
      {"suite-leaked: AEGP Memory Suite 1 is left, from AcquireSuite in the idle hook at tick 1"},
      {}},
+    {"leak a suite and use it again",
+     {"suite-leaked: AEGP Memory Suite 1 is left, from AcquireSuite in the idle hook at tick 1"},
+     {}},
     {"release a suite twice",
      {"suite-released-too-often: ReleaseSuite: AEGP Memory Suite 1 isn't acquired; the one from "
       "AcquireSuite in the idle hook at tick 1 was released before"},

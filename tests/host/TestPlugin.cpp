@@ -225,6 +225,11 @@ std::vector<std::string> writtenFiles;
 
 const std::map<std::string, std::function<void()>> kBehaviours{
     {"leak a suite", Acquire},
+    {"leak a suite and use it again",
+     [] {
+       Acquire();
+       needsMemoryAtDeath = true;
+     }},
     {"release a suite twice",
      [] {
        Acquire();

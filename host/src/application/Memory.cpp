@@ -1,6 +1,7 @@
 #include "Memory.h"
 
 #include <dlfcn.h>
+#include <fmt/format.h>
 #include <malloc.h>
 
 #include <algorithm>
@@ -93,6 +94,33 @@ size_t Memory::bytesKept() const {
     if (freed.bytes.start()) bytes += malloc_usable_size(freed.bytes.start()) + sizeof(size_t);
   }
   return bytes;
+}
+
+namespace {
+
+A_Err CheckMemory(Host& host, Holding kind, Finding finding, const char* name, const void* thing) {
+  if (!host.ledger.holds(kind, thing)) {
+    const Origin* const freed = host.ledger.takenBack(kind, thing);
+    return host.misused(
+        finding, freed ? fmt::format("the {} was freed before; it is from {}", name, freed->text())
+                       : fmt::format("there is no such {}", name));
+  }
+  if (!host.memory.at(thing).bytes.isIntact()) {
+    host.misused(Finding::overrun,
+                 fmt::format("the plug-in has written past the end of the {}", name));
+  }
+  // The call goes on after an overrun: what it gives back would be left otherwise.
+  return A_Err_NONE;
+}
+
+}  // namespace
+
+A_Err CheckPointer(Host& host, AEGP_MemHandle handle) {
+  return CheckMemory(host, Holding::memoryHandle, Finding::unknownHandle, "handle", handle);
+}
+
+A_Err CheckPointer(Host& host, void* block) {
+  return CheckMemory(host, Holding::block, Finding::unknownBlock, "block", block);
 }
 
 namespace {

@@ -14,6 +14,14 @@ std::vector<std::string> Menus::textsOf(bool MenuItem::*flag) const {
   return texts;
 }
 
+A_Err CheckMenuItem(Host& host, AEGP_Command command) {
+  if (host.menus.items.contains(command)) return A_Err_NONE;
+  // The plug-in may not have noticed.
+  if (host.menus.refused.contains(command)) return A_Err_GENERIC;
+  return host.misused(Finding::unknownCommand,
+                      fmt::format("no menu item has the command {}", command));
+}
+
 namespace {
 
 // Only one menu's number is known here.
@@ -22,16 +30,10 @@ std::string NameOfMenu(AEGP_MenuID menu) {
 }
 
 std::string NameOfPlace(A_long place) {
-  switch (place) {
-    case AEGP_MENU_INSERT_SORTED:
-      return "sorted";
-    case AEGP_MENU_INSERT_AT_BOTTOM:
-      return "at the bottom";
-    case AEGP_MENU_INSERT_AT_TOP:
-      return "at the top";
-    default:
-      return fmt::format("place {}", place);
-  }
+  if (place == AEGP_MENU_INSERT_SORTED) return "sorted";
+  if (place == AEGP_MENU_INSERT_AT_BOTTOM) return "at the bottom";
+  if (place == AEGP_MENU_INSERT_AT_TOP) return "at the top";
+  return fmt::format("place {}", place);
 }
 
 void GetUniqueCommand(Host& host, AEGP_Command* command) {

@@ -15,6 +15,10 @@
 namespace host {
 namespace {
 
+AEGP_PersistentBlobH HandleOf(Preferences& preferences) {
+  return reinterpret_cast<AEGP_PersistentBlobH>(&preferences);
+}
+
 void GetApplicationBlob3(Host& host, AEGP_PersistentBlobH* blob) {
   *blob = HandleOf(host.preferences);
 }
@@ -86,30 +90,32 @@ void DeleteEntry(Host& host, AEGP_PersistentBlobH, const A_char* section, const 
 
 }  // namespace
 
+A_Err CheckPointer(Host& host, AEGP_PersistentBlobH preferences) {
+  if (preferences == HandleOf(host.preferences)) return A_Err_NONE;
+  return host.misused(Finding::unknownHandle, "there are no such preferences");
+}
+
+// The first arguments of most functions.
+#define KEY "blobH", "section_keyZ", "value_keyZ"
+
 // The functions that both versions have one after the other.
-#define READING(table)                                                                            \
-  SUPPLIED(table, AEGP_GetNumSections, GetNumSections, "blobH", "num_sectionPL"),                 \
-      NOT_SUPPLIED(table, AEGP_GetSectionKeyByIndex),                                             \
-      SUPPLIED(table, AEGP_DoesKeyExist, DoesKeyExist, "blobH", "section_keyZ", "value_keyZ",     \
-               "existsPB"),                                                                       \
-      SUPPLIED(table, AEGP_GetNumKeys, GetNumKeys, "blobH", "section_keyZ", "num_keysPL"),        \
-      NOT_SUPPLIED(table, AEGP_GetValueKeyByIndex, AEGP_GetDataHandle, AEGP_GetData),             \
-      SUPPLIED(table, AEGP_GetString, GetString, "blobH", "section_keyZ", "value_keyZ",           \
-               "default?", "buf_size", "bufZ", "actual_buf_sizePL?"),                             \
-      SUPPLIED(table, AEGP_GetLong, GetNumber<A_long>, "blobH", "section_keyZ", "value_keyZ",     \
-               "defaultL", "valuePL"),                                                            \
-      SUPPLIED(table, AEGP_GetFpLong, GetNumber<A_FpLong>, "blobH", "section_keyZ", "value_keyZ", \
-               "defaultF", "valuePF")
-#define WRITING(table)                                                                            \
-  NOT_SUPPLIED(table, AEGP_SetDataHandle, AEGP_SetData),                                          \
-      SUPPLIED(table, AEGP_SetString, SetString, "blobH", "section_keyZ", "value_keyZ", "strZ"),  \
-      SUPPLIED(table, AEGP_SetLong, SetNumber<A_long>, "blobH", "section_keyZ", "value_keyZ",     \
-               "valueL"),                                                                         \
-      SUPPLIED(table, AEGP_SetFpLong, SetNumber<A_FpLong>, "blobH", "section_keyZ", "value_keyZ", \
-               "valueF")
-#define DELETING(table)                                                                  \
-  SUPPLIED(table, AEGP_DeleteEntry, DeleteEntry, "blobH", "section_keyZ", "value_keyZ"), \
-      NOT_SUPPLIED(table, AEGP_GetPrefsDirectory)
+#define READING(table)                                                                     \
+  SUPPLIED(table, AEGP_GetNumSections, GetNumSections, "blobH", "num_sectionPL"),          \
+      NOT_SUPPLIED(table, AEGP_GetSectionKeyByIndex),                                      \
+      SUPPLIED(table, AEGP_DoesKeyExist, DoesKeyExist, KEY, "existsPB"),                   \
+      SUPPLIED(table, AEGP_GetNumKeys, GetNumKeys, "blobH", "section_keyZ", "num_keysPL"), \
+      NOT_SUPPLIED(table, AEGP_GetValueKeyByIndex, AEGP_GetDataHandle, AEGP_GetData),      \
+      SUPPLIED(table, AEGP_GetString, GetString, KEY, "default?", "buf_size", "bufZ",      \
+               "actual_buf_sizePL?"),                                                      \
+      SUPPLIED(table, AEGP_GetLong, GetNumber<A_long>, KEY, "defaultL", "valuePL"),        \
+      SUPPLIED(table, AEGP_GetFpLong, GetNumber<A_FpLong>, KEY, "defaultF", "valuePF")
+#define WRITING(table)                                                 \
+  NOT_SUPPLIED(table, AEGP_SetDataHandle, AEGP_SetData),               \
+      SUPPLIED(table, AEGP_SetString, SetString, KEY, "strZ"),         \
+      SUPPLIED(table, AEGP_SetLong, SetNumber<A_long>, KEY, "valueL"), \
+      SUPPLIED(table, AEGP_SetFpLong, SetNumber<A_FpLong>, KEY, "valueF")
+#define DELETING(table) \
+  SUPPLIED(table, AEGP_DeleteEntry, DeleteEntry, KEY), NOT_SUPPLIED(table, AEGP_GetPrefsDirectory)
 
 const AEGP_PersistentDataSuite3 kPersistentDataSuite3{
     SUPPLIED(kPersistentDataSuite3, AEGP_GetApplicationBlob, GetApplicationBlob3, "blobPH"),

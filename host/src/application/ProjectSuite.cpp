@@ -6,6 +6,14 @@
 #include "SuiteFunction.h"
 
 namespace host {
+
+A_Err CheckPointer(Host& host, AEGP_ProjectH project) {
+  if (project == host.project().handle) return A_Err_NONE;
+  return host.ledger.takenBack(Holding::project, project)
+             ? host.misused(Finding::staleProject, "the project was closed")
+             : host.misused(Finding::unknownHandle, "there is no such project");
+}
+
 namespace {
 
 // How much the caller's buffer for a name holds isn't known here. No name is longer than this, with

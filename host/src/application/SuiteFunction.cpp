@@ -71,67 +71,14 @@ A_Err CheckSuite(Host& host, const void* table) {
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 
-A_Err CheckIsInTime(Host& host) {
-  return host.isIn(kStaticDestructor)
-             ? host.misused(Finding::calledTooLate, "the host has shut down")
-             : A_Err{A_Err_NONE};
+void CheckIsInTime(Host& host) {
+  if (host.isIn(kStaticDestructor)) host.misused(Finding::calledTooLate, "the host has shut down");
 }
 
 A_Err CheckPluginId(Host& host, AEGP_PluginID id) {
   if (id == kPluginId) return A_Err_NONE;
   return host.misused(Finding::wrongPluginId,
                       fmt::format("the plug-in's id is {}, not {}", kPluginId, id));
-}
-
-A_Err CheckMenuItem(Host& host, AEGP_Command command) {
-  if (host.menus.items.contains(command)) return A_Err_NONE;
-  // The plug-in may not have noticed.
-  if (host.menus.refused.contains(command)) return A_Err_GENERIC;
-  return host.misused(Finding::unknownCommand,
-                      fmt::format("no menu item has the command {}", command));
-}
-
-A_Err CheckPointer(Host& host, AEGP_ProjectH project) {
-  if (project == host.project().handle) return A_Err_NONE;
-  return host.ledger.takenBack(Holding::project, project)
-             ? host.misused(Finding::staleProject, "the project was closed")
-             : host.misused(Finding::unknownHandle, "there is no such project");
-}
-
-namespace {
-
-A_Err CheckMemory(Host& host, Holding kind, Finding finding, const char* name, const void* thing) {
-  if (!host.ledger.holds(kind, thing)) {
-    const Origin* const freed = host.ledger.takenBack(kind, thing);
-    return host.misused(
-        finding, freed ? fmt::format("the {} was freed before; it is from {}", name, freed->text())
-                       : fmt::format("there is no such {}", name));
-  }
-  if (!host.memory.at(thing).bytes.isIntact()) {
-    host.misused(Finding::overrun,
-                 fmt::format("the plug-in has written past the end of the {}", name));
-  }
-  // The call goes on after an overrun: what it gives back would be left otherwise.
-  return A_Err_NONE;
-}
-
-}  // namespace
-
-A_Err CheckPointer(Host& host, AEGP_MemHandle handle) {
-  return CheckMemory(host, Holding::memoryHandle, Finding::unknownHandle, "handle", handle);
-}
-
-A_Err CheckPointer(Host& host, void* block) {
-  return CheckMemory(host, Holding::block, Finding::unknownBlock, "block", block);
-}
-
-AEGP_PersistentBlobH HandleOf(Preferences& preferences) {
-  return reinterpret_cast<AEGP_PersistentBlobH>(&preferences);
-}
-
-A_Err CheckPointer(Host& host, AEGP_PersistentBlobH preferences) {
-  if (preferences == HandleOf(host.preferences)) return A_Err_NONE;
-  return host.misused(Finding::unknownHandle, "there are no such preferences");
 }
 
 A_Err ReportNull(Host& host, const char* name) {

@@ -68,12 +68,15 @@ class SuiteCall {
   size_t mWritten = 0;
 };
 
-// Each check reports a misuse. Returns the error of the call, or 0.
-
-A_Err CheckSuite(Host& host, const void* table);
 /// For a function that doesn't give something back: the host is gone once the plug-in's static
 /// objects are being destroyed.
-A_Err CheckIsInTime(Host& host);
+void CheckIsInTime(Host& host);
+
+// Each check reports a misuse. Returns the error of the call, or 0. Those of what a suite gives out
+// are beside the suite.
+
+A_Err CheckSuite(Host& host, const void* table);
+A_Err ReportNull(Host& host, const char* name);
 A_Err CheckPluginId(Host& host, AEGP_PluginID id);
 A_Err CheckMenuItem(Host& host, AEGP_Command command);
 A_Err CheckPointer(Host& host, AEGP_ProjectH project);
@@ -85,11 +88,6 @@ template <typename Target>
 A_Err CheckPointer(Host& /*host*/, Target* /*pointer*/) {
   return A_Err_NONE;
 }
-
-A_Err ReportNull(Host& host, const char* name);
-
-/// Returns the handle by which plug-ins name the preferences.
-AEGP_PersistentBlobH HandleOf(Preferences& preferences);
 
 /// Checks an argument by its type and its name: "aegp_plugin_id" and "menu_item" are numbers with a
 /// meaning.
@@ -106,6 +104,9 @@ A_Err CheckArgument(Host& host, Argument argument) {
   }
 }
 
+template <typename Result, typename... Arguments>
+using Pointer = Result (*)(Arguments...);
+
 /// A member of a suite's table, with its arguments' names in their order: records the call, checks
 /// the thread, the suite and the arguments, asks for a fault, and notes the error that goes back to
 /// the plug-in. From another thread nothing of the host is touched. A name that ends with "?" is of
@@ -118,55 +119,56 @@ A_Err CheckArgument(Host& host, Argument argument) {
 template <auto* table, Name function, bool givesBack, auto body, Name... names>
 class SuiteFunction {
  public:
-  template <typename Function>
-  operator Function*() const {
+  template <typename Result, typename... Arguments>
+  operator Pointer<Result, Arguments...>() const {
+    static_assert(sizeof...(Arguments) == sizeof...(names));
     (void)isKnown;
-    return &Entry<Function>::call;
+    return &call<Result, Arguments...>;
   }
 
  private:
-  template <typename Function>
-  struct Entry;
+  template <typename Result, typename... Arguments>
+  static Result call(Arguments... arguments) {
+    Host& host = TheHost();
+    if (!host.isMainThread()) {
+      return failed<Result>(host.reportFromOtherThread(table, function.text));
+    }
+    SuiteCall call(function.text, arguments...);
+    A_Err misuse = CheckSuite(host, table);
+    if (!givesBack) CheckIsInTime(host);
+    if (misuse == A_Err_NONE) ((misuse |= CheckArgument<names>(host, arguments)), ...);
+    // Also counts a call that is wrong.
+    const A_Err fault = call.fault();
+    const Result result =
+        misuse == A_Err_NONE ? run<Result>(host, fault, arguments...) : failed<Result>(misuse);
+    call.answer(kCanFail<Result> ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});
+    return result;
+  }
 
   template <typename Result, typename... Arguments>
-  struct Entry<Result(Arguments...)> {
-    static_assert(sizeof...(Arguments) == sizeof...(names));
-
-    static Result call(Arguments... arguments) {
-      Host& host = TheHost();
-      if (!host.isMainThread()) return failed(host.reportFromOtherThread(table, function.text));
-      SuiteCall call(function.text, arguments...);
-      A_Err misuse = CheckSuite(host, table);
-      if (!givesBack) CheckIsInTime(host);
-      if (misuse == A_Err_NONE) ((misuse |= CheckArgument<names>(host, arguments)), ...);
-      // Also counts a call that is wrong.
-      const A_Err fault = call.fault();
-      const Result result = misuse == A_Err_NONE ? run(host, fault, arguments...) : failed(misuse);
-      call.answer(kCanFail ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});
-      return result;
-    }
-
-   private:
-    // `IsEqual` answers a truth, and has no way to fail.
-    static constexpr bool kCanFail = std::is_same_v<Result, A_Err>;
-
-    static Result failed(A_Err error) { return static_cast<Result>(kCanFail ? error : 0); }
-
-    static Result run(Host& host, A_Err fault, Arguments... arguments) {
-      if constexpr (std::is_invocable_v<decltype(body), Host&, A_Err, Arguments...>) {
-        return body(host, fault, arguments...);
+  static Result run(Host& host, A_Err fault, Arguments... arguments) {
+    if constexpr (std::is_invocable_v<decltype(body), Host&, A_Err, Arguments...>) {
+      return body(host, fault, arguments...);
+    } else {
+      if (!givesBack && fault != A_Err_NONE) return failed<Result>(fault);
+      if constexpr (std::is_void_v<decltype(body(host, arguments...))>) {
+        body(host, arguments...);
+        return failed<Result>(fault);
       } else {
-        if (!givesBack && fault != A_Err_NONE) return failed(fault);
-        if constexpr (std::is_void_v<decltype(body(host, arguments...))>) {
-          body(host, arguments...);
-          return failed(fault);
-        } else {
-          const Result result = body(host, arguments...);
-          return result == Result{} ? failed(fault) : result;
-        }
+        const Result result = body(host, arguments...);
+        return result == Result{} ? failed<Result>(fault) : result;
       }
     }
-  };
+  }
+
+  // `IsEqual` answers a truth, and has no way to fail.
+  template <typename Result>
+  static constexpr bool kCanFail = std::is_same_v<Result, A_Err>;
+
+  template <typename Result>
+  static Result failed(A_Err error) {
+    return static_cast<Result>(kCanFail<Result> ? error : 0);
+  }
 
   static inline const bool isKnown = FunctionsThatCanFail().emplace(function.text).second;
 };

@@ -120,8 +120,9 @@ SPErr ReallocateBlock(Host& host, void* block, size_t newSize, void** newBlock) 
 // A hook comes too late once the entry point has returned.
 template <typename Added>
 A_Err Register(Host& host, const char* kind, std::vector<Added>& hooks, const Added& added) {
-  if (!host.isIn(kEntryPoint))
+  if (!host.isIn(kEntryPoint)) {
     return host.misused(Finding::lateHook, "the entry point has returned");
+  }
   if (std::find(hooks.begin(), hooks.end(), added) != hooks.end()) {
     host.misused(Finding::registeredTwice, "the hook is registered already");
   }

@@ -46,13 +46,8 @@ timespec RealDeadline(timespec deadline) {
   if (deadline.tv_sec < host::kSessionStart - kYear) return deadline;
   const timespec real = RealTime();
   constexpr long kSecond = 1'000'000'000;
-  deadline.tv_sec += real.tv_sec - now;
-  deadline.tv_nsec += real.tv_nsec;
-  if (deadline.tv_nsec >= kSecond) {
-    deadline.tv_nsec -= kSecond;
-    ++deadline.tv_sec;
-  }
-  return deadline;
+  const long nanoseconds = deadline.tv_nsec + real.tv_nsec;
+  return {deadline.tv_sec + real.tv_sec - now + nanoseconds / kSecond, nanoseconds % kSecond};
 }
 
 // Waits by the C library's function of that name. A wait until a time of the clocks that stand
