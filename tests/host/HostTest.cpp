@@ -67,7 +67,7 @@ const std::vector<Misbehaviour> kMisbehaviours{
       "    in the idle hook, tick 1, host call AEGP_GetUniqueCommand(pointer), step "},
      {}},
     {"call an unsupplied function of a released suite",
-     {"released-suite: AEGP_CauseIdleRoutinesToBeCalled: its suite isn't acquired"},
+     {"released-suite: AEGP_GetMainHWND: its suite isn't acquired"},
      {}},
     {"leak a handle",
      {"handle-leaked: a memory handle is left, from AEGP_GetProjectPath in the idle hook"},

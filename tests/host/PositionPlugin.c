@@ -38,8 +38,8 @@ static void call_the_rest(const char* name, int32_t version, int count, const ch
 
 static void call_what_is_not_supplied(void) {
   call_the_rest("AEGP Register Suite", 6, 12, "***.....*...");
-  call_the_rest("AEGP Utility Suite", 7, 25, "*....**................*.");
-  call_the_rest("AEGP Utility Suite", 13, 33, "**.....**................*.*.*.*.");
+  call_the_rest("AEGP Utility Suite", 7, 25, "*....**..............*.**");
+  call_the_rest("AEGP Utility Suite", 13, 33, "**.....**..............*.***.*.*.");
   call_the_rest("AEGP Proj Suite", 9, 14, "****....*.**..");
   call_the_rest("AEGP Memory Suite", 1, 8, "******.*");
   call_the_rest("PF AE Adv App Suite", 2, 11, ".....*.....");
@@ -49,11 +49,14 @@ static void call_what_is_not_supplied(void) {
 }
 
 static void use_windows(void) {
+  typedef int32_t (*Log)(const char*, const char*, const char*);
   Table utility = acquire("AEGP Utility Suite", 7);
   ((int32_t(*)(int32_t, const char*))utility[0])(me, "by position");
   ((int32_t(*)(const char*))utility[5])("Undo");
   call(utility[6]);
   ((int32_t(*)(const char*))utility[23])("to the console");
+  call(utility[21]);
+  ((Log)utility[24])("by position", "test", "to the log");
   release("AEGP Utility Suite", 7);
   utility = acquire("AEGP Utility Suite", 13);
   static const uint16_t text[] = {'U', 'T', 'F', '-', 0xd834, 0xdd1e, 0};
@@ -64,6 +67,8 @@ static void use_windows(void) {
   ((int32_t(*)(const char*))utility[7])("Undo");
   call(utility[8]);
   ((int32_t(*)(const char*))utility[25])("to the console");
+  call(utility[23]);
+  ((Log)utility[26])("by position", "test", "to the log");
   ((int32_t(*)(unsigned char*))utility[27])(&available);
   ((int32_t(*)(unsigned char*))utility[29])(&activated);
   printf("scripting %d, activated %d\n", available, activated);

@@ -356,7 +356,7 @@ const std::map<std::string, std::function<void()>> kBehaviours{
      [] {
        const AEGP_UtilitySuite3* suite = nullptr;
        suite = Utility().operator->();
-       const auto function = reinterpret_cast<void (*)()>(suite->AEGP_CauseIdleRoutinesToBeCalled);
+       const auto function = reinterpret_cast<void (*)()>(suite->AEGP_GetMainHWND);
        reinterpret_cast<A_Err (*)()>(function)();
      }},
     {"write past a handle",

@@ -38,6 +38,17 @@ void WriteToOSConsole(Host& host, const A_char* text) {
   host.timeline.add(Actor::plugIn, fmt::format("writes to the system's console: {}", text));
 }
 
+void WriteToDebugLog(Host& host, const A_char* subsystem, const A_char* eventType,
+                     const A_char* info) {
+  host.timeline.add(Actor::plugIn,
+                    fmt::format("writes to the debug log: {}, {}: {}", subsystem, eventType, info));
+}
+
+// The session decides when there is a tick.
+void CauseIdleRoutinesToBeCalled(Host& host) {
+  host.timeline.add(Actor::plugIn, "asks for an idle tick soon");
+}
+
 void IsScriptingAvailable(Host& /*host*/, A_Boolean* available) {
   *available = 0;
 }
@@ -68,10 +79,11 @@ void RefreshAllWindows(Host& host) {
                    AEGP_PaintPalSetForeColor, AEGP_PaintPalSetBackColor, AEGP_CharPalGetFillColor, \
                    AEGP_CharPalGetStrokeColor, AEGP_CharPalSetFillColor,                           \
                    AEGP_CharPalSetStrokeColor, AEGP_CharPalIsFillColorUIFrontmost,                 \
-                   AEGP_ConvertFpLongToHSFRatio, AEGP_ConvertHSFRatioToFpLong,                     \
-                   AEGP_CauseIdleRoutinesToBeCalled, AEGP_GetSuppressInteractiveUI),               \
+                   AEGP_ConvertFpLongToHSFRatio, AEGP_ConvertHSFRatioToFpLong),                    \
+      SUPPLIED(table, AEGP_CauseIdleRoutinesToBeCalled, CauseIdleRoutinesToBeCalled),              \
+      NOT_SUPPLIED(table, AEGP_GetSuppressInteractiveUI),                                          \
       SUPPLIED(table, AEGP_WriteToOSConsole, WriteToOSConsole, "textZ"),                           \
-      NOT_SUPPLIED(table, AEGP_WriteToDebugLog)
+      SUPPLIED(table, AEGP_WriteToDebugLog, WriteToDebugLog, "subsystemZ", "event_typeZ", "infoZ")
 
 const AEGP_UtilitySuite3 kUtilitySuite3{
     SUPPLIED(kUtilitySuite3, AEGP_ReportInfo, ReportInfo, "aegp_plugin_id", "info_stringZ"),

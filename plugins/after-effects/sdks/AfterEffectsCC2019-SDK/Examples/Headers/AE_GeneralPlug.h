@@ -133,10 +133,12 @@ typedef struct AEGP_UtilitySuite3 {
   A_UnknownFunction AEGP_CharPalIsFillColorUIFrontmost;
   A_UnknownFunction AEGP_ConvertFpLongToHSFRatio;
   A_UnknownFunction AEGP_ConvertHSFRatioToFpLong;
-  A_UnknownFunction AEGP_CauseIdleRoutinesToBeCalled;
+  /* Has the idle hooks called soon. */
+  A_Err (*AEGP_CauseIdleRoutinesToBeCalled)(void);
   A_UnknownFunction AEGP_GetSuppressInteractiveUI;
   A_Err (*AEGP_WriteToOSConsole)(const A_char* textZ);
-  A_UnknownFunction AEGP_WriteToDebugLog;
+  A_Err (*AEGP_WriteToDebugLog)(const A_char* subsystemZ, const A_char* event_typeZ,
+                                const A_char* infoZ);
 } AEGP_UtilitySuite3;
 
 /* "AEGP Utility Suite", version 13 */
@@ -165,10 +167,12 @@ typedef struct AEGP_UtilitySuite6 {
   A_UnknownFunction AEGP_CharPalIsFillColorUIFrontmost;
   A_UnknownFunction AEGP_ConvertFpLongToHSFRatio;
   A_UnknownFunction AEGP_ConvertHSFRatioToFpLong;
-  A_UnknownFunction AEGP_CauseIdleRoutinesToBeCalled;
+  /* Has the idle hooks called soon. */
+  A_Err (*AEGP_CauseIdleRoutinesToBeCalled)(void);
   A_UnknownFunction AEGP_GetSuppressInteractiveUI;
   A_Err (*AEGP_WriteToOSConsole)(const A_char* textZ);
-  A_UnknownFunction AEGP_WriteToDebugLog;
+  A_Err (*AEGP_WriteToDebugLog)(const A_char* subsystemZ, const A_char* event_typeZ,
+                                const A_char* infoZ);
   A_Err (*AEGP_IsScriptingAvailable)(A_Boolean* outAvailablePB);
   A_UnknownFunction AEGP_ExecuteScript;
   A_Err (*AEGP_HostIsActivated)(A_Boolean* is_activatedPB);
