@@ -63,9 +63,10 @@ const std::vector<Disappointment> kDisappointments{
                "host: {preferences: {S: {key: one}}}\n"),
      "S / key = one"},
     {"files", Expecting("tick", "files: {a: two}", "files: {a: one}\n"), "a: one"},
+    {"tick until", "steps: [tick until: {files: {a: one}, at most: 3}]\n", "a: none"},
     {"growth",
      Expecting("start: , expect: {growth: none}, tick", "growth: none",
-               Misbehaving("hold more of everything")),
+               Misbehaving("hold more; acquire; get the path; allocate")),
      ""},
 };
 

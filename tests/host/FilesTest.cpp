@@ -61,8 +61,8 @@ struct Recorded {
 /// Sessions that end in every way, with hooks and dialogs in one another.
 const std::vector<std::string> kSessions{
     "steps: [tick, dialog: Preferences, pick: Mine]",
-    Behaviour("crash after printing"),
-    Behaviour("throw in a command"),
+    Behaviour("print last words; crash"),
+    Behaviour("throw in commands; pick"),
     Behaviour("exit"),
     Behaviour("keep dialogs from beginning", "[tick, dialog: Preferences]"),
 };
@@ -126,14 +126,14 @@ TEST(Files, JsonSaysOfEachFindingWhereItComesFrom) {
       {"report", R"("name":"user-report","call":"AEGP_ReportInfo",
                     "arguments":[{"name":"1","value":"1"},{"name":"2","value":"something is up"}])"},
       {"fail", R"("name":"hook-error")"},
-      {"keep an undo group", R"("name":"unbalanced-undo-group")"},
+      {"start an undo group", R"("name":"unbalanced-undo-group")"},
       {"throw", R"("name":"exception")"},
       {"crash", R"("name":"crash")"},
       {"pass a wild pointer", R"("name":"crash","call":"AEGP_ReportInfo")"},
       {"throw in a thread", R"("name":"crash")"},
       {"hang", R"("name":"timeout")"},
       {"exit", R"("name":"process-ended")"},
-      {"call from a thread", R"("name":"wrong-thread")"},
+      {"call from two threads", R"("name":"wrong-thread")"},
   };
   for (const auto& [behaviour, head] : cases) {
     SCOPED_TRACE(behaviour);
@@ -199,7 +199,7 @@ TEST(Files, EveryHookAndDialogThatBeginsEnds) {
 }
 
 TEST(Files, JUnitHoldsTheTimelineOfAFailureWhateverThePluginPrints) {
-  const Recorded run("about: \"odd \\e\"\n" + Behaviour("print odd bytes"));
+  const Recorded run("about: \"odd \\e\"\n" + Behaviour("print odd bytes; report odd bytes"));
   const std::string xml = Read(run.path("junit"));
   pugi::xml_document document;
   ASSERT_TRUE(document.load_string(xml.c_str()));

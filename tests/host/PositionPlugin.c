@@ -3,6 +3,7 @@
 
 #include <stdint.h>
 #include <stdio.h>
+#include <string.h>
 
 typedef void (*Function)(void);
 typedef const Function* Table;
@@ -46,6 +47,9 @@ static void call_what_is_not_supplied(void) {
   call_the_rest("AEGP Persistent Data Suite", 3, 18, "**.**...***..****.");
   call_the_rest("AEGP Persistent Data Suite", 4, 22, "**.**...***....***..*.");
   if (call(basic[6]) != 516) puts("the basic suite answers");
+  const void* table = basic;
+  ((int32_t(*)(const char*, int32_t, const void**))basic[0])("No Suite", 1, &table);
+  if (table != NULL) puts("a missing suite has a table");
 }
 
 static void use_windows(void) {
@@ -78,6 +82,18 @@ static void use_windows(void) {
   release("PF AE Adv App Suite", 2);
 }
 
+static void use_blocks(void) {
+  typedef unsigned char (*IsEqual)(const char*, const char*);
+  char* block = NULL;
+  char* moved = NULL;
+  ((int32_t(*)(size_t, char**))basic[3])(8, &block);
+  memcpy(block, "content", 8);
+  ((int32_t(*)(char*, size_t, char**))basic[5])(block, 1000000, &moved);
+  printf("%s, equal %d and %d\n", moved, ((IsEqual)basic[2])("one", "one"),
+         ((IsEqual)basic[2])("one", "other"));
+  ((int32_t(*)(char*))basic[4])(moved);
+}
+
 static void use_memory(void) {
   Table memory = acquire("AEGP Memory Suite", 1);
   void* handle = NULL;
@@ -87,14 +103,15 @@ static void use_memory(void) {
   int32_t total = 0;
   ((int32_t(*)(int32_t, const char*, uint32_t, int32_t, void**))memory[0])(me, "what", 3, 0,
                                                                            &handle);
+  memcpy(*(char**)handle, "ab", 3);
   ((int32_t(*)(const char*, uint32_t, void*))memory[5])("what", 12, handle);
   ((int32_t(*)(void*, uint32_t*))memory[4])(handle, &size);
   ((int32_t(*)(int32_t, int32_t*, int32_t*))memory[7])(me, &count, &total);
   ((int32_t(*)(void*, void**))memory[2])(handle, &start);
   ((char*)start)[11] = 'x';
+  printf("%s in %u bytes, %d handle of %d\n", (char*)start, size, count, total);
   ((int32_t(*)(void*))memory[3])(handle);
   ((int32_t(*)(void*))memory[1])(handle);
-  printf("%u bytes, %d handle of %d\n", size, count, total);
   release("AEGP Memory Suite", 1);
 }
 
@@ -115,9 +132,11 @@ static void use_project(void) {
   ((int32_t(*)(void*))memory[3])(path);
   ((int32_t(*)(void*))memory[1])(path);
   ((int32_t(*)(void*, unsigned char*))projects[8])(project, &dirty);
-  char name[64] = "";
+  /* The host writes the whole of a name's buffer. */
+  char name[64];
+  memset(name, 'x', sizeof name);
   ((int32_t(*)(void*, char*))projects[2])(project, name);
-  printf("%d project, %s, dirty %d\n", count, name, dirty);
+  printf("%d project, %s until %c%c, dirty %d\n", count, name, name[47] + '0', name[48], dirty);
   ((int32_t(*)(void**))projects[10])(&project);
   printf("opened again: %d\n", ((int32_t(*)(const uint16_t*, void**))projects[11])(copy, &project));
   release("AEGP Memory Suite", 1);
@@ -136,6 +155,7 @@ static void use_preferences(int32_t version) {
   char text[32] = "";
   uint32_t size = 0;
   int32_t number = 0;
+  int32_t half = 0;
   double fraction = 0;
   int32_t sections = 0;
   int32_t keys = 0;
@@ -145,7 +165,13 @@ static void use_preferences(int32_t version) {
   ((SetString)table[set])(blob, "Section", "key", "value");
   ((int32_t(*)(void*, const char*, const char*, int32_t))table[set + 1])(blob, "Section", "n", 42);
   ((int32_t(*)(void*, const char*, const char*, double))table[set + 2])(blob, "Other", "f", 0.5);
+  if (((GetString)table[8])(blob, "Section", "key", "default", 5, text, &size) == 0) {
+    puts("five bytes hold \"value\" and its end");
+  }
   ((GetString)table[8])(blob, "Section", "key", "default", sizeof text, text, &size);
+  ((SetString)table[set])(blob, "Section", "half", "42 and more");
+  ((int32_t(*)(void*, const char*, const char*, int32_t, int32_t*))table[9])(blob, "Section",
+                                                                             "half", 7, &half);
   ((int32_t(*)(void*, const char*, const char*, int32_t, int32_t*))table[9])(blob, "Section", "n",
                                                                              1, &number);
   ((int32_t(*)(void*, const char*, const char*, double, double*))table[10])(blob, "Other", "f", 1,
@@ -155,8 +181,8 @@ static void use_preferences(int32_t version) {
   ((int32_t(*)(void*, const char*, const char*))table[remove])(blob, "Other", "f");
   ((int32_t(*)(void*, const char*, const char*, unsigned char*))table[3])(blob, "Other", "f",
                                                                           &exists);
-  printf("%s, %u bytes, %d, %g, %d sections, %d keys, %d\n", text, size, number, fraction, sections,
-         keys, exists);
+  printf("%s, %u bytes, %d, %d, %g, %d sections, %d keys, %d\n", text, size, number, half, fraction,
+         sections, keys, exists);
   release("AEGP Persistent Data Suite", version);
 }
 
@@ -183,7 +209,7 @@ static void use_commands(void) {
 
 static int32_t idle(void* global, void* refcon, int32_t* max_sleep) {
   static void (*const ticks[])(void) = {
-      call_what_is_not_supplied, use_windows,       use_project, use_memory,
+      call_what_is_not_supplied, use_windows,       use_project, use_blocks, use_memory,
       use_preferences_3,         use_preferences_4, use_commands};
   static unsigned int tick = 0;
   (void)global, (void)refcon, (void)max_sleep;
@@ -201,11 +227,12 @@ static int32_t update_menu(void* global, void* refcon, char window) {
   return 0;
 }
 
-static int32_t pick(void* global, void* refcon, int32_t picked, uint32_t priority,
+static int32_t pick(void* global, const char* refcon, int32_t picked, uint32_t priority,
                     unsigned char already_handled, unsigned char* handled) {
-  (void)global, (void)refcon, (void)already_handled;
+  (void)global;
+  if (picked == 0 && already_handled) puts("nobody picked what is handled");
   if (picked != command) return 0;
-  printf("picked, priority %u\n", priority);
+  printf("%s, priority %u, handled %d\n", refcon, priority, already_handled);
   *handled = 1;
   return 0;
 }
@@ -229,10 +256,14 @@ __attribute__((visibility("default"))) int32_t EntryPointFunc(Table basic_suite,
   ((int32_t(*)(int32_t, int32_t(*)(void*, void*, int32_t*), void*))hooks[8])(id, idle, NULL);
   ((int32_t(*)(int32_t, int32_t(*)(void*, void*), void*))hooks[2])(id, death, NULL);
   ((int32_t(*)(int32_t, int32_t(*)(void*, void*, char), void*))hooks[1])(id, update_menu, NULL);
-  ((int32_t(*)(int32_t, uint32_t, int32_t,
-               int32_t(*)(void*, void*, int32_t, uint32_t, unsigned char, unsigned char*),
-               void*))hooks[0])(id, 1, 0, pick, NULL);
   ((int32_t(*)(int32_t*))commands[0])(&command);
+  typedef int32_t (*CommandHook)(void*, const char*, int32_t, uint32_t, unsigned char,
+                                 unsigned char*);
+  typedef int32_t (*RegisterCommandHook)(int32_t, uint32_t, int32_t, CommandHook, const char*);
+  const RegisterCommandHook register_command_hook = (RegisterCommandHook)hooks[0];
+  register_command_hook(id, 2, 0, pick, "picked last");
+  register_command_hook(id, 1, 0, pick, "picked first");
+  register_command_hook(id, 2, 1, pick, "picked for another command");
   ((int32_t(*)(int32_t, const char*, char, int32_t))commands[1])(command, "Mine", 7, -2);
   release("AEGP Command Suite", 1);
   release("AEGP Register Suite", 6);

@@ -9,6 +9,7 @@
 
 namespace {
 
+using testing::HasSubstr;
 using testing::StartsWith;
 
 /// Returns what `aegp-host` says of the session, with the file's name without its folder.
@@ -93,6 +94,40 @@ TEST(SessionFile, SaysWhereAKeyIsAtTheWrongDepth) {
   for (const auto& [session, fault] : cases) {
     EXPECT_THAT(FaultsOf(session), StartsWith("story.yaml:" + fault)) << session;
   }
+}
+
+TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
+  const std::vector<std::pair<std::string, std::string>> cases{
+      {"[]", "1: session: has to be a map"},
+      {"about: x\n", "1: session: the key 'steps' is missing"},
+      {"about: a\nabout: b\nsteps: []", "2: about: comes twice"},
+      {"about: ${who}\nsteps: []", "1: about: there is no variable 'who'"},
+      {"steps:\n  - tikc\n", "2: tikc: unknown step; known are "},
+      {"steps:\n  - tick:\n      count: [1]\n", "3: count: has to be a text, not a list"},
+      {"steps: [open: a.aep]", "1: open: there is no project 'a.aep' at this point"},
+      {"steps: [save as: /a.aep]", "1: save as: has to stay in the session folder"},
+      {"steps:\n  - edit\n  - start\n", "2: edit: comes before the host has started"},
+      {"steps:\n  - quit\n  - tick\n", "3: tick: comes after the host has quit"},
+      {"steps: [refuse: {suite: AEGP Proj Suite, version: 1}]", "1: refuse: the host has no such "},
+      {"steps: [pause: 1 s]", "1: pause: has to be a time such as 200 ms, not '1 s'"},
+      {"steps: [tick until: {stdout: [], at most: 1}]", "1: stdout: unknown key; known are "},
+      {"steps: [expect: {files: {log: {lines: []}}}]",
+       "1: lines: unknown key; known are has lines"},
+      {"host: {window classes: {A: B}}\nsteps: []", "1: A: there is no window class 'B'"},
+      {"environment: {A=B: c}\nsteps: []", "1: A=B: 'A=B' can't be the name of a variable"},
+      {"files: {a: x}\nprojects: {./a: []}\nsteps: []", "1: a: the session has the file 'a' "},
+      {"files: {a/b: x, a: y}\nsteps: []", "1: a: the session has the file 'a/b' already"},
+      {"framework: {missing export: Gone}\nsteps: []", "1: missing export: the framework has no "},
+      {"processes: [x/y]\nsteps: []", "1: processes: there is no y in "},
+      {"steps: [framework answers: [PluginIsEnabled: {count: 1}]]", "1: count: unknown key; known"},
+      {"steps: [expect: {framework: [1 PluginIsEnabled: {shw: 1}]}]",
+       "1: shw: PluginIsEnabled has no argument 'shw'"},
+  };
+  for (const auto& [session, fault] : cases) {
+    EXPECT_THAT(FaultsOf(session), StartsWith("story.yaml:" + fault)) << session;
+  }
+  EXPECT_THAT(Play("vault: {}\nsteps: []").output,
+              HasSubstr("story.yaml:1: vault: needs the option --font-manager"));
 }
 
 TEST(SessionFile, HasAllItsFaultsReportedInTheOrderOfLines) {
