@@ -150,9 +150,21 @@ TEST(TolerantSession, AsksAtItsEndWhatBecameOfAnActivation) {
   }
 }
 
-TEST(TolerantSession, SkipsWhatCannotBePlayed) {
-  const Played played =
-      Play("tolerant: true\nsteps: [save, repeat: {times: 3, steps: [pick: Nothing, tick]}]\n");
+TEST(TolerantSession, ExcusesAnErrorOnlyInTheVisitInWhichItWasAnswered) {
+  const Played played = Play(
+      "tolerant: true\n" +
+      Behaviour("fail",
+                "[fail: {function: AEGP_EnableCommand, result: 42, times: 1}, open menu, tick]"));
+  EXPECT_EQ(played.code, 1);
+  EXPECT_THAT(played.output, AllOf(HasSubstr("the update-menu hook returned 42"),
+                                   HasSubstr("step expects: idle hook 42"),
+                                   Not(HasSubstr("step expects: update-menu hook 42"))));
+}
+
+TEST(TolerantSession, SkipsWhatCannotBePlayedAndComparesNothing) {
+  const Played played = Play(
+      "tolerant: true\n"
+      "steps: [save, repeat: {times: 3, steps: [pick: Nothing, tick]}, expect: {dirty: true}]\n");
   EXPECT_EQ(played.code, 0) << played.output;
   EXPECT_THAT(played.output, AllOf(HasSubstr("skips the step: a project without a path"),
                                    HasSubstr("skips the step: no menu has an item"),

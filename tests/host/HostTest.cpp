@@ -92,6 +92,11 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"throw an int", {"exception: an exception leaves the plug-in's idle hook: int 516"}},
     {"throw in commands; pick",
      {"exception: an exception leaves the plug-in's command hook: std::"}},
+    // The command, and the two of the quit, nest again each time.
+    {"pick within each command; pick",
+     {"nested-too-deep: AEGP_DoCommand: 100 calls of hooks are under way, each within the one "
+      "before\n",
+      "3 times, first at tick 1\n"}},
     {"throw in a thread",
      {"uncaught exception: std::runtime_error: from a [thread]\\nof mine\n",
       "crash: the process crashed in another thread: Aborted\n"
@@ -110,6 +115,9 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"print much; crash",
      {"plug-in    prints: (37865 bytes are left out)\n        plug-in    prints: xxx",
       "x\n        plug-in    prints: the end\n"}},
+    {"overflow the stack",
+     {"crash: the process crashed in the idle hook: Segmentation fault\n",
+      "libtest-plugin.so(+0x"}},
     {"crash at exit", {"crash: the process crashed in the static destructor: Aborted\n"}},
     {"crash at load", {"crash: the process crashed in the static constructor: Aborted\n"}},
     {"fork; hang in the child; hang",
@@ -118,7 +126,9 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"hang at load",
      {"timeout: the plug-in doesn't return within 2 s in the static constructor"},
      kShort},
-    {"hang when finalised", {"doesn't return within 2 s in the static destructor\n"}, kShort},
+    {"ignore the signal to end; hang when finalised",
+     {"doesn't return within 2 s in the static destructor\n"},
+     kShort},
     {"exit",
      {"process-ended: the process ended in the idle hook with code 0\n    tick 1, ",
       ", 2 of 3 steps left"}},
@@ -275,18 +285,26 @@ TEST(Host, ShowsWhereAndHowTheCallsOfTheFrameworkDiffer) {
   const std::string story = Word(folder.Write("story.yaml", R"(
 steps:
   - tick
+  - quit
   - expect:
-      framework: [0 InitializeTamberlinkInterface, 1 PluginIsEnabled: {enabled: false}]
+      framework:
+        - 0 InitializeTamberlinkInterface
+        - 1 PluginIsEnabled: {enabled: false}
+        - 1 HandleCloseDocument
+        - 2 TerminateTamberlinkInterface
 )"));
   const Played played =
       RunHost("--plugin " TYPELARK " " + std::string(kWithFontManager) + " " + story);
   EXPECT_EQ(played.code, 1);
   EXPECT_THAT(played.output,
-              HasSubstr("story.yaml:5: framework\n"
-                        "    (- expected, + found)\n"
-                        "      0 InitializeTamberlinkInterface\n"
-                        "    - 1 PluginIsEnabled  enabled=false\n"
-                        "    + 1 PluginIsEnabled  showMessage=false  enabled=true  result="));
+              AllOf(HasSubstr("story.yaml:7: framework\n"
+                              "    (- expected, + found)\n"
+                              "      0 InitializeTamberlinkInterface\n"
+                              "    - 1 PluginIsEnabled  enabled=false\n"
+                              "    + 1 PluginIsEnabled  showMessage=false  enabled=true  result="),
+                    HasSubstr("      1 HandleCloseDocument\n"
+                              "    - 2 TerminateTamberlinkInterface\n"
+                              "    + 1 TerminateTamberlinkInterface  result=")));
 }
 
 TEST(Host, SaysWhatThePluginHoldsMoreOf) {
@@ -381,13 +399,15 @@ TEST(Host, ValidatesAPluginWithoutAnySessionFile) {
 TEST(Host, SaysWhichSuitesAndFunctionsItLacks) {
   setenv("BEHAVIOUR", "ask for what is missing", 1);
   EXPECT_THAT(RunHost(TEST_PLUGIN, "validate").output,
-              AllOf(HasSubstr("misses suites:         AEGP Item Suite 13, AEGP Proj Suite 6\n"),
+              AllOf(HasSubstr("misses suites:         AEGP Item Suite 13, AEGP Proj Suite 6, AEGP "
+                              "Utility Suite 9\n"),
                     HasSubstr("calls unsupplied:      AEGP_GetMainHWND\n")));
   const Played played = Play("steps: [tick, expect: {not supplied: [AEGP_GetMainHWND]}]");
   EXPECT_EQ(played.code, 0);
   EXPECT_THAT(played.output,
               AllOf(HasSubstr("asks for AEGP Item Suite 13, which this host doesn't supply\n"),
                     HasSubstr("asks for AEGP Proj Suite 6: this host has version 9\n"),
+                    HasSubstr("AEGP Utility Suite 9: this host has version 7 and 13\n"),
                     HasSubstr("calls AEGP_GetMainHWND, which this host doesn't supply\n")));
 }
 

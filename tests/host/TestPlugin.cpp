@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utime.h>
@@ -50,6 +51,7 @@ const std::string behaviour = [] {
 }();
 
 A_Err idleResult = A_Err_NONE;
+bool handlesAll = false;
 // What the hooks do besides: the idle hook on each tick after the first.
 std::function<void()> onTick, onCommand, onDeath;
 
@@ -119,24 +121,19 @@ void Report(const char* text) {
   Utility()->AEGP_ReportInfo(pluginId, text);
 }
 
-void AskForPath(AEGP_ProjectH project) {
-  AEGP_MemHandle path = nullptr;
-  Projects()->AEGP_GetProjectPath(project, &path);
-}
+// On which the actions act.
+AEGP_ProjectH project = nullptr;
+AEGP_MemHandle handle = nullptr;
+void* block = nullptr;
+pid_t child = -1;
 
 AEGP_MemHandle PathHandle() {
   const Projects projects;
-  AEGP_ProjectH project = nullptr;
   AEGP_MemHandle path = nullptr;
   projects->AEGP_GetProjectByIndex(0, &project);
   projects->AEGP_GetProjectPath(project, &path);
   return path;
 }
-
-// On which the actions act.
-AEGP_MemHandle handle = nullptr;
-void* block = nullptr;
-pid_t child = -1;
 
 A_Err Lock() {
   void* start = nullptr;
@@ -158,15 +155,14 @@ void* Allocate() {
 }
 
 void CloseProject() {
-  AEGP_ProjectH project = nullptr;
-  Projects()->AEGP_NewProject(&project);
+  AEGP_ProjectH opened = nullptr;
+  Projects()->AEGP_NewProject(&opened);
 }
 
 void OpenAgain() {
   const std::u16string path = (std::filesystem::current_path() / "projects/a.aep").u16string();
-  AEGP_ProjectH project = nullptr;
-  Projects()->AEGP_OpenProjectFromPath(reinterpret_cast<const A_UTF16Char*>(path.c_str()),
-                                       &project);
+  AEGP_ProjectH opened = nullptr;
+  Projects()->AEGP_OpenProjectFromPath(reinterpret_cast<const A_UTF16Char*>(path.c_str()), &opened);
 }
 
 // As if the framework had been called.
@@ -267,6 +263,24 @@ void WorkInAThread() {
   }).detach();
 }
 
+void TellTheTime() {
+  timeval day{};
+  timespec clock{};
+  timespec utc{};
+  gettimeofday(&day, nullptr);
+  clock_gettime(CLOCK_REALTIME, &clock);
+  timespec_get(&utc, TIME_UTC);
+  std::printf("it is %ld, %ld, %ld, %ld\n", std::time(nullptr), day.tv_sec, clock.tv_sec,
+              utc.tv_sec);
+}
+
+// The sum keeps the compiler from making a loop of it.
+int OverflowTheStack(int depth) {
+  volatile char frame[4096] = {};
+  frame[0] = static_cast<char>(depth);
+  return depth < 0 ? 0 : OverflowTheStack(depth + 1) + frame[0];
+}
+
 desktop::ModalSession BeginNothing(desktop::Application& /*application*/,
                                    desktop::Window& /*window*/) {
   return 0;
@@ -297,6 +311,7 @@ const std::map<std::string, std::function<void()>> kActions{
        const void* suite = nullptr;
        basic->AcquireSuite("AEGP Item Suite", 13, &suite);
        basic->AcquireSuite("AEGP Proj Suite", 6, &suite);
+       basic->AcquireSuite("AEGP Utility Suite", 9, &suite);
        const Utility utility;
        CallUnsupplied(utility->AEGP_GetMainHWND);
      }},
@@ -360,14 +375,27 @@ const std::map<std::string, std::function<void()>> kActions{
     {"pass another id", [] { Utility()->AEGP_ReportInfo(77, "who is this"); }},
     {"pass a wild pointer", [] { Report(reinterpret_cast<const A_char*>(8)); }},
     {"pass what looks like a result", [] { basic->ReleaseSuite("suite\nresult: ok", 1); }},
-    {"use a closed project",
+    {"report what isn't UTF-16",
      [] {
-       AEGP_ProjectH closed = nullptr;
-       Projects()->AEGP_GetProjectByIndex(0, &closed);
-       CloseProject();
-       AskForPath(closed);
+       static constexpr A_UTF16Char kHalfAPair[] = {0xd800, 0};
+       const Suite<AEGP_UtilitySuite6> suite(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6);
+       suite->AEGP_ReportInfoUnicode(pluginId, kHalfAPair);
      }},
-    {"use no project", [] { AskForPath(reinterpret_cast<AEGP_ProjectH>(&command)); }},
+    {"get the second project", [] { Projects()->AEGP_GetProjectByIndex(1, &project); }},
+    {"get the project", [] { Projects()->AEGP_GetProjectByIndex(0, &project); }},
+    {"make up a project", [] { project = reinterpret_cast<AEGP_ProjectH>(&command); }},
+    {"ask for its path",
+     [] {
+       AEGP_MemHandle path = nullptr;
+       Projects()->AEGP_GetProjectPath(project, &path);
+     }},
+    {"make up preferences",
+     [] {
+       A_long count = 0;
+       const Suite<AEGP_PersistentDataSuite4> suite(kAEGPPersistentDataSuite,
+                                                    kAEGPPersistentDataSuiteVersion4);
+       suite->AEGP_GetNumSections(reinterpret_cast<AEGP_PersistentBlobH>(&command), &count);
+     }},
 
     // Hooks, menus and undo groups
     {"register twice", [] {}},
@@ -385,6 +413,7 @@ const std::map<std::string, std::function<void()>> kActions{
      }},
     {"enable", [] { Commands()->AEGP_EnableCommand(command); }},
     {"remove", [] { Commands()->AEGP_RemoveMenuCommand(command); }},
+    {"handle all commands", [] { handlesAll = true; }},
     {"throw in commands", [] { onCommand = [] { throw std::runtime_error("nested"); }; }},
     {"pick within each command",
      [] {
@@ -409,12 +438,14 @@ const std::map<std::string, std::function<void()>> kActions{
 
     // Ends of the process
     {"crash", [] { raise(SIGSEGV); }},
+    {"overflow the stack", [] { OverflowTheStack(0); }},
     {"crash at exit", [] { atExit.action = std::abort; }},
     {"exit", [] { std::exit(0); }},
     {"exit in a thread", [] { std::thread([] { std::exit(0); }).join(); }},
     {"exit when finalised", [] { finally = [] { std::exit(0); }; }},
     {"end the process", [] { _exit(3); }},
     {"hang", Hang},
+    {"ignore the signal to end", [] { std::signal(SIGQUIT, SIG_IGN); }},
     {"hang when finalised", [] { finally = Hang; }},
     {"interrupt",
      [] {
@@ -454,7 +485,10 @@ const std::map<std::string, std::function<void()>> kActions{
 
     // What a session sees
     {"tell the time",
-     [] { std::printf("it is %lld\n", static_cast<long long>(std::time(nullptr))); }},
+     [] {
+       TellTheTime();
+       onTick = TellTheTime;
+     }},
     {"print last words",
      [] {
        std::printf("last words\x1b \xc2\x9b \xc3\xa9 \xff in %s/file",
@@ -529,7 +563,7 @@ A_Err Command(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command picked, AEGP_H
               A_Boolean, A_Boolean* handled) {
   if (onCommand) onCommand();
   std::printf("command %s\n", picked == command ? "of mine" : std::to_string(picked).c_str());
-  if (picked == command) *handled = 1;
+  if (picked == command || handlesAll) *handled = 1;
   return A_Err_NONE;
 }
 
