@@ -32,14 +32,14 @@ const std::array kSuites{
 
 // Returns null if there is none.
 const Suite* Find(std::string_view name, int32 version) {
-  const auto* const found = std::find_if(kSuites.begin(), kSuites.end(), [&](const Suite& suite) {
-    return suite.version == version && suite.name == name;
-  });
-  return found == kSuites.end() ? nullptr : found;
+  for (const Suite& suite : kSuites) {
+    if (suite.version == version && suite.name == name) return &suite;
+  }
+  return nullptr;
 }
 
-// Says what the plug-in asks for that isn't there.
-void NoteMissing(Host& host, std::string_view name, int32 version) {
+// Says what the plug-in asks for that isn't there. Returns the error of the call.
+A_Err ReportMissing(Host& host, std::string_view name, int32 version) {
   std::string versions;
   for (const Suite& suite : kSuites) {
     if (suite.name != name) continue;
@@ -49,14 +49,15 @@ void NoteMissing(Host& host, std::string_view name, int32 version) {
   host.noteOnce(Actor::plugIn,
                 fmt::format("asks for {}{}", NameOfSuite(name, version),
                             versions.empty() ? ", which this host doesn't supply" : versions));
+  return PF_Err_BAD_CALLBACK_PARAM;
 }
 
 // Returns the error of a suite that the session has the host refuse, or 0.
-A_Err Refuse(Host& host, const std::string& nameAndVersion) {
-  const A_Err error = host.faults.take(nameAndVersion);
+A_Err Refuse(Host& host, const std::string& suite) {
+  const A_Err error = host.faults.take(suite);
   if (error != A_Err_NONE) {
     host.countFailure("AcquireSuite");
-    host.noteOnce(Actor::host, "refuses " + nameAndVersion);
+    host.noteOnce(Actor::host, "refuses " + suite);
   }
   return error;
 }
@@ -64,16 +65,15 @@ A_Err Refuse(Host& host, const std::string& nameAndVersion) {
 SPErr AcquireSuite(Host& host, A_Err fault, const char* name, int32 version, const void** suite) {
   const Suite* const found = Find(name, version);
   A_Err error = fault;
-  if (error == A_Err_NONE && !found) {
-    NoteMissing(host, name, version);
-    error = PF_Err_BAD_CALLBACK_PARAM;
-  }
-  if (error == A_Err_NONE) error = Refuse(host, NameOfSuite(name, version));
-  *suite = error == A_Err_NONE ? found->table : nullptr;
   if (error == A_Err_NONE) {
-    host.ledger.give(Holding::suite, *suite, host.origin());
-    return A_Err_NONE;
+    error = found ? Refuse(host, NameOfSuite(name, version)) : ReportMissing(host, name, version);
   }
+  if (error == A_Err_NONE) {
+    *suite = found->table;
+    host.ledger.give(Holding::suite, *suite, host.origin());
+    return error;
+  }
+  *suite = nullptr;
   if (found) host.countFailure(NameOfSuite(name, version));
   // What the code that the host's makers give away throws for any suite that it lacks.
   host.countAnswer(PF_Err_BAD_CALLBACK_PARAM);

@@ -21,11 +21,6 @@ namespace {
 
 int64_t now = host::kSessionStart;
 
-template <typename Function>
-bool IsFoundFirst(const char* name, Function* function) {
-  return dlsym(RTLD_DEFAULT, name) == reinterpret_cast<void*>(function);
-}
-
 // Asks the C library's own, which needs no system call.
 int RealClock(clockid_t clock, timespec* result) {
   static const auto own =
@@ -147,12 +142,6 @@ void UpdateFileDates() {
       if (event->len > 0) CorrectDates(folders[event->wd] / event->name);
     }
   }
-}
-
-bool ModulesSeeVirtualTime() {
-  return IsFoundFirst("time", &time) && IsFoundFirst("gettimeofday", &gettimeofday) &&
-         IsFoundFirst("clock_gettime", &clock_gettime) &&
-         IsFoundFirst("timespec_get", &timespec_get);
 }
 
 }  // namespace host

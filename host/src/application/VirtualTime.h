@@ -20,7 +20,5 @@ void WatchFileDates(const std::filesystem::path& folder);
 /// Corrects the dates of the files written since the last call. Makes one system call if there are
 /// none.
 void UpdateFileDates();
-/// Returns whether a module that is loaded into this process gets the virtual time.
-bool ModulesSeeVirtualTime();
 
 }  // namespace host
