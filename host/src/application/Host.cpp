@@ -184,7 +184,6 @@ void Host::beginStep(std::string_view place) {
   SetText(mFlight->step, place);
   mFlight->stepNumber = mFlight->stepsPlayed + 1;
   mFlight->watchdogStart = MonotonicNow();
-  timeline.beginStep(place);
 }
 
 void Host::beginDestructors() {

@@ -72,7 +72,7 @@ void CorrectDates(const std::filesystem::path& path) {
       CorrectDates(entry.path());
     }
   } else if (std::abs(RealTime().tv_sec - status.st_mtim.tv_sec) < kHour) {
-    host::TrySetModificationDate(path, now);
+    host::SetModificationDate(path, now);
   }
 }
 

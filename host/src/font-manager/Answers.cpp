@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <fstream>
 #include <limits>
 
 #include "FrameworkLog.h"
@@ -71,7 +72,7 @@ Action ReadAnswers(const YamlValue& value) {
   return [answers](Host& host) {
     host.timeline.drain();
     for (const Answer& answer : answers) {
-      AppendLine(host.inFolder("framework-answers"), answer.line);
+      std::ofstream(host.inFolder("framework-answers"), std::ios::app) << answer.line << '\n';
       TheFrameworkLog().answersLeft.add(answer.operation, answer.call, answer.isFault);
     }
   };

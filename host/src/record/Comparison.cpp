@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <utility>
 
 #include "TextFile.h"
 
@@ -21,14 +20,6 @@ std::string Show(const std::vector<std::string>& list) {
 }
 
 }  // namespace
-
-void Conclude(Event& expectation, std::string difference) {
-  expectation.met = difference.empty();
-  expectation.text =
-      fmt::format("{}: {}", expectation.met ? "as expected" : "NOT as expected", expectation.name);
-  if (expectation.met) expectation.where.clear();
-  expectation.difference = std::move(difference);
-}
 
 std::string DescribeMismatch(const std::string& expected, const std::string& found) {
   return fmt::format("    expected: {}\n    found:    {}", Escape(expected), Escape(found));

@@ -3,13 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Event.h"
-
 namespace host {
-
-/// Makes the expectation one that isn't met because of the difference, or one that is if there is
-/// none.
-void Conclude(Event& expectation, std::string difference);
 
 /// Returns the two lines that show what was expected and what was found.
 std::string DescribeMismatch(const std::string& expected, const std::string& found);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,11 +34,7 @@ struct Argument {
 
 /// Returns the value of the argument, or null. An in-out argument comes twice, and its later value
 /// counts.
-inline const std::string* FindLast(const std::vector<Argument>& arguments, std::string_view name) {
-  const auto found = std::find_if(arguments.rbegin(), arguments.rend(),
-                                  [&](const Argument& each) { return each.name == name; });
-  return found == arguments.rend() ? nullptr : &found->value;
-}
+const std::string* FindLast(const std::vector<Argument>& arguments, std::string_view name);
 
 /// A call by the plug-in: of the host, or of the framework.
 struct Call {
@@ -118,10 +114,22 @@ struct Event : EventHead, FactNames {
   std::vector<std::string> texts;  ///< that an `expect` expects
 };
 
-/// Returns what is known of the kind of a fact or finding. Throws `std::bad_optional_access` if
-/// there is no such kind.
-inline const FindingKind& KindOf(const Event& fact) {
-  return KindOf(FindingNamed(fact.name).value());
-}
+/// Returns what is known of the finding that a fact or finding has as its name. Throws
+/// `std::bad_optional_access` if there is no such one.
+const FindingKind& KindOf(const Event& fact);
+
+/// Makes the expectation one that isn't met because of the difference, or one that is if there is
+/// none.
+void Conclude(Event& expectation, std::string difference);
+
+using Json = nlohmann::ordered_json;
+
+/// Returns the event as an object, with its keys in the order of the format.
+Json ToJson(const Event& event);
+/// Returns the value on one line. Bytes that aren't UTF-8 become U+FFFD.
+std::string Dump(const Json& json);
+/// Takes the events out of lines of objects, and leaves there what isn't whole. Throws
+/// `std::exception` for a line that isn't an event.
+std::vector<Event> TakeEvents(std::string& bytes);
 
 }  // namespace host

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <ctime>
 #include <new>
 #include <stdexcept>
 
@@ -57,12 +56,6 @@ EventHead HeadOf(const FlightRecord& record) {
   const std::string_view call = record.hostCall.data();
   head.call.function = call.substr(0, call.find('('));
   return head;
-}
-
-int64_t MonotonicNow() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
 }
 
 }  // namespace host

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -14,7 +15,9 @@
 namespace host {
 
 /// Nanoseconds of a clock that sessions don't stop.
-int64_t MonotonicNow();
+inline int64_t MonotonicNow() {
+  return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
 
 /// What the process that plays a session is doing. Lies in memory that it shares with the process
 /// that waits for it, so that it can be read after a crash. Texts are NUL-terminated and cut to
@@ -34,8 +37,7 @@ struct FlightRecord {
   std::atomic<int64_t> tick{0};
   std::atomic<int64_t> time{0};  ///< virtual, in seconds since 1970
   int64_t stepsPlayed = 0;
-  off_t stdoutTaken = 0;  ///< bytes of the plug-in's output that are on the timeline
-  off_t stderrTaken = 0;
+  std::array<off_t, 2> outputTaken{};  ///< bytes of the plug-in's outputs that are on the timeline
 
   /// Says for a finding where the session is: the tick, the host call and the step.
   std::string where() const;

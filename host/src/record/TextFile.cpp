@@ -13,22 +13,6 @@
 #include <utility>
 
 namespace host {
-namespace {
-
-constexpr int64_t kMaxBytesAtOnce = int64_t{16} * 1024 * 1024;
-
-[[noreturn]] void ThrowFileError(const char* what, const std::filesystem::path& file) {
-  throw std::filesystem::filesystem_error(what, file,
-                                          std::error_code(errno, std::generic_category()));
-}
-
-void Write(const std::filesystem::path& file, std::ios::openmode mode, std::string_view text) {
-  std::ofstream stream(file, mode | std::ios::binary);
-  stream << text << std::flush;
-  if (!stream) ThrowFileError("can't write", file);
-}
-
-}  // namespace
 
 std::string Join(const std::vector<std::string>& parts, std::string_view separator) {
   return fmt::format("{}", fmt::join(parts, separator));
@@ -88,37 +72,33 @@ std::vector<std::string> ReadLines(const std::filesystem::path& file) {
 
 void WriteText(const std::filesystem::path& file, std::string_view text) {
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
-  Write(file, std::ios::trunc, text);
+  // Not emptied first: some file systems have a file that was emptied on the disk at once.
+  const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  const auto size = static_cast<ssize_t>(text.size());
+  const bool isWritten = descriptor >= 0 && write(descriptor, text.data(), text.size()) == size &&
+                         (ftruncate(descriptor, size) == 0 || errno == EINVAL);
+  const std::error_code error(errno, std::generic_category());
+  if (descriptor >= 0) close(descriptor);
+  if (!isWritten) throw std::filesystem::filesystem_error("can't write", file, error);
 }
 
 void WriteLines(const std::filesystem::path& file, const std::vector<std::string>& lines) {
   WriteText(file, lines.empty() ? "" : Join(lines, "\n") + "\n");
 }
 
-void AppendLine(const std::filesystem::path& file, std::string_view line) {
-  Write(file, std::ios::app, std::string(line) + "\n");
-}
-
 void SetModificationDate(const std::filesystem::path& file, int64_t date) {
-  if (!TrySetModificationDate(file, date)) ThrowFileError("can't set the date of", file);
-}
-
-bool TrySetModificationDate(const std::filesystem::path& file, int64_t date) {
   const std::array<timespec, 2> times{timespec{date, 0}, timespec{date, 0}};
-  return utimensat(AT_FDCWD, file.c_str(), times.data(), AT_SYMLINK_NOFOLLOW) == 0;
+  utimensat(AT_FDCWD, file.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
 }
 
 std::vector<std::string> GrowingFile::newLines() {
+  const off_t before = mOffset;
   std::array<char, 4096> buffer;
-  // Not more than what is there now: somebody may write faster than this reads.
-  int64_t left = kMaxBytesAtOnce;
-  for (ssize_t size = 0;
-       left > 0 && (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
-    left -= size;
+  for (ssize_t size = 0; (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
     mOffset += size;
     mRest.append(buffer.data(), static_cast<size_t>(size));
   }
-  if (left == kMaxBytesAtOnce) return {};
+  if (mOffset == before) return {};
   std::vector<std::string> lines = Split(mRest, "\n");
   mRest = std::move(lines.back());
   lines.pop_back();

@@ -27,11 +27,9 @@ std::vector<std::string> ReadLines(const std::filesystem::path& file);
 /// `std::filesystem::filesystem_error`.
 void WriteText(const std::filesystem::path& file, std::string_view text);
 void WriteLines(const std::filesystem::path& file, const std::vector<std::string>& lines);
-void AppendLine(const std::filesystem::path& file, std::string_view line);
-/// Sets the date of the file's contents, in seconds since 1970.
+/// Sets the date of the file's contents, in seconds since 1970. Does nothing if there is no such
+/// file.
 void SetModificationDate(const std::filesystem::path& file, int64_t date);
-/// Does the same, and returns false if it can't.
-bool TrySetModificationDate(const std::filesystem::path& file, int64_t date);
 
 /// Follows a file that another process appends to. Doesn't own the descriptor.
 class GrowingFile {

@@ -10,41 +10,31 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
-
-#include "Comparison.h"
-#include "EventJson.h"
 
 namespace host {
 namespace {
 
-// What a stream of this process writes to.
-struct Output {
+// Where a stream of this process writes.
+struct Target {
+  size_t output;
   int descriptor;
   Timeline& timeline;
 };
 
-ssize_t WriteOutput(void* cookie, const char* bytes, size_t size) {
-  const auto& [descriptor, timeline] = *static_cast<const Output*>(cookie);
-  timeline.beginOutput(descriptor);
-  return std::max(ssize_t{0}, write(descriptor, bytes, size));
-}
-
-// Has the descriptor write to the file. Returns a descriptor to read from.
-int Redirect(const char* file, int descriptor) {
-  const int output = open(file, O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-  if (output < 0 || dup2(output, descriptor) < 0) {
-    throw std::runtime_error(fmt::format("can't open {}", file));
-  }
-  return output;
+ssize_t WriteTo(void* cookie, const char* bytes, size_t size) {
+  const auto& target = *static_cast<const Target*>(cookie);
+  target.timeline.beginOutput(target.output);
+  return std::max(ssize_t{0}, write(target.descriptor, bytes, size));
 }
 
 // Returns a stream that lasts as long as the process, and that writes at once: what stands in a
 // buffer is lost in a crash.
-std::FILE* MakeStream(int descriptor, Timeline& timeline) {
-  std::FILE* const stream =
-      fopencookie(new Output{descriptor, timeline}, "w", {nullptr, WriteOutput, nullptr, nullptr});
+std::FILE* MakeStream(size_t output, int descriptor, Timeline& timeline) {
+  std::FILE* const stream = fopencookie(new Target{output, descriptor, timeline}, "w",
+                                        {nullptr, WriteTo, nullptr, nullptr});
   std::setvbuf(stream, nullptr, _IONBF, 0);
   // For `fileno`.
   stream->_fileno = descriptor;
@@ -61,34 +51,29 @@ struct ShowValue {
 
 }  // namespace
 
-std::string StdoutText(std::string_view line) {
-  return fmt::format("prints: {}", line);
-}
-
-std::string StderrText(std::string_view line) {
-  return fmt::format("writes to standard error: {}", line);
-}
-
 void Timeline::begin(int pipe, FlightRecord& flight) {
   mPipe = pipe;
   mFlight = &flight;
   mFolderPrefix = std::filesystem::current_path().string() + "/";
   std::fflush(nullptr);
-  mStdout.follow(Redirect(kStdoutFile, STDOUT_FILENO));
-  mStderr.follow(Redirect(kStderrFile, STDERR_FILENO));
-  stdout = MakeStream(STDOUT_FILENO, *this);
-  stderr = MakeStream(STDERR_FILENO, *this);
+  constexpr std::array kDescriptors{STDOUT_FILENO, STDERR_FILENO};
+  std::array<std::FILE**, 2> streams{&stdout, &stderr};
+  for (size_t i = 0; i < kOutputs.size(); ++i) {
+    const int file = open(kOutputs[i].file, O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    if (file < 0 || dup2(file, kDescriptors[i]) < 0) {
+      throw std::runtime_error(fmt::format("can't open {}", kOutputs[i].file));
+    }
+    mOutputs[i].follow(file);
+    *streams[i] = MakeStream(i, kDescriptors[i], *this);
+  }
   std::cout.rdbuf(new __gnu_cxx::stdio_sync_filebuf<char>(stdout));
   std::cerr.rdbuf(new __gnu_cxx::stdio_sync_filebuf<char>(stderr));
   std::clog.rdbuf(std::cerr.rdbuf());
 }
 
 Event Timeline::event(EventKind kind, Actor actor) const {
-  Event event(kind);
-  if (!mPlace.empty()) event.step = mFlight->stepNumber;
-  event.place = mPlace;
-  event.tick = tick;
-  event.time = mFlight->time;
+  Event event(kind, HeadForThread(*mFlight));
+  event.place = mFlight->step.data();
   event.actor = actor;
   event.hook = hookAt(mSpans.size());
   return event;
@@ -167,39 +152,39 @@ void Timeline::drain() {
   // Not all streams: a thread of the plug-in's may wait for one, and hold it.
   std::fflush(stdout);
   std::fflush(stderr);
-  takeLines(mStdout.newLines(), mStderr.newLines());
+  takeOutputs();
   for (const auto& source : mSources) source();
   mDraining = false;
 }
 
 void Timeline::drainRest() {
   drain();
-  takeLines(mStdout.takeRest(), mStderr.takeRest());
+  for (size_t i = 0; i < mOutputs.size(); ++i) takeLines(i, mOutputs[i].takeRest());
 }
 
-void Timeline::beginOutput(int descriptor) {
-  const bool isOther = mLastOutput.exchange(descriptor) != descriptor;
+void Timeline::beginOutput(size_t output) {
+  const bool isOther = mLastOutput.exchange(output) != output;
   if (!isOther || mFlight->isOfFork || gettid() != getpid()) return;
   if (std::exchange(mDraining, true)) return;
-  takeLines(mStdout.newLines(), mStderr.newLines());
+  takeOutputs();
   mDraining = false;
 }
 
-void Timeline::takeLines(const std::vector<std::string>& out, const std::vector<std::string>& err) {
-  if (out.empty() && err.empty()) return;
+void Timeline::takeOutputs() {
+  for (size_t i = 0; i < mOutputs.size(); ++i) takeLines(i, mOutputs[i].newLines());
+}
+
+void Timeline::takeLines(size_t output, const std::vector<std::string>& lines) {
+  if (lines.empty()) return;
   // Making entries of what it printed isn't the plug-in's work.
   const WatchdogPause pause(*mFlight);
-  const auto take = [this](const std::string& text) {
+  for (const std::string& line : lines) {
     Event entry = event(EventKind::entry, Actor::plugIn);
-    entry.text = text;
+    entry.text = kOutputs[output].says + line;
     add(std::move(entry));
-  };
-  for (const std::string& line : out) take(StdoutText(line));
-  for (const std::string& line : err) take(StderrText(line));
-  record.stdoutLines.insert(record.stdoutLines.end(), out.begin(), out.end());
-  record.stderrLines.insert(record.stderrLines.end(), err.begin(), err.end());
-  mFlight->stdoutTaken = mStdout.taken();
-  mFlight->stderrTaken = mStderr.taken();
+    (output == 0 ? record.stdoutLines : record.stderrLines).push_back(line);
+  }
+  mFlight->outputTaken[output] = mOutputs[output].taken();
 }
 
 void Timeline::beginHook(std::string_view name) {

@@ -22,13 +22,15 @@
 
 namespace host {
 
-/// The names of the files in the session folder that take the output of the process.
-inline constexpr char kStdoutFile[] = ".stdout";
-inline constexpr char kStderrFile[] = ".stderr";
+/// An output of the process that plays a session.
+struct Output {
+  const char* file;  ///< in the session folder, which takes it
+  const char* says;  ///< before each line on the timeline
+};
 
-/// Returns the text for a line that the plug-in wrote to its standard output or error.
-std::string StdoutText(std::string_view line);
-std::string StderrText(std::string_view line);
+/// Standard output and standard error.
+inline constexpr std::array<Output, 2> kOutputs{Output{".stdout", "prints: "},
+                                                Output{".stderr", "writes to standard error: "}};
 
 /// What expectations compare with, since one last took it.
 struct Record {
@@ -88,11 +90,9 @@ class Timeline {
   void drain();
   /// Does the same, and takes in unfinished lines of the plug-in's too.
   void drainRest();
-  /// Hears that the process is about to write to one of its two streams, and takes in what it has
-  /// written to the other, so that their order is right. For any thread.
-  void beginOutput(int descriptor);
-  /// Notes the step that begins, by its place in the session file.
-  void beginStep(std::string_view place) { mPlace = place; }
+  /// Hears that the process is about to write to an output, and takes in what it has written to the
+  /// other one, so that their order is right. For any thread.
+  void beginOutput(size_t output);
   /// Begins a hook. Nothing is sent of one in which nothing happens.
   void beginHook(std::string_view name);
   /// Begins a dialog, within the hook that is running.
@@ -116,23 +116,22 @@ class Timeline {
     const RunningCall* outerCall = nullptr;  ///< in which it began
   };
 
-  void takeLines(const std::vector<std::string>& out, const std::vector<std::string>& err);
+  void takeOutputs();
+  void takeLines(size_t output, const std::vector<std::string>& lines);
   Event spanEvent(EventKind kind, const Span& span, size_t depth) const;
-  std::string hookAt(size_t depth) const;
   Call describe(const RunningCall& running) const;
+  std::string hookAt(size_t depth) const;
   void sendBegins();
 
   int mPipe = -1;
   mutable std::mutex mPipeMutex;
   FlightRecord* mFlight = nullptr;
-  std::string mPlace;
   std::vector<Span> mSpans;  ///< those that run, the innermost last
   std::map<std::string, std::string> mStates;
   std::string mFolderPrefix;
   bool mDraining = false;
-  std::atomic<int> mLastOutput{-1};  ///< the descriptor of the stream that was written last
-  GrowingFile mStdout;
-  GrowingFile mStderr;
+  std::atomic<size_t> mLastOutput{0};  ///< that was written
+  std::array<GrowingFile, kOutputs.size()> mOutputs;
   std::vector<std::function<void()>> mSources;
   std::vector<std::function<void(const Event&)>> mObservers;
 };

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 
-#include "EventJson.h"
+#include "Event.h"
 #include "RunListener.h"
 
 namespace host {

@@ -13,23 +13,32 @@
 #include "Backtrace.h"
 
 namespace host {
-
 namespace {
 
 constexpr int kMaxFrames = 64;
 constexpr size_t kStackSize = size_t{64} * 1024;
 
-int sDescriptor = -1;
+// Never destroyed: modules are finalised later.
+const std::string* sFile = nullptr;
 // A process that the plug-in forks inherits the handlers. How it ends is no concern of the
 // session's.
 pid_t sProcess = 0;
 // For a crash that was an overflow of the stack.
 alignas(16) std::array<char, kStackSize> sAlternateStack;
 
+// Opens it when it is needed, which it seldom is. Returns a negative number in another process.
+int Report() {
+  static int descriptor = -1;
+  if (getpid() != sProcess) return -1;
+  if (descriptor < 0) {
+    descriptor = open(sFile->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  }
+  return descriptor;
+}
+
 void Write(const char* text) {
-  if (getpid() != sProcess) return;
   // Nothing is left to do about a failure.
-  if (write(sDescriptor, text, std::strlen(text)) < 0) return;
+  if (write(Report(), text, std::strlen(text)) < 0) return;
 }
 
 void WriteBacktrace(int signal) {
@@ -40,8 +49,8 @@ void WriteBacktrace(int signal) {
   const int count = backtrace(frames.data(), kMaxFrames);
   // Without this function and the trampoline of the signal.
   constexpr int kOwnFrames = 2;
-  if (count > kOwnFrames && getpid() == sProcess) {
-    backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, sDescriptor);
+  if (count > kOwnFrames) {
+    backtrace_symbols_fd(frames.data() + kOwnFrames, count - kOwnFrames, Report());
   }
   raise(signal);
 }
@@ -61,8 +70,8 @@ bool WriteIfOtherThread() {
   return true;
 }
 
-void InstallCrashReport() {
-  sDescriptor = open(kCrashFile, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+void InstallCrashReport(const std::filesystem::path& folder) {
+  sFile = new std::string(folder / kCrashFile);
   sProcess = getpid();
   // The first call loads a library, which a signal handler must not.
   std::array<void*, 1> frame;

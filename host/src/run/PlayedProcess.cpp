@@ -12,16 +12,15 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
 #include <utility>
 
 #include "Backtrace.h"
 #include "CrashReport.h"
-#include "EventJson.h"
 #include "Player.h"
 #include "TextFile.h"
-#include "Timeline.h"
 
 namespace host {
 namespace {
@@ -29,6 +28,8 @@ namespace {
 constexpr int64_t kNanoseconds = 1'000'000'000;
 // Of each output that a process leaves behind, in bytes. It may have printed without end.
 constexpr std::streamoff kMaxOutput = 262'144;
+// Enough for what a session tells between two looks at its pipe.
+constexpr int kPipeSize = 1'048'576;
 // How long a process that hangs may take to write its backtrace.
 constexpr int64_t kTimeToEnd = kNanoseconds;
 
@@ -68,6 +69,7 @@ PlayedProcess::PlayedProcess(std::shared_ptr<const Session> session, const RunOp
   children.insert(mProcess);
   mPipe = ends[0];
   fcntl(mPipe, F_SETFL, O_NONBLOCK);
+  fcntl(mPipe, F_SETPIPE_SZ, kPipeSize);
   mEnd = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));
 }
 
@@ -103,8 +105,7 @@ void PlayedProcess::update() {
   // What it wrote before it ended. Others may hold the pipe open.
   readReports();
   cleanUp();
-  addRestOf(kStdoutFile, mFlight->stdoutTaken, StdoutText);
-  addRestOf(kStderrFile, mFlight->stderrTaken, StderrText);
+  for (size_t i = 0; i < kOutputs.size(); ++i) addRestOf(kOutputs[i], mFlight->outputTaken[i]);
   endRunning();
   addHowItEnded(status);
   mResult = mJudge.finish();
@@ -117,8 +118,6 @@ void PlayedProcess::readReports() {
   while ((size = read(mPipe, buffer.data(), buffer.size())) > 0) {
     mUnread.append(buffer.data(), static_cast<size_t>(size));
   }
-  // A closed pipe is always readable.
-  if (size == 0) close(std::exchange(mPipe, -1));
   for (Event& event : TakeEvents(mUnread)) take(std::move(event));
 }
 
@@ -145,14 +144,15 @@ void PlayedProcess::endIfHanging() {
   }
 }
 
-void PlayedProcess::addRestOf(const char* file, off_t taken,
-                              std::string (*describe)(std::string_view)) {
-  std::ifstream stream(mFolder.path() / file, std::ios::binary | std::ios::ate);
+void PlayedProcess::addRestOf(const Output& output, off_t taken) {
+  std::ifstream stream(mFolder.path() / output.file, std::ios::binary | std::ios::ate);
   // What it wrote last says most about its end.
   const std::streamoff begin = std::max<std::streamoff>(taken, stream.tellg() - kMaxOutput);
-  if (begin > taken) addOutput(describe(fmt::format("({} bytes are left out)", begin - taken)));
+  if (begin > taken) {
+    addOutput(fmt::format("{}({} bytes are left out)", output.says, begin - taken));
+  }
   stream.seekg(begin);
-  for (std::string line; std::getline(stream, line);) addOutput(describe(line));
+  for (std::string line; std::getline(stream, line);) addOutput(output.says + line);
 }
 
 void PlayedProcess::addOutput(std::string text) {

@@ -5,13 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "FlightRecord.h"
 #include "Judge.h"
 #include "Runner.h"
 #include "SessionFolder.h"
+#include "Timeline.h"
 
 namespace host {
 
@@ -27,9 +27,8 @@ class PlayedProcess {
   PlayedProcess& operator=(const PlayedProcess&) = delete;
 
   const Session& session() const { return *mSession; }
-  /// Returns the descriptors of which one becomes readable when there is something to take in.
-  /// Negative ones stand for none.
-  std::vector<int> awaited() const { return {mPipe, mEnd}; }
+  /// The descriptor that becomes readable when the process ends. Negative if the kernel has none.
+  int end() const { return mEnd; }
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Throws
   /// `std::runtime_error` if the plug-in's module can't be loaded.
   void update();
@@ -44,7 +43,7 @@ class PlayedProcess {
   /// Ends what the process has left behind.
   void cleanUp();
   void take(Event event);
-  void addRestOf(const char* file, off_t taken, std::string (*describe)(std::string_view));
+  void addRestOf(const Output& output, off_t taken);
   void addOutput(std::string text);
   /// Returns the text with the paths of the session folder from there on.
   std::string withoutFolder(std::string text) const;
@@ -60,8 +59,8 @@ class PlayedProcess {
   const SharedFlightRecord mFlight;
   Judge mJudge;
   pid_t mProcess = -1;  ///< until it has ended
-  int mPipe = -1;       ///< until the other end is closed
-  int mEnd = -1;        ///< becomes readable when the process ends
+  int mPipe = -1;
+  int mEnd = -1;
   std::string mUnread;  ///< bytes of the pipe that aren't a whole event
   std::vector<Event> mEvents;
   std::vector<Event> mRunning;  ///< begins of hooks and dialogs that still run

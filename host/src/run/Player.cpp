@@ -83,7 +83,7 @@ void PlayAndExit(const Session& session, const RunOptions& options,
                  const std::filesystem::path& folder, int pipe, FlightRecord& flight) {
   DetachFromTerminal();
   if (chdir(folder.c_str()) != 0) _exit(EXIT_FAILURE);
-  InstallCrashReport();
+  InstallCrashReport(folder);
   KeepFromForks(flight);
   setenv("HOME", folder.c_str(), 1);
   for (const auto& [name, text] : session.environment) {

@@ -41,14 +41,13 @@ size_t CountRunning(const Jobs& jobs) {
                                            [](const Job& job) { return !job.process.result(); }));
 }
 
-// Waits until a process has something to report, but not long: one may hang.
-void WaitForReports(const Jobs& jobs) {
-  constexpr int kMilliseconds = 20;
-  std::vector<pollfd> awaited;
-  for (const Job& job : jobs) {
-    for (const int descriptor : job.process.awaited()) awaited.push_back({descriptor, POLLIN, 0});
-  }
-  poll(awaited.data(), awaited.size(), kMilliseconds);
+// Waits until a process ends, but not long: they report in the meantime. Waking up for each report
+// would take longer than the session.
+void Wait(const Jobs& jobs) {
+  constexpr int kMilliseconds = 5;
+  std::vector<pollfd> ends;
+  for (const Job& job : jobs) ends.push_back({job.process.end(), POLLIN, 0});
+  poll(ends.data(), ends.size(), kMilliseconds);
 }
 
 // Tells the listeners what is new of the session whose turn it is. Returns whether it is over.
@@ -78,7 +77,7 @@ void PlayAll(const NextSession& next, const RunOptions& options,
       jobs.emplace_back(std::move(session), options);
     }
     if (jobs.empty()) break;
-    WaitForReports(jobs);
+    Wait(jobs);
     for (Job& job : jobs) job.process.update();
     // It may have ended the processes too, which says nothing of their sessions.
     if (sCaughtSignal != 0) break;

@@ -37,21 +37,10 @@ void OpenFolders(const fs::path& folder) {
 
 }  // namespace
 
-SessionFolder::SessionFolder(const FolderSetup& setup, bool keep)
-    : mKeep(keep), mPath(MakeFolder()) {
-  try {
-    fill(setup);
-  } catch (...) {
-    remove();
-    throw;
-  }
-}
+SessionFolder::SessionFolder(bool keep) : mKeep(keep), mPath(MakeFolder()) {}
 
 SessionFolder::~SessionFolder() {
-  if (!mKeep) remove();
-}
-
-void SessionFolder::remove() {
+  if (mKeep) return;
   std::error_code error;
   fs::remove_all(mPath, error);
   if (!error) return;
@@ -60,7 +49,7 @@ void SessionFolder::remove() {
   if (error) fmt::print(stderr, "can't remove {}\n", mPath.string());
 }
 
-void SessionFolder::fill(const FolderSetup& setup) {
+SessionFolder::SessionFolder(const FolderSetup& setup, bool keep) : SessionFolder(keep) {
   for (const auto& [path, fonts] : setup.projects) {
     WriteLines(mPath / path, fonts);
     SetModificationDate(mPath / path, kSessionStart - kAgeOfProjects);

@@ -19,8 +19,7 @@ class SessionFolder {
   const std::filesystem::path& path() const { return mPath; }
 
  private:
-  void fill(const FolderSetup& setup);
-  void remove();
+  explicit SessionFolder(bool keep);
 
   bool mKeep;
   std::filesystem::path mPath;

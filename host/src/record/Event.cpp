@@ -1,6 +1,9 @@
-#include "EventJson.h"
+#include "Event.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <span>
 #include <stdexcept>
 #include <string_view>
@@ -101,6 +104,24 @@ Event EventFrom(const Json& json) {
 }
 
 }  // namespace
+
+const std::string* FindLast(const std::vector<Argument>& arguments, std::string_view name) {
+  const auto found = std::find_if(arguments.rbegin(), arguments.rend(),
+                                  [&](const Argument& each) { return each.name == name; });
+  return found == arguments.rend() ? nullptr : &found->value;
+}
+
+const FindingKind& KindOf(const Event& fact) {
+  return KindOf(FindingNamed(fact.name).value());
+}
+
+void Conclude(Event& expectation, std::string difference) {
+  expectation.met = difference.empty();
+  expectation.text =
+      fmt::format("{}: {}", expectation.met ? "as expected" : "NOT as expected", expectation.name);
+  if (expectation.met) expectation.where.clear();
+  expectation.difference = std::move(difference);
+}
 
 Json ToJson(const Event& event) {
   Json json;
