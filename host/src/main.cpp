@@ -135,7 +135,7 @@ int EndTrials(const std::string& outcome, const host::FailurePrinter& printer, i
 }
 
 int Sweep(Arguments& arguments, const FontManager& fontManager) {
-  const host::KnownIssues issues = host::LoadKnownIssues(arguments.knownIssues, fontManager);
+  const host::KnownIssues issues = host::LoadKnownIssues(arguments.knownIssues);
   std::vector<Session> sessions =
       host::LoadSessions(arguments.sessions, arguments.filter, fontManager);
   for (Session& session : sessions) host::AddKnownIssues(issues, session);
@@ -150,7 +150,7 @@ int Sweep(Arguments& arguments, const FontManager& fontManager) {
 
 int PlayRandom(Arguments& arguments, const FontManager& fontManager) {
   const host::RandomOptions random{arguments.seed, arguments.count,
-                                   host::LoadKnownIssues(arguments.knownIssues, fontManager)};
+                                   host::LoadKnownIssues(arguments.knownIssues)};
   host::FailurePrinter printer = MakePrinter(arguments.save);
   const host::RandomResult result =
       host::PlayRandomSessions(random, arguments.options, fontManager, printer);

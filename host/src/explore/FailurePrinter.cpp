@@ -7,7 +7,7 @@
 #include <cstdio>
 
 #include "Progress.h"
-#include "SessionText.h"
+#include "SessionFiles.h"
 #include "TextFile.h"
 
 namespace host {

@@ -10,7 +10,7 @@
 
 #include "Progress.h"
 #include "RandomSession.h"
-#include "SessionText.h"
+#include "SessionFiles.h"
 #include "Shrinker.h"
 
 namespace host {

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "Faults.h"
-#include "SessionText.h"
 #include "Steps.h"
 
 namespace host {

@@ -10,7 +10,7 @@
 
 #include "Faults.h"
 #include "Progress.h"
-#include "SessionText.h"
+#include "SessionFiles.h"
 #include "Steps.h"
 
 namespace host {

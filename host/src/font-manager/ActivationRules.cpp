@@ -139,7 +139,7 @@ void ActivationRules::checkFonts() {
 // While a process runs, the plug-in tells the framework of no document. The one that is saved here
 // is told of by several calls, any of which the framework may lack.
 void ActivationRules::checkDocumentsAreToldOf() {
-  Edit(*mHost);
+  mHost->editProject();
   mHost->idle();
   SaveAs(*mHost, kProbeProject);
   mHost->idle();

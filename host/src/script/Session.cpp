@@ -11,7 +11,6 @@
 #include "Expectations.h"
 #include "SessionPart.h"
 #include "Steps.h"
-#include "Suites.h"
 #include "YamlValue.h"
 
 namespace host {
@@ -85,7 +84,7 @@ void ReadEnvironment(const YamlValue& value, Session& session) {
   });
 }
 
-KnownIssue ReadKnownIssue(const YamlValue& value, const SessionPart& part) {
+KnownIssue ReadKnownIssue(const YamlValue& value) {
   KnownIssue issue;
   const auto readFinding = [&](const YamlValue& name) {
     const std::optional<Finding> finding = FindingNamed(name.text());
@@ -94,18 +93,10 @@ KnownIssue ReadKnownIssue(const YamlValue& value, const SessionPart& part) {
     }
     issue.finding = *finding;
   };
-  const auto readAfter = [&](const YamlValue& calls) {
-    issue.after = calls.texts();
-    for (const std::string& call : issue.after) {
-      const bool isKnown = FunctionsThatCanFail().contains(call) || HasSuite(call) ||
-                           !part.faultsOf({call, 1}).empty();
-      if (!isKnown) calls.fail(fmt::format("there is no call '{}' that could fail", call));
-    }
-  };
   value.readKeys({{"finding", readFinding, true},
                   {"function", Into(issue.function)},
                   {"detail", Into(issue.detail)},
-                  {"after", readAfter},
+                  {"after", Into(issue.after)},
                   {"reason", Into(issue.reason), true}});
   return issue;
 }
@@ -136,8 +127,7 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
       {"projects", [&](const YamlValue& map) { map.forEachField(readProject); }},
       {"active fonts", Into(session.setUp.activeFonts)},
       {"files", [&](const YamlValue& map) { map.forEachField(readFile); }},
-      {"known issues",
-       [&](const YamlValue& list) { session.knownIssues = ReadKnownIssues(list, part); }},
+      {"known issues", [&](const YamlValue& list) { session.knownIssues = ReadKnownIssues(list); }},
       {"tolerant", Into(session.host.tolerant)},
       {"settles", Into(session.settles)},
       {"environment", [&](const YamlValue& map) { ReadEnvironment(map, session); }},
@@ -171,9 +161,9 @@ YAML::Node TextOf(const std::string& text, size_t variant) {
 
 }  // namespace
 
-std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list, const SessionPart& part) {
+std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list) {
   std::vector<KnownIssue> issues;
-  list.forEachElement([&](const YamlValue& each) { issues.push_back(ReadKnownIssue(each, part)); });
+  list.forEachElement([&](const YamlValue& each) { issues.push_back(ReadKnownIssue(each)); });
   return issues;
 }
 
@@ -196,16 +186,12 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& te
     yaml.variables = VariablesOf(variant);
     read(fmt::format("{} ({})", name, variantName->text()));
   };
-  CollectFaults([&] {
-    const std::optional<YamlValue> variants =
-        YamlValue(yaml.root(), "session", yaml).find("variants");
-    if (!variants) {
-      read(name);
-    } else {
-      if (variants->list().empty()) variants->fail("has to have a variant");
-      variants->forEachElement(readVariant);
-    }
-  });
+  if (const auto variants = YamlValue(yaml.root(), "session", yaml).find("variants")) {
+    if (variants->list().empty()) variants->fail("has to have a variant");
+    variants->forEachElement(readVariant);
+  } else {
+    read(name);
+  }
   yaml.throwFaults();
   return sessions;
 }

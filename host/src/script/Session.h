@@ -61,6 +61,6 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& te
                                   const SessionPart& part);
 
 /// Reads the value of a session's key `known issues`. Throws `SessionFileError`.
-std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list, const SessionPart& part);
+std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list);
 
 }  // namespace host

@@ -81,17 +81,15 @@ std::vector<Session> LoadSessions(const std::vector<std::string>& files,
   return sessions;
 }
 
-KnownIssues LoadKnownIssues(const std::string& file, const SessionPart& part) {
+KnownIssues LoadKnownIssues(const std::string& file) {
   KnownIssues issues;
   if (file.empty()) return issues;
   YamlFile yaml(file, ReadSessionFile(file));
   const auto readList = [&](const YamlValue& list) {
-    issues.issues = ReadKnownIssues(list, part);
+    issues.issues = ReadKnownIssues(list);
     issues.list.reset(list.node());
   };
-  CollectFaults([&] {
-    YamlValue(yaml.root(), "the file", yaml).readKeys({{"known issues", readList, true}});
-  });
+  YamlValue(yaml.root(), "the file", yaml).readKeys({{"known issues", readList, true}});
   yaml.throwFaults();
   return issues;
 }
@@ -104,6 +102,37 @@ void AddKnownIssues(const KnownIssues& issues, Session& session) {
     for (const YAML::Node& each : issues.list) text["known issues"].push_back(YAML::Clone(each));
     return text;
   };
+}
+
+std::string WriteSession(const YAML::Node& session, const std::string& comment) {
+  YAML::Node ordered = YAML::Clone(session);
+  if (const YAML::Node steps = session["steps"]) {
+    ordered.remove("steps");
+    ordered["steps"] = steps;
+  }
+  YAML::Emitter emitter;
+  emitter << ordered;
+  std::string text;
+  for (const std::string& line : Split(comment, "\n"))
+    text += line.empty() ? "#\n" : "# " + line + "\n";
+  return text + emitter.c_str() + "\n";
+}
+
+std::string StepName(const YAML::Node& step) {
+  return (step.IsScalar() ? step : step.begin()->first).Scalar();
+}
+
+YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step) {
+  YAML::Node copy = YAML::Clone(session);
+  YAML::Node steps(YAML::NodeType::Sequence);
+  steps.push_back(YAML::Load(step));
+  bool starts = false;
+  for (const YAML::Node& each : session["steps"]) starts = starts || StepName(each) == "start";
+  // A session that starts the host by itself does so after its first steps.
+  if (!starts) steps.push_back("start");
+  for (const YAML::Node& each : session["steps"]) steps.push_back(each);
+  copy["steps"] = steps;
+  return copy;
 }
 
 }  // namespace host

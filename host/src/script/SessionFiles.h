@@ -7,7 +7,7 @@
 
 #include "SessionPart.h"
 
-// The files that the command line names.
+// Session files: those that the command line names, and those that are written.
 
 namespace host {
 
@@ -29,9 +29,19 @@ struct KnownIssues {
 
 /// Reads a file with the key `known issues`, as a session has it. Without a name there are none.
 /// Throws `SessionFileError`.
-KnownIssues LoadKnownIssues(const std::string& file, const SessionPart& part);
+KnownIssues LoadKnownIssues(const std::string& file);
 
 /// Has the session accept these as well, and its text say so. `issues` outlives the session.
 void AddKnownIssues(const KnownIssues& issues, Session& session);
+
+/// Returns the text of a session file, with the steps at its end. `comment` comes first, line by
+/// line.
+std::string WriteSession(const YAML::Node& session, const std::string& comment);
+
+/// Returns the name of a session's step.
+std::string StepName(const YAML::Node& step);
+
+/// Returns a copy with a step, as YAML, put before all others.
+YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step);
 
 }  // namespace host

@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <regex>
 #include <utility>
 
 #include "Expectations.h"
-#include "SessionText.h"
+#include "SessionFiles.h"
 #include "User.h"
 
 namespace host {
@@ -19,34 +20,30 @@ namespace {
 
 constexpr int64_t kMaxCount = 1'000'000'000;
 
-void RequireNothing(const YamlValue& value) {
-  if (!value.isNothing()) value.fail("takes no value");
-}
-
 void RefuseBoth(const YamlValue& value, std::string_view one, std::string_view other) {
   if (value.find(one) && value.find(other)) {
     value.fail(fmt::format("takes one of '{}' and '{}'", one, other));
   }
 }
 
-template <void (*play)(Host&)>
+template <auto play>
 Action ReadBare(const YamlValue& value, StepDraft& /*draft*/) {
-  RequireNothing(value);
+  if (!value.isNothing()) value.fail("takes no value");
   return play;
 }
 
-template <void (*play)(Host&, const std::string&)>
+template <auto play>
 Action ReadText(const YamlValue& value, StepDraft& /*draft*/) {
-  return [text = value.text()](Host& host) { play(host, text); };
+  return [text = value.text()](Host& host) { std::invoke(play, host, text); };
 }
 
-template <void (*play)(Host&, const std::string&)>
+template <auto play>
 Action ReadProject(const YamlValue& value, StepDraft& draft) {
   const std::string path = value.text();
   if (!draft.projects.contains(path)) {
     value.fail(fmt::format("there is no project '{}' at this point", path));
   }
-  return [path](Host& host) { play(host, path); };
+  return [path](Host& host) { std::invoke(play, host, path); };
 }
 
 Action ReadSaveAs(const YamlValue& value, StepDraft& draft) {
@@ -60,13 +57,9 @@ Action ReadRemove(const YamlValue& value, StepDraft& draft) {
   return remove;
 }
 
-void Start(Host& host) {
-  host.start();
-}
-
 Action ReadStart(const YamlValue& value, StepDraft& draft) {
   if (std::exchange(draft.started, true)) value.fail("the host has started already");
-  return ReadBare<Start>(value, draft);
+  return ReadBare<&Host::start>(value, draft);
 }
 
 Action ReadQuit(const YamlValue& value, StepDraft& draft) {
@@ -231,14 +224,14 @@ constexpr std::array kStepKinds{
     StepKind{"start", ReadStart, false},
     StepKind{"open", ReadProject<OpenByDialog>, true},
     StepKind{"open by double click", ReadProject<OpenByDoubleClick>, true},
-    StepKind{"edit", ReadBare<Edit>, true},
+    StepKind{"edit", ReadBare<&Host::editProject>, true},
     StepKind{"save", ReadBare<Save>, true},
     StepKind{"save as", ReadSaveAs, true},
     StepKind{"close", ReadBare<Close>, true},
     StepKind{"open menu", ReadBare<OpenMenu>, true},
     StepKind{"pick", ReadText<Pick>, true},
     StepKind{"pick all", ReadBare<PickAll>, true},
-    StepKind{"front", ReadText<BringToFront>, true},
+    StepKind{"front", ReadText<&Host::bringToFront>, true},
     StepKind{"remove", ReadRemove, false},
     StepKind{"quit", ReadQuit, true},
     StepKind{"tick", ReadTick, true},
@@ -349,7 +342,7 @@ std::vector<Step> ReadSteps(const YamlValue& value, StepDraft draft) {
   });
   if (!startsItself) {
     draft.started = true;
-    steps.push_back({value.place(), Start});
+    steps.push_back({value.place(), &Host::start});
   }
   value.forEachElement([&](const YamlValue& step) { steps.push_back(ReadStep(step, draft)); });
   if (!draft.quit)

@@ -36,10 +36,6 @@ void OpenByDoubleClick(Host& host, const std::string& path) {
   host.openProject(host.inFolder(path));
 }
 
-void Edit(Host& host) {
-  host.editProject();
-}
-
 void Save(Host& host) {
   host.timeline.add(Actor::user, "saves the project");
   if (host.project().path.empty())
@@ -88,10 +84,6 @@ void PickAll(Host& host) {
     if (item == host.menus.items.end() || !item->second.enabled) continue;
     host.commandWasHandled = host.runCommand(command);
   }
-}
-
-void BringToFront(Host& host, const std::string& application) {
-  host.bringToFront(application);
 }
 
 void Remove(Host& host, const std::string& path) {

@@ -12,7 +12,6 @@ namespace host {
 void OpenByDialog(Host& host, const std::string& path);
 /// Opens a project from the desktop, without a dialog.
 void OpenByDoubleClick(Host& host, const std::string& path);
-void Edit(Host& host);
 /// Throws `StepImpossible` if the project has no path.
 void Save(Host& host);
 void SaveAs(Host& host, const std::string& path);
@@ -24,7 +23,6 @@ void OpenMenu(Host& host);
 void Pick(Host& host, const std::string& text);
 /// Picks each menu item of plug-ins that is enabled.
 void PickAll(Host& host);
-void BringToFront(Host& host, const std::string& application);
 /// Deletes a project's file.
 void Remove(Host& host, const std::string& path);
 void Quit(Host& host);
