@@ -144,6 +144,20 @@ TEST(Judge, PutsTheCauseFirstAndCountsWhatIsAlike) {
   EXPECT_FALSE(played.complete);
 }
 
+TEST(Judge, TellsAHundredFindingsOfAKind) {
+  std::vector<Event> facts{Fact(Finding::hookError)};
+  for (int i = 0; i < 150; ++i) {
+    facts.push_back(Fact(Finding::nullArgument, "function " + std::to_string(i)));
+  }
+  Judge judge({});
+  for (const Event& fact : facts) judge.take(fact);
+  judge.take(Of(EventKind::finished));
+  const std::vector<Event> findings = judge.finish().findings;
+  ASSERT_EQ(findings.size(), 101U);
+  EXPECT_EQ(findings[98].text, "text");
+  EXPECT_THAT(findings[99].text, HasSubstr("no more of this kind are told"));
+}
+
 TEST(Judge, LeavesOutWhatASessionThatWasCutShortMightHaveExpected) {
   Judge judge({});
   judge.take(Fact(Finding::userReport, "", "", "oh"));

@@ -41,7 +41,7 @@ void Hang() {
   while (true) pause();
 }
 
-const std::string behaviour = [] {
+const std::string kBehaviour = [] {
   std::string wanted;
   std::getline(std::ifstream("behaviour"), wanted);
   if (const char* const variable = std::getenv("BEHAVIOUR")) wanted = variable;
@@ -465,9 +465,9 @@ const std::map<std::string, std::function<void()>> kActions{
      [] {
        if (child > 0) _exit(0);
      }},
-    {"crash in the child",
+    {"throw in a thread of the child",
      [] {
-       if (child == 0) std::abort();
+       if (child == 0) std::thread([] { throw std::runtime_error("from the child"); }).join();
      }},
     // With every descriptor of the process open.
     {"hang in the child",
@@ -495,6 +495,7 @@ const std::map<std::string, std::function<void()>> kActions{
                    std::filesystem::current_path().c_str());
        std::fputs("and more\n", stderr);
      }},
+    {"end no line at exit", [] { atExit.action = [] { std::printf("that's all"); }; }},
     {"print to both outputs in turn",
      [] {
        std::printf("one\n");
@@ -549,7 +550,7 @@ const std::map<std::string, std::function<void()>> kActions{
 };
 
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
-  static std::istringstream actions(behaviour);
+  static std::istringstream actions(kBehaviour);
   if (onTick) onTick();
   for (std::string action; std::getline(actions >> std::ws, action, ';');) kActions.at(action)();
   return idleResult;
@@ -582,7 +583,7 @@ extern "C" [[gnu::visibility("default")]] A_Err EntryPointFunc(SPBasicSuite* bas
   pluginId = id;
   const Register suite;
   suite->AEGP_RegisterIdleHook(id, Idle, nullptr);
-  if (behaviour == "register twice") suite->AEGP_RegisterIdleHook(id, Idle, nullptr);
+  if (kBehaviour == "register twice") suite->AEGP_RegisterIdleHook(id, Idle, nullptr);
   suite->AEGP_RegisterUpdateMenuHook(id, UpdateMenu, nullptr);
   suite->AEGP_RegisterCommandHook(id, AEGP_HP_BeforeAE, AEGP_Command_ALL, Command, nullptr);
   suite->AEGP_RegisterDeathHook(id, Death, nullptr);
