@@ -68,7 +68,7 @@ SPErr AcquireSuite(Host& host, A_Err fault, const char* name, int32 version, con
   if (error == A_Err_NONE) {
     error = found ? Refuse(host, NameOfSuite(name, version)) : ReportMissing(host, name, version);
   }
-  if (error == A_Err_NONE) {
+  if (found && error == A_Err_NONE) {
     *suite = found->table;
     host.ledger.give(Holding::suite, *suite, host.origin());
     return error;
