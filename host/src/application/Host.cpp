@@ -111,17 +111,16 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   if (isOutermost && std::exchange(undoGroups, 0) > 0) {
     report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
-  // What is told or taken in before it leaves the hook is of this hook.
+  // What is told or taken in before it leaves the hook is of this hook. Most write nothing.
   if (result != A_Err_NONE) {
     ++errorsShown;
     const std::string error = fmt::format("{} {}", hook, result);
     report(Finding::hookError, "the user saw an error that no step expects: " + error,
            {{}, {}, error}, {}, result);
   }
-  timeline.drain();
+  if (UpdateFileDates()) timeline.drain();
   leavePlugin(outerHook);
   timeline.endLast();
-  UpdateFileDates();
   if (result == A_Err_NONE) return;
   timeline.add(Actor::host,
                fmt::format("shows the plug-in's error: the {} returned {}", hook, result));
@@ -133,6 +132,7 @@ void Host::idle() {
     A_long maxSleep = 0;
     callPlugin("idle hook", [&] { return hook.function(mGlobalRefcon, hook.refcon, &maxSleep); });
   }
+  afterTick();
 }
 
 void Host::advanceTime(int64_t seconds) {

@@ -126,10 +126,6 @@ std::optional<std::string> ToUTF8(const A_UTF16Char* text);
 /// module may call it until the process ends.
 class Host {
  public:
-  Host() = default;
-  Host(const Host&) = delete;
-  Host& operator=(const Host&) = delete;
-
   /// Sets up the host without a plug-in. The working directory must be the session folder. `flight`
   /// outlives the host.
   void prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
@@ -153,8 +149,6 @@ class Host {
   A_Err openProject(const std::string& path);
   /// Writes the project to `path`, which becomes its path. The file's date is the virtual time.
   void saveProject(const std::string& path);
-  /// Shows the open project dialog until it is closed.
-  void showOpenProjectDialog();
   /// Shows a modal dialog until it is closed.
   void showDialog(const std::string& title, const std::string& className = kDialogClass);
   /// Scans the active fonts.
@@ -227,6 +221,8 @@ class Host {
   int64_t errorsShown = 0;         ///< to the user
   /// Hears of each change of the project.
   std::function<void(const ProjectChange&)> projectChanged = [](const ProjectChange&) {};
+  /// Runs after each tick.
+  std::function<void()> afterTick = [] {};
   /// Runs after the last call of the plug-in, before `finish` does its work.
   std::function<void()> beforeFinish = [] {};
 
@@ -234,7 +230,6 @@ class Host {
   void setUpDesktop();
   void addApplication(const std::string& bundleIdentifier);
   void scanFonts();
-  void showMissingFontsDialog();
   int64_t runModal(desktop::Window& window);
   /// Calls the plug-in. `hook` is static text. Shows an error to the user. Ends the session after
   /// an exception.

@@ -86,6 +86,12 @@ bool KnowsLanguage(std::string_view language) {
 }
 
 void Host::setUpDesktop() {
+  const Titles& titles = *TitlesIn(mSettings.language);
+  if (mSettings.openProjectTitle.empty()) mSettings.openProjectTitle = titles.openProject;
+  if (mSettings.missingFontsTitle.empty()) {
+    constexpr std::string_view kBefore114 = "After Effects";
+    mSettings.missingFontsTitle = mSettings.majorVersion < 114 ? kBefore114 : titles.missingFonts;
+  }
   for (const auto& [name, base] : mSettings.windowClasses) {
     mWindowClasses.emplace_back(name, desktop::ClassFromString(base));
   }
@@ -109,18 +115,6 @@ void Host::addApplication(const std::string& bundleIdentifier) {
   // Made up: no process is ever signalled.
   const int32_t id = getpid() + ++mApplications * 1'000'000;
   desktop::Workspace::sharedWorkspace().addRunningApplication({id, bundleIdentifier});
-}
-
-void Host::showOpenProjectDialog() {
-  const std::string& title = mSettings.openProjectTitle;
-  showDialog(title.empty() ? std::string(TitlesIn(mSettings.language)->openProject) : title);
-}
-
-void Host::showMissingFontsDialog() {
-  const std::string& title = mSettings.missingFontsTitle;
-  const std::string_view usual =
-      mSettings.majorVersion < 114 ? "After Effects" : TitlesIn(mSettings.language)->missingFonts;
-  showDialog(title.empty() ? std::string(usual) : title);
 }
 
 void Host::showDialog(const std::string& title, const std::string& className) {

@@ -87,7 +87,7 @@ A_Err Host::openProject(const std::string& path) {
                                         missing.empty() ? " with all its fonts"
                                                         : ", which lacks " + Join(missing, ", ")));
   showProject();
-  if (!missing.empty()) showMissingFontsDialog();
+  if (!missing.empty()) showDialog(mSettings.missingFontsTitle);
   return A_Err_NONE;
 }
 

@@ -133,15 +133,18 @@ void WatchFileDates(const std::filesystem::path& folder) {
   CorrectDates(folder);
 }
 
-void UpdateFileDates() {
+bool UpdateFileDates() {
   alignas(inotify_event) std::array<char, 4096> buffer;
+  bool hasNew = events < 0;
   for (ssize_t size = 0; (size = read(events, buffer.data(), buffer.size())) > 0;) {
+    hasNew = true;
     for (const char* place = buffer.data(); place < buffer.data() + size;) {
       const auto* const event = reinterpret_cast<const inotify_event*>(place);
       place += sizeof(inotify_event) + event->len;
       if (event->len > 0) CorrectDates(folders[event->wd] / event->name);
     }
   }
+  return hasNew;
 }
 
 }  // namespace host

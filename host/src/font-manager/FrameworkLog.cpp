@@ -126,10 +126,8 @@ void FollowJournal(Host& host) {
   const int journal = open("journal", O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
   if (journal < 0) throw std::runtime_error("can't open journal");
   TheFrameworkLog().journal.follow(journal);
-  host.timeline.addSource([&host] {
-    TakeJournal(host);
-    EndActivation(host.timeline);
-  });
+  host.timeline.addSource([&host] { TakeJournal(host); });
+  host.afterTick = [&host] { EndActivation(host.timeline); };
   host.timeline.addObserver([&timeline = host.timeline](const Event& entry) {
     FollowActivation(timeline, entry);
     FollowEnabled(timeline, entry);

@@ -27,7 +27,7 @@ bool HostMayHandle(Host& host, HostCommand command) {
 void OpenByDialog(Host& host, const std::string& path) {
   host.timeline.add(Actor::user, fmt::format("opens {} by the host's dialog", path));
   if (!HostMayHandle(host, kOpen)) return;
-  host.showOpenProjectDialog();
+  host.showDialog(host.settings().openProjectTitle);
   host.openProject(host.inFolder(path));
 }
 
