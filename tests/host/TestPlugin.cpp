@@ -206,7 +206,7 @@ void WriteFiles() {
   const utimbuf dates{1'234'567'890, 1'234'567'890};
   utime("dated", &dates);
   onTick = [folder] {
-    for (const char* const name : {"written", "new/folder/written", "dated"}) {
+    for (const char* const name : {"given", "written", "new/folder/written", "dated"}) {
       struct stat status {};
       stat(name, &status);
       std::printf("%s/%s, %lld\n", folder.c_str(), name, static_cast<long long>(status.st_mtime));
