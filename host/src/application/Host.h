@@ -165,7 +165,8 @@ class Host {
   /// Tells what the plug-in has leaked. To be called after the last call of the plug-in.
   void finish();
 
-  /// Tells a fact that may be a finding, and where it happened: by default where the session is.
+  /// Tells a fact that may be a finding, and where it happened: by default the hook, the tick, the
+  /// host call and the step.
   /// `code` is the error that the user saw, if any. The session goes on.
   void report(Finding finding, const std::string& text, FactNames names = {},
               const std::string& where = {}, int64_t code = 0);
@@ -242,8 +243,6 @@ class Host {
   /// Has the timeline show the project's state.
   void showProject();
   void reportLeaks();
-  /// Says where the session is: the hook, the tick, the host call and the step.
-  std::string where() const;
 
   HostSettings mSettings;
   PluginModule mModule;

@@ -11,11 +11,6 @@
 namespace host {
 namespace {
 
-Actor ActorOf(Finding finding) {
-  const bool isOfSession = finding == Finding::expectation || finding == Finding::setup;
-  return isOfSession ? Actor::session : Actor::plugIn;
-}
-
 const char* NameOfHook(const FlightRecord& flight) {
   const char* const hook = flight.hook;
   return *hook ? hook : "host itself";
@@ -23,16 +18,16 @@ const char* NameOfHook(const FlightRecord& flight) {
 
 }  // namespace
 
-std::string Host::where() const {
-  return fmt::format("in the {}, {}", NameOfHook(*mFlight), mFlight->where());
-}
-
 void Host::report(Finding finding, const std::string& text, FactNames names,
                   const std::string& where, int64_t code) {
-  Event fact = timeline.event(EventKind::fact, ActorOf(finding));
+  const Actor actor = finding == Finding::setup ? Actor::session : Actor::plugIn;
+  Event fact = timeline.event(EventKind::fact, actor);
   fact.call = timeline.runningCall();
   fact.name = KindOf(finding).name;
-  fact.text = fmt::format("{}\n    {}", text, where.empty() ? this->where() : where);
+  fact.text = text + "\n    " + where;
+  if (where.empty()) {
+    fact.text += fmt::format("in the {}, {}", NameOfHook(*mFlight), mFlight->where());
+  }
   static_cast<FactNames&>(fact) = std::move(names);
   fact.code = code;
   fact.visit = mVisit;
