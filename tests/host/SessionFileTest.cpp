@@ -125,8 +125,6 @@ TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
       {"variants: [{name: a}, {name: a}]\nsteps: []", "1: variants: two variants have one name"},
       {"known issues: [{finding: crash, reason: x}]\nsteps: []",
        "1: finding: there is no finding 'crash' that a session can accept"},
-      {"known issues: [{finding: overrun, reason: x, after: [Gone]}]\nsteps: []",
-       "1: after: there is no call 'Gone' that could fail"},
       {"files: {a/b: x, a: y}\nsteps: []", "1: a: the session has the file 'a/b' already"},
       {"framework: {missing export: Gone}\nsteps: []", "1: missing export: the framework has no "},
       {"processes: [x/y]\nsteps: []", "1: processes: there is no y in "},
