@@ -68,6 +68,8 @@ TEST(Sweep, SaysWhereATrialWentWrongAndLetsWarningsPass) {
       HasSubstr("null-argument: AEGP_ReportInfo: info_stringZ is null\n    in the idle hook, "
                 "tick 1, host call AEGP_ReportInfo(1, null), step " +
                 (folder.path() / "story.yaml").string() + ":2\n"));
+  // It goes wrong without a fault.
+  EXPECT_THAT(swept.output, HasSubstr(" 0 trials, 1 failed\n"));
   const Played warned = Sweep(folder, Behaviour("enable"), kCareless);
   EXPECT_EQ(warned.code, 0) << warned.output;
   EXPECT_EQ(Sweep(folder, Behaviour("enable"), kCareless + " --strict").code, 1);
