@@ -2,7 +2,8 @@
 
 set(TYPELARK_SANITIZE "" CACHE STRING "Value for -fsanitize=, empty for none")
 option(TYPELARK_FUZZ "Build the fuzz targets with libFuzzer (needs Clang)" OFF)
-option(TYPELARK_UNITY_BUILD "Compile units that don't ship together, several at a time" ON)
+option(TYPELARK_UNITY_BUILD "Compile a target that doesn't ship as one unit" ON)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 0)
 
 if(APPLE)
   set(TYPELARK_PLATFORM Mac)
@@ -45,7 +46,7 @@ endfunction()
 # typelark_object_library(NAME [SHIPS] SOURCES ... INCLUDES ... LIBRARIES ...)
 #
 # Adds an object library. From an archive the linker would drop the static objects that nothing refers to, and they have to
-# be built at load. With SHIPS it is a part of the plug-in.
+# be built at load. With SHIPS it is a part of the plug-in, whose units are joined only with CMAKE_UNITY_BUILD.
 function(typelark_object_library name)
   cmake_parse_arguments(ARG "SHIPS" "" "SOURCES;INCLUDES;LIBRARIES" ${ARGN})
   add_library(${name} OBJECT ${ARG_SOURCES})

@@ -23,13 +23,12 @@ else()
 endif()
 include(GoogleTest)
 
-# The headers that most tests include, compiled once for all of them. Their objects have to be compiled like those of an
-# executable.
-file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/test-headers.cpp CONTENT "")
-add_library(test-headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/test-headers.cpp)
-target_compile_options(test-headers PRIVATE -fPIE)
-target_link_libraries(test-headers PRIVATE typelark-options typelark-unoptimized GTest::gtest GTest::gmock)
-target_precompile_headers(test-headers PRIVATE
+# The main function of the tests, and the headers that most of them include, compiled once for all. Its objects have to be
+# compiled like those of an executable.
+add_library(test-main OBJECT ${CMAKE_CURRENT_LIST_DIR}/../tests/support/TestMain.cpp)
+target_compile_options(test-main PRIVATE -fPIE)
+target_link_libraries(test-main PRIVATE typelark-options typelark-unoptimized GTest::gtest GTest::gmock)
+target_precompile_headers(test-main PRIVATE
   <gmock/gmock.h> <gtest/gtest.h> <algorithm> <filesystem> <fstream> <functional> <sstream> <string> <vector>)
 
 # typelark_test(NAME SOURCES ... LIBRARIES ... [PROPERTIES ...])
@@ -38,12 +37,12 @@ target_precompile_headers(test-headers PRIVATE
 # process, and there are no reset functions.
 function(typelark_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
-  add_executable(${name} ${ARG_SOURCES} ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests/support/TestMain.cpp)
+  add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../tests/support)
   target_link_libraries(${name} PRIVATE
-    typelark-options typelark-unoptimized ${ARG_LIBRARIES} GTest::gtest GTest::gmock)
-  target_precompile_headers(${name} REUSE_FROM test-headers)
-  set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
+    typelark-options typelark-unoptimized test-main ${ARG_LIBRARIES} GTest::gtest GTest::gmock)
+  target_precompile_headers(${name} REUSE_FROM test-main)
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ${TYPELARK_UNITY_BUILD})
   set(objective_sources ${ARG_SOURCES})
   list(FILTER objective_sources INCLUDE REGEX "\\.mm$")
   set_source_files_properties(${objective_sources} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)

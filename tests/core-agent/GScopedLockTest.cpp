@@ -83,14 +83,14 @@ TEST(GScopedLock, BlocksWithoutAStrategyAndCannotTakeWhatItsThreadHolds) {
 }
 
 TEST(GLockable, PollsUntilTheTimeIsUp) {
-  constexpr uint32_t kBusy = GLockable::kLockBusyErr;
+  constexpr uint32_t kHeld = GLockable::kLockBusyErr;
   const struct {
     unsigned int milliseconds;
     std::vector<uint32_t> attempts;
     std::vector<unsigned int> sleeps;
-  } rows[] = {{0, {kBusy}, {}},           {120, {kBusy, kBusy, kBusy}, {50000, 50000, 20000}},
-              {50, {kBusy}, {50000}},     {7, {kBusy}, {7000}},
-              {120, {kBusy, 0}, {50000}}, {120, {CoreErrorCodes::kError}, {}}};
+  } rows[] = {{0, {kHeld}, {}},           {120, {kHeld, kHeld, kHeld}, {50000, 50000, 20000}},
+              {50, {kHeld}, {50000}},     {7, {kHeld}, {7000}},
+              {120, {kHeld, 0}, {50000}}, {120, {CoreErrorCodes::kError}, {}}};
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.milliseconds << " ms, " << row.attempts.size()
                                     << " attempts, the last with " << row.attempts.back());

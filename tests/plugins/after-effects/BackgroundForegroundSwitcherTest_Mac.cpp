@@ -12,7 +12,7 @@
 
 namespace {
 
-const bool kStartsFresh = AfterEachTest([] { fakeWorkspace = {}; });
+const bool kResets = AfterEachTest([] { fakeWorkspace = {}; });
 
 constexpr int kDock = 2;
 constexpr int kOther = 3;
