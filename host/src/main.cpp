@@ -20,15 +20,13 @@
 
 #include "Findings.h"
 #include "FontManager.h"
-#include "HtmlFile.h"
 #include "JUnitFile.h"
 #include "JsonFile.h"
 #include "OutputFile.h"
-#include "RandomRun.h"
+#include "RandomSessions.h"
 #include "Runner.h"
 #include "SessionFiles.h"
 #include "SessionPrinter.h"
-#include "Summary.h"
 #include "Sweep.h"
 
 namespace {
@@ -81,8 +79,10 @@ std::vector<std::unique_ptr<RunListener>> MakeFiles(const Arguments& arguments) 
   }
   const auto& [json, html, junit] = paths;
   std::vector<std::unique_ptr<RunListener>> files;
-  if (!json.empty()) files.push_back(std::make_unique<host::JsonFile>(json, kProgram));
-  if (!html.empty()) files.push_back(std::make_unique<host::HtmlFile>(html, kProgram));
+  using host::JsonFile;
+  using Form = JsonFile::Form;
+  if (!json.empty()) files.push_back(std::make_unique<JsonFile>(Form::lines, json, kProgram));
+  if (!html.empty()) files.push_back(std::make_unique<JsonFile>(Form::page, html, kProgram));
   if (!junit.empty()) files.push_back(std::make_unique<host::JUnitFile>(junit));
   return files;
 }
@@ -98,17 +98,13 @@ int Play(Arguments& arguments, const FontManager& fontManager) {
       host::LoadSessions(arguments.sessions, arguments.filter, fontManager);
   for (Session& session : sessions) session.host.showsCalls = arguments.showsCalls || validates;
   const std::vector<std::unique_ptr<RunListener>> files = MakeFiles(arguments);
-  host::SessionPrinter printer(validates         ? host::Detail::findings
+  host::SessionPrinter printer(validates         ? host::Detail::validation
                                : arguments.quiet ? host::Detail::failures
                                                  : host::Detail::everything);
-  host::Summary summary;
   std::vector<RunListener*> listeners{&printer};
-  if (validates) listeners.push_back(&summary);
   for (const auto& file : files) listeners.push_back(file.get());
-  const int signal = host::PlaySessions(sessions, arguments.options, listeners);
+  const int signal = host::PlaySessions(host::EachOf(sessions), arguments.options, listeners);
   if (signal != 0) return kSignalled + signal;
-  printer.printFindings();
-  if (validates) summary.print();
   return printer.printOutcome() ? kOk : kFailed;
 }
 
@@ -127,9 +123,9 @@ host::FailurePrinter MakePrinter(const std::string& folder) {
 }
 
 // Prints the outcome of sessions that nobody wrote. Returns the exit code.
-int EndTrials(const std::string& outcome, const host::FailurePrinter& printer, int signal) {
-  fmt::print("{}, {} failed\n", outcome, printer.count());
-  if (signal != 0) return kSignalled + signal;
+int EndTrials(const host::Explored& explored, const host::FailurePrinter& printer) {
+  fmt::print("{}, {} failed\n", explored.outcome, printer.count());
+  if (explored.signal != 0) return kSignalled + explored.signal;
   fmt::print("result: {}\n", printer.count() > 0 ? "failed" : "ok");
   return printer.count() > 0 ? kFailed : kOk;
 }
@@ -139,24 +135,17 @@ int Sweep(Arguments& arguments, const FontManager& fontManager) {
   std::vector<Session> sessions =
       host::LoadSessions(arguments.sessions, arguments.filter, fontManager);
   for (Session& session : sessions) host::AddKnownIssues(issues, session);
-  const size_t count = sessions.size();
   host::FailurePrinter printer = MakePrinter(arguments.save);
-  const host::SweepResult result =
-      host::Sweep(std::move(sessions), arguments.options, fontManager, printer);
-  return EndTrials(fmt::format("{} calls in {} session{}, {} trials", result.calls, count,
-                               count == 1 ? "" : "s", result.trials),
-                   printer, result.signal);
+  return EndTrials(host::Sweep(std::move(sessions), arguments.options, fontManager, printer),
+                   printer);
 }
 
 int PlayRandom(Arguments& arguments, const FontManager& fontManager) {
   const host::RandomOptions random{arguments.seed, arguments.count,
                                    host::LoadKnownIssues(arguments.knownIssues)};
   host::FailurePrinter printer = MakePrinter(arguments.save);
-  const host::RandomResult result =
-      host::PlayRandomSessions(random, arguments.options, fontManager, printer);
-  return EndTrials(fmt::format("{} session{} of seed {}", result.played,
-                               result.played == 1 ? "" : "s", random.seed),
-                   printer, result.signal);
+  return EndTrials(host::PlayRandomSessions(random, arguments.options, fontManager, printer),
+                   printer);
 }
 
 void ListFindings() {

@@ -1,149 +1,171 @@
 #include "Shrinker.h"
 
+#include <yaml-cpp/yaml.h>
+
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "SessionFiles.h"
 
 namespace host {
 namespace {
 
-// Tries smaller sessions, and keeps each one that still fails.
-class Shrinker {
- public:
-  Shrinker(const YAML::Node& session, const StillFails& stillFails, int maxTrials)
-      : mSession(YAML::Clone(session)), mStillFails(stillFails), mTrialsLeft(maxTrials) {}
+// Returns whether a session still fails as the first one did. One that can't be read doesn't.
+using StillFails = std::function<bool(const YAML::Node&)>;
 
-  YAML::Node shrink() {
-    bool isSmaller = true;
-    while (isSmaller && mTrialsLeft > 0) {
-      isSmaller = false;
-      while (shortenList({"steps"})) isSmaller = true;
-      isSmaller = dropKeys({}) || isSmaller;
-      isSmaller = dropPairsOfKeys() || isSmaller;
-      for (const char* key : {"host", "projects", "vault", "files", "framework"}) {
-        if (mSession[key] && mSession[key].IsMap()) isSmaller = dropKeys({key}) || isSmaller;
-      }
-      for (const std::string& project : keysOf({"projects"})) {
-        while (shortenList({"projects", project})) isSmaller = true;
-      }
-      isSmaller = shortenNumbers() || isSmaller;
+// The keys and values of a map, or the elements of a list as values. They are never assigned: that
+// would change the tree that they come from.
+using Entries = std::vector<std::pair<YAML::Node, YAML::Node>>;
+
+Entries EntriesOf(const YAML::Node& node) {
+  Entries entries;
+  for (const auto& entry : node) {
+    if (node.IsMap()) {
+      entries.emplace_back(entry.first, entry.second);
+    } else {
+      entries.emplace_back(YAML::Node(), entry);
     }
-    return mSession;
   }
+  return entries;
+}
 
- private:
-  using Path = std::vector<std::string>;
-
-  static YAML::Node at(const YAML::Node& root, const Path& path) {
-    YAML::Node node = root;
-    for (const std::string& key : path) node.reset(node[key]);
-    return node;
+YAML::Node WithEntries(const YAML::Node& node, const Entries& entries) {
+  YAML::Node copy(node.Type());
+  copy.SetStyle(node.Style());
+  for (const auto& [key, value] : entries) {
+    if (node.IsMap()) {
+      copy[key] = value;
+    } else {
+      copy.push_back(value);
+    }
   }
+  return copy;
+}
 
-  bool keepIfFailing(const YAML::Node& candidate) {
-    if (--mTrialsLeft < 0 || !mStillFails(candidate)) return false;
-    mSession = candidate;
-    return true;
-  }
-
-  // Leaves out as many elements at once as it can: half of them, then a quarter, down to one.
-  bool shortenList(const Path& path) {
-    const size_t count = at(mSession, path).size();
-    for (size_t chunk = (count + 1) / 2; chunk > 0; chunk /= 2) {
-      for (size_t begin = 0; begin < count; begin += chunk) {
-        YAML::Node candidate = YAML::Clone(mSession);
-        YAML::Node list = at(candidate, path);
-        YAML::Node rest(YAML::NodeType::Sequence);
-        rest.SetStyle(list.Style());
-        for (size_t i = 0; i < count; ++i) {
-          if (i < begin || i >= begin + chunk) rest.push_back(list[i]);
-        }
-        list = rest;
-        if (keepIfFailing(candidate)) return true;
+// Leaves out as many neighbours at once as it can: half of the entries, then a quarter, down to
+// one. One may need its neighbour, as the framework's folder the file that names it, so that each
+// pair of neighbours has its turn.
+Entries DropEntries(const YAML::Node& node, const StillFails& stillFails) {
+  Entries entries = EntriesOf(node);
+  for (size_t chunk = (entries.size() + 1) / 2; chunk > 0; chunk /= 2) {
+    for (size_t begin = 0; begin < entries.size();) {
+      Entries others;
+      for (size_t i = 0; i < entries.size(); ++i) {
+        if (i < begin || i >= begin + chunk) others.push_back(entries[i]);
+      }
+      // A map of one entry may give way to its value, or go as a whole.
+      const bool isTried = !node.IsMap() || !others.empty();
+      if (isTried && stillFails(WithEntries(node, others))) {
+        entries.swap(others);
+      } else {
+        begin += (chunk + 1) / 2;
       }
     }
-    return false;
   }
+  return entries;
+}
 
-  std::vector<std::string> keysOf(const Path& path) const {
-    std::vector<std::string> keys;
-    for (const auto& entry : at(mSession, path)) {
-      const std::string key = entry.first.Scalar();
-      // Without them other rules hold.
-      if (key != "tolerant" && key != "known issues") keys.push_back(key);
-    }
-    return keys;
+// Returns the smallest number from 1, as if all above it failed too. Another text stays.
+YAML::Node ShrinkNumber(const YAML::Node& node, const StillFails& stillFails) {
+  const std::string& text = node.Scalar();
+  int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return node;
+  int64_t passing = 0;
+  while (number - passing > 1) {
+    const int64_t middle = passing + (number - passing) / 2;
+    (stillFails(YAML::Node(std::to_string(middle))) ? number : passing) = middle;
   }
+  return YAML::Node(std::to_string(number));
+}
 
-  bool drop(const Path& path, const std::vector<std::string>& keys) {
-    YAML::Node candidate = YAML::Clone(mSession);
-    for (const std::string& key : keys) at(candidate, path).remove(key);
-    return keepIfFailing(candidate);
+YAML::Node ShrinkNode(const YAML::Node& node, const StillFails& stillFails) {
+  if (node.IsScalar()) return ShrinkNumber(node, stillFails);
+  Entries entries = DropEntries(node, stillFails);
+  // The steps of a session come last, and shorten it most.
+  for (size_t i = entries.size(); i-- > 0;) {
+    const auto fails = [&](const YAML::Node& smaller) {
+      Entries changed = entries;
+      changed[i].second.reset(smaller);
+      return stillFails(WithEntries(node, changed));
+    };
+    entries[i].second.reset(ShrinkNode(entries[i].second, fails));
   }
+  // `tick: 3` in place of `tick: {count: 3}`.
+  const bool isSingle = node.IsMap() && entries.size() == 1;
+  if (isSingle && stillFails(entries.front().second)) return entries.front().second;
+  return WithEntries(node, entries);
+}
 
-  bool dropKeys(const Path& path) {
-    bool isSmaller = false;
-    for (const std::string& key : keysOf(path)) isSmaller = drop(path, {key}) || isSmaller;
-    return isSmaller;
+// Returns the smallest session found that still fails: without the entries of lists and maps that
+// the failure doesn't need, and with small numbers.
+YAML::Node Shrink(YAML::Node session, const StillFails& stillFails) {
+  bool isSmaller = true;
+  const auto fails = [&](const YAML::Node& smaller) {
+    const bool stillDoes = stillFails(smaller);
+    isSmaller = isSmaller || stillDoes;
+    return stillDoes;
+  };
+  while (std::exchange(isSmaller, false)) session.reset(ShrinkNode(session, fails));
+  return session;
+}
+
+std::set<Finding> KindsOf(const std::vector<Event>& findings) {
+  std::set<Finding> kinds;
+  for (const Event& found : findings) kinds.insert(KindOf(found).finding);
+  return kinds;
+}
+
+// Counts the known issues of these findings. Without one of them, it could hide what failed.
+int64_t CountIssues(const Session& session, const std::set<Finding>& kinds) {
+  return std::count_if(session.knownIssues.begin(), session.knownIssues.end(),
+                       [&](const KnownIssue& issue) { return kinds.contains(issue.finding); });
+}
+
+// Returns null if the session can't be read.
+std::shared_ptr<const Session> Read(const YAML::Node& session, const std::string& name,
+                                    const SessionPart& part) {
+  try {
+    return std::make_shared<Session>(ReadSessions(name, WriteSession(session, name), part).front());
+  } catch (const SessionFileError&) {
+    return nullptr;
   }
-
-  // One may need the other, as the framework's folder the file that names it.
-  bool dropPairsOfKeys() {
-    const std::vector<std::string> keys = keysOf({});
-    for (size_t i = 0; i < keys.size(); ++i) {
-      for (size_t k = i + 1; k < keys.size(); ++k) {
-        if (keys[i] != "steps" && keys[k] != "steps" && drop({}, {keys[i], keys[k]})) return true;
-      }
-    }
-    return false;
-  }
-
-  // Makes the numbers of steps such as `tick: 30` smaller, and `tick: {count: 3, ...}` a number.
-  bool shortenNumbers() {
-    bool isSmaller = false;
-    for (size_t i = 0; i < mSession["steps"].size(); ++i) {
-      if (dropPace(i)) isSmaller = true;
-      while (shortenNumber(i)) isSmaller = true;
-    }
-    return isSmaller;
-  }
-
-  bool dropPace(size_t step) {
-    const YAML::Node tick = mSession["steps"][step];
-    if (!tick.IsMap() || !tick["tick"] || !tick["tick"].IsMap()) return false;
-    YAML::Node candidate = YAML::Clone(mSession);
-    candidate["steps"][step]["tick"] = tick["tick"]["count"].Scalar();
-    return keepIfFailing(candidate);
-  }
-
-  bool shortenNumber(size_t step) {
-    const YAML::Node node = mSession["steps"][step];
-    if (!node.IsMap() || !node.begin()->second.IsScalar()) return false;
-    const std::string key = node.begin()->first.Scalar();
-    const std::string text = node.begin()->second.Scalar();
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return false;
-    for (const int smaller : {1, number / 2, number - 1}) {
-      if (smaller < 1 || smaller >= number) continue;
-      YAML::Node candidate = YAML::Clone(mSession);
-      candidate["steps"][step][key] = smaller;
-      if (keepIfFailing(candidate)) return true;
-    }
-    return false;
-  }
-
-  YAML::Node mSession;
-  const StillFails& mStillFails;
-  int mTrialsLeft;
-};
+}
 
 }  // namespace
 
-YAML::Node Shrink(const YAML::Node& session, const StillFails& stillFails, int maxTrials) {
-  return Shrinker(session, stillFails, maxTrials).shrink();
+int Shorten(Failure& failure, RunOptions options, const SessionPart& part) {
+  const std::set<Finding> kinds = KindsOf(failure.findings);
+  const int64_t issues = CountIssues(*Read(failure.session, failure.title, part), kinds);
+  // A plug-in that hangs does so at each try.
+  const bool hangs = kinds.contains(Finding::timeout);
+  if (hangs) options.timeout = std::min(options.timeout, std::chrono::seconds(1));
+  const size_t max = hangs ? 30 : 400;
+  bool fails = false;
+  int signal = 0;
+  Trials trials("shortening", max, [&](const Session& /*session*/, const Played& played) {
+    fails = played.failed && KindsOf(played.findings) == kinds;
+    if (fails) failure.findings = played.findings;
+  });
+  const auto stillFails = [&](const YAML::Node& smaller) {
+    if (signal != 0 || trials.count() == max) return false;
+    std::shared_ptr<const Session> session = Read(smaller, failure.title, part);
+    if (!session || !session->host.tolerant || CountIssues(*session, kinds) < issues) return false;
+    fails = false;
+    signal = trials.play([&] { return std::exchange(session, nullptr); }, options);
+    return fails && signal == 0;
+  };
+  failure.session.reset(Shrink(failure.session, stillFails));
+  return signal;
 }
 
 }  // namespace host

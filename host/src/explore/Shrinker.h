@@ -1,17 +1,14 @@
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
-#include <functional>
+#include "Runner.h"
+#include "SessionPart.h"
+#include "Trials.h"
 
 namespace host {
 
-/// Returns whether a session still fails as the first one did. A session that can't be read
-/// doesn't.
-using StillFails = std::function<bool(const YAML::Node&)>;
-
-/// Returns the shortest session found that still fails: without the steps, set-up and numbers that
-/// the failure doesn't need. Asks at most `maxTrials` times.
-YAML::Node Shrink(const YAML::Node& session, const StillFails& stillFails, int maxTrials);
+/// Shortens a session that fails, as long as the kinds of its findings stay: leaves out the entries
+/// of lists and maps that the failure doesn't need, and makes numbers small. Returns the signal
+/// that ended it, or 0. Throws as `PlaySessions` does.
+int Shorten(Failure& failure, RunOptions options, const SessionPart& part);
 
 }  // namespace host

@@ -1,14 +1,18 @@
 #include "FontManager.h"
 
 #include <fmt/format.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <yaml-cpp/yaml.h>
 
 #include <algorithm>
+#include <array>
 #include <optional>
+#include <stdexcept>
 
-#include "Answers.h"
-#include "ExpectedCalls.h"
+#include "FontManagerRules.h"
 #include "FrameworkLog.h"
-#include "HelperProcess.h"
 #include "Operations.h"
 #include "TextFile.h"
 
@@ -18,6 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kFramework[] = "Tamberlink.framework";
+// What the font manager does with a font.
+constexpr std::array<std::string_view, 3> kPolicies{"automatic", "choice", "restricted"};
 
 Action ReadState(const YamlValue& value) {
   std::vector<std::string> lines;
@@ -35,12 +41,36 @@ std::string ReadVault(const YamlValue& vault) {
   std::string lines;
   vault.forEachField([&](const YamlValue& policy) {
     const std::string text = policy.text();
-    if (std::find(kFontPolicies.begin(), kFontPolicies.end(), text) == kFontPolicies.end()) {
+    if (std::find(kPolicies.begin(), kPolicies.end(), text) == kPolicies.end()) {
       policy.fail("has to be automatic, choice or restricted");
     }
     lines += fmt::format("{}\t{}\n", policy.key(), text);
   });
   return lines;
+}
+
+// Starts a process that runs beside a session, as the plug-in finds it among the running ones.
+// Waits for its first line of output. It ends when its input does, with this process.
+void StartProcess(const fs::path& executable) {
+  std::array<int, 2> ends{};
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+    throw std::runtime_error("can't make a socket");
+  }
+  const pid_t process = fork();
+  if (process < 0) throw std::runtime_error("can't make a process");
+  if (process == 0) {
+    dup2(ends[1], STDIN_FILENO);
+    dup2(ends[1], STDOUT_FILENO);
+    execl(executable.c_str(), executable.c_str(), static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(ends[1]);
+  char letter = '\0';
+  while (letter != '\n' && read(ends[0], &letter, 1) == 1) continue;
+  if (letter == '\n') return;
+  close(ends[0]);
+  waitpid(process, nullptr, 0);
+  throw std::runtime_error(fmt::format("{} ended before it was ready", executable.string()));
 }
 
 }  // namespace
@@ -89,7 +119,7 @@ void FontManager::readProcess(const YamlValue& value, Session& session) const {
   }
   session.setUp.executables.emplace_back(path, executable);
   session.preparations.emplace_back([path](Host& host) {
-    StartHelperProcess(host.inFolder(path));
+    StartProcess(host.inFolder(path));
     host.timeline.add(Actor::desktop, fmt::format("{} runs", path));
   });
 }
@@ -125,17 +155,29 @@ std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
 }
 
 bool FontManager::awaitsCall() const {
-  return TheFrameworkLog().answersLeft.awaitCall();
+  const std::vector<Answer>& left = TheFrameworkLog().answersLeft;
+  return std::any_of(left.begin(), left.end(), [](const Answer& each) { return each.call > 0; });
 }
 
 Action FontManager::readStep(const YamlValue& value) const {
   needsFolder(value);
-  return value.key() == "framework answers" ? ReadAnswers(value) : ReadState(value);
+  if (value.key() == "framework state") return ReadState(value);
+  return [answers = ReadAnswers(value)](Host& host) { SetUpAnswers(answers, host); };
 }
 
 Check FontManager::readExpectation(const YamlValue& value) const {
   needsFolder(value);
   return ReadExpectedCalls(value);
+}
+
+void FontManager::addRandomRules(RandomRules& rules) const {
+  if (mFolder.empty()) return;
+  static const RandomRules kRules = [] {
+    auto own = YAML::Load(std::string(kFontManagerRules)).as<RandomRules>();
+    own["part's fault"] = AnswersThatFail();
+    return own;
+  }();
+  for (const auto& [name, texts] : kRules) rules[name] = texts;
 }
 
 }  // namespace host

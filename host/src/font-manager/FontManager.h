@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -8,9 +7,6 @@
 #include "SessionPart.h"
 
 namespace host {
-
-/// What the font manager does with a font.
-inline constexpr std::array<std::string_view, 3> kFontPolicies{"automatic", "choice", "restricted"};
 
 /// What a session says of the font manager, whose framework and process are stand-ins in a folder.
 class FontManager final : public SessionPart {
@@ -27,9 +23,7 @@ class FontManager final : public SessionPart {
   Check readExpectation(const YamlValue& value) const override;
   std::vector<std::string> faultsOf(const CountedCall& call) const override;
   bool awaitsCall() const override;
-  void addRandomKeys(Random& random, YAML::Node& session) const override;
-  std::vector<std::string> randomSteps(Random& random) const override;
-  std::string randomFault(Random& random) const override;
+  void addRandomRules(RandomRules& rules) const override;
 
  private:
   void needsFolder(const YamlValue& value) const;

@@ -3,15 +3,16 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace host {
 namespace {
-
-constexpr char kActivation[] = "activation";
-constexpr int64_t kTicksOfActivation = 24;
 
 std::string Unescape(std::string_view escaped) {
   std::string text;
@@ -26,93 +27,135 @@ std::string Unescape(std::string_view escaped) {
   return text;
 }
 
-FrameworkCall ParseJournalLine(const std::string& line) {
-  const std::vector<std::string> parts = Split(line, "\t");
-  FrameworkCall call;
-  call.operation = call.text = parts.front();
-  for (size_t i = 1; i < parts.size(); ++i) {
-    const size_t equals = parts[i].find('=');
-    if (equals == std::string::npos) continue;
-    call.fields.push_back({parts[i].substr(0, equals), Unescape(parts[i].substr(equals + 1))});
-    call.text += "  " + parts[i];
+FrameworkCall ParseJournalLine(std::string line, int64_t tick) {
+  FrameworkCall call{tick, {}, {}};
+  for (const std::string& part : Split(line, "\t")) {
+    const size_t equals = part.find('=');
+    if (call.call.function.empty()) {
+      call.call.function = part;
+    } else if (equals != std::string::npos) {
+      call.call.arguments.push_back({part.substr(0, equals), Unescape(part.substr(equals + 1))});
+    }
   }
+  ReplaceAll(line, "\t", "  ");
+  call.text = std::move(line);
   return call;
 }
 
-// Follows the plug-in's font activation by its calls, because its steps are seen from outside
-// alone: step 1 tells the framework of the document, step 3 has the host scan the fonts, and step
-// 10 opens the project again. A document told of twice on one tick is one activation.
-void FollowActivation(Timeline& timeline, const Event& entry) {
-  std::optional<int64_t>& began = TheFrameworkLog().activationBegan;
-  if (entry.actor == Actor::framework && entry.call.function == "HandleOpenExistingDocument") {
-    if (began == entry.tick) return;
-    began = entry.tick;
-    // In case that step 1 of another activation was the last.
-    timeline.setState(kActivation, "0");
-    timeline.setState(kActivation, "1");
-  } else if (began && entry.call.function == "AEGP_UpdateFontList") {
-    timeline.setState(kActivation, "3");
-  } else if (began && entry.call.function == "AEGP_OpenProjectFromPath") {
-    timeline.setState(kActivation, "10");
-  }
-}
-
-void FollowEnabled(Timeline& timeline, const Event& entry) {
-  if (entry.actor != Actor::framework || entry.call.function != "PluginIsEnabled") return;
-  const std::string* const enabled = FindLast(entry.call.arguments, "enabled");
-  if (!enabled) return;
-  TheFrameworkLog().enabled = *enabled == "true";
-  timeline.setState("enabled", *enabled);
-}
-
-// A plug-in that is disabled takes no step, and so doesn't end an activation.
-void EndActivation(Timeline& timeline) {
-  std::optional<int64_t>& began = TheFrameworkLog().activationBegan;
-  if (!began || timeline.tick < *began + kTicksOfActivation || !TheFrameworkLog().enabled) return;
-  began.reset();
-  timeline.setState(kActivation, "0");
-}
-
 // What the plug-in passes: of an argument that goes both ways, the journal has this first.
-void CheckBuffers(Host& host, const FrameworkCall& call) {
+void CheckBuffers(Host& host, const Call& call) {
   constexpr int64_t kIdSize = 256;
   constexpr int64_t kListSize = 0x20000;
-  const bool isList = FindLast(call.fields, "list") != nullptr;
-  for (const auto& [name, value] : call.fields) {
+  const int64_t max = FindLast(call.arguments, "list") ? kListSize : kIdSize;
+  for (const auto& [name, value] : call.arguments) {
+    std::string fault;
     if (value == "(not terminated)") {
-      host.report(Finding::badArgument,
-                  fmt::format("{}: {} has no terminator", call.operation, name),
-                  {call.operation, name, {}});
+      fault = fmt::format("{} has no terminator", name);
+    } else if (name == "size" && (value == "0" || std::strtoll(value.c_str(), nullptr, 10) > max)) {
+      fault = fmt::format("size is {}, of a buffer of {} bytes", value, max);
     }
-    if (name != "size") continue;
-    const int64_t most = isList ? kListSize : kIdSize;
-    if (value == "0" || std::strtoll(value.c_str(), nullptr, 10) > most) {
-      host.report(
-          Finding::badArgument,
-          fmt::format("{}: size is {}, of a buffer of {} bytes", call.operation, value, most),
-          {call.operation, name, {}});
+    if (!fault.empty()) {
+      host.report(Finding::badArgument, fmt::format("{}: {}", call.function, fault),
+                  {call.function, name, {}});
     }
-    return;
+    if (name == "size") return;
   }
+}
+
+// Returns whether an answer of the session makes this call go wrong. It can get two: one for its
+// number, and the next one.
+bool TakeAnswers(FrameworkLog& log, const std::string& operation) {
+  const int64_t number = ++log.callCount[operation];
+  bool isFaulty = false;
+  bool hasNext = false;
+  std::erase_if(log.answersLeft, [&](const Answer& answer) {
+    if (answer.operation != operation) return false;
+    const bool isTaken = answer.call == 0 ? !std::exchange(hasNext, true) : answer.call == number;
+    isFaulty = isFaulty || (isTaken && answer.isFault);
+    return isTaken;
+  });
+  return isFaulty;
 }
 
 void TakeJournal(Host& host) {
-  for (std::string& line : TheFrameworkLog().journal.newLines()) {
+  FrameworkLog& log = TheFrameworkLog();
+  for (std::string& line : log.journal.newLines()) {
     host.timeline.shortenPaths(line);
-    FrameworkCall call = ParseJournalLine(line);
-    call.tick = host.timeline.tick;
-    const int64_t number = ++TheFrameworkLog().callCount[call.operation];
-    const bool isRunning = TheFrameworkLog().activationBegan.has_value();
-    const bool isFaulty = TheFrameworkLog().answersLeft.take(call.operation, number);
-    if (isFaulty) host.countFailure(call.operation);
-    CheckBuffers(host, call);
+    FrameworkCall taken = ParseJournalLine(std::move(line), host.timeline.tick);
+    const bool isFaulty = TakeAnswers(log, taken.call.function);
+    if (isFaulty) host.countFailure(taken.call.function);
+    CheckBuffers(host, taken.call);
     Event entry = host.timeline.event(EventKind::entry, Actor::framework);
-    entry.text = call.text;
-    entry.call = {call.operation, call.fields};
+    entry.text = taken.text;
+    entry.call = taken.call;
     host.timeline.add(std::move(entry));
-    TheFrameworkLog().rules.take(call.operation, call.fields, isFaulty, isRunning);
-    TheFrameworkLog().calls.push_back(std::move(call));
+    log.activation.take(taken.call, isFaulty);
+    log.calls.push_back(std::move(taken));
   }
+}
+
+// Reads "TICK OPERATION", or a map from that text to arguments and results.
+FrameworkCall ReadExpectedCall(const YamlValue& value) {
+  FrameworkCall call;
+  const auto entries = value.isMap() ? value.fields() : std::vector<YamlValue>();
+  if (value.isMap() && entries.size() != 1) value.fail("has to be one call");
+  const std::string head = value.isMap() ? entries.front().key() : value.text();
+  std::istringstream words(head);
+  std::string rest;
+  if (!(words >> call.tick >> call.call.function) || words >> rest) {
+    value.fail(fmt::format("'{}' has to be a tick and an operation", head));
+  }
+  const Operation& operation = FindOperation(value, call.call.function);
+  call.text = call.call.function;
+  if (entries.empty()) return call;
+  entries.front().forEachField([&](const YamlValue& field) {
+    const std::string& name = field.key();
+    if (name != "result" && !operation.has(name)) {
+      field.fail(fmt::format("{} has no argument '{}'", operation.name, name));
+    }
+    call.call.arguments.push_back({name, field.text()});
+    call.text += EscapeControls(fmt::format("  {}={}", name, field.text()));
+  });
+  return call;
+}
+
+// Compares as numbers if both are: "0x10" is the same as "16".
+bool SameValue(const std::string& one, const std::string& other) {
+  if (one == other) return true;
+  char* oneEnd = nullptr;
+  char* otherEnd = nullptr;
+  const long long oneNumber = std::strtoll(one.c_str(), &oneEnd, 0);
+  const long long otherNumber = std::strtoll(other.c_str(), &otherEnd, 0);
+  return !one.empty() && !other.empty() && *oneEnd == 0 && *otherEnd == 0 &&
+         oneNumber == otherNumber;
+}
+
+bool Matches(const FrameworkCall& expected, const FrameworkCall& found) {
+  const auto& fields = expected.call.arguments;
+  return expected.tick == found.tick && expected.call.function == found.call.function &&
+         std::all_of(fields.begin(), fields.end(), [&](const Argument& field) {
+           const std::string* const value = FindLast(found.call.arguments, field.name);
+           return value && SameValue(field.value, *value);
+         });
+}
+
+// Lists the calls as a diff: "-" marks a call that was only expected, "+" one that was only found.
+std::string CompareCalls(const std::vector<FrameworkCall>& expected,
+                         const std::vector<FrameworkCall>& found) {
+  std::string lines;
+  bool differs = false;
+  for (size_t i = 0; i < std::max(expected.size(), found.size()); ++i) {
+    const bool matches = i < expected.size() && i < found.size() && Matches(expected[i], found[i]);
+    differs = differs || !matches;
+    if (i < expected.size()) {
+      lines +=
+          fmt::format("\n    {} {} {}", matches ? ' ' : '-', expected[i].tick, expected[i].text);
+    }
+    if (i < found.size() && !matches) {
+      lines += fmt::format("\n    + {} {}", found[i].tick, found[i].text);
+    }
+  }
+  return differs ? "    (- expected, + found)" + lines : "";
 }
 
 }  // namespace
@@ -127,32 +170,57 @@ void FollowJournal(Host& host) {
   if (journal < 0) throw std::runtime_error("can't open journal");
   TheFrameworkLog().journal.follow(journal);
   host.timeline.addSource([&host] { TakeJournal(host); });
-  host.afterTick = [&host] { EndActivation(host.timeline); };
-  host.timeline.addObserver([&timeline = host.timeline](const Event& entry) {
-    FollowActivation(timeline, entry);
-    FollowEnabled(timeline, entry);
-  });
-  host.timeline.setState(kActivation, "0");
-  TheFrameworkLog().rules.begin(host);
+  TheFrameworkLog().activation.begin(host);
+}
+
+void SetUpAnswers(const std::vector<Answer>& answers, Host& host) {
+  host.timeline.drain();
+  for (const Answer& answer : answers) {
+    std::ofstream(host.inFolder("framework-answers"), std::ios::app) << answer.line << '\n';
+    TheFrameworkLog().answersLeft.push_back(answer);
+  }
 }
 
 void Settle(Host& host) {
   const std::string answers = host.inFolder("framework-answers");
-  const std::vector<std::string> kept = ReadLines(answers);
-  const AnswersLeft left = std::exchange(TheFrameworkLog().answersLeft, {});
+  const std::vector<std::string> lines = ReadLines(answers);
+  const std::vector<Answer> left = std::exchange(TheFrameworkLog().answersLeft, {});
   WriteLines(answers, {});
-  TheFrameworkLog().rules.settle();
-  WriteLines(answers, kept);
+  TheFrameworkLog().activation.settle();
+  WriteLines(answers, lines);
   TheFrameworkLog().answersLeft = left;
 }
 
 void CheckAnswersLeft(Host& host) {
   if (host.settings().tolerant) return;
-  for (const auto& [operation, count] : TheFrameworkLog().answersLeft.counts()) {
-    if (count == 0) continue;
+  std::map<std::string, size_t> counts;
+  for (const Answer& answer : TheFrameworkLog().answersLeft) ++counts[answer.operation];
+  for (const auto& [operation, count] : counts) {
     host.report(Finding::setup,
                 fmt::format("{} answer(s) of {} were never asked for", count, operation));
   }
+}
+
+Check ReadExpectedCalls(const YamlValue& value) {
+  if (value.isText()) {
+    if (value.text() != "any") value.fail("has to be a list of calls, or any");
+    return [](Host& host) {
+      host.timeline.drain();
+      TheFrameworkLog().calls.clear();
+      return std::string();
+    };
+  }
+  std::vector<FrameworkCall> expected;
+  const auto read = [&](const YamlValue& call) { expected.push_back(ReadExpectedCall(call)); };
+  value.forEachElement([&](const YamlValue& call) {
+    // A variable can stand for several calls, or for none.
+    if (call.isList()) return call.forEachElement(read);
+    read(call);
+  });
+  return [expected](Host& host) {
+    host.timeline.drain();
+    return CompareCalls(expected, std::exchange(TheFrameworkLog().calls, {}));
+  };
 }
 
 }  // namespace host

@@ -2,8 +2,8 @@
 
 #include <utf8.h>
 
-#include <algorithm>
 #include <iterator>
+#include <set>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -26,13 +26,9 @@ std::string XmlText(std::string_view text) {
 }
 
 std::string NamesOf(const Played& played) {
-  std::vector<std::string> names;
-  for (const Event& found : played.findings) {
-    if (std::find(names.begin(), names.end(), found.name) == names.end()) {
-      names.push_back(found.name);
-    }
-  }
-  return names.empty() ? "not every step was played" : Join(names, ", ");
+  std::set<std::string> names;
+  for (const Event& found : played.findings) names.insert(found.name);
+  return names.empty() ? "not every step was played" : Join({names.begin(), names.end()}, ", ");
 }
 
 void Set(pugi::xml_node node, const char* name, std::string_view text) {
@@ -40,13 +36,6 @@ void Set(pugi::xml_node node, const char* name, std::string_view text) {
 }
 
 }  // namespace
-
-JUnitFile::JUnitFile(const std::string& path)
-    : mFile(path), mSuite(mDocument.append_child("testsuite")) {
-  mSuite.append_attribute("name").set_value("aegp-host");
-  mSuite.append_attribute("tests");
-  mSuite.append_attribute("failures");
-}
 
 void JUnitFile::begin(const SessionInfo& session) {
   mText = mTranscript.begin(session);
@@ -70,8 +59,9 @@ void JUnitFile::end(const SessionInfo& session, const Played& played) {
 }
 
 void JUnitFile::finish() {
-  mSuite.attribute("tests").set_value(mCount);
-  mSuite.attribute("failures").set_value(mFailures);
+  mSuite.append_attribute("name").set_value("aegp-host");
+  mSuite.append_attribute("tests").set_value(mCount);
+  mSuite.append_attribute("failures").set_value(mFailures);
   std::ostringstream xml;
   mDocument.save(xml, "  ");
   mFile.write(xml.str());

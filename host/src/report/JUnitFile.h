@@ -13,7 +13,7 @@ namespace host {
 /// `std::runtime_error` if a write fails.
 class JUnitFile final : public RunListener {
  public:
-  explicit JUnitFile(const std::string& path);
+  explicit JUnitFile(const std::string& path) : mFile(path) {}
   void begin(const SessionInfo& session) override;
   void take(const Event& event) override;
   void end(const SessionInfo& session, const Played& played) override;
@@ -23,7 +23,7 @@ class JUnitFile final : public RunListener {
  private:
   OutputFile mFile;
   pugi::xml_document mDocument;
-  pugi::xml_node mSuite;
+  pugi::xml_node mSuite = mDocument.append_child("testsuite");
   Transcript mTranscript;
   std::string mText;  ///< of the session
   int mCount = 0;

@@ -1,13 +1,29 @@
 #include "SessionPrinter.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <string_view>
 
-#include "Progress.h"
 #include "TextFile.h"
 
 namespace host {
+namespace {
+
+std::string_view Variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value ? value : "";
+}
+
+bool WantsColour() {
+  return isatty(STDOUT_FILENO) != 0 && Variable("NO_COLOR").empty() && Variable("TERM") != "dumb";
+}
+
+}  // namespace
+
+SessionPrinter::SessionPrinter(Detail detail) : mDetail(detail), mTranscript(WantsColour()) {}
 
 void SessionPrinter::begin(const SessionInfo& session) {
   ++mCount;
@@ -19,6 +35,26 @@ void SessionPrinter::begin(const SessionInfo& session) {
 
 void SessionPrinter::take(const Event& event) {
   print(mTranscript.add(event));
+  if (event.result) takeCall(event);
+}
+
+void SessionPrinter::takeCall(const Event& event) {
+  constexpr std::string_view kRegister = "AEGP_Register";
+  constexpr std::string_view kHookEnd = "Hook";
+  const std::string& function = event.call.function;
+  const auto argument = [&](size_t number) { return event.call.arguments.at(number - 1).value; };
+  const bool isOk = *event.result == 0;
+  ++mCalls;
+  mFunctions.insert(function);
+  if (event.isUnsupplied) mNotSupplied.insert(function);
+  if (function == "AcquireSuite") {
+    (isOk ? mSuites : mMissingSuites).insert(argument(1) + " " + argument(2));
+  } else if (function == "AEGP_InsertMenuCommand" && isOk) {
+    mMenuItems.insert("\"" + argument(2) + "\"");
+  } else if (isOk && function.starts_with(kRegister) && function.ends_with(kHookEnd)) {
+    const size_t length = function.size() - kRegister.size() - kHookEnd.size();
+    mHooks.insert(function.substr(kRegister.size(), length));
+  }
 }
 
 void SessionPrinter::end(const SessionInfo& session, const Played& played) {
@@ -26,7 +62,7 @@ void SessionPrinter::end(const SessionInfo& session, const Played& played) {
   if (played.failed) mFailed.push_back(session.name);
   if (mDetail == Detail::everything) return;
   ShowProgress("");
-  if (mDetail == Detail::findings) return group(session, played);
+  if (mDetail == Detail::validation) return group(session, played);
   if (!played.failed) return;
   fmt::print("{}{}", mPrinted ? "\n" : "", mKept);
   mPrinted = true;
@@ -49,12 +85,25 @@ void SessionPrinter::group(const SessionInfo& session, const Played& played) {
 
 void SessionPrinter::printFindings() const {
   for (const Group& group : mGroups) {
-    const FindingKind& kind = KindOf(group.found);
-    fmt::print("{}: {}: {}\n", kind.level == Level::error ? "error" : "warning", kind.name,
-               EscapeLines(group.found.text));
-    fmt::print("    in {} of {} sessions: {}\n\n", group.sessions.size(), mCount,
-               Join(group.sessions, ", "));
+    const bool isError = KindOf(group.found).level == Level::error;
+    fmt::print("{}: {}\n    in {} of {} sessions: {}\n\n", isError ? "error" : "warning",
+               FindingText(group.found), group.sessions.size(), mCount, Join(group.sessions, ", "));
   }
+}
+
+void SessionPrinter::printUsage() const {
+  const auto printNames = [](const char* what, const Names& names) {
+    if (names.empty()) return;
+    fmt::print("  {:<22} {}\n", what, Join({names.begin(), names.end()}, ", "));
+  };
+  fmt::print("the plug-in:\n");
+  if (mHooks.empty()) fmt::print("  warning: it registers no hook, so the host never calls it\n");
+  printNames("registers hooks:", mHooks);
+  printNames("inserts menu items:", mMenuItems);
+  printNames("acquires suites:", mSuites);
+  printNames("misses suites:", mMissingSuites);
+  printNames("calls unsupplied:", mNotSupplied);
+  fmt::print("  {:<22} {} functions, {} times\n\n", "calls", mFunctions.size(), mCalls);
 }
 
 void SessionPrinter::print(const std::string& text) {
@@ -67,6 +116,10 @@ void SessionPrinter::print(const std::string& text) {
 }
 
 bool SessionPrinter::printOutcome() const {
+  if (mDetail == Detail::validation) {
+    printFindings();
+    printUsage();
+  }
   if (mCount > 1) {
     fmt::print("{}{} sessions, {} failed\n", mPrinted ? "\n" : "", mCount, mFailed.size());
     for (const std::string& name : mFailed) fmt::print("  {}\n", name);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <cstddef>
+#include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,24 +15,23 @@ namespace host {
 enum class Detail {
   everything,
   failures,  ///< only if it fails
-  findings,  ///< only what was found, at the end, with the sessions in which it was
+  /// Only what was found, at the end of the run, with the sessions in which it was. Then what the
+  /// plug-in uses of the host, from the calls that the sessions show.
+  validation,
 };
 
 /// Prints sessions to standard output, and keeps account of those that failed.
 class SessionPrinter final : public RunListener {
  public:
-  explicit SessionPrinter(Detail detail)
-      : mDetail(detail), mTranscript(WantsColour(STDOUT_FILENO)) {}
-
+  explicit SessionPrinter(Detail detail);
   void begin(const SessionInfo& session) override;
   void take(const Event& event) override;
   void end(const SessionInfo& session, const Played& played) override;
-  /// Prints what was found, if nothing else was printed of the sessions.
-  void printFindings() const;
   /// Prints the outcome of the run. Returns whether every session passed.
   bool printOutcome() const;
 
  private:
+  using Names = std::set<std::string>;
   struct Group {
     std::string what;
     Event found;  ///< the first
@@ -40,15 +39,27 @@ class SessionPrinter final : public RunListener {
   };
 
   void print(const std::string& text);
+  void takeCall(const Event& event);
   void group(const SessionInfo& session, const Played& played);
+  void printFindings() const;
+  void printUsage() const;
 
   Detail mDetail;
   size_t mCount = 0;
   bool mPrinted = false;  ///< a session
   Transcript mTranscript;
   std::string mKept;  ///< the text of the session, in case that it is printed at its end
-  std::vector<Group> mGroups;
   std::vector<std::string> mFailed;
+
+  // For a validation.
+  std::vector<Group> mGroups;
+  Names mHooks;
+  Names mMenuItems;
+  Names mSuites;
+  Names mMissingSuites;
+  Names mNotSupplied;
+  Names mFunctions;
+  int64_t mCalls = 0;
 };
 
 }  // namespace host

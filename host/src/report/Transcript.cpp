@@ -4,10 +4,9 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
+#include <cstdio>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "TextFile.h"
 
@@ -20,36 +19,25 @@ constexpr std::string_view kRed = "\x1b[31m";
 constexpr std::array<std::string_view, kActors.size()> kColours{"\x1b[32m", "\x1b[34m", "\x1b[35m",
                                                                 "\x1b[36m", "\x1b[33m", "\x1b[90m"};
 
-bool IsSet(const char* variable) {
-  const char* const value = std::getenv(variable);
-  return value && *value != '\0';
-}
-
 std::string Findings(const Played& played, Level level, std::string_view title) {
   std::string text;
   for (const Event& found : played.findings) {
-    const FindingKind& kind = KindOf(found);
-    if (kind.level != level) continue;
+    if (KindOf(found).level != level) continue;
     if (text.empty()) text = fmt::format("\n{}:\n", title);
-    text += fmt::format("  {}: {}\n", kind.name, EscapeLines(found.text));
+    text += fmt::format("  {}\n", FindingText(found));
   }
   return text;
 }
 
 }  // namespace
 
-bool WantsColour(int descriptor) {
-  const char* const terminal = std::getenv("TERM");
-  return isatty(descriptor) != 0 && !IsSet("NO_COLOR") &&
-         !(terminal && std::string_view(terminal) == "dumb");
+void ShowProgress(const std::string& text) {
+  static const bool isShown = isatty(STDERR_FILENO) != 0;
+  if (isShown) fmt::print(stderr, "\r\x1b[K{}", text);
 }
 
-std::string FindingsText(const Played& played) {
-  std::string text =
-      Findings(played, Level::error, "failed") + Findings(played, Level::warning, "warnings");
-  if (!played.complete) text += "not every step was played\n";
-  if (!played.folder.empty()) text += fmt::format("kept: {}\n", played.folder.string());
-  return text + fmt::format("result: {}\n", played.failed ? "failed" : "ok");
+std::string FindingText(const Event& found) {
+  return fmt::format("{}: {}", found.name, EscapeLines(found.text));
 }
 
 std::string Transcript::begin(const SessionInfo& session) {
@@ -75,7 +63,11 @@ std::string Transcript::add(const Event& event) {
 }
 
 std::string Transcript::end(const Played& played) {
-  return takeMet() + FindingsText(played);
+  std::string text = takeMet() + Findings(played, Level::error, "failed") +
+                     Findings(played, Level::warning, "warnings");
+  if (!played.complete) text += "not every step was played\n";
+  if (!played.folder.empty()) text += fmt::format("kept: {}\n", played.folder.string());
+  return text + fmt::format("result: {}\n", played.failed ? "failed" : "ok");
 }
 
 std::string Transcript::takeMet() {

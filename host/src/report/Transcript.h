@@ -7,12 +7,12 @@
 
 namespace host {
 
-/// Returns whether a text for the descriptor has colours: on a terminal, unless the user's
-/// `NO_COLOR` or `TERM` speaks against it.
-bool WantsColour(int descriptor);
+/// Shows the progress on a terminal, and removes it for an empty text. Writes to standard error, so
+/// that redirected output stays the same.
+void ShowProgress(const std::string& text);
 
-/// Returns what came of a session as text, without its timeline.
-std::string FindingsText(const Played& played);
+/// Returns the finding's name and its text, which may have several lines.
+std::string FindingText(const Event& found);
 
 /// Makes the text of sessions, of one after the other: a head, the timeline, and what came of it.
 /// The timeline has a line for each entry, and one for expectations of a step that are met

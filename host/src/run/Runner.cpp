@@ -91,6 +91,14 @@ void PlayAll(const NextSession& next, const RunOptions& options,
 
 }  // namespace
 
+NextSession EachOf(const std::vector<Session>& sessions) {
+  return [place = sessions.begin(), end = sessions.end()]() mutable {
+    // Without an owner.
+    return place == end ? nullptr
+                        : std::shared_ptr<const Session>(std::shared_ptr<Session>(), &*place++);
+  };
+}
+
 int PlaySessions(const NextSession& next, const RunOptions& options,
                  const std::vector<RunListener*>& listeners) {
   const auto finish = [&] {
@@ -105,17 +113,6 @@ int PlaySessions(const NextSession& next, const RunOptions& options,
   }
   finish();
   return sCaughtSignal;
-}
-
-int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
-                 const std::vector<RunListener*>& listeners) {
-  auto place = sessions.begin();
-  const auto next = [&]() -> std::shared_ptr<const Session> {
-    if (place == sessions.end()) return nullptr;
-    // Without an owner: the caller holds them all.
-    return {std::shared_ptr<const Session>(), &*place++};
-  };
-  return PlaySessions(next, options, listeners);
 }
 
 }  // namespace host

@@ -26,14 +26,13 @@ struct RunOptions {
 
 /// Returns the next session to play, or null when there are no more.
 using NextSession = std::function<std::shared_ptr<const Session>()>;
+/// Returns each of the sessions, which outlive it.
+NextSession EachOf(const std::vector<Session>& sessions);
 
 /// Plays each session in a process of its own. The listeners hear of them. Returns the signal that
 /// ended it, or 0. Throws `std::runtime_error` if a session can't be set up or the plug-in's module
 /// can't be loaded.
 int PlaySessions(const NextSession& next, const RunOptions& options,
-                 const std::vector<RunListener*>& listeners);
-/// Does the same for all of these sessions.
-int PlaySessions(const std::vector<Session>& sessions, const RunOptions& options,
                  const std::vector<RunListener*>& listeners);
 
 }  // namespace host

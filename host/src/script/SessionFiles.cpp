@@ -118,16 +118,14 @@ std::string WriteSession(const YAML::Node& session, const std::string& comment) 
   return text + emitter.c_str() + "\n";
 }
 
-std::string StepName(const YAML::Node& step) {
-  return (step.IsScalar() ? step : step.begin()->first).Scalar();
-}
-
 YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step) {
   YAML::Node copy = YAML::Clone(session);
   YAML::Node steps(YAML::NodeType::Sequence);
   steps.push_back(YAML::Load(step));
   bool starts = false;
-  for (const YAML::Node& each : session["steps"]) starts = starts || StepName(each) == "start";
+  for (const YAML::Node& each : session["steps"]) {
+    starts = starts || (each.IsMap() ? each.begin()->first : each).Scalar() == "start";
+  }
   // A session that starts the host by itself does so after its first steps.
   if (!starts) steps.push_back("start");
   for (const YAML::Node& each : session["steps"]) steps.push_back(each);

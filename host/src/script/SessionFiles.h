@@ -38,9 +38,6 @@ void AddKnownIssues(const KnownIssues& issues, Session& session);
 /// line.
 std::string WriteSession(const YAML::Node& session, const std::string& comment);
 
-/// Returns the name of a session's step.
-std::string StepName(const YAML::Node& step);
-
 /// Returns a copy with a step, as YAML, put before all others.
 YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step);
 

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <random>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,26 +21,8 @@ struct CountedCall {
   int64_t number = 0;    ///< among the calls of the function in the session, from 1
 };
 
-/// Numbers that a seed fixes, the same on every machine.
-class Random {
- public:
-  /// Each `number` of a seed gives another sequence.
-  Random(uint64_t seed, uint64_t number) {
-    std::seed_seq sequence{seed, seed >> 32, number, number >> 32};
-    mEngine.seed(sequence);
-  }
-  /// Returns a number from 0 to `count` - 1.
-  size_t below(size_t count) { return static_cast<size_t>(mEngine() % count); }
-  /// Returns true with the probability 1 / `count`.
-  bool oneIn(size_t count) { return below(count) == 0; }
-  template <typename Choice, size_t count>
-  const Choice& among(const std::array<Choice, count>& choices) {
-    return choices[below(count)];
-  }
-
- private:
-  std::mt19937_64 mEngine;
-};
+/// What random sessions are made of, as random-rules.yaml says.
+using RandomRules = std::map<std::string, std::vector<std::string>>;
 
 /// Words of a session that the host itself doesn't know, such as those about a font manager. Every
 /// reader throws `SessionFileError`.
@@ -70,12 +50,9 @@ class SessionPart {
   /// that has its number.
   virtual bool awaitsCall() const = 0;
 
-  /// Adds keys of this part to a session that is made up.
-  virtual void addRandomKeys(Random& random, YAML::Node& session) const = 0;
-  /// Returns steps of this part as YAML, as they can come together at any place.
-  virtual std::vector<std::string> randomSteps(Random& random) const = 0;
-  /// Returns a step that makes something of this part go wrong.
-  virtual std::string randomFault(Random& random) const = 0;
+  /// Adds what random sessions have of this part, or replaces what the host's rules have in its
+  /// place.
+  virtual void addRandomRules(RandomRules& rules) const = 0;
 };
 
 }  // namespace host

@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "Expectations.h"
-#include "SessionFiles.h"
 #include "User.h"
 
 namespace host {
@@ -310,11 +309,6 @@ std::string ReadWindowClass(const YamlValue& name, const HostSettings& host) {
     name.fail(fmt::format("there is no window class '{}'", name.text()));
   }
   return name.text();
-}
-
-bool NeedsHost(const YAML::Node& step) {
-  const StepKind* const kind = FindKind(StepName(step));
-  return kind && kind->needsHost;
 }
 
 void PlayStep(const Step& step, Host& host) {

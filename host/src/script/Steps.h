@@ -26,9 +26,6 @@ std::vector<Step> ReadSteps(const YamlValue& steps, StepDraft draft);
 /// Reads the name of a window class that the host has.
 std::string ReadWindowClass(const YamlValue& name, const HostSettings& host);
 
-/// Returns whether the step can come only while the host runs.
-bool NeedsHost(const YAML::Node& step);
-
 /// Plays a step. One that can't be played ends the session, or is skipped by a tolerant one.
 void PlayStep(const Step& step, Host& host);
 

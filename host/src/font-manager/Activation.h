@@ -4,24 +4,22 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "Event.h"
 #include "Host.h"
 
 namespace host {
 
-/// What has to hold after a font activation process of the plug-in, whatever the user, the host and
-/// the font manager did. Sees the process from outside: by the calls of the framework and by what
-/// happens to the project.
-class ActivationRules {
+/// The font activation process of the plug-in, seen from outside: by the calls of the framework and
+/// by what happens to the project. Notes its steps on the timeline, and knows what has to hold
+/// after it, whatever the user, the host and the font manager did.
+class Activation {
  public:
-  /// Begins to watch the host's project. The host outlives this object.
+  /// Begins to watch the host. The host outlives this object.
   void begin(Host& host);
-  /// Takes note of a call of the framework, with its arguments and results by name. `isFaulty` says
-  /// that the session has changed its results, `isRunning` that an activation runs.
-  void take(const std::string& operation, const std::vector<Argument>& fields, bool isFaulty,
-            bool isRunning);
+  /// Takes a call of the framework that is on the timeline. `isFaulty` says that the session has
+  /// changed its results.
+  void take(const Call& call, bool isFaulty);
   /// Lets the host and the font manager work, gives an activation the time to end, and reports what
   /// doesn't hold.
   void settle();
@@ -41,9 +39,11 @@ class ActivationRules {
   };
 
   void takeChange(const ProjectChange& change);
-  void takeActivation(const std::vector<Argument>& fields, bool isFaulty);
-  void letTimeGoBy();
-  void check();
+  void takeEntry(const Event& entry);
+  void takeEnabled(const Call& call);
+  void takeDocument(const Call& call, bool isFaulty);
+  void noteStart();
+  void endInTime();
   void checkProjectIsOpen();
   void checkFonts();
   void checkDialogsAreSeen();
@@ -52,8 +52,9 @@ class ActivationRules {
   Host* mHost = nullptr;
   bool mInitialized = false;         ///< the plug-in has started
   bool mEnabled = false;             ///< what the framework said last
+  std::optional<int64_t> mBegan;     ///< tick of step 1, while an activation runs
   std::string mDocument;             ///< the path that the framework was told of last
-  int64_t mDocumentsSaved = 0;       ///< how many calls told the framework of one
+  bool mToldOfSave = false;          ///< the framework, since it was last looked at
   int64_t mUsersTick = -1;           ///< after which the user last changed projects
   int64_t mUsersFailures = 0;        ///< of calls until then
   std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again

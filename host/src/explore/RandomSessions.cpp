@@ -1,0 +1,121 @@
+#include "RandomSessions.h"
+
+#include <fmt/format.h>
+#include <yaml-cpp/yaml.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Faults.h"
+#include "RandomRules.h"
+#include "Shrinker.h"
+
+namespace host {
+namespace {
+
+constexpr size_t kMaxFailures = 5;
+
+const RandomRules& LoadRules() {
+  static const RandomRules kRules = [] {
+    auto rules = YAML::Load(std::string(kRandomRules)).as<RandomRules>();
+    const auto& functions = FunctionsThatCanFail();
+    rules["any function"] = {functions.begin(), functions.end()};
+    return rules;
+  }();
+  return kRules;
+}
+
+class Maker {
+ public:
+  Maker(uint64_t seed, uint64_t number, const SessionPart& part) : mRules(LoadRules()) {
+    std::seed_seq sequence{seed, seed >> 32, number, number >> 32};
+    mEngine.seed(sequence);
+    part.addRandomRules(mRules);
+  }
+
+  std::string make() {
+    if (below(2) == 0) {
+      for (const char* const name : {"step", "step before"}) mRules[name].emplace_back("<fault>");
+    }
+    std::string text = expand("<session>");
+    for (size_t count = 1 + below(24); count > 0; --count) text += "- " + makeStep() + "\n";
+    return text;
+  }
+
+ private:
+  size_t below(size_t count) { return static_cast<size_t>(mEngine() % count); }
+
+  // Returns the text with a text of its rule in place of each "<rule>".
+  std::string expand(const std::string& text) {
+    const size_t begin = text.find('<');
+    if (begin == std::string::npos) return text;
+    const size_t end = text.find('>', begin);
+    const std::vector<std::string>& texts = mRules.at(text.substr(begin + 1, end - begin - 1));
+    std::string expanded = text.substr(0, begin) + expand(texts[below(texts.size())]);
+    return expanded + expand(text.substr(end + 1));
+  }
+
+  // Steps open only what exists.
+  std::string makeStep() {
+    constexpr std::string_view kSaveAs = "save as: ";
+    constexpr std::string_view kRemove = "remove: ";
+    std::string step = expand("<step>");
+    std::vector<std::string>& projects = mRules["project"];
+    if (step.starts_with(kSaveAs)) {
+      const std::string project = step.substr(kSaveAs.size());
+      std::erase(projects, project);
+      projects.push_back(project);
+    } else if (step.starts_with(kRemove)) {
+      if (projects.size() == 1) return "tick";
+      std::erase(projects, step.substr(kRemove.size()));
+    }
+    return step;
+  }
+
+  RandomRules mRules;
+  std::mt19937_64 mEngine;
+};
+
+// Makes the session of a number, from 1.
+std::shared_ptr<const Session> MakeSession(const RandomOptions& random, uint64_t number,
+                                           const SessionPart& part) {
+  const std::string name = fmt::format("random-{}-{}", random.seed, number);
+  auto session = std::make_shared<Session>(
+      ReadSessions(name, MakeRandomSession(random.seed, number, part), part).front());
+  AddKnownIssues(random.knownIssues, *session);
+  return session;
+}
+
+}  // namespace
+
+std::string MakeRandomSession(uint64_t seed, uint64_t number, const SessionPart& part) {
+  return Maker(seed, number, part).make();
+}
+
+Explored PlayRandomSessions(const RandomOptions& random, const RunOptions& options,
+                            const SessionPart& part, FailurePrinter& printer) {
+  std::vector<Failure> failures;
+  Trials trials("playing", random.count, [&](const Session& session, const Played& played) {
+    if (!played.failed || failures.size() == kMaxFailures) return;
+    failures.push_back({session.name, played.findings, session.text()});
+  });
+  uint64_t made = 0;
+  const auto next = [&]() -> std::shared_ptr<const Session> {
+    if (made == random.count || failures.size() == kMaxFailures) return nullptr;
+    return MakeSession(random, ++made, part);
+  };
+  int signal = trials.play(next, options);
+  for (Failure& failure : failures) {
+    if (signal == 0) signal = Shorten(failure, options, part);
+    printer.print(failure);
+  }
+  return {fmt::format("{} session{} of seed {}", trials.count(), trials.count() == 1 ? "" : "s",
+                      random.seed),
+          signal};
+}
+
+}  // namespace host
