@@ -18,5 +18,5 @@ class GScopedManagedMemory {
   void OSSetupManagedMemory();
   void OSTearDownManagedMemory();
 
-  void* mOSManagedMemory;  // the platform's scope, null for none
+  [[maybe_unused]] void* mOSManagedMemory;  // the platform's scope, null for none
 };
