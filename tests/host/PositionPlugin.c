@@ -260,10 +260,10 @@ __attribute__((visibility("default"))) int32_t EntryPointFunc(Table basic_suite,
   typedef int32_t (*CommandHook)(void*, const char*, int32_t, uint32_t, unsigned char,
                                  unsigned char*);
   typedef int32_t (*RegisterCommandHook)(int32_t, uint32_t, int32_t, CommandHook, const char*);
-  const RegisterCommandHook register_command_hook = (RegisterCommandHook)hooks[0];
-  register_command_hook(id, 2, 0, pick, "picked last");
-  register_command_hook(id, 1, 0, pick, "picked first");
-  register_command_hook(id, 2, 1, pick, "picked for another command");
+  const RegisterCommandHook registerCommandHook = (RegisterCommandHook)hooks[0];
+  registerCommandHook(id, 2, 0, pick, "picked last");
+  registerCommandHook(id, 1, 0, pick, "picked first");
+  registerCommandHook(id, 2, 1, pick, "picked for another command");
   ((int32_t(*)(int32_t, const char*, char, int32_t))commands[1])(command, "Mine", 7, -2);
   release("AEGP Command Suite", 1);
   release("AEGP Register Suite", 6);
