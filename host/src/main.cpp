@@ -13,7 +13,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -31,7 +30,6 @@
 
 namespace {
 
-using host::Detail;
 using host::FontManager;
 using host::RunListener;
 using host::Session;

@@ -180,6 +180,9 @@ TEST(Host, NoticesAWritePastTheEndOfAHandleOrABlock) {
             "AEGP_FreeMemHandle: the plug-in has written past the end of"},
            {"allocate; write past the block; free the block",
             "FreeBlock: the plug-in has written past the end of the block"},
+           {"get the path; write past the handle",
+            "the plug-in has written past the end of a memory handle"},
+           {"allocate; write past the block", "the plug-in has written past the end of a block"},
        }) {
     const Played played = Play(Behaviour(behaviour));
     EXPECT_EQ(played.code, 1);

@@ -144,6 +144,17 @@ TEST(Judge, PutsTheCauseFirstAndCountsWhatIsAlike) {
   EXPECT_FALSE(played.complete);
 }
 
+TEST(Judge, TellsEachExpectationThatIsNotMet) {
+  Event dirty = Of(EventKind::expectation, "dirty");
+  Event handled = Of(EventKind::expectation, "command handled");
+  dirty.where = handled.where = "story.yaml:13";
+  dirty.difference = handled.difference = "    expected: true\n    found:    false";
+  Event later = dirty;
+  later.where = "story.yaml:20";
+  EXPECT_THAT(Found({}, {dirty, handled, later}),
+              ElementsAre("expectation", "expectation", "expectation"));
+}
+
 TEST(Judge, TellsAHundredFindingsOfAKind) {
   std::vector<Event> facts{Fact(Finding::hookError)};
   for (int i = 0; i < 150; ++i) {

@@ -34,10 +34,10 @@ void Host::prepare(const HostSettings& settings, const PluginModule& module, int
   mSettings = settings;
   mModule = module;
   mFlight = &flight;
+  timeline.begin(reportPipe, flight);
   mFolder = std::filesystem::current_path();
   mThreads = CountThreads();
   preferences = settings.preferences;
-  timeline.begin(reportPipe, flight);
   advanceTime(0);
   WatchFileDates(mFolder);
   setUpDesktop();
@@ -111,13 +111,14 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   if (isOutermost && std::exchange(undoGroups, 0) > 0) {
     report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }
-  // What is told or taken in before it leaves the hook is of this hook. Most write nothing.
+  // What is told before it leaves the hook is of this hook.
   if (result != A_Err_NONE) {
     ++errorsShown;
     const std::string error = fmt::format("{} {}", hook, result);
     report(Finding::hookError, "the user saw an error that no step expects: " + error,
            {{}, {}, error}, {}, result);
   }
+  // Most hooks write nothing, and then there is nothing to take in.
   if (UpdateFileDates()) timeline.drain();
   leavePlugin(outerHook);
   timeline.endLast();

@@ -44,6 +44,7 @@ inline constexpr char kEntryPoint[] = "entry point";
 inline constexpr char kUpdateMenuHook[] = "update-menu hook";
 inline constexpr char kStaticDestructor[] = "static destructor";
 
+/// What a session says of the host.
 struct HostSettings {
   int32_t majorVersion = 114;
   int32_t minorVersion = 0;
@@ -109,7 +110,10 @@ struct CommandHook : Hook<AEGP_CommandHook, AEGP_CommandRefcon> {
   AEGP_HookPriority priority = 0;
   AEGP_Command command = AEGP_Command_ALL;
 
-  bool operator==(const CommandHook&) const = default;
+  /// Whatever the priority.
+  bool operator==(const CommandHook& other) const {
+    return Hook::operator==(other) && command == other.command;
+  }
 };
 
 struct Hooks {
@@ -132,6 +136,7 @@ class Host {
                FlightRecord& flight);
   /// Loads the plug-in's module and calls its entry point. Never unloads it.
   void start();
+  /// Plays an idle tick: calls the idle hooks.
   void idle();
   /// Moves the virtual time on.
   void advanceTime(int64_t seconds);
@@ -141,6 +146,7 @@ class Host {
   void drawMenus();
   /// Offers a command to the command hooks. Returns whether one of them has handled it.
   bool runCommand(AEGP_Command command);
+  /// Opens a new project in place of the current one.
   void newProject();
   /// Changes the project for the user, which makes it dirty.
   void editProject();
@@ -155,19 +161,19 @@ class Host {
   void updateFontList();
   /// Brings an application to the front for the user. Starts it if it doesn't run.
   void bringToFront(const std::string& bundleIdentifier);
+  /// Calls the death hooks.
   void quit();
 
   /// Begins a step, by its place in the session file.
   void beginStep(std::string_view place);
-  /// Tells the process that waits that the session is over, played or not. From now on the
-  /// plug-in's static objects are destroyed, and its module is finalised.
+  /// Ends the steps, played or not. From now on the plug-in's static objects are destroyed, and its
+  /// module is finalised.
   void beginDestructors();
   /// Tells what the plug-in has leaked. To be called after the last call of the plug-in.
   void finish();
 
   /// Tells a fact that may be a finding, and where it happened: by default the hook, the tick, the
-  /// host call and the step.
-  /// `code` is the error that the user saw, if any. The session goes on.
+  /// host call and the step. `code` is the error that the user saw, if any. The session goes on.
   void report(Finding finding, const std::string& text, FactNames names = {},
               const std::string& where = {}, int64_t code = 0);
   /// Tells that the call of the plug-in's that is under way is a misuse. `detail` is the name of

@@ -102,12 +102,23 @@ void Host::reportLeaks() {
   for (const auto& [suite, origin] : ledger.held(Holding::suite)) {
     reportLeak(Finding::suiteLeaked, NameOfSuite(suite), origin);
   }
-  for (const auto& [thing, origin] : ledger.held(Holding::memoryHandle)) {
-    reportLeak(Finding::handleLeaked,
-               memory.at(thing).locks > 0 ? "a locked memory handle" : "a memory handle", origin);
+  const auto reportPiece = [&](Finding leak, const void* thing, const std::string& what,
+                               const Origin& origin) {
+    // Nothing was called with it since.
+    if (!memory.at(thing).bytes.isIntact()) {
+      report(Finding::overrun,
+             fmt::format("the plug-in has written past the end of {} from {}", what, origin.text()),
+             {origin.function, {}, {}}, "at the end of the process");
+    }
+    reportLeak(leak, what, origin);
+  };
+  for (const auto& [handle, origin] : ledger.held(Holding::memoryHandle)) {
+    const bool isLocked = memory.at(handle).locks > 0;
+    reportPiece(Finding::handleLeaked, handle,
+                isLocked ? "a locked memory handle" : "a memory handle", origin);
   }
   for (const auto& [block, origin] : ledger.held(Holding::block)) {
-    reportLeak(Finding::blockLeaked, "a block", origin);
+    reportPiece(Finding::blockLeaked, block, "a block", origin);
   }
   if (!isClean) return;
   timeline.add(Actor::host,

@@ -20,6 +20,7 @@ class GuardedBytes {
 
   char* start() const { return mStart.get(); }
   size_t size() const { return mSize; }
+  /// Returns whether the guard is as it was.
   bool isIntact() const;
   /// From now on a sanitizer reports a use.
   void poison() const;
@@ -63,6 +64,7 @@ class Memory {
   /// sanitizer sees a later use.
   void free(const void* thing);
 
+  /// Returns what is held, by its name.
   const std::unordered_map<const void*, Piece>& pieces() const { return mPieces; }
   /// How many bytes freed blocks still take, which isn't the plug-in's fault.
   size_t bytesKept() const;

@@ -9,6 +9,7 @@
 
 namespace host {
 
+/// A menu item of a plug-in.
 struct MenuItem {
   std::string text;
   bool enabled = false;

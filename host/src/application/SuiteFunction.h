@@ -68,12 +68,12 @@ class SuiteCall {
   size_t mWritten = 0;
 };
 
-/// For a function that doesn't give something back: the host is gone once the plug-in's static
-/// objects are being destroyed.
+/// Reports a call after the host has shut down, while the plug-in's static objects are destroyed.
+/// For a function that doesn't give something back.
 void CheckIsInTime(Host& host);
 
-// Each check reports a misuse. Returns the error of the call, or 0. Those of what a suite gives out
-// are beside the suite.
+// Each check reports a misuse. Returns the error of the call, or 0. The check of a handle stands in
+// the source of the suite that gives it out.
 
 A_Err CheckSuite(Host& host, const void* table);
 A_Err ReportNull(Host& host, const char* name);
@@ -113,9 +113,10 @@ using Pointer = Result (*)(Arguments...);
 /// an argument that may be null.
 ///
 /// `body` is the work of the function. It gets the host and the arguments, and returns nothing if
-/// it can't fail. A call that is to fail doesn't run it, unless it takes the fault, an `A_Err`,
-/// before the arguments. One that gives something back runs it all the same, so that what is left
-/// at the end is the plug-in's doing and not the fault's.
+/// it can't fail. A call that is a misuse doesn't run it. A call that is to fail doesn't either,
+/// unless the body takes the fault, an `A_Err`, before the arguments. One that gives something back
+/// runs it all the same, so that what is left at the end is the plug-in's doing and not the
+/// fault's.
 template <auto* table, Name function, bool givesBack, auto body, Name... names>
 class SuiteFunction {
  public:

@@ -117,11 +117,11 @@ SPErr ReallocateBlock(Host& host, void* block, size_t newSize, void** newBlock) 
   return A_Err_NONE;
 }
 
-// A hook comes too late once the entry point has returned.
+// A hook comes too late once the entry point has returned, or has a hook called.
 template <typename Added>
 A_Err Register(Host& host, const char* kind, std::vector<Added>& hooks, const Added& added) {
   if (!host.isIn(kEntryPoint)) {
-    return host.misused(Finding::lateHook, "the entry point has returned");
+    return host.misused(Finding::lateHook, "only the entry point can register a hook");
   }
   if (std::find(hooks.begin(), hooks.end(), added) != hooks.end()) {
     host.misused(Finding::registeredTwice, "the hook is registered already");

@@ -66,7 +66,8 @@ void CorrectDates(const std::filesystem::path& path) {
   struct stat status {};
   if (lstat(path.c_str(), &status) != 0) return;
   if (S_ISDIR(status.st_mode)) {
-    folders[inotify_add_watch(events, path.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO)] = path;
+    const int watch = inotify_add_watch(events, path.c_str(), IN_CREATE | IN_MODIFY | IN_MOVED_TO);
+    if (watch >= 0) folders[watch] = path;
     std::error_code ignored;
     for (const auto& entry : std::filesystem::directory_iterator(path, ignored)) {
       CorrectDates(entry.path());

@@ -12,7 +12,9 @@ namespace host {
 /// The time at which every session starts, in seconds since 1970.
 inline constexpr int64_t kSessionStart = 1'700'000'000;
 
+/// Returns the time in seconds since 1970.
 int64_t VirtualNow();
+/// Moves the time on for all threads.
 void AdvanceVirtualTime(int64_t seconds);
 /// Gives each file in the folder, and in all folders in it, the virtual time as its date when it is
 /// written, because the kernel gives it the real one. A date that was set stays.

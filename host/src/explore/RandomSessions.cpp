@@ -39,7 +39,10 @@ class Maker {
 
   std::string make() {
     if (below(2) == 0) {
-      for (const char* const name : {"step", "step before"}) mRules[name].emplace_back("<fault>");
+      // One step in seven.
+      for (const char* const name : {"step", "step", "step before"}) {
+        mRules[name].emplace_back("<fault>");
+      }
     }
     std::string text = expand("<session>");
     for (size_t count = 1 + below(24); count > 0; --count) text += "- " + makeStep() + "\n";
@@ -99,9 +102,12 @@ std::string MakeRandomSession(uint64_t seed, uint64_t number, const SessionPart&
 Explored PlayRandomSessions(const RandomOptions& random, const RunOptions& options,
                             const SessionPart& part, FailurePrinter& printer) {
   std::vector<Failure> failures;
+  // Without those that were under way beside the last one that failed, so that a seed repeats it.
+  size_t count = 0;
   Trials trials("playing", random.count, [&](const Session& session, const Played& played) {
-    if (!played.failed || failures.size() == kMaxFailures) return;
-    failures.push_back({session.name, played.findings, session.text()});
+    if (failures.size() == kMaxFailures) return;
+    ++count;
+    if (played.failed) failures.push_back({session.name, played.findings, session.text()});
   });
   uint64_t made = 0;
   const auto next = [&]() -> std::shared_ptr<const Session> {
@@ -113,8 +119,7 @@ Explored PlayRandomSessions(const RandomOptions& random, const RunOptions& optio
     if (signal == 0) signal = Shorten(failure, options, part);
     printer.print(failure);
   }
-  return {fmt::format("{} session{} of seed {}", trials.count(), trials.count() == 1 ? "" : "s",
-                      random.seed),
+  return {fmt::format("{} session{} of seed {}", count, count == 1 ? "" : "s", random.seed),
           signal};
 }
 

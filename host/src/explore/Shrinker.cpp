@@ -80,12 +80,13 @@ YAML::Node ShrinkNumber(const YAML::Node& node, const StillFails& stillFails) {
   int64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size()) return node;
+  const int64_t first = number;
   int64_t passing = 0;
   while (number - passing > 1) {
     const int64_t middle = passing + (number - passing) / 2;
     (stillFails(YAML::Node(std::to_string(middle))) ? number : passing) = middle;
   }
-  return YAML::Node(std::to_string(number));
+  return number == first ? node : YAML::Node(std::to_string(number));
 }
 
 YAML::Node ShrinkNode(const YAML::Node& node, const StillFails& stillFails) {

@@ -45,7 +45,7 @@ class CallCounter final : public RunListener {
 // A session with one fault.
 struct Trial {
   const Session& session;  ///< without the fault
-  std::string what;        ///< goes wrong, as "call 3 of AEGP_NewProject fails with 7"
+  std::string what;        ///< goes wrong, as "call 3 of AEGP_NewProject fails with 24301"
   std::string step;        ///< YAML of the step that makes it go wrong
 };
 

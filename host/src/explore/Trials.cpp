@@ -61,4 +61,9 @@ void Trials::end(const SessionInfo& /*session*/, const Played& played) {
   mEnded(*session, played);
 }
 
+// A signal may have ended it within a session.
+void Trials::finish() {
+  ShowProgress("");
+}
+
 }  // namespace host

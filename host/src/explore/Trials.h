@@ -49,8 +49,8 @@ class Trials final : public RunListener {
  public:
   using Ended = std::function<void(const Session&, const Played&)>;
 
-  /// Calls `ended` when a session is over, in their order. `what` is done with about `count` of
-  /// them, for the user.
+  /// Calls `ended` when a session is over, in their order. The progress says `what`, such as
+  /// "playing", and that there are at most `count`.
   Trials(std::string what, size_t count, Ended ended)
       : mWhat(std::move(what)), mMax(count), mEnded(std::move(ended)) {}
   /// Plays as `PlaySessions` does. `listeners` hear of a session before `ended` does.
@@ -61,6 +61,7 @@ class Trials final : public RunListener {
 
   void begin(const SessionInfo& session) override;
   void end(const SessionInfo& session, const Played& played) override;
+  void finish() override;
 
  private:
   std::string mWhat;

@@ -88,10 +88,10 @@ void Activation::take(const Call& call, bool isFaulty) {
 
 void Activation::takeEnabled(const Call& call) {
   mEnabled = ValueOf(call, "enabled") == "true";
-  mHost->timeline.setState("enabled", mEnabled ? "true" : "false");
-  if (!mEnabled) mLatest.reset();
+  mHost->timeline.setState("enabled", *mEnabled ? "true" : "false");
+  if (!*mEnabled) mLatest.reset();
   const bool isInTime = mClosed && mHost->timeline.tick <= mClosed->tick + kTicksToReopening;
-  if (isInTime) mClosed->isDisabled = !mEnabled;
+  if (isInTime) mClosed->isDisabled = !*mEnabled;
 }
 
 // A document told of twice on one tick is one activation.
@@ -105,7 +105,7 @@ void Activation::noteStart() {
 
 // A plug-in that is disabled takes no step, and so doesn't end an activation.
 void Activation::endInTime() {
-  if (!mBegan || mHost->timeline.tick < *mBegan + kTicks || !mEnabled) return;
+  if (!mBegan || mHost->timeline.tick < *mBegan + kTicks || mEnabled == false) return;
   mBegan.reset();
   mHost->timeline.setState(kState, "0");
 }
@@ -133,7 +133,7 @@ void Activation::settle() {
   for (int i = 0; i < kTicksToSettle; ++i) mHost->idle();
   checkProjectIsOpen();
   checkFonts();
-  if (mInitialized && mEnabled) {
+  if (mInitialized && mEnabled == true) {
     checkDialogsAreSeen();
     checkDocumentsAreToldOf();
   }

@@ -51,7 +51,7 @@ class Activation {
 
   Host* mHost = nullptr;
   bool mInitialized = false;         ///< the plug-in has started
-  bool mEnabled = false;             ///< what the framework said last
+  std::optional<bool> mEnabled;      ///< what the framework said last, if it was asked
   std::optional<int64_t> mBegan;     ///< tick of step 1, while an activation runs
   std::string mDocument;             ///< the path that the framework was told of last
   bool mToldOfSave = false;          ///< the framework, since it was last looked at

@@ -37,8 +37,7 @@ std::vector<Answer> ReadAnswers(const YamlValue& value);
 
 /// Returns the steps, as YAML, of which each makes this call alone go wrong in one way.
 std::vector<std::string> AnswersThatFail(const CountedCall& call);
-/// Returns such steps for the first two calls of each operation that takes arguments: most that
-/// plug-ins call do.
+/// Returns such steps for the first two calls of each operation that takes arguments.
 std::vector<std::string> AnswersThatFail();
 
 }  // namespace host

@@ -19,11 +19,11 @@ std::string Show(const std::vector<std::string>& list) {
   return list.empty() ? "nothing" : Join(list, ", ");
 }
 
-}  // namespace
-
 std::string DescribeMismatch(const std::string& expected, const std::string& found) {
   return fmt::format("    expected: {}\n    found:    {}", Escape(expected), Escape(found));
 }
+
+}  // namespace
 
 std::string CompareLists(const std::vector<std::string>& expected,
                          const std::vector<std::string>& found) {

@@ -88,14 +88,16 @@ struct FactNames {
   std::string value;     ///< by which an `expect` names it; of a state, its value
 };
 
-/// Something that happens in a session, as the process that plays it tells.
+/// Something that happens in a session, as the process that plays it tells. Each member is also a
+/// key of the JSON file that users read. A finding gets only the head, the name and the text of its
+/// fact.
 struct Event : EventHead, FactNames {
   Event() = default;
   explicit Event(EventKind ofKind, EventHead head = {})
       : EventHead(std::move(head)), kind(ofKind) {}
 
   EventKind kind = EventKind::entry;
-  /// Of an entry, expectation, fact or finding; why unloadable; the call that is to fail. The first
+  /// Of an entry, expectation, fact or finding; why unloadable; the call that fails. The first
   /// line of a fact says what happens, and the others where.
   std::string text;
   /// Of a hook, dialog, state, fact or finding; the key of an expectation or `expect`.
@@ -129,7 +131,7 @@ Json ToJson(const Event& event);
 /// Returns the value on one line. Bytes that aren't UTF-8 become U+FFFD.
 std::string Dump(const Json& json);
 /// Takes the events out of lines of objects, and leaves there what isn't whole. Throws
-/// `std::exception` for a line that isn't an event.
+/// `std::exception` for a line that isn't an object of this format.
 std::vector<Event> TakeEvents(std::string& bytes);
 
 }  // namespace host

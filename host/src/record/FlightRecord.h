@@ -1,6 +1,6 @@
 #pragma once
 
-#include <sys/types.h>
+#include <unistd.h>
 
 #include <array>
 #include <atomic>
@@ -44,11 +44,14 @@ struct FlightRecord {
 };
 
 /// Keeps the time limit from running while this process does what isn't the plug-in's, such as
-/// waiting until the other process takes in what it reports. Can be nested.
+/// waiting until the other process takes in what it reports. Can be nested. Does nothing in another
+/// thread, since the time limit is the main thread's.
 class WatchdogPause {
  public:
   explicit WatchdogPause(FlightRecord& record)
-      : mRecord(record), mStart(record.watchdogStart.exchange(0)), mBegan(MonotonicNow()) {}
+      : mRecord(record),
+        mStart(gettid() == getpid() ? record.watchdogStart.exchange(0) : 0),
+        mBegan(MonotonicNow()) {}
   ~WatchdogPause() {
     if (mStart != 0) mRecord.watchdogStart = mStart + MonotonicNow() - mBegan;
   }

@@ -92,9 +92,12 @@ void SetModificationDate(const std::filesystem::path& file, int64_t date) {
 }
 
 std::vector<std::string> GrowingFile::newLines() {
+  // A thread may print without end.
+  constexpr off_t kMaxAtOnce = 16'777'216;
   const off_t before = mOffset;
   std::array<char, 4096> buffer;
-  for (ssize_t size = 0; (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
+  for (ssize_t size = 0; mOffset - before < kMaxAtOnce &&
+                         (size = pread(mDescriptor, buffer.data(), buffer.size(), mOffset)) > 0;) {
     mOffset += size;
     mRest.append(buffer.data(), static_cast<size_t>(size));
   }

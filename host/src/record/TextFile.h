@@ -12,8 +12,11 @@
 
 namespace host {
 
+/// Returns the parts with the separator between two of them.
 std::string Join(const std::vector<std::string>& parts, std::string_view separator);
+/// Replaces each `from` in the text, from left to right. `from` isn't empty.
 void ReplaceAll(std::string& text, std::string_view from, std::string_view to);
+/// Returns the texts around the separators: one more than there are separators.
 std::vector<std::string> Split(std::string_view text, std::string_view separator);
 /// Writes control characters as escapes: a line feed as "\n", an escape as "\x1b". Those beyond
 /// ASCII, which a terminal also acts on, too.
@@ -26,16 +29,18 @@ std::vector<std::string> ReadLines(const std::filesystem::path& file);
 /// Creates or replaces the file, and creates its folders. Throws
 /// `std::filesystem::filesystem_error`.
 void WriteText(const std::filesystem::path& file, std::string_view text);
+/// Does the same, with a line feed after each line.
 void WriteLines(const std::filesystem::path& file, const std::vector<std::string>& lines);
 /// Sets the date of the file's contents, in seconds since 1970. Does nothing if there is no such
 /// file.
 void SetModificationDate(const std::filesystem::path& file, int64_t date);
 
-/// Follows a file that another process appends to. Doesn't own the descriptor.
+/// Follows a file that somebody appends to. Doesn't own the descriptor.
 class GrowingFile {
  public:
   void follow(int descriptor) { mDescriptor = descriptor; }
-  /// Returns the lines completed since the last call. Makes one system call if there is none.
+  /// Returns the lines completed since the last call, of at most 16 MB. Makes one system call if
+  /// there is nothing new.
   std::vector<std::string> newLines();
   /// Returns the unfinished line at the end of the file, if there is one, and forgets it.
   std::vector<std::string> takeRest();

@@ -64,6 +64,8 @@ void Timeline::begin(int pipe, FlightRecord& flight) {
       throw std::runtime_error(fmt::format("can't open {}", kOutputs[i].file));
     }
     mOutputs[i].follow(file);
+    // The wide streams of C++ keep the one that was there before.
+    std::setvbuf(*streams[i], nullptr, _IONBF, 0);
     *streams[i] = MakeStream(i, kDescriptors[i], *this);
   }
   std::cout.rdbuf(new __gnu_cxx::stdio_sync_filebuf<char>(stdout));

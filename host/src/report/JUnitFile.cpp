@@ -2,8 +2,8 @@
 
 #include <utf8.h>
 
+#include <algorithm>
 #include <iterator>
-#include <set>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -26,9 +26,12 @@ std::string XmlText(std::string_view text) {
 }
 
 std::string NamesOf(const Played& played) {
-  std::set<std::string> names;
-  for (const Event& found : played.findings) names.insert(found.name);
-  return names.empty() ? "not every step was played" : Join({names.begin(), names.end()}, ", ");
+  std::vector<std::string> names;
+  for (const Event& found : played.findings) {
+    const bool isNew = std::find(names.begin(), names.end(), found.name) == names.end();
+    if (isNew) names.push_back(found.name);
+  }
+  return names.empty() ? "not every step was played" : Join(names, ", ");
 }
 
 void Set(pugi::xml_node node, const char* name, std::string_view text) {

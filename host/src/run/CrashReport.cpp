@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -30,9 +31,12 @@ alignas(16) std::array<char, kStackSize> sAlternateStack;
 int Report() {
   static int descriptor = -1;
   if (getpid() != sProcess) return -1;
-  if (descriptor < 0) {
-    descriptor = open(sFile->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-  }
+  const auto open = [] {
+    return ::open(sFile->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  };
+  if (descriptor < 0) descriptor = open();
+  // The plug-in may have used up all descriptors. This one is the host's own.
+  if (descriptor < 0 && errno == EMFILE && close(STDIN_FILENO) == 0) descriptor = open();
   return descriptor;
 }
 

@@ -106,7 +106,8 @@ void Judge::takeUnmet(const Event& expectation) {
   Event fact = MakeFact(
       expectation, Finding::expectation,
       fmt::format("{}: {}\n{}", expectation.where, expectation.name, expectation.difference));
-  fact.detail = expectation.difference;
+  // Each is a finding of its own.
+  fact.detail = fact.text;
   find(std::move(fact));
 }
 

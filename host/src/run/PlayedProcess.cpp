@@ -126,7 +126,7 @@ void PlayedProcess::take(Event event) {
   if (event.kind == EventKind::begin) mRunning.push_back(event);
   if (event.kind == EventKind::end && !mRunning.empty()) mRunning.pop_back();
   if (event.kind == EventKind::fact && event.place.empty() && event.step > 0) {
-    // Another thread doesn't know it.
+    // Another thread knows only the number, which is that of the outermost step.
     event.place = mSession->steps[static_cast<size_t>(event.step) - 1].place;
   }
   std::vector<Event> shown = mJudge.take(std::move(event));

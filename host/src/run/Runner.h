@@ -13,6 +13,7 @@
 
 namespace host {
 
+/// What the command line says of a run.
 struct RunOptions {
   PluginModule module;                ///< its path is absolute
   std::filesystem::path fontManager;  ///< absolute, or empty for none

@@ -103,7 +103,8 @@ bool FitsLine(std::string expected, const std::string& line) {
     ReplaceAll(expected, special, std::string("\\") + special);
   }
   ReplaceAll(expected, "...", "*");
-  return fnmatch(expected.c_str(), line.c_str(), 0) == 0;
+  // `fnmatch` takes a NUL for the end.
+  return line.find('\0') == std::string::npos && fnmatch(expected.c_str(), line.c_str(), 0) == 0;
 }
 
 // Looks for the lines one after the other. Others may come between.

@@ -181,7 +181,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& te
   const auto readVariant = [&](const YamlValue& variant) {
     yaml.variables.clear();
     const std::optional<YamlValue> variantName = variant.find("name");
-    if (!variantName) variant.fail("a variant needs a name");
+    if (!variantName || variantName->text().empty()) variant.fail("a variant needs a name");
     if (!names.insert(variantName->text()).second) variant.fail("two variants have one name");
     yaml.variables = VariablesOf(variant);
     read(fmt::format("{} ({})", name, variantName->text()));

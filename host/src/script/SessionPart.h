@@ -50,8 +50,8 @@ class SessionPart {
   /// that has its number.
   virtual bool awaitsCall() const = 0;
 
-  /// Adds what random sessions have of this part, or replaces what the host's rules have in its
-  /// place.
+  /// Adds the rules of random sessions that are this part's. One of the same name replaces the
+  /// host's.
   virtual void addRandomRules(RandomRules& rules) const = 0;
 };
 

@@ -325,7 +325,9 @@ Step ReadStepOf(const std::string& yaml, const SessionPart& part) {
   static const HostSettings kAnyHost;
   StepDraft draft{part, kAnyHost, {}};
   YamlFile file(yaml, yaml);
-  return ReadStep(YamlValue(file.root(), "step", file), draft);
+  Step step = ReadStep(YamlValue(file.root(), "step", file), draft);
+  file.throwFaults();
+  return step;
 }
 
 std::vector<Step> ReadSteps(const YamlValue& value, StepDraft draft) {

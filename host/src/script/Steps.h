@@ -29,7 +29,8 @@ std::string ReadWindowClass(const YamlValue& name, const HostSettings& host);
 /// Plays a step. One that can't be played ends the session, or is skipped by a tolerant one.
 void PlayStep(const Step& step, Host& host);
 
-/// Reads a step from YAML of our own making, one that can come before the host starts.
+/// Reads a step from YAML of our own making, one that can come before the host starts. Throws
+/// `SessionFileError`.
 Step ReadStepOf(const std::string& yaml, const SessionPart& part);
 
 }  // namespace host
