@@ -22,7 +22,7 @@ class GuardedBytes {
   size_t size() const { return mSize; }
   /// Returns whether the guard is as it was.
   bool isIntact() const;
-  /// From now on a sanitizer reports a use.
+  /// Has a sanitizer report each use from now on.
   void poison() const;
 
  private:
@@ -44,8 +44,8 @@ struct Piece {
 };
 
 /// The memory that the plug-in holds: handles, each named by the address of its slot, and blocks,
-/// named by their first byte. Of what is freed, the address isn't given away again at once: a
-/// second free would hit something else.
+/// named by their first byte. An address that was freed isn't given out again at once, so that a
+/// second free doesn't hit something else.
 class Memory {
  public:
   // Both return null if there is no memory.

@@ -83,7 +83,7 @@ A_Err CheckPointer(Host& host, AEGP_ProjectH project);
 A_Err CheckPointer(Host& host, AEGP_MemHandle handle);
 A_Err CheckPointer(Host& host, AEGP_PersistentBlobH preferences);
 A_Err CheckPointer(Host& host, void* block);
-/// Any other pointer is only not to be null.
+/// Any other pointer only must not be null.
 template <typename Target>
 A_Err CheckPointer(Host& /*host*/, Target* /*pointer*/) {
   return A_Err_NONE;

@@ -9,7 +9,7 @@
 namespace host {
 namespace {
 
-// Shows texts that differ as ones that differ: a line feed as "\n", a backslash as two.
+// Escapes texts so that different ones look different: a line feed as "\n", a backslash as two.
 std::string Escape(std::string text) {
   ReplaceAll(text, "\\", R"(\\)");
   return EscapeControls(text);

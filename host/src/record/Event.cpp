@@ -65,8 +65,8 @@ void Read(const Json& json, std::vector<Argument>& arguments) {
   for (const Json& each : json) arguments.push_back({each.at("name"), each.at("value")});
 }
 
-// Visits each member with its key, in the order of the format, and with whether an object always
-// has it. Otherwise one that is as at first is left out.
+// Visits each member with its key, in the order of the format. The third argument says whether each
+// object has the key. Otherwise it is left out while the member has its default.
 template <typename AnyEvent, typename Visit>
 void ForEachMember(AnyEvent& event, const Visit& visit) {
   visit("kind", event.kind, true);
