@@ -29,6 +29,8 @@ class PlayedProcess {
   const Session& session() const { return *mSession; }
   /// The descriptor that becomes readable when the process ends. Negative if the kernel has none.
   int end() const { return mEnd; }
+  /// Returns whether the process may still report something.
+  bool isPlaying() const { return !mResult && !mJudge.isFinished(); }
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Throws
   /// `std::runtime_error` if the plug-in's module can't be loaded.
   void update();
