@@ -64,7 +64,6 @@ struct Arguments {
   std::string json;
   std::string html;
   std::string junit;
-  std::string knownIssues;
   std::string save;
   uint64_t seed = 1;
   uint64_t count = 1000;
@@ -85,8 +84,10 @@ std::vector<std::unique_ptr<RunListener>> MakeFiles(const Arguments& arguments) 
   return files;
 }
 
+// Each command returns whether all is well.
+
 // Plays the sessions of files, or those that suit any plug-in.
-int Play(Arguments& arguments, const FontManager& fontManager) {
+bool Play(Arguments& arguments, const FontManager& fontManager) {
   const bool validates = arguments.sessions.empty();
   // Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
   if (validates && !arguments.options.strict) {
@@ -101,49 +102,26 @@ int Play(Arguments& arguments, const FontManager& fontManager) {
                                                  : host::Detail::everything);
   std::vector<RunListener*> listeners{&printer};
   for (const auto& file : files) listeners.push_back(file.get());
-  const int signal = host::PlaySessions(host::EachOf(sessions), arguments.options, listeners);
-  if (signal != 0) return kSignalled + signal;
-  return printer.printOutcome() ? kOk : kFailed;
+  host::PlaySessions(host::EachOf(sessions), arguments.options, listeners);
+  return host::CaughtSignal() == 0 && printer.printOutcome();
 }
 
-int List(Arguments& arguments, const FontManager& fontManager) {
+bool List(Arguments& arguments, const FontManager& fontManager) {
   for (const Session& session :
        host::LoadSessions(arguments.sessions, arguments.filter, fontManager)) {
     fmt::print("{}\n", session.name);
   }
-  return kOk;
+  return true;
 }
 
-// Makes the folder before anything is played, which can take minutes.
-host::FailurePrinter MakePrinter(const std::string& folder) {
-  if (!folder.empty()) std::filesystem::create_directories(folder);
-  return host::FailurePrinter(folder);
+bool Sweep(Arguments& arguments, const FontManager& fontManager) {
+  return host::Sweep(host::LoadSessions(arguments.sessions, arguments.filter, fontManager),
+                     arguments.options, fontManager, arguments.save);
 }
 
-// Prints the outcome of sessions that nobody wrote. Returns the exit code.
-int EndTrials(const host::Explored& explored, const host::FailurePrinter& printer) {
-  fmt::print("{}, {} failed\n", explored.outcome, printer.count());
-  if (explored.signal != 0) return kSignalled + explored.signal;
-  fmt::print("result: {}\n", printer.count() > 0 ? "failed" : "ok");
-  return printer.count() > 0 ? kFailed : kOk;
-}
-
-int Sweep(Arguments& arguments, const FontManager& fontManager) {
-  const host::KnownIssues issues = host::LoadKnownIssues(arguments.knownIssues);
-  std::vector<Session> sessions =
-      host::LoadSessions(arguments.sessions, arguments.filter, fontManager);
-  for (Session& session : sessions) host::AddKnownIssues(issues, session);
-  host::FailurePrinter printer = MakePrinter(arguments.save);
-  return EndTrials(host::Sweep(std::move(sessions), arguments.options, fontManager, printer),
-                   printer);
-}
-
-int PlayRandom(Arguments& arguments, const FontManager& fontManager) {
-  const host::RandomOptions random{arguments.seed, arguments.count,
-                                   host::LoadKnownIssues(arguments.knownIssues)};
-  host::FailurePrinter printer = MakePrinter(arguments.save);
-  return EndTrials(host::PlayRandomSessions(random, arguments.options, fontManager, printer),
-                   printer);
+bool PlayRandom(Arguments& arguments, const FontManager& fontManager) {
+  return host::PlayRandomSessions(arguments.seed, arguments.count, arguments.options, fontManager,
+                                  arguments.save);
 }
 
 void ListFindings() {
@@ -181,6 +159,14 @@ void AddPlaying(CLI::App& command, const char* module, host::RunOptions& options
                                                      "Leaves out a finding, by its name")
       ->allow_extra_args(false)
       ->check(check);
+  const auto readKnownIssues = [&](const std::string& file) {
+    options.knownIssues = host::LoadKnownIssues(file);
+  };
+  command
+      .add_option_function<std::string>(
+          "--known-issues", readKnownIssues,
+          "A file whose 'known issues' are those of every session too")
+      ->check(CLI::ExistingFile);
   command.add_option("--jobs", options.jobs, "How many sessions are played at the same time")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
@@ -197,23 +183,14 @@ void AddFiles(CLI::App& command, Arguments& arguments) {
                    "Ends with the first session that fails");
 }
 
-void AddTrials(CLI::App& command, Arguments& arguments) {
-  command
-      .add_option("--known-issues", arguments.knownIssues,
-                  "A file whose 'known issues' are those of every session too")
-      ->check(CLI::ExistingFile);
-  command.add_option("--save", arguments.save,
-                     "The folder for the sessions that repeat what failed");
-}
-
-using Run = int (*)(Arguments&, const FontManager&);
+using Run = bool (*)(Arguments&, const FontManager&);
 
 // Adds a command, which sets the exit code if it is called.
 CLI::App* AddCommand(CLI::App& app, const char* name, const char* about, Run run,
                      Arguments& arguments, int& code) {
   CLI::App* const command = app.add_subcommand(name, about);
   std::filesystem::path& folder = arguments.options.fontManager;
-  command->callback([&, run] { code = run(arguments, FontManager(folder)); });
+  command->callback([&, run] { code = run(arguments, FontManager(folder)) ? kOk : kFailed; });
   command
       ->add_option_function<std::string>(
           "--font-manager",
@@ -247,7 +224,10 @@ void AddCommands(CLI::App& app, Arguments& arguments, int& code) {
                         "Takes only the sessions whose name the regular expression finds");
   }
   for (CLI::App* const command : {run, validate}) AddFiles(*command, arguments);
-  for (CLI::App* const command : {sweep, random}) AddTrials(*command, arguments);
+  for (CLI::App* const command : {sweep, random}) {
+    command->add_option("--save", arguments.save,
+                        "The folder for the sessions that repeat what failed");
+  }
   random->add_option("--seed", arguments.seed, "The seed: the same one gives the same sessions")
       ->check(CLI::Range(int64_t{0}, std::numeric_limits<int64_t>::max()))
       ->capture_default_str();
@@ -273,7 +253,8 @@ int RunCommandLine(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kOk : kUsage;
   }
-  return code;
+  const int signal = host::CaughtSignal();
+  return signal != 0 ? kSignalled + signal : code;
 }
 
 }  // namespace

@@ -124,7 +124,7 @@ TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
       {"variants: []\nsteps: []", "1: variants: has to have a variant"},
       {"variants: [{name: a}, {name: a}]\nsteps: []", "1: variants: two variants have one name"},
       {"known issues: [{finding: crash, reason: x}]\nsteps: []",
-       "1: finding: there is no finding 'crash' that a session can accept"},
+       "1: finding: there is no finding 'crash' that can be a known issue"},
       {"files: {a/b: x, a: y}\nsteps: []", "1: a: the session has the file 'a/b' already"},
       {"framework: {missing export: Gone}\nsteps: []", "1: missing export: the framework has no "},
       {"processes: [x/y]\nsteps: []", "1: processes: there is no y in "},

@@ -17,11 +17,6 @@ void Faults::add(Fault fault) {
   mFaults.push_back(std::move(fault));
 }
 
-bool Faults::waitsForCall() const {
-  return std::any_of(mFaults.begin(), mFaults.end(),
-                     [](const Fault& fault) { return fault.call > 0; });
-}
-
 A_Err Faults::take(std::string_view function) {
   A_Err result = A_Err_NONE;
   for (Fault& fault : mFaults) {

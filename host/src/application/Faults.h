@@ -35,8 +35,6 @@ class Faults {
   /// Replaces an earlier fault of the same function, if both or neither are of one call by its
   /// number.
   void add(Fault fault);
-  /// Returns whether a call by its number is still to fail.
-  bool waitsForCall() const;
   /// While paused, every call succeeds. Calls are counted all the same.
   void pause(bool paused) { mPaused = paused; }
 

@@ -197,7 +197,6 @@ void Host::beginDestructors() {
 void Host::finish() {
   timeline.drainRest();
   timeline.endAll();
-  beforeFinish();
   if (undoGroups > 0) {
     report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
   }

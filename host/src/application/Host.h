@@ -230,8 +230,6 @@ class Host {
   std::function<void(const ProjectChange&)> projectChanged = [](const ProjectChange&) {};
   /// Runs after each tick.
   std::function<void()> afterTick = [] {};
-  /// Runs after the last call of the plug-in, before `finish` does its work.
-  std::function<void()> beforeFinish = [] {};
 
  private:
   void setUpDesktop();

@@ -13,6 +13,7 @@
 #include "Faults.h"
 #include "RandomRules.h"
 #include "Shrinker.h"
+#include "Trials.h"
 
 namespace host {
 namespace {
@@ -83,44 +84,39 @@ class Maker {
   std::mt19937_64 mEngine;
 };
 
-// Makes the session of a number, from 1.
-std::shared_ptr<const Session> MakeSession(const RandomOptions& random, uint64_t number,
-                                           const SessionPart& part) {
-  const std::string name = fmt::format("random-{}-{}", random.seed, number);
-  auto session = std::make_shared<Session>(
-      ReadSessions(name, MakeRandomSession(random.seed, number, part), part).front());
-  AddKnownIssues(random.knownIssues, *session);
-  return session;
-}
-
 }  // namespace
 
 std::string MakeRandomSession(uint64_t seed, uint64_t number, const SessionPart& part) {
   return Maker(seed, number, part).make();
 }
 
-Explored PlayRandomSessions(const RandomOptions& random, const RunOptions& options,
-                            const SessionPart& part, FailurePrinter& printer) {
-  std::vector<Failure> failures;
+bool PlayRandomSessions(uint64_t seed, uint64_t count, const RunOptions& options,
+                        const SessionPart& part, const std::filesystem::path& save) {
+  Failures failures(save);
+  std::vector<Failure> found;
+  const auto nameOf = [&](uint64_t number) { return fmt::format("random-{}-{}", seed, number); };
   // Without those that were under way beside the last one that failed, so that a seed repeats it.
-  size_t count = 0;
-  Trials trials("playing", random.count, [&](const Session& session, const Played& played) {
-    if (failures.size() == kMaxFailures) return;
-    ++count;
-    if (played.failed) failures.push_back({session.name, played.findings, session.text()});
+  uint64_t played = 0;
+  Trials trials("playing", count, [&](size_t /*index*/, const Played& result) {
+    if (found.size() == kMaxFailures) return;
+    ++played;
+    if (!result.failed) return;
+    found.push_back(
+        {nameOf(played), result.findings, YAML::Load(MakeRandomSession(seed, played, part))});
   });
   uint64_t made = 0;
   const auto next = [&]() -> std::shared_ptr<const Session> {
-    if (made == random.count || failures.size() == kMaxFailures) return nullptr;
-    return MakeSession(random, ++made, part);
+    if (made == count || found.size() == kMaxFailures) return nullptr;
+    const std::string text = MakeRandomSession(seed, ++made, part);
+    return std::make_shared<Session>(ReadSessions(nameOf(made), text, part).front());
   };
-  int signal = trials.play(next, options);
-  for (Failure& failure : failures) {
-    if (signal == 0) signal = Shorten(failure, options, part);
-    printer.print(failure);
+  PlaySessions(next, options, {&trials});
+  for (Failure& failure : found) {
+    if (CaughtSignal() == 0) Shorten(failure, options, part);
+    failures.print(failure);
   }
-  return {fmt::format("{} session{} of seed {}", count, count == 1 ? "" : "s", random.seed),
-          signal};
+  return failures.printOutcome(
+      fmt::format("{} session{} of seed {}", played, played == 1 ? "" : "s", seed));
 }
 
 }  // namespace host

@@ -126,12 +126,6 @@ std::set<Finding> KindsOf(const std::vector<Event>& findings) {
   return kinds;
 }
 
-// Counts the known issues of these findings. Without one of them, it could hide what failed.
-int64_t CountIssues(const Session& session, const std::set<Finding>& kinds) {
-  return std::count_if(session.knownIssues.begin(), session.knownIssues.end(),
-                       [&](const KnownIssue& issue) { return kinds.contains(issue.finding); });
-}
-
 // Returns null if the session can't be read.
 std::shared_ptr<const Session> Read(const YAML::Node& session, const std::string& name,
                                     const SessionPart& part) {
@@ -144,29 +138,25 @@ std::shared_ptr<const Session> Read(const YAML::Node& session, const std::string
 
 }  // namespace
 
-int Shorten(Failure& failure, RunOptions options, const SessionPart& part) {
+void Shorten(Failure& failure, RunOptions options, const SessionPart& part) {
   const std::set<Finding> kinds = KindsOf(failure.findings);
-  const int64_t issues = CountIssues(*Read(failure.session, failure.title, part), kinds);
   // A plug-in that hangs does so at each try.
   const bool hangs = kinds.contains(Finding::timeout);
   if (hangs) options.timeout = std::min(options.timeout, std::chrono::seconds(1));
   const size_t max = hangs ? 30 : 400;
   bool fails = false;
-  int signal = 0;
-  Trials trials("shortening", max, [&](const Session& /*session*/, const Played& played) {
+  Trials trials("shortening", max, [&](size_t /*index*/, const Played& played) {
     fails = played.failed && KindsOf(played.findings) == kinds;
     if (fails) failure.findings = played.findings;
   });
   const auto stillFails = [&](const YAML::Node& smaller) {
-    if (signal != 0 || trials.count() == max) return false;
     std::shared_ptr<const Session> session = Read(smaller, failure.title, part);
-    if (!session || !session->host.tolerant || CountIssues(*session, kinds) < issues) return false;
+    if (!session || !session->host.tolerant || trials.count() == max) return false;
     fails = false;
-    signal = trials.play([&] { return std::exchange(session, nullptr); }, options);
-    return fails && signal == 0;
+    PlaySessions([&] { return std::exchange(session, nullptr); }, options, {&trials});
+    return fails;
   };
   failure.session.reset(Shrink(failure.session, stillFails));
-  return signal;
 }
 
 }  // namespace host

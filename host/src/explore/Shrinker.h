@@ -7,8 +7,8 @@
 namespace host {
 
 /// Shortens a session that fails, as long as the kinds of its findings stay: leaves out the entries
-/// of lists and maps that the failure doesn't need, and makes numbers small. Returns the signal
-/// that ended it, or 0. Throws as `PlaySessions` does.
-int Shorten(Failure& failure, RunOptions options, const SessionPart& part);
+/// of lists and maps that the failure doesn't need, and makes numbers small. Throws as
+/// `PlaySessions` does.
+void Shorten(Failure& failure, RunOptions options, const SessionPart& part);
 
 }  // namespace host

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "Faults.h"
-#include "SessionFiles.h"
 #include "Steps.h"
+#include "Trials.h"
 
 namespace host {
 namespace {
@@ -44,96 +44,112 @@ class CallCounter final : public RunListener {
 
 // A session with one fault.
 struct Trial {
+  std::string name() const { return session.name + ": " + what; }
+
   const Session& session;  ///< without the fault
+  std::string function;    ///< whose call goes wrong
   std::string what;        ///< goes wrong, as "call 3 of AEGP_NewProject fails with 24301"
   std::string step;        ///< YAML of the step that makes it go wrong
 };
 
-// Plans the trials of sessions, and makes them one after the other.
-class Plan {
- public:
-  explicit Plan(const SessionPart& part) : mPart(part) {}
+// Adds each way in which the call can go wrong.
+void AddTrials(std::vector<Trial>& trials, const Session& session, const CountedCall& call,
+               const SessionPart& part) {
+  const auto& [function, number] = call;
+  if (FunctionsThatCanFail().contains(function)) {
+    const A_Err error = function == "AcquireSuite" ? A_Err{PF_Err_BAD_CALLBACK_PARAM} : kSweepError;
+    trials.push_back(
+        {session, function, fmt::format("call {} of {} fails with {}", number, function, error),
+         fmt::format("fail: {{function: {}, result: {}, call: {}}}", function, error, number)});
+  }
+  for (const std::string& step : part.faultsOf(call)) {
+    trials.push_back({session, function, step, step});
+  }
+}
 
-  void add(const Session& session, const CountedCall& call) {
-    const auto& [function, number] = call;
-    if (FunctionsThatCanFail().contains(function)) {
-      const A_Err error =
-          function == "AcquireSuite" ? A_Err{PF_Err_BAD_CALLBACK_PARAM} : kSweepError;
-      mTrials.push_back(
-          {session, fmt::format("call {} of {} fails with {}", number, function, error),
-           fmt::format("fail: {{function: {}, result: {}, call: {}}}", function, error, number)});
+std::shared_ptr<const Session> MakeSession(const Trial& trial, const SessionPart& part) {
+  auto session = std::make_shared<Session>(trial.session);
+  session->name = trial.name();
+  session->host.showsCalls = false;
+  session->failingCall = trial.function;
+  session->steps.insert(session->steps.begin(), ReadStepOf(trial.step, part));
+  session->stepCount = session->steps.size();
+  return session;
+}
+
+// Returns the steps with another one, as YAML, before them.
+YAML::Node StepsAfter(const std::string& step, const YAML::Node& steps) {
+  YAML::Node all(YAML::NodeType::Sequence);
+  all.push_back(YAML::Load(step));
+  bool starts = false;
+  for (const YAML::Node& each : steps) {
+    starts = starts || (each.IsMap() ? each.begin()->first : each).Scalar() == "start";
+  }
+  // A session that starts the host by itself does so after its first steps.
+  if (!starts) all.push_back("start");
+  for (const YAML::Node& each : steps) all.push_back(each);
+  return all;
+}
+
+// Returns the text of the session as a tolerant one, with the step before all others.
+YAML::Node TolerantText(const Session& session, const std::string& step = "") {
+  YAML::Node text;
+  text["tolerant"] = true;
+  for (const auto& entry : session.text()) {
+    const std::string key = entry.first.Scalar();
+    if (key == "tolerant") continue;
+    text[key] = key == "steps" && !step.empty() ? StepsAfter(step, entry.second) : entry.second;
+  }
+  return text;
+}
+
+// Plays the sessions with nothing going wrong. Returns how many calls they have, and plans the
+// trials.
+size_t CountCalls(const std::vector<Session>& sessions, const RunOptions& options,
+                  const SessionPart& part, Failures& failures, std::vector<Trial>& planned) {
+  size_t calls = 0;
+  CallCounter counter;
+  Trials trials("counting the calls of", sessions.size(), [&](size_t index, const Played& played) {
+    const Session& session = sessions[index];
+    if (played.failed) {
+      failures.print(
+          {session.name + ": nothing goes wrong", played.findings, TolerantText(session)});
     }
-    for (const std::string& step : mPart.faultsOf(call)) mTrials.push_back({session, step, step});
-  }
-
-  size_t count() const { return mTrials.size(); }
-
-  // Returns null when there are no more.
-  std::shared_ptr<const Session> next() {
-    if (mMade == mTrials.size()) return nullptr;
-    const Trial& trial = mTrials[mMade++];
-    auto session = std::make_shared<Session>(trial.session);
-    session->name += ": " + trial.what;
-    session->host.showsCalls = false;
-    session->text = [&trial] { return WithFirstStep(trial.session.text(), trial.step); };
-    session->steps.insert(session->steps.begin(), ReadStepOf(trial.step, mPart));
-    session->stepCount = session->steps.size();
-    session->preparations.emplace_back([&part = mPart](Host& host) {
-      host.beforeFinish = [&part, &host] {
-        if (!host.faults.waitsForCall() && !part.awaitsCall()) return;
-        host.report(Finding::setup, "the call that is to go wrong never came");
-      };
-    });
-    return session;
-  }
-
- private:
-  const SessionPart& mPart;
-  std::vector<Trial> mTrials;
-  size_t mMade = 0;
-};
-
-void MakeTolerant(Session& session) {
-  session.host.tolerant = true;
-  session.text = [read = session.text] {
-    YAML::Node text = read();
-    text["tolerant"] = true;
-    return text;
-  };
+    for (const CountedCall& call : counter.calls) AddTrials(planned, session, call, part);
+    calls += counter.calls.size();
+  });
+  PlaySessions(EachOf(sessions), options, {&counter, &trials});
+  return calls;
 }
 
 }  // namespace
 
-Explored Sweep(std::vector<Session> sessions, const RunOptions& options, const SessionPart& part,
-               FailurePrinter& printer) {
+bool Sweep(std::vector<Session> sessions, const RunOptions& options, const SessionPart& part,
+           const std::filesystem::path& save) {
+  Failures failures(save);
   for (Session& session : sessions) {
-    MakeTolerant(session);
+    session.host.tolerant = true;
     session.host.showsCalls = true;
   }
-  Plan plan(part);
-  CallCounter counter;
-  size_t calls = 0;
-  const auto count = [&](const Session& session, const Played& played) {
-    if (played.failed) {
-      printer.print({session.name + ": nothing goes wrong", played.findings, session.text()});
-    }
-    for (const CountedCall& call : counter.calls) plan.add(session, call);
-    calls += counter.calls.size();
-  };
-  int signal = Trials("counting the calls of", sessions.size(), count)
-                   .play(EachOf(sessions), options, {&counter});
-  Trials trials("sweeping", plan.count(), [&](const Session& session, const Played& played) {
+  std::vector<Trial> planned;
+  const size_t calls = CountCalls(sessions, options, part, failures, planned);
+  Trials trials("sweeping", planned.size(), [&](size_t index, const Played& played) {
+    const Trial& trial = planned[index];
     // One that `--allow` lets end early passes.
-    if (played.hasErrors) printer.print({session.name, played.findings, session.text()});
+    if (!played.hasErrors) return;
+    failures.print({trial.name(), played.findings, TolerantText(trial.session, trial.step)});
   });
-  if (signal == 0 && printer.count() == 0) {
-    if (plan.count() == 0)
-      throw std::runtime_error("the sessions have no call that could go wrong");
-    signal = trials.play([&] { return plan.next(); }, options);
+  if (CaughtSignal() == 0 && failures.count() == 0) {
+    if (planned.empty()) throw std::runtime_error("the sessions have no call that could go wrong");
+    PlaySessions(
+        [&, made = size_t{0}]() mutable {
+          return made == planned.size() ? nullptr : MakeSession(planned[made++], part);
+        },
+        options, {&trials});
   }
-  return {fmt::format("{} calls in {} session{}, {} trials", calls, sessions.size(),
-                      sessions.size() == 1 ? "" : "s", trials.count()),
-          signal};
+  return failures.printOutcome(fmt::format("{} calls in {} session{}, {} trials", calls,
+                                           sessions.size(), sessions.size() == 1 ? "" : "s",
+                                           trials.count()));
 }
 
 }  // namespace host

@@ -5,7 +5,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <stdexcept>
+#include <system_error>
 
+#include "Runner.h"
 #include "SessionFiles.h"
 #include "TextFile.h"
 #include "Transcript.h"
@@ -15,15 +18,23 @@ namespace {
 
 // A part of a file's name in place of a text.
 std::string FileNameOf(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(),
-      [](unsigned char letter) { return std::isalnum(letter) == 0 && letter < 0x80; }, '-');
+  std::ranges::replace_if(
+      text, [](unsigned char letter) { return std::isalnum(letter) == 0 && letter < 0x80; }, '-');
   return text;
 }
 
 }  // namespace
 
-void FailurePrinter::print(const Failure& failure) {
+Failures::Failures(std::filesystem::path save) : mSave(std::move(save)) {
+  if (mSave.empty()) return;
+  std::error_code error;
+  std::filesystem::create_directories(mSave, error);
+  if (!error) return;
+  throw std::runtime_error(
+      fmt::format("--save: can't make {}: {}", mSave.string(), error.message()));
+}
+
+void Failures::print(const Failure& failure) {
   ++mCount;
   fmt::print("\n{}\n", failure.title);
   if (failure.findings.empty()) fmt::print("  not every step was played\n");
@@ -38,15 +49,10 @@ void FailurePrinter::print(const Failure& failure) {
   std::fflush(stdout);
 }
 
-int Trials::play(const NextSession& next, const RunOptions& options,
-                 std::vector<RunListener*> listeners) {
-  listeners.push_back(this);
-  const auto remember = [&] {
-    std::shared_ptr<const Session> session = next();
-    if (session) mBegun.push_back(session);
-    return session;
-  };
-  return PlaySessions(remember, options, listeners);
+bool Failures::printOutcome(const std::string& played) const {
+  fmt::print("{}, {} failed\n", played, mCount);
+  if (CaughtSignal() == 0) fmt::print("result: {}\n", mCount > 0 ? "failed" : "ok");
+  return mCount == 0;
 }
 
 void Trials::begin(const SessionInfo& session) {
@@ -55,10 +61,7 @@ void Trials::begin(const SessionInfo& session) {
 
 void Trials::end(const SessionInfo& /*session*/, const Played& played) {
   ShowProgress("");
-  ++mCount;
-  const std::shared_ptr<const Session> session = std::move(mBegun.front());
-  mBegun.pop_front();
-  mEnded(*session, played);
+  mEnded(mCount++, played);
 }
 
 // A signal may have ended it within a session.

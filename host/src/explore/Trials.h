@@ -3,17 +3,13 @@
 #include <yaml-cpp/yaml.h>
 
 #include <cstddef>
-#include <deque>
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "RunListener.h"
-#include "Runner.h"
-#include "Session.h"
 
 namespace host {
 
@@ -24,38 +20,33 @@ struct Failure {
   YAML::Node session;  ///< repeats it
 };
 
-/// Prints failures as they come, with the sessions that repeat them.
-class FailurePrinter {
+/// What comes of a sweep or of random sessions: prints failures as they come, with the sessions
+/// that repeat them.
+class Failures {
  public:
-  /// Writes each session to the folder `save` too, unless it is empty.
-  explicit FailurePrinter(std::filesystem::path save) : mSave(std::move(save)) {}
+  /// Writes each session to the folder `save` too, unless it is empty. Makes the folder at once,
+  /// before anything is played, which can take minutes. Throws `std::runtime_error` if it can't.
+  explicit Failures(std::filesystem::path save);
   /// Throws `std::runtime_error` if the session can't be written.
   void print(const Failure& failure);
   size_t count() const { return mCount; }
+  /// Prints how many there are in what was played. Returns whether there are none.
+  bool printOutcome(const std::string& played) const;
 
  private:
   std::filesystem::path mSave;
   size_t mCount = 0;
 };
 
-/// What came of a sweep or of random sessions.
-struct Explored {
-  std::string outcome;  ///< what was played, for the user
-  int signal = 0;       ///< that ended it, or 0
-};
-
-/// Plays sessions that are made when their turn comes, and shows how far it is.
+/// Counts sessions, and shows the progress.
 class Trials final : public RunListener {
  public:
-  using Ended = std::function<void(const Session&, const Played&)>;
+  /// Hears how a session ended, by its index in the order of the sessions.
+  using Ended = std::function<void(size_t, const Played&)>;
 
-  /// Calls `ended` when a session is over, in their order. The progress says `what`, such as
-  /// "playing", and that there are at most `count`.
-  Trials(std::string what, size_t count, Ended ended)
-      : mWhat(std::move(what)), mMax(count), mEnded(std::move(ended)) {}
-  /// Plays as `PlaySessions` does. `listeners` hear of a session before `ended` does.
-  int play(const NextSession& next, const RunOptions& options,
-           std::vector<RunListener*> listeners = {});
+  /// The progress says `what`, such as "playing", and that there are at most `max`.
+  Trials(std::string what, size_t max, Ended ended)
+      : mWhat(std::move(what)), mMax(max), mEnded(std::move(ended)) {}
   /// How many sessions are over.
   size_t count() const { return mCount; }
 
@@ -67,7 +58,6 @@ class Trials final : public RunListener {
   std::string mWhat;
   size_t mMax;
   Ended mEnded;
-  std::deque<std::shared_ptr<const Session>> mBegun;
   size_t mCount = 0;
 };
 

@@ -154,11 +154,6 @@ std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
   return AnswersThatFail(call);
 }
 
-bool FontManager::awaitsCall() const {
-  const std::vector<Answer>& left = TheFrameworkLog().answersLeft;
-  return std::any_of(left.begin(), left.end(), [](const Answer& each) { return each.call > 0; });
-}
-
 Action FontManager::readStep(const YamlValue& value) const {
   needsFolder(value);
   if (value.key() == "framework state") return ReadState(value);

@@ -22,7 +22,6 @@ class FontManager final : public SessionPart {
   Action readStep(const YamlValue& value) const override;
   Check readExpectation(const YamlValue& value) const override;
   std::vector<std::string> faultsOf(const CountedCall& call) const override;
-  bool awaitsCall() const override;
   void addRandomRules(RandomRules& rules) const override;
 
  private:

@@ -21,9 +21,9 @@ enum class Finding {
 
 /// Properties of a kind of finding.
 enum : unsigned {
-  /// A session can accept it: it doesn't keep the session from going on, and isn't what the session
+  /// It can be a known issue: it doesn't keep the session from going on, and isn't what the session
   /// itself says.
-  kAcceptable = 1,
+  kCanBeKnown = 1,
   /// A tolerant session excuses it if an error that the host has answered may be its cause.
   kExcusable = 2,
   /// Another finding is often its cause, and stands before it.
@@ -49,14 +49,14 @@ inline constexpr std::array kFindingKinds{
 #undef FINDING
 };
 
-/// A finding that a session accepts, because the plug-in is meant to act so. An empty name fits
-/// any.
+/// A fact that is no finding, because the plug-in is meant to act so. An empty name fits any.
 struct KnownIssue {
   Finding finding = Finding::expectation;
   std::string function;
   std::string detail;
   std::vector<std::string> after;  ///< one of these calls has to have failed before; empty for none
   std::string reason;
+  bool isOfEverySession = false;  ///< and so needn't come in one
 };
 
 /// Returns what is known of the finding.

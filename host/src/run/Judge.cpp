@@ -85,8 +85,8 @@ std::vector<Event> Judge::takeFact(Event fact) {
   const FindingKind& kind = KindOf(fact);
   if (const KnownIssue* const issue = knownIssueOf(fact)) {
     mNeeded.insert(issue);
-    return {
-        MakeEntry(fact, Actor::session, fmt::format("accepts {}: {}", kind.name, issue->reason))};
+    return {MakeEntry(fact, Actor::session,
+                      fmt::format("known issue {}: {}", kind.name, issue->reason))};
   }
   std::vector<Event> shown;
   if (kind.expectKey == "findings") {
@@ -136,19 +136,23 @@ bool Judge::holds(const KnownIssue& issue) const {
 }
 
 const KnownIssue* Judge::knownIssueOf(const Event& fact) const {
-  const auto accepts = [&](const KnownIssue& each) {
+  const auto fits = [&](const KnownIssue& each) {
     return each.finding == KindOf(fact).finding && Fits(each.function, fact.function) &&
            Fits(each.detail, fact.detail) && holds(each);
   };
-  const auto found = std::find_if(mRules.knownIssues.begin(), mRules.knownIssues.end(), accepts);
+  const auto found = std::find_if(mRules.knownIssues.begin(), mRules.knownIssues.end(), fits);
   return found == mRules.knownIssues.end() ? nullptr : &*found;
 }
 
-// A known issue that never came says what isn't true any more.
-void Judge::findNeedlessIssues() {
-  if (!mFinished || mRules.tolerant) return;
+// A known issue of the session that never came says what isn't true any more.
+void Judge::findNeverCame() {
+  if (!mFinished) return;
+  if (!mRules.failingCall.empty() && !mFailed.contains(mRules.failingCall)) {
+    find(MakeFact({}, Finding::setup, "the call that is to go wrong never came"));
+  }
+  if (mRules.tolerant) return;
   for (const KnownIssue& each : mRules.knownIssues) {
-    if (mNeeded.contains(&each) || !holds(each)) continue;
+    if (each.isOfEverySession || mNeeded.contains(&each) || !holds(each)) continue;
     find(MakeFact({}, Finding::setup,
                   fmt::format("the known issue {} never came", KindOf(each.finding).name)));
   }
@@ -185,7 +189,7 @@ Played Judge::finish() {
     // be the reason why.
     if (mFinished || KindOf(fact).expectKey == "findings") find(std::move(fact));
   }
-  findNeedlessIssues();
+  findNeverCame();
   std::stable_partition(mFound.begin(), mFound.end(),
                         [](const Found& found) { return !KindOf(found.fact).has(kFollows); });
   Played played;

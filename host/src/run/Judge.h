@@ -17,10 +17,11 @@ struct JudgeRules {
   std::vector<KnownIssue> knownIssues;
   std::set<Finding> allowed;  ///< findings that don't count
   bool tolerant = false;
-  bool strict = false;  ///< warnings count as errors
+  bool strict = false;           ///< warnings count as errors
+  std::string failingCall = {};  ///< has to fail; empty for none
 };
 
-/// Decides which facts of a session are findings: not those that the session accepts, that the user
+/// Decides which facts of a session are findings: not those that are known issues, that the user
 /// allows, that an `expect` names or, in a tolerant session, that an error which the host has
 /// answered may have caused. Knows only the facts.
 class Judge {
@@ -46,7 +47,7 @@ class Judge {
   std::vector<Event> takeExpect(const Event& expect);
   bool holds(const KnownIssue& issue) const;
   const KnownIssue* knownIssueOf(const Event& fact) const;
-  void findNeedlessIssues();
+  void findNeverCame();
   bool isExcused(const Event& fact) const;
   /// Makes a finding of the fact. One that is another's like counts with it.
   void find(Event fact);

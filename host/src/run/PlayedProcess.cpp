@@ -34,7 +34,11 @@ constexpr int kPipeSize = 1'048'576;
 constexpr int64_t kTimeToEnd = kNanoseconds;
 
 JudgeRules RulesOf(const Session& session, const RunOptions& options) {
-  return {session.knownIssues, options.allowed, session.host.tolerant, options.strict};
+  JudgeRules rules{session.knownIssues, options.allowed, session.host.tolerant, options.strict,
+                   session.failingCall};
+  rules.knownIssues.insert(rules.knownIssues.end(), options.knownIssues.begin(),
+                           options.knownIssues.end());
+  return rules;
 }
 
 // Lists the child processes of this one, also those that have ended. None where the kernel doesn't

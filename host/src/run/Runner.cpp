@@ -101,8 +101,8 @@ NextSession EachOf(const std::vector<Session>& sessions) {
   };
 }
 
-int PlaySessions(const NextSession& next, const RunOptions& options,
-                 const std::vector<RunListener*>& listeners) {
+void PlaySessions(const NextSession& next, const RunOptions& options,
+                  const std::vector<RunListener*>& listeners) {
   const auto finish = [&] {
     for (RunListener* const listener : listeners) listener->finish();
   };
@@ -114,6 +114,9 @@ int PlaySessions(const NextSession& next, const RunOptions& options,
     throw;
   }
   finish();
+}
+
+int CaughtSignal() {
   return sCaughtSignal;
 }
 

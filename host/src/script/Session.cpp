@@ -88,8 +88,8 @@ KnownIssue ReadKnownIssue(const YamlValue& value) {
   KnownIssue issue;
   const auto readFinding = [&](const YamlValue& name) {
     const std::optional<Finding> finding = FindingNamed(name.text());
-    if (!finding || !KindOf(*finding).has(kAcceptable)) {
-      name.fail(fmt::format("there is no finding '{}' that a session can accept", name.text()));
+    if (!finding || !KindOf(*finding).has(kCanBeKnown)) {
+      name.fail(fmt::format("there is no finding '{}' that can be a known issue", name.text()));
     }
     issue.finding = *finding;
   };

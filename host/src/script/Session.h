@@ -46,6 +46,7 @@ struct Session : SessionInfo {
   std::vector<Step> steps;           ///< with the first start and the last quit
   std::vector<Action> settling;      ///< of a tolerant session, before the host quits
   bool settles = true;               ///< if it is tolerant
+  std::string failingCall;           ///< that has to fail; empty for none
   std::vector<Action> finalChecks;   ///< after the last step
   /// Reads its text again, without variants and their variables. Nobody holds it: each process of a
   /// session is a copy of one that knows all sessions.

@@ -81,56 +81,20 @@ std::vector<Session> LoadSessions(const std::vector<std::string>& files,
   return sessions;
 }
 
-KnownIssues LoadKnownIssues(const std::string& file) {
-  KnownIssues issues;
-  if (file.empty()) return issues;
+std::vector<KnownIssue> LoadKnownIssues(const std::string& file) {
+  std::vector<KnownIssue> issues;
   YamlFile yaml(file, ReadSessionFile(file));
-  const auto readList = [&](const YamlValue& list) {
-    issues.issues = ReadKnownIssues(list);
-    issues.list.reset(list.node());
-  };
-  YamlValue(yaml.root(), "the file", yaml).readKeys({{"known issues", readList, true}});
+  const auto read = [&](const YamlValue& list) { issues = ReadKnownIssues(list); };
+  YamlValue(yaml.root(), "the file", yaml).readKeys({{"known issues", read, true}});
   yaml.throwFaults();
+  for (KnownIssue& issue : issues) issue.isOfEverySession = true;
   return issues;
 }
 
-void AddKnownIssues(const KnownIssues& issues, Session& session) {
-  auto& all = session.knownIssues;
-  all.insert(all.end(), issues.issues.begin(), issues.issues.end());
-  session.text = [&issues, read = session.text] {
-    YAML::Node text = read();
-    for (const YAML::Node& each : issues.list) text["known issues"].push_back(YAML::Clone(each));
-    return text;
-  };
-}
-
 std::string WriteSession(const YAML::Node& session, const std::string& comment) {
-  YAML::Node ordered = YAML::Clone(session);
-  if (const YAML::Node steps = session["steps"]) {
-    ordered.remove("steps");
-    ordered["steps"] = steps;
-  }
   YAML::Emitter emitter;
-  emitter << ordered;
-  std::string text;
-  for (const std::string& line : Split(comment, "\n"))
-    text += line.empty() ? "#\n" : "# " + line + "\n";
-  return text + emitter.c_str() + "\n";
-}
-
-YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step) {
-  YAML::Node copy = YAML::Clone(session);
-  YAML::Node steps(YAML::NodeType::Sequence);
-  steps.push_back(YAML::Load(step));
-  bool starts = false;
-  for (const YAML::Node& each : session["steps"]) {
-    starts = starts || (each.IsMap() ? each.begin()->first : each).Scalar() == "start";
-  }
-  // A session that starts the host by itself does so after its first steps.
-  if (!starts) steps.push_back("start");
-  for (const YAML::Node& each : session["steps"]) steps.push_back(each);
-  copy["steps"] = steps;
-  return copy;
+  emitter << YAML::Comment(EscapeControls(comment)) << session;
+  return std::string(emitter.c_str()) + "\n";
 }
 
 }  // namespace host

@@ -21,24 +21,11 @@ std::vector<Session> LoadSessions(const std::vector<std::string>& files,
 /// Returns the sessions that suit any plug-in.
 std::vector<Session> ValidationSessions(const SessionPart& part);
 
-/// What a plug-in is meant to get wrong in any session.
-struct KnownIssues {
-  YAML::Node list;
-  std::vector<KnownIssue> issues;
-};
-
-/// Reads a file with the key `known issues`, as a session has it. Without a name there are none.
+/// Reads a file with the key `known issues`, as a session has it. They are those of every session.
 /// Throws `SessionFileError`.
-KnownIssues LoadKnownIssues(const std::string& file);
+std::vector<KnownIssue> LoadKnownIssues(const std::string& file);
 
-/// Has the session accept these as well, and its text say so. `issues` outlives the session.
-void AddKnownIssues(const KnownIssues& issues, Session& session);
-
-/// Returns the text of a session file, with the steps at its end. `comment` comes first, line by
-/// line.
+/// Returns the text of a session file. `comment` comes first.
 std::string WriteSession(const YAML::Node& session, const std::string& comment);
-
-/// Returns a copy with a step, as YAML, put before all others.
-YAML::Node WithFirstStep(const YAML::Node& session, const std::string& step);
 
 }  // namespace host

@@ -46,10 +46,6 @@ class SessionPart {
   /// at the beginning of a session. Returns none for a call that isn't one of this part.
   virtual std::vector<std::string> faultsOf(const CountedCall& call) const = 0;
 
-  /// Returns whether, in the session that this process plays, an answer still waits for the call
-  /// that has its number.
-  virtual bool awaitsCall() const = 0;
-
   /// Adds the rules of random sessions that are this part's. One of the same name replaces the
   /// host's.
   virtual void addRandomRules(RandomRules& rules) const = 0;
