@@ -5,6 +5,7 @@
 #define RTLD_LAZY 1
 #define RTLD_NOW 2
 #define RTLD_LOCAL 4
+#define RTLD_DEFAULT ((void*)-2)
 
 __BEGIN_DECLS
 char* dlerror(void);
