@@ -21,9 +21,9 @@ void Write(bool* out, std::optional<bool> value) {
 
 void ExpectEndOfBuffer(const char* end) {
   // The address sanitizer's, if this program has it.
-  static const auto is_poisoned = reinterpret_cast<int (*)(const volatile void*)>(
+  static const auto isPoisoned = reinterpret_cast<int (*)(const volatile void*)>(
       dlsym(RTLD_DEFAULT, "__asan_address_is_poisoned"));
-  if (is_poisoned && !is_poisoned(end)) Record("a buffer that is too long");
+  if (isPoisoned && !isPoisoned(end)) Record("a buffer that is too long");
 }
 
 // Writes no terminator if the text fills the buffer.
