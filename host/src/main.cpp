@@ -30,9 +30,9 @@
 
 namespace {
 
-using host::FontManager;
 using host::RunListener;
 using host::Session;
+using host::SessionPart;
 
 constexpr int kOk = 0;
 constexpr int kFailed = 1;
@@ -58,6 +58,7 @@ are in docs, or in share/doc/aegp-host of an installation.)";
 struct Arguments {
   host::RunOptions options;
   std::vector<std::string> sessions;  // their files; none for the built-in ones
+  std::filesystem::path fontManager;  // absolute
   std::string filter;
   bool quiet = false;
   bool showsCalls = false;
@@ -87,7 +88,7 @@ std::vector<std::unique_ptr<RunListener>> MakeFiles(const Arguments& arguments) 
 // Each command returns whether all is well.
 
 // Plays the sessions of files, or those that suit any plug-in.
-bool Play(Arguments& arguments, const FontManager& fontManager) {
+bool Play(Arguments& arguments, const SessionPart& fontManager) {
   const bool validates = arguments.sessions.empty();
   // Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
   if (validates && !arguments.options.strict) {
@@ -106,7 +107,7 @@ bool Play(Arguments& arguments, const FontManager& fontManager) {
   return host::CaughtSignal() == 0 && printer.printOutcome();
 }
 
-bool List(Arguments& arguments, const FontManager& fontManager) {
+bool List(Arguments& arguments, const SessionPart& fontManager) {
   for (const Session& session :
        host::LoadSessions(arguments.sessions, arguments.filter, fontManager)) {
     fmt::print("{}\n", session.name);
@@ -114,12 +115,12 @@ bool List(Arguments& arguments, const FontManager& fontManager) {
   return true;
 }
 
-bool Sweep(Arguments& arguments, const FontManager& fontManager) {
+bool Sweep(Arguments& arguments, const SessionPart& fontManager) {
   return host::Sweep(host::LoadSessions(arguments.sessions, arguments.filter, fontManager),
                      arguments.options, fontManager, arguments.save);
 }
 
-bool PlayRandom(Arguments& arguments, const FontManager& fontManager) {
+bool PlayRandom(Arguments& arguments, const SessionPart& fontManager) {
   return host::PlayRandomSessions(arguments.seed, arguments.count, arguments.options, fontManager,
                                   arguments.save);
 }
@@ -183,14 +184,15 @@ void AddFiles(CLI::App& command, Arguments& arguments) {
                    "Ends with the first session that fails");
 }
 
-using Run = bool (*)(Arguments&, const FontManager&);
+using Run = bool (*)(Arguments&, const SessionPart&);
 
 // Adds a command, which sets the exit code if it is called.
 CLI::App* AddCommand(CLI::App& app, const char* name, const char* about, Run run,
                      Arguments& arguments, int& code) {
   CLI::App* const command = app.add_subcommand(name, about);
-  std::filesystem::path& folder = arguments.options.fontManager;
-  command->callback([&, run] { code = run(arguments, FontManager(folder)) ? kOk : kFailed; });
+  std::filesystem::path& folder = arguments.fontManager;
+  command->callback(
+      [&, run] { code = run(arguments, host::MakeFontManager(folder)) ? kOk : kFailed; });
   command
       ->add_option_function<std::string>(
           "--font-manager",

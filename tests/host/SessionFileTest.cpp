@@ -123,10 +123,13 @@ TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
       {"files: {journal: x}\nsteps: []", "1: journal: 'journal' is a name of the session folder's"},
       {"variants: []\nsteps: []", "1: variants: has to have a variant"},
       {"variants: [{name: a}, {name: a}]\nsteps: []", "1: variants: two variants have one name"},
+      {"variants: [{name: a, x: ['${x}']}]\nsteps: ['${x}']",
+       "1: steps: a variable stands for a list that holds itself"},
       {"known issues: [{finding: crash, reason: x}]\nsteps: []",
        "1: finding: there is no finding 'crash' that can be a known issue"},
       {"files: {a/b: x, a: y}\nsteps: []", "1: a: the session has the file 'a/b' already"},
-      {"framework: {missing export: Gone}\nsteps: []", "1: missing export: the framework has no "},
+      {"framework: {missing export: Gone}\nsteps: []",
+       "1: missing export: there is no without-Gone/Tamberlink.framework in "},
       {"processes: [x/y]\nsteps: []", "1: processes: there is no y in "},
       {"steps: [framework answers: [PluginIsEnabled: {count: 1}]]", "1: count: unknown key; known"},
       {"steps: [expect: {framework: [1 PluginIsEnabled: {shw: 1}]}]",
@@ -137,6 +140,16 @@ TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
   }
   EXPECT_THAT(Play("vault: {}\nsteps: []").output,
               HasSubstr("story.yaml:1: vault: needs the option --font-manager"));
+  EXPECT_THAT(Play("steps: []", "--font-manager /").output,
+              StartsWith("--font-manager: there is no Tamberlink.framework in /"));
+}
+
+TEST(SessionFile, HasTheElementsOfAVariableInPlaceOfItAtAnyDepth) {
+  const Played played = Play(
+      "variants: [{name: a, none: [], some: [edit, tick], all: ['${none}', tick, '${some}']}]\n"
+      "steps: ['${all}', '${none}', expect: {dirty: true, stdout: ['${none}']}]");
+  EXPECT_EQ(played.code, 0) << played.output;
+  EXPECT_THAT(played.output, HasSubstr("\n     2  session "));
 }
 
 TEST(SessionFile, HasAllItsFaultsReportedInTheOrderOfLines) {

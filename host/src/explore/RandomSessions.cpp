@@ -35,7 +35,7 @@ class Maker {
   Maker(uint64_t seed, uint64_t number, const SessionPart& part) : mRules(LoadRules()) {
     std::seed_seq sequence{seed, seed >> 32, number, number >> 32};
     mEngine.seed(sequence);
-    part.addRandomRules(mRules);
+    for (const auto& [name, texts] : part.randomRules) mRules[name] = texts;
   }
 
   std::string make() {

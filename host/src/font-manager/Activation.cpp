@@ -119,10 +119,9 @@ void Activation::takeDocument(const Call& call, bool isFaulty) {
   if (mDocument != project.path || project.dirty) return mLatest.reset();
   const std::vector<std::string> active = ReadLines(mHost->inFolder("active-fonts"));
   mLatest = Activated{project.path, {}, mHost->failures};
-  std::copy_if(project.fonts.begin(), project.fonts.end(),
-               std::inserter(mLatest->fonts, mLatest->fonts.end()), [&](const std::string& font) {
-                 return std::find(active.begin(), active.end(), font) != active.end();
-               });
+  for (const std::string& font : project.fonts) {
+    if (std::ranges::find(active, font) != active.end()) mLatest->fonts.insert(font);
+  }
 }
 
 void Activation::settle() {
@@ -185,8 +184,8 @@ void Activation::checkDialogsAreSeen() {
   mHost->showDialog(kProbe);
   mHost->timeline.drain();
   const std::vector<std::string>& lines = mHost->timeline.record.stdoutLines;
-  const bool isSeen = std::any_of(lines.begin(), lines.end(),
-                                  [](const std::string& line) { return line.ends_with(kProbe); });
+  const bool isSeen =
+      std::ranges::any_of(lines, [](const std::string& line) { return line.ends_with(kProbe); });
   if (isSeen) return;
   mHost->report(
       Finding::activationNeverEnds,

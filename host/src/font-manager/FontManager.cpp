@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <stdexcept>
 
 #include "FontManagerRules.h"
@@ -22,6 +21,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kFramework[] = "Tamberlink.framework";
+// The folder of a framework begins with it, if the framework lacks an export.
+constexpr char kWithout[] = "without-";
 // What the font manager does with a font.
 constexpr std::array<std::string_view, 3> kPolicies{"automatic", "choice", "restricted"};
 
@@ -41,7 +42,7 @@ std::string ReadVault(const YamlValue& vault) {
   std::string lines;
   vault.forEachField([&](const YamlValue& policy) {
     const std::string text = policy.text();
-    if (std::find(kPolicies.begin(), kPolicies.end(), text) == kPolicies.end()) {
+    if (std::ranges::find(kPolicies, text) == kPolicies.end()) {
       policy.fail("has to be automatic, choice or restricted");
     }
     lines += fmt::format("{}\t{}\n", policy.key(), text);
@@ -73,49 +74,16 @@ void StartProcess(const fs::path& executable) {
   throw std::runtime_error(fmt::format("{} ended before it was ready", executable.string()));
 }
 
-}  // namespace
-
-std::vector<std::string_view> FontManager::keys() const {
-  return {"vault", "framework", "processes"};
+Action ReadAnswersStep(const YamlValue& value) {
+  return [answers = ReadAnswers(value)](Host& host) { SetUpAnswers(answers, host); };
 }
 
-std::vector<std::string_view> FontManager::steps() const {
-  return {"framework answers", "framework state"};
-}
-
-std::vector<std::string_view> FontManager::expectations() const {
-  return {"framework"};
-}
-
-void FontManager::needsFolder(const YamlValue& value) const {
-  if (mFolder.empty()) value.fail("needs the option --font-manager");
-}
-
-void FontManager::readKeys(const YamlValue& root, Session& session) const {
-  if (mFolder.empty()) {
-    for (const std::string_view key : keys()) {
-      if (const auto value = root.find(key)) CollectFaults([&] { needsFolder(*value); });
-    }
-    return;
-  }
-  std::string policies;
-  if (const auto vault = root.find("vault")) CollectFaults([&] { policies = ReadVault(*vault); });
-  session.setUp.files.emplace_back("vault", policies);
-  CollectFaults([&] { readFramework(root, session.setUp); });
-  if (const auto processes = root.find("processes")) {
-    processes->forEachElement([&](const YamlValue& process) { readProcess(process, session); });
-  }
-  session.preparations.emplace_back(FollowJournal);
-  session.settling.emplace_back(Settle);
-  session.finalChecks.emplace_back(CheckAnswersLeft);
-}
-
-void FontManager::readProcess(const YamlValue& value, Session& session) const {
+void ReadProcess(const YamlValue& value, const fs::path& folder, Session& session) {
   const std::string path = value.path();
-  const fs::path executable = mFolder / fs::path(path).filename();
+  const fs::path executable = folder / fs::path(path).filename();
   if (!fs::is_regular_file(executable)) {
     value.fail(
-        fmt::format("there is no {} in {}", executable.filename().string(), mFolder.string()));
+        fmt::format("there is no {} in {}", executable.filename().string(), folder.string()));
   }
   session.setUp.executables.emplace_back(path, executable);
   session.preparations.emplace_back([path](Host& host) {
@@ -124,55 +92,86 @@ void FontManager::readProcess(const YamlValue& value, Session& session) const {
   });
 }
 
-void FontManager::readFramework(const YamlValue& root, FolderSetup& setup) const {
-  fs::path place = ".";
-  fs::path variant = ".";
-  const std::optional<YamlValue> value = root.find("framework");
-  if (value && value->isText()) {
-    if (value->text() != "none") value->fail("has to be none or a map");
+// Puts the framework where the session wants it.
+void ReadFramework(const YamlValue& value, const fs::path& folder, FolderSetup& setUp) {
+  setUp.links.clear();
+  if (value.isText()) {
+    if (value.text() != "none") value.fail("has to be none or a map");
     return;
   }
-  const auto readMissing = [&](const YamlValue& missing) {
-    const std::string name = missing.text();
-    if (name != "all") FindOperation(missing, name);
-    variant = "without-" + name;
+  fs::path place = ".";
+  fs::path bundle = kFramework;
+  const auto readMissing = [&](const YamlValue& name) {
+    bundle = fs::path(kWithout + name.text()) / kFramework;
+    if (fs::is_directory(folder / bundle)) return;
+    name.fail(fmt::format("there is no {} in {}", bundle.string(), folder.string()));
   };
-  if (value) {
-    value->readKeys({{"folder", [&](const YamlValue& folder) { place = folder.path(); }},
-                     {"missing export", readMissing}});
+  value.readKeys({{"folder", [&](const YamlValue& path) { place = path.path(); }},
+                  {"missing export", readMissing}});
+  setUp.links.emplace_back((place / kFramework).lexically_normal().string(), folder / bundle);
+}
+
+std::vector<KeyReader> ReadersOf(const fs::path& folder, Session& session) {
+  FolderSetup& setUp = session.setUp;
+  const auto readVault = [&](const YamlValue& vault) {
+    setUp.files.emplace_back("vault", ReadVault(vault));
+  };
+  const auto readProcesses = [&](const YamlValue& list) {
+    list.forEachElement([&](const YamlValue& each) { ReadProcess(each, folder, session); });
+  };
+  return {{"vault", readVault},
+          {"framework", [&](const YamlValue& value) { ReadFramework(value, folder, setUp); }},
+          {"processes", readProcesses}};
+}
+
+RandomRules LoadRules(const fs::path& folder) {
+  auto rules = YAML::Load(std::string(kFontManagerRules)).as<RandomRules>();
+  rules["part's fault"] = AnswersThatFail();
+  std::vector<std::string>& frameworks = rules["incomplete framework"];
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(kWithout)) continue;
+    frameworks.push_back(fmt::format("framework: {{missing export: {}}}\n",
+                                     name.substr(std::string_view(kWithout).size())));
   }
-  const fs::path bundle = mFolder / variant / kFramework;
-  if (!fs::is_directory(bundle)) {
-    (value ? *value : root)
-        .fail(fmt::format("there is no {} in {}",
-                          (variant / kFramework).lexically_normal().string(), mFolder.string()));
+  // The same on every machine.
+  std::ranges::sort(frameworks);
+  if (frameworks.empty()) frameworks.emplace_back();
+  return rules;
+}
+
+}  // namespace
+
+SessionPart MakeFontManager(const fs::path& folder) {
+  const bool hasFolder = !folder.empty();
+  if (hasFolder && !fs::is_directory(folder / kFramework)) {
+    throw std::runtime_error(
+        fmt::format("--font-manager: there is no {} in {}", kFramework, folder.string()));
   }
-  setup.links.emplace_back((place / kFramework).lexically_normal().string(), bundle);
-}
-
-std::vector<std::string> FontManager::faultsOf(const CountedCall& call) const {
-  return AnswersThatFail(call);
-}
-
-Action FontManager::readStep(const YamlValue& value) const {
-  needsFolder(value);
-  if (value.key() == "framework state") return ReadState(value);
-  return [answers = ReadAnswers(value)](Host& host) { SetUpAnswers(answers, host); };
-}
-
-Check FontManager::readExpectation(const YamlValue& value) const {
-  needsFolder(value);
-  return ReadExpectedCalls(value);
-}
-
-void FontManager::addRandomRules(RandomRules& rules) const {
-  if (mFolder.empty()) return;
-  static const RandomRules kRules = [] {
-    auto own = YAML::Load(std::string(kFontManagerRules)).as<RandomRules>();
-    own["part's fault"] = AnswersThatFail();
-    return own;
-  }();
-  for (const auto& [name, texts] : kRules) rules[name] = texts;
+  const auto needsFolder = [hasFolder](auto read) {
+    return [hasFolder, read](const YamlValue& value) {
+      if (!hasFolder) value.fail("needs the option --font-manager");
+      return read(value);
+    };
+  };
+  SessionPart part;
+  part.begin = [hasFolder, folder, needsFolder](Session& session) {
+    if (hasFolder) {
+      session.setUp.links.emplace_back(kFramework, folder / kFramework);
+      session.preparations.emplace_back(FollowJournal);
+      session.settling.emplace_back(Settle);
+      session.finalChecks.emplace_back(CheckAnswersLeft);
+    }
+    std::vector<KeyReader> readers = ReadersOf(folder, session);
+    for (KeyReader& reader : readers) reader.read = needsFolder(reader.read);
+    return readers;
+  };
+  part.steps = {{"framework answers", needsFolder(ReadAnswersStep)},
+                {"framework state", needsFolder(ReadState)}};
+  part.expectations = {{"framework", needsFolder(ReadExpectedCalls)}};
+  part.faultsOf = [](const CountedCall& call) { return AnswersThatFail(call); };
+  if (hasFolder) part.randomRules = LoadRules(folder);
+  return part;
 }
 
 }  // namespace host

@@ -6,13 +6,37 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 
+#include "Activation.h"
+#include "Event.h"
+#include "TextFile.h"
+
 namespace host {
 namespace {
+
+// A call of the framework. Paths are relative to the session folder.
+struct FrameworkCall {
+  int64_t tick = 0;
+  Call call;         ///< its arguments, out-arguments and `result`, in the journal's order
+  std::string text;  ///< the same for a reader
+};
+
+struct FrameworkLog {
+  GrowingFile journal;
+  std::vector<FrameworkCall> calls;          ///< since an expectation last took them
+  std::map<std::string, int64_t> callCount;  ///< by operation
+  std::vector<Answer> answersLeft;           ///< that no call has used
+  Activation activation;
+};
+
+// Never destroyed, like the host that uses it.
+FrameworkLog& sLog = *new FrameworkLog;
 
 std::string Unescape(std::string_view escaped) {
   std::string text;
@@ -64,11 +88,11 @@ void CheckBuffers(Host& host, const Call& call) {
 
 // Returns whether an answer of the session makes this call go wrong. It can get two: one for its
 // number, and the next one.
-bool TakeAnswers(FrameworkLog& log, const std::string& operation) {
-  const int64_t number = ++log.callCount[operation];
+bool TakeAnswers(const std::string& operation) {
+  const int64_t number = ++sLog.callCount[operation];
   bool isFaulty = false;
   bool hasNext = false;
-  std::erase_if(log.answersLeft, [&](const Answer& answer) {
+  std::erase_if(sLog.answersLeft, [&](const Answer& answer) {
     if (answer.operation != operation) return false;
     const bool isTaken = answer.call == 0 ? !std::exchange(hasNext, true) : answer.call == number;
     isFaulty = isFaulty || (isTaken && answer.isFault);
@@ -78,19 +102,18 @@ bool TakeAnswers(FrameworkLog& log, const std::string& operation) {
 }
 
 void TakeJournal(Host& host) {
-  FrameworkLog& log = TheFrameworkLog();
-  for (std::string& line : log.journal.newLines()) {
+  for (std::string& line : sLog.journal.newLines()) {
     host.timeline.shortenPaths(line);
     FrameworkCall taken = ParseJournalLine(std::move(line), host.timeline.tick);
-    const bool isFaulty = TakeAnswers(log, taken.call.function);
+    const bool isFaulty = TakeAnswers(taken.call.function);
     if (isFaulty) host.countFailure(taken.call.function);
     CheckBuffers(host, taken.call);
     Event entry = host.timeline.event(EventKind::entry, Actor::framework);
     entry.text = taken.text;
     entry.call = taken.call;
     host.timeline.add(std::move(entry));
-    log.activation.take(taken.call, isFaulty);
-    log.calls.push_back(std::move(taken));
+    sLog.activation.take(taken.call, isFaulty);
+    sLog.calls.push_back(std::move(taken));
   }
 }
 
@@ -133,7 +156,7 @@ bool SameValue(const std::string& one, const std::string& other) {
 bool Matches(const FrameworkCall& expected, const FrameworkCall& found) {
   const auto& fields = expected.call.arguments;
   return expected.tick == found.tick && expected.call.function == found.call.function &&
-         std::all_of(fields.begin(), fields.end(), [&](const Argument& field) {
+         std::ranges::all_of(fields, [&](const Argument& field) {
            const std::string* const value = FindLast(found.call.arguments, field.name);
            return value && SameValue(field.value, *value);
          });
@@ -160,41 +183,36 @@ std::string CompareCalls(const std::vector<FrameworkCall>& expected,
 
 }  // namespace
 
-FrameworkLog& TheFrameworkLog() {
-  static FrameworkLog& log = *new FrameworkLog;
-  return log;
-}
-
 void FollowJournal(Host& host) {
   const int journal = open("journal", O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
   if (journal < 0) throw std::runtime_error("can't open journal");
-  TheFrameworkLog().journal.follow(journal);
+  sLog.journal.follow(journal);
   host.timeline.addSource([&host] { TakeJournal(host); });
-  TheFrameworkLog().activation.begin(host);
+  sLog.activation.begin(host);
 }
 
 void SetUpAnswers(const std::vector<Answer>& answers, Host& host) {
   host.timeline.drain();
   for (const Answer& answer : answers) {
     std::ofstream(host.inFolder("framework-answers"), std::ios::app) << answer.line << '\n';
-    TheFrameworkLog().answersLeft.push_back(answer);
+    sLog.answersLeft.push_back(answer);
   }
 }
 
 void Settle(Host& host) {
   const std::string answers = host.inFolder("framework-answers");
   const std::vector<std::string> lines = ReadLines(answers);
-  const std::vector<Answer> left = std::exchange(TheFrameworkLog().answersLeft, {});
+  const std::vector<Answer> left = std::exchange(sLog.answersLeft, {});
   WriteLines(answers, {});
-  TheFrameworkLog().activation.settle();
+  sLog.activation.settle();
   WriteLines(answers, lines);
-  TheFrameworkLog().answersLeft = left;
+  sLog.answersLeft = left;
 }
 
 void CheckAnswersLeft(Host& host) {
   if (host.settings().tolerant) return;
   std::map<std::string, size_t> counts;
-  for (const Answer& answer : TheFrameworkLog().answersLeft) ++counts[answer.operation];
+  for (const Answer& answer : sLog.answersLeft) ++counts[answer.operation];
   for (const auto& [operation, count] : counts) {
     host.report(Finding::setup,
                 fmt::format("{} answer(s) of {} were never asked for", count, operation));
@@ -206,20 +224,15 @@ Check ReadExpectedCalls(const YamlValue& value) {
     if (value.text() != "any") value.fail("has to be a list of calls, or any");
     return [](Host& host) {
       host.timeline.drain();
-      TheFrameworkLog().calls.clear();
+      sLog.calls.clear();
       return std::string();
     };
   }
   std::vector<FrameworkCall> expected;
-  const auto read = [&](const YamlValue& call) { expected.push_back(ReadExpectedCall(call)); };
-  value.forEachElement([&](const YamlValue& call) {
-    // A variable can stand for several calls, or for none.
-    if (call.isList()) return call.forEachElement(read);
-    read(call);
-  });
+  value.forEachElement([&](const YamlValue& call) { expected.push_back(ReadExpectedCall(call)); });
   return [expected](Host& host) {
     host.timeline.drain();
-    return CompareCalls(expected, std::exchange(TheFrameworkLog().calls, {}));
+    return CompareCalls(expected, std::exchange(sLog.calls, {}));
   };
 }
 

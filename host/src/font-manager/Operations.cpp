@@ -84,8 +84,7 @@ constexpr std::array kCounts{"-2147483648", "-1", "0", "1", "2147483647"};
 }  // namespace
 
 const Operation& FindOperation(const YamlValue& value, const std::string& name) {
-  const auto found = std::find_if(kOperations.begin(), kOperations.end(),
-                                  [&](const Operation& each) { return each.name == name; });
+  const auto found = std::ranges::find(kOperations, name, &Operation::name);
   if (found == kOperations.end()) {
     value.fail(fmt::format("the framework has no operation '{}'", name));
   }
@@ -101,9 +100,7 @@ std::vector<Answer> ReadAnswers(const YamlValue& value) {
 }
 
 std::vector<std::string> AnswersThatFail(const CountedCall& call) {
-  const auto operation =
-      std::find_if(kOperations.begin(), kOperations.end(),
-                   [&](const Operation& each) { return each.name == call.function; });
+  const auto operation = std::ranges::find(kOperations, call.function, &Operation::name);
   if (operation == kOperations.end()) return {};
   std::vector<std::string> steps;
   const auto add = [&](const char* before, const auto& values, const char* after = "") {

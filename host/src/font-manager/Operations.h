@@ -17,7 +17,7 @@ struct Operation {
   std::vector<std::string_view> arguments;
 
   bool has(std::string_view argument) const {
-    return std::find(arguments.begin(), arguments.end(), argument) != arguments.end();
+    return std::ranges::find(arguments, argument) != arguments.end();
   }
 };
 

@@ -16,7 +16,6 @@ namespace host {
 /// What the command line says of a run.
 struct RunOptions {
   PluginModule module;                  ///< its path is absolute
-  std::filesystem::path fontManager;    ///< absolute, or empty for none
   std::chrono::seconds timeout{30};     ///< for each call of the plug-in
   size_t jobs = 1;                      ///< how many sessions are played at the same time
   bool failFast = false;                ///< begin no session after one has failed

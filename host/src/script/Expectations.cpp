@@ -232,14 +232,8 @@ constexpr std::array kKeys{
 };
 
 const Key* FindKey(std::string_view name) {
-  const auto* const key =
-      std::find_if(kKeys.begin(), kKeys.end(), [&](const Key& each) { return each.name == name; });
+  const auto* const key = std::ranges::find(kKeys, name, &Key::name);
   return key == kKeys.end() ? nullptr : key;
-}
-
-bool IsOfPart(std::string_view name, const SessionPart& part) {
-  const std::vector<std::string_view> names = part.expectations();
-  return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 // Compares at once. A tolerant session compares nothing.
@@ -265,13 +259,13 @@ Action HaveJudged(const YamlValue& value) {
 }
 
 Action ReadExpectation(const YamlValue& value, const SessionPart& part) {
-  if (IsOfPart(value.key(), part)) {
-    return CompareNow(value, part.readExpectation(value));
-  }
+  const auto ofPart = part.expectations.find(value.key());
+  if (ofPart != part.expectations.end()) return CompareNow(value, ofPart->second(value));
   if (const Key* const key = FindKey(value.key())) {
     return key->read ? CompareNow(value, key->read(value, key->find)) : HaveJudged(value);
   }
-  std::vector<std::string_view> names = part.expectations();
+  std::vector<std::string_view> names;
+  for (const auto& [name, read] : part.expectations) names.push_back(name);
   for (const Key& each : kKeys) names.push_back(each.name);
   value.failForUnknown("key", names);
 }
@@ -279,7 +273,7 @@ Action ReadExpectation(const YamlValue& value, const SessionPart& part) {
 }  // namespace
 
 void RefuseExpectation(const YamlValue& value, const SessionPart& part) {
-  if (FindKey(value.key()) || IsOfPart(value.key(), part)) {
+  if (FindKey(value.key()) || part.expectations.contains(value.key())) {
     value.fail("is a key of 'expect': indent it below an 'expect'");
   }
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <regex>
 #include <set>
@@ -132,9 +133,7 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
       {"settles", Into(session.settles)},
       {"environment", [&](const YamlValue& map) { ReadEnvironment(map, session); }},
       {"steps", readSteps, true}};
-  // Those of the part are read already.
-  for (const std::string_view key : part.keys()) readers.push_back({key, ignore});
-  CollectFaults([&] { part.readKeys(root, session); });
+  std::ranges::move(part.begin(session), std::back_inserter(readers));
   root.readKeys(readers, [&](const YamlValue& value) { RefuseExpectation(value, part); });
   session.stepCount = session.steps.size();
   return session;

@@ -62,8 +62,8 @@ void Pick(Host& host, const std::string& text) {
   host.timeline.add(Actor::user, fmt::format("picks \"{}\"", text));
   host.drawMenus();
   const auto& items = host.menus.items;
-  const auto picked = std::find_if(items.begin(), items.end(),
-                                   [&](const auto& item) { return item.second.text == text; });
+  const auto picked =
+      std::ranges::find_if(items, [&](const auto& item) { return item.second.text == text; });
   if (picked == items.end()) {
     throw StepImpossible(fmt::format("no menu has an item \"{}\"", text));
   }

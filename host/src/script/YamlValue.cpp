@@ -139,8 +139,7 @@ void YamlValue::fail(std::string_view what) const {
 
 void YamlValue::failForUnknown(std::string_view what,
                                const std::vector<std::string_view>& known) const {
-  fail(fmt::format("unknown {}; known are {}", what,
-                   Join(std::vector<std::string>(known.begin(), known.end()), ", ")));
+  fail(fmt::format("unknown {}; known are {}", what, fmt::join(known, ", ")));
 }
 
 std::string_view YamlValue::kind() const {
@@ -190,10 +189,23 @@ bool YamlValue::boolean() const {
 }
 
 std::vector<YamlValue> YamlValue::list() const {
-  if (!mNode.IsSequence()) fail(fmt::format("has to be a list, not {}", kind()));
+  if (!isList()) fail(fmt::format("has to be a list, not {}", kind()));
   std::vector<YamlValue> elements;
-  for (const YAML::Node& element : mNode) elements.emplace_back(element, mKey, *mFile);
+  addElementsTo(elements, 0);
   return elements;
+}
+
+void YamlValue::addElementsTo(std::vector<YamlValue>& elements, int depth) const {
+  constexpr int kMaxDepth = 100;
+  if (depth == kMaxDepth) fail("a variable stands for a list that holds itself");
+  for (const YAML::Node& node : mNode) {
+    const YamlValue element(node, mKey, *mFile);
+    if (element.isList()) {
+      element.addElementsTo(elements, depth + 1);
+    } else {
+      elements.push_back(element);
+    }
+  }
 }
 
 std::vector<std::string> YamlValue::texts() const {
@@ -204,12 +216,12 @@ std::vector<std::string> YamlValue::texts() const {
 
 std::string YamlValue::checkedPath(const std::string& text) const {
   const std::filesystem::path path(text);
-  const bool leaves = std::find(path.begin(), path.end(), "..") != path.end();
+  const bool leaves = std::ranges::find(path, "..") != path.end();
   if (path.empty() || path.is_absolute() || leaves) fail("has to stay in the session folder");
   static constexpr std::array<std::string_view, 8> kReserved{
       "active-fonts", "framework-answers", "framework-state", "journal",
       "vault",        ".stdout",           ".stderr",         "Tamberlink.framework"};
-  if (std::find(kReserved.begin(), kReserved.end(), path.begin()->string()) != kReserved.end()) {
+  if (std::ranges::find(kReserved, path.begin()->string()) != kReserved.end()) {
     fail(fmt::format("'{}' is a name of the session folder's own", text));
   }
   if (!path.has_filename() || path == ".") fail("has to name a file");
@@ -238,27 +250,23 @@ std::optional<YamlValue> YamlValue::find(std::string_view key) const {
 }
 
 void YamlValue::readKeys(const std::vector<KeyReader>& readers, const YamlReader& explain) const {
-  std::vector<std::string_view> known(readers.size());
-  std::transform(readers.begin(), readers.end(), known.begin(),
-                 [](const KeyReader& reader) { return reader.key; });
+  std::vector<std::string_view> known;
+  for (const KeyReader& reader : readers) known.push_back(reader.key);
   forEachField([&](const YamlValue& value) {
-    if (std::find(known.begin(), known.end(), value.key()) != known.end()) return;
+    if (std::ranges::find(known, value.key()) != known.end()) return;
     if (explain) explain(value);
     value.failForUnknown("key", known);
   });
   bool isRight = true;
   for (const KeyReader& reader : readers) {
-    isRight = CollectFaults([&] { readKey(reader); }) && isRight;
+    const bool isRead = CollectFaults([&] {
+      const std::optional<YamlValue> value = find(reader.key);
+      if (value) return reader.read(*value);
+      if (reader.required) fail(fmt::format("the key '{}' is missing", reader.key));
+    });
+    isRight = isRight && isRead;
   }
   if (!isRight) mFile->throwFaults();
-}
-
-void YamlValue::readKey(const KeyReader& reader) const {
-  if (const std::optional<YamlValue> value = find(reader.key)) {
-    reader.read(*value);
-  } else if (reader.required) {
-    fail(fmt::format("the key '{}' is missing", reader.key));
-  }
 }
 
 YAML::Node YamlValue::resolved() const {

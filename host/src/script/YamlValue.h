@@ -80,7 +80,8 @@ class YamlValue {
   std::string text() const;
   int64_t integer(int64_t min, int64_t max) const;
   bool boolean() const;
-  /// Returns the elements. They have the key of this value.
+  /// Returns the elements, which have the key of this value. A list among them stands for its own
+  /// elements, so that a variable can stand for several, or for none.
   std::vector<YamlValue> list() const;
   std::vector<std::string> texts() const;
   /// Returns a path that stays in the session folder.
@@ -126,7 +127,7 @@ class YamlValue {
                                    const std::vector<std::string_view>& known) const;
 
  private:
-  void readKey(const KeyReader& reader) const;
+  void addElementsTo(std::vector<YamlValue>& elements, int depth) const;
   std::string_view kind() const;
 
   YAML::Node mNode;
