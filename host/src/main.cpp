@@ -3,13 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -143,23 +141,23 @@ void AddPlaying(CLI::App& command, const char* module, host::RunOptions& options
   command.add_option("--entry", options.module.entryPoint, "The name of the entry point")
       ->capture_default_str();
   command
-      .add_option_function<int64_t>(
-          "--timeout", [&](int64_t seconds) { options.timeout = std::chrono::seconds(seconds); },
-          "How many seconds a call of the plug-in, or the host's work between two, may take, 30 by "
-          "default")
-      ->check(CLI::Range(1, 86400));
+      .add_option(
+          "--timeout", options.timeoutSeconds,
+          "How many seconds a call of the plug-in, or the host's work between two, may take")
+      ->check(CLI::Range(1, 86400))
+      ->capture_default_str();
   command.add_flag("--strict", options.strict, "Lets warnings fail a session");
   const auto allow = [&](const std::vector<std::string>& names) {
-    for (const std::string& name : names) options.allowed.insert(*host::FindingNamed(name));
-  };
-  const auto check = [](const std::string& name) {
-    return host::FindingNamed(name) ? "" : fmt::format("there is no finding '{}'", name);
+    for (const std::string& name : names) {
+      const auto finding = host::FindingNamed(name);
+      if (!finding) throw CLI::ValidationError("--allow", "there is no finding '" + name + "'");
+      options.allowed.insert(*finding);
+    }
   };
   command
       .add_option_function<std::vector<std::string>>("--allow", allow,
                                                      "Leaves out a finding, by its name")
-      ->allow_extra_args(false)
-      ->check(check);
+      ->allow_extra_args(false);
   const auto readKnownIssues = [&](const std::string& file) {
     options.knownIssues = host::LoadKnownIssues(file);
   };
@@ -231,10 +229,10 @@ void AddCommands(CLI::App& app, Arguments& arguments, int& code) {
                         "The folder for the sessions that repeat what failed");
   }
   random->add_option("--seed", arguments.seed, "The seed: the same one gives the same sessions")
-      ->check(CLI::Range(int64_t{0}, std::numeric_limits<int64_t>::max()))
+      ->check(CLI::NonNegativeNumber)
       ->capture_default_str();
   random->add_option("--count", arguments.count, "How many sessions to play")
-      ->check(CLI::Range(int64_t{1}, std::numeric_limits<int64_t>::max()))
+      ->check(CLI::Range(1, 1'000'000'000))
       ->capture_default_str();
   run->add_flag("--quiet", arguments.quiet, "Shows only the sessions that fail");
   run->add_flag("--calls", arguments.showsCalls,

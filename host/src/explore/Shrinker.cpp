@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -142,7 +141,7 @@ void Shorten(Failure& failure, RunOptions options, const SessionPart& part) {
   const std::set<Finding> kinds = KindsOf(failure.findings);
   // A plug-in that hangs does so at each try.
   const bool hangs = kinds.contains(Finding::timeout);
-  if (hangs) options.timeout = std::min(options.timeout, std::chrono::seconds(1));
+  if (hangs) options.timeoutSeconds = 1;
   const size_t max = hangs ? 30 : 400;
   bool fails = false;
   Trials trials("shortening", max, [&](size_t /*index*/, const Played& played) {

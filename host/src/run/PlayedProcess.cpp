@@ -142,7 +142,7 @@ void PlayedProcess::endIfHanging() {
   const int64_t now = MonotonicNow();
   if (mAskedToEnd != 0) {
     if (now - mAskedToEnd > kTimeToEnd) kill(mProcess, SIGKILL);
-  } else if (began != 0 && now - began > mOptions.timeout.count() * kNanoseconds) {
+  } else if (began != 0 && now - began > mOptions.timeoutSeconds * kNanoseconds) {
     mAskedToEnd = now;
     kill(mProcess, kHangSignal);
   }
@@ -194,7 +194,7 @@ void PlayedProcess::endRunning() {
 }
 
 void PlayedProcess::addHowItEnded(int status) {
-  const auto limit = mOptions.timeout.count();
+  const int64_t limit = mOptions.timeoutSeconds;
   if (mAskedToEnd != 0) {
     addEnd(Finding::timeout,
            *mFlight->hook ? fmt::format("the plug-in doesn't return within {} s", limit)

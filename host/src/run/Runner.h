@@ -1,6 +1,6 @@
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -16,7 +16,7 @@ namespace host {
 /// What the command line says of a run.
 struct RunOptions {
   PluginModule module;                  ///< its path is absolute
-  std::chrono::seconds timeout{30};     ///< for each call of the plug-in
+  int64_t timeoutSeconds = 30;          ///< for each call of the plug-in
   size_t jobs = 1;                      ///< how many sessions are played at the same time
   bool failFast = false;                ///< begin no session after one has failed
   bool keep = false;                    ///< keep the session folders
