@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Faults.h"
 #include "FlightRecord.h"
 
 namespace {
@@ -177,6 +178,19 @@ TEST(Judge, LeavesOutWhatASessionThatWasCutShortMightHaveExpected) {
   std::vector<std::string> found;
   for (const Event& each : judge.finish().findings) found.push_back(each.name);
   EXPECT_THAT(found, ElementsAre("crash", "null-argument"));
+}
+
+TEST(Faults, WaitWhilePausedExceptThatCallsAreCounted) {
+  host::Faults faults;
+  faults.add({"by times", 5, 1});
+  faults.add({"by number", 6, 1, 2});
+  faults.pause(true);
+  EXPECT_EQ(faults.take("by times"), A_Err_NONE);
+  EXPECT_EQ(faults.take("by number"), A_Err_NONE);
+  faults.pause(false);
+  EXPECT_EQ(faults.take("by times"), 5);
+  EXPECT_EQ(faults.take("by times"), A_Err_NONE);
+  EXPECT_EQ(faults.take("by number"), 6);
 }
 
 TEST(WatchdogPause, CountsOnlyTheTimeAroundIt) {

@@ -21,6 +21,8 @@ A_Err Faults::take(std::string_view function) {
   A_Err result = A_Err_NONE;
   for (Fault& fault : mFaults) {
     if (fault.function != function || fault.times == 0) continue;
+    // The number of a call says which one it is, whatever becomes of those before it.
+    if (mPaused && fault.call == 0) continue;
     if (fault.call > 0 && --fault.call > 0) continue;
     if (fault.times > 0) --fault.times;
     fault.met = true;

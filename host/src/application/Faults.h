@@ -35,7 +35,8 @@ class Faults {
   /// Replaces an earlier fault of the same function, if both or neither are of one call by its
   /// number.
   void add(Fault fault);
-  /// While paused, every call succeeds. Calls are counted all the same.
+  /// While paused, every call succeeds. Those that a fault by number waits for are counted all the
+  /// same.
   void pause(bool paused) { mPaused = paused; }
 
   /// Counts a call. Returns the error that it has to return, or 0.
