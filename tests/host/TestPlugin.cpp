@@ -53,7 +53,7 @@ const std::string kBehaviour = [] {
 A_Err idleResult = A_Err_NONE;
 bool handlesAll = false;
 // What the hooks do besides: the idle hook on each tick after the first.
-std::function<void()> onTick, onCommand, onDeath;
+std::function<void()> onTick, onMenu, onCommand, onDeath;
 
 struct AtExit {
   std::function<void()> action;
@@ -399,6 +399,7 @@ const std::map<std::string, std::function<void()>> kActions{
 
     // Hooks, menus and undo groups
     {"register twice", [] {}},
+    {"register by a command in the entry point", [] {}},
     {"register late", [] { Register()->AEGP_RegisterIdleHook(pluginId, Idle, nullptr); }},
     {"insert an unknown command",
      [] {
@@ -412,6 +413,14 @@ const std::map<std::string, std::function<void()>> kActions{
                                           AEGP_MENU_INSERT_AT_TOP);
      }},
     {"enable", [] { Commands()->AEGP_EnableCommand(command); }},
+    {"enable by a command in the update-menu hook",
+     [] {
+       onMenu = [] {
+         onCommand = [] { Commands()->AEGP_EnableCommand(command); };
+         Commands()->AEGP_DoCommand(command);
+         onCommand = nullptr;
+       };
+     }},
     {"remove", [] { Commands()->AEGP_RemoveMenuCommand(command); }},
     {"handle all commands", [] { handlesAll = true; }},
     {"throw in commands", [] { onCommand = [] { throw std::runtime_error("nested"); }; }},
@@ -557,6 +566,7 @@ A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
 }
 
 A_Err UpdateMenu(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) {
+  if (onMenu) onMenu();
   return Commands()->AEGP_EnableCommand(command);
 }
 
@@ -589,6 +599,14 @@ extern "C" [[gnu::visibility("default")]] A_Err EntryPointFunc(SPBasicSuite* bas
   suite->AEGP_RegisterDeathHook(id, Death, nullptr);
   const Commands commands;
   commands->AEGP_GetUniqueCommand(&command);
+  if (kBehaviour == "register by a command in the entry point") {
+    onCommand = [] {
+      static AEGP_Command other = 1'000'000;
+      Register()->AEGP_RegisterCommandHook(pluginId, AEGP_HP_BeforeAE, ++other, Command, nullptr);
+    };
+    commands->AEGP_DoCommand(command);
+    onCommand = nullptr;
+  }
   return commands->AEGP_InsertMenuCommand(command, "Mine", AEGP_Menu_WINDOW,
                                           AEGP_MENU_INSERT_SORTED);
 }

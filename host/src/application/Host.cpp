@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <thread>
@@ -29,12 +30,12 @@ Host& TheHost() {
   return host;
 }
 
-void Host::prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
+void Host::prepare(const HostSettings& settings, const PluginModule& module, int pipe,
                    FlightRecord& flight) {
   mSettings = settings;
   mModule = module;
   mFlight = &flight;
-  timeline.begin(reportPipe, flight);
+  timeline.begin(pipe, flight);
   mFolder = std::filesystem::current_path();
   mThreads = CountThreads();
   preferences = settings.preferences;
@@ -75,23 +76,26 @@ void Host::enterPlugin(const char* hook) {
     ++mVisit;
     mFlight->watchdogStart = MonotonicNow();
   }
-  ++mDepth;
+  mCalls.push_back(hook);
   mFlight->inHostCall = false;
   mFlight->hook = hook;
   timeline.beginHook(hook);
 }
 
-void Host::leavePlugin(const char* outerHook) {
-  mFlight->hook = outerHook;
-  --mDepth;
+void Host::leavePlugin() {
+  mCalls.pop_back();
+  mFlight->hook = isInPlugin() ? mCalls.back() : "";
   if (isInPlugin()) return;
   mFlight->watchdogStart = MonotonicNow();
   mNestsTooDeep = false;
 }
 
+bool Host::isIn(const char* hook) const {
+  return std::find(mCalls.begin(), mCalls.end(), hook) != mCalls.end();
+}
+
 void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   const bool isOutermost = !isInPlugin();
-  const char* const outerHook = mFlight->hook;
   A_Err result = A_Err_NONE;
   enterPlugin(hook);
   try {
@@ -116,11 +120,11 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
     ++errorsShown;
     const std::string error = fmt::format("{} {}", hook, result);
     report(Finding::hookError, "the user saw an error that no step expects: " + error,
-           {{}, {}, error}, {}, result);
+           {{}, {}, error}, result);
   }
   // Most hooks write nothing, and then there is nothing to take in.
   if (UpdateFileDates()) timeline.drain();
-  leavePlugin(outerHook);
+  leavePlugin();
   timeline.endLast();
   if (result == A_Err_NONE) return;
   timeline.add(Actor::host,
@@ -159,7 +163,9 @@ void Host::drawMenus() {
 bool Host::runCommand(AEGP_Command command) {
   A_Boolean handled = 0;
   const auto offer = [&](AEGP_Command offered) {
-    for (const CommandHook& hook : hooks.command) {
+    // A copy, because a hook that the entry point has called can register another.
+    const std::vector<CommandHook> registered = hooks.command;
+    for (const CommandHook& hook : registered) {
       if (hook.command != AEGP_Command_ALL && hook.command != offered) continue;
       callPlugin("command hook", [&] {
         return hook.function(mGlobalRefcon, hook.refcon, offered, hook.priority, handled, &handled);
@@ -190,16 +196,15 @@ void Host::beginStep(std::string_view place) {
 void Host::beginDestructors() {
   timeline.drain();
   timeline.endAll();
+  // An exception may have left some of them.
+  mCalls.clear();
   enterPlugin(kStaticDestructor);
-  mFlight->watchdogStart = MonotonicNow();
 }
 
 void Host::finish() {
   timeline.drainRest();
   timeline.endAll();
-  if (undoGroups > 0) {
-    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
-  }
+  mIsOver = true;
   if (CountThreads() > mThreads) {
     report(Finding::threadLeft, "a thread that the plug-in has started still runs");
   }

@@ -2,7 +2,6 @@
 
 #include <pthread.h>
 
-#include <array>
 #include <chrono>
 #include <cstdint>
 #include <deque>
@@ -21,8 +20,6 @@
 #include "Faults.h"
 #include "Findings.h"
 #include "Ledger.h"
-#include "Memory.h"
-#include "Menus.h"
 #include "Suites.h"
 #include "Timeline.h"
 #include "desktop/Window.h"
@@ -79,8 +76,8 @@ struct StepImpossible : std::runtime_error {
 
 /// The host's current project. There always is one. One that was never saved has no path.
 struct Project {
-  std::string path;             ///< UTF-8, absolute
-  std::u16string reportedPath;  ///< for plug-ins; differs from `path` only by a session's wish
+  std::string path;              ///< UTF-8, absolute
+  std::u16string pathForPlugin;  ///< differs from `path` only by a session's wish
   bool dirty = false;
   std::vector<std::string> fonts;
   std::vector<std::string> missingFonts;  ///< decided when the project opened
@@ -123,6 +120,23 @@ struct Hooks {
   std::vector<CommandHook> command;  ///< in the order of their calls
 };
 
+/// A menu item of a plug-in.
+struct MenuItem {
+  std::string text;
+  bool enabled = false;
+  bool checked = false;
+};
+
+/// The menu items of plug-ins.
+struct Menus {
+  /// The host's own commands have smaller ids.
+  static constexpr AEGP_Command kLastHostCommand = 10'000;
+
+  AEGP_Command lastCommand = kLastHostCommand;  ///< that was given out
+  std::map<AEGP_Command, MenuItem> items;
+  std::set<AEGP_Command> refused;  ///< those whose items the host refused to insert
+};
+
 /// Returns a NUL-terminated UTF-16 text as UTF-8, or nothing if it isn't UTF-16.
 std::optional<std::string> ToUTF8(const A_UTF16Char* text);
 
@@ -132,7 +146,7 @@ class Host {
  public:
   /// Sets up the host without a plug-in. The working directory must be the session folder. `flight`
   /// outlives the host.
-  void prepare(const HostSettings& settings, const PluginModule& module, int reportPipe,
+  void prepare(const HostSettings& settings, const PluginModule& module, int pipe,
                FlightRecord& flight);
   /// Loads the plug-in's module and calls its entry point. Never unloads it.
   void start();
@@ -172,10 +186,9 @@ class Host {
   /// Tells what the plug-in has leaked. To be called after the last call of the plug-in.
   void finish();
 
-  /// Tells a fact that may be a finding, and where it happened: by default the hook, the tick, the
-  /// host call and the step. `code` is the error that the user saw, if any. The session goes on.
-  void report(Finding finding, const std::string& text, FactNames names = {},
-              const std::string& where = {}, int64_t code = 0);
+  /// Tells a fact that may be a finding, and where it happened: the hook, the tick, the host call
+  /// and the step. `code` is the error that the user saw, if any. The session goes on.
+  void report(Finding finding, const std::string& text, FactNames names = {}, int64_t code = 0);
   /// Tells that the call of the plug-in's that is under way is a misuse. `detail` is the name of
   /// the argument or the like. Returns the error that the call answers: 0 if the finding is a
   /// warning.
@@ -183,12 +196,6 @@ class Host {
   /// Tells that the plug-in calls the host from another thread than the main one, with a backtrace.
   /// For any thread. `suite` is its table. Returns the error that the call answers.
   A_Err reportFromOtherThread(const void* suite, std::string_view function) const;
-  /// Tells what an `expect` at this place in the session file expects of the facts that its key is
-  /// about.
-  void expectFacts(const std::string& key, const std::string& place,
-                   std::vector<std::string> texts);
-  /// Adds a call of the plug-in's to the timeline, if the session shows calls.
-  void showCall(const RunningCall& running, A_Err result, bool isSupplied = true);
   /// Tells that a call fails because the session wants it.
   void countFailure(std::string_view function);
   /// Tells that a function of the host answers an error to the plug-in.
@@ -211,14 +218,13 @@ class Host {
   const HostSettings& settings() const { return mSettings; }
   FlightRecord& flight() { return *mFlight; }
   bool isMainThread() const { return pthread_equal(pthread_self(), mMainThread) != 0; }
-  /// Returns whether the innermost call of the plug-in under way is this one, such as
-  /// `kEntryPoint`.
-  bool isIn(const char* hook) const { return mFlight->hook == hook; }
+  /// Returns whether this call of the plug-in, such as `kEntryPoint`, is under way. Others may be,
+  /// within it.
+  bool isIn(const char* hook) const;
 
   Timeline timeline;
   Faults faults;
   Ledger ledger;
-  Memory memory;
   Menus menus;
   Hooks hooks;
   Preferences preferences;
@@ -240,8 +246,8 @@ class Host {
   /// an exception.
   void callPlugin(const char* hook, const std::function<A_Err()>& call);
   void enterPlugin(const char* hook);
-  void leavePlugin(const char* outerHook);
-  bool isInPlugin() const { return mFlight->hook.load()[0] != '\0'; }
+  void leavePlugin();
+  bool isInPlugin() const { return !mCalls.empty(); }
   void replaceProject(Project project);
   void reportLostWork(const ProjectChange& change);
   /// Has the timeline show the project's state.
@@ -254,17 +260,14 @@ class Host {
   const pthread_t mMainThread = pthread_self();
   std::filesystem::path mFolder;
   AEGP_GlobalRefcon mGlobalRefcon = nullptr;
-  std::uintmax_t mThreads = 1;  ///< of this process before the plug-in was loaded
-  int mDepth = 0;  ///< how many calls of the plug-in are under way, each within the one before
-  bool mNestsTooDeep = false;  ///< the plug-in, since the outermost of them began
-  bool mEnding = false;        ///< an exception has left the plug-in
-  int64_t mVisit = 0;          ///< counts the calls of the plug-in, without those within others
+  std::uintmax_t mThreads = 1;      ///< of this process before the plug-in was loaded
+  std::vector<const char*> mCalls;  ///< of the plug-in under way, each within the one before
+  bool mNestsTooDeep = false;       ///< the plug-in, since the outermost of them began
+  bool mEnding = false;             ///< an exception has left the plug-in
+  bool mIsOver = false;             ///< the plug-in is gone
+  int64_t mVisit = 0;  ///< counts the calls of the plug-in, without those within others
   std::set<std::string> mNotes;
   Project mProject;
-  /// What the handles of projects point to. None is used again soon, so that one of a closed
-  /// project is known.
-  std::array<_AEGP_Project*, 512> mProjectSlots{};
-  size_t mNextSlot = 0;
   bool mPluginHasClosed = false;  ///< a project, and hasn't opened one since
   std::set<std::string> mKnownFonts;
   std::deque<desktop::WindowClass> mWindowClasses;

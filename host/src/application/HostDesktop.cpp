@@ -54,14 +54,12 @@ class Dialog final : public desktop::Window {
                           event.windowNumber == windowNumber() && event.keyCode == kEscapeKey &&
                           event.characters == u"\x1b";
     Host& host = TheHost();
-    host.timeline.add(Actor::plugIn,
-                      fmt::format("sends {} to \"{}\"",
-                                  isEscape ? "Escape"
-                                           : fmt::format("key {} for window {}", event.keyCode,
-                                                         event.windowNumber),
-                                  title()));
+    const std::string key =
+        isEscape ? "Escape"
+                 : fmt::format("key {} for window {}", event.keyCode, event.windowNumber);
+    host.timeline.add(Actor::plugIn, fmt::format("sends {} to \"{}\"", key, title()));
     const A_Err fault = host.faults.take(kSendEvent);
-    host.showCall({kSendEvent}, fault);
+    if (host.settings().showsCalls) host.timeline.addCall({kSendEvent}, fault);
     if (fault != A_Err_NONE) {
       host.countFailure(kSendEvent);
       throw desktop::Exception("the window takes no events");
@@ -166,10 +164,9 @@ void Host::bringToFront(const std::string& bundleIdentifier) {
 }
 
 std::string Host::frontApplication() const {
-  const desktop::RunningApplication* front =
-      desktop::Workspace::sharedWorkspace().frontmostApplication();
-  if (!front) return "none";
-  return front->bundleIdentifier == kHostBundle ? kHostApplication : front->bundleIdentifier;
+  const std::string& bundle =
+      desktop::Workspace::sharedWorkspace().frontmostApplication()->bundleIdentifier;
+  return bundle == kHostBundle ? kHostApplication : bundle;
 }
 
 }  // namespace host

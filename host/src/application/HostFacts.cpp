@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <array>
 #include <utility>
 
 #include "Backtrace.h"
@@ -18,29 +19,18 @@ const char* NameOfHook(const FlightRecord& flight) {
 
 }  // namespace
 
-void Host::report(Finding finding, const std::string& text, FactNames names,
-                  const std::string& where, int64_t code) {
+void Host::report(Finding finding, const std::string& text, FactNames names, int64_t code) {
   const Actor actor = finding == Finding::setup ? Actor::session : Actor::plugIn;
   Event fact = timeline.event(EventKind::fact, actor);
   fact.call = timeline.runningCall();
   fact.name = KindOf(finding).name;
-  fact.text = text + "\n    " + where;
-  if (where.empty()) {
-    fact.text += fmt::format("in the {}, {}", NameOfHook(*mFlight), mFlight->where());
-  }
+  fact.text = text + "\n    " +
+              (mIsOver ? "at the end of the process"
+                       : fmt::format("in the {}, {}", NameOfHook(*mFlight), mFlight->where()));
   static_cast<FactNames&>(fact) = std::move(names);
   fact.code = code;
   fact.visit = mVisit;
   timeline.add(std::move(fact));
-}
-
-void Host::expectFacts(const std::string& key, const std::string& place,
-                       std::vector<std::string> texts) {
-  Event expect = timeline.event(EventKind::expect, Actor::session);
-  expect.name = key;
-  expect.where = place;
-  expect.texts = std::move(texts);
-  timeline.add(std::move(expect));
 }
 
 void Host::countFailure(std::string_view function) {
@@ -57,14 +47,10 @@ void Host::countAnswer(A_Err error) {
   timeline.send(answer);
 }
 
-void Host::showCall(const RunningCall& running, A_Err result, bool isSupplied) {
-  if (mSettings.showsCalls) timeline.addCall(running, result, isSupplied);
-}
-
 bool Host::refusesMoreHooks() {
-  constexpr int kMaxDepth = 100;
+  constexpr size_t kMaxDepth = 100;
   if (mNestsTooDeep) return true;
-  if (mDepth < kMaxDepth) return false;
+  if (mCalls.size() < kMaxDepth) return false;
   mNestsTooDeep = true;
   misused(Finding::nestedTooDeep,
           fmt::format("{} calls of hooks are under way, each within the one before", kMaxDepth));
@@ -93,38 +79,35 @@ A_Err Host::reportFromOtherThread(const void* suite, std::string_view function) 
 }
 
 void Host::reportLeaks() {
+  struct Leak {
+    Holding kind;
+    Finding finding;
+    const char* what;
+  };
+  constexpr std::array kLeaks{
+      Leak{Holding::suite, Finding::suiteLeaked, ""},
+      Leak{Holding::memoryHandle, Finding::handleLeaked, "a memory handle"},
+      Leak{Holding::block, Finding::blockLeaked, "a block"},
+  };
   bool isClean = true;
-  const auto reportLeak = [&](Finding finding, const std::string& what, const Origin& origin) {
-    isClean = false;
-    report(finding, fmt::format("{} is left, from {}", what, origin.text()),
-           {origin.function, what, {}}, "at the end of the process");
-  };
-  for (const auto& [suite, origin] : ledger.held(Holding::suite)) {
-    reportLeak(Finding::suiteLeaked, NameOfSuite(suite), origin);
-  }
-  const auto reportPiece = [&](Finding leak, const void* thing, const std::string& what,
-                               const Origin& origin) {
-    // Nothing was called with it since.
-    if (!memory.at(thing).bytes.isIntact()) {
-      report(Finding::overrun,
-             fmt::format("the plug-in has written past the end of {} from {}", what, origin.text()),
-             {origin.function, {}, {}}, "at the end of the process");
+  for (const auto& [kind, finding, name] : kLeaks) {
+    for (const auto& [thing, held] : ledger.held(kind)) {
+      isClean = false;
+      const char* const function = held->origin.function;
+      const std::string from = held->origin.text();
+      const std::string what = kind == Holding::suite ? NameOfSuite(thing)
+                               : held->locks > 0      ? "a locked memory handle"
+                                                      : name;
+      // Nothing was called with it since.
+      if (!held->bytes.isIntact()) {
+        report(Finding::overrun,
+               fmt::format("the plug-in has written past the end of {} from {}", what, from),
+               {function, {}, {}});
+      }
+      report(finding, fmt::format("{} is left, from {}", what, from), {function, what, {}});
     }
-    reportLeak(leak, what, origin);
-  };
-  for (const auto& [handle, origin] : ledger.held(Holding::memoryHandle)) {
-    const bool isLocked = memory.at(handle).locks > 0;
-    reportPiece(Finding::handleLeaked, handle,
-                isLocked ? "a locked memory handle" : "a memory handle", origin);
   }
-  for (const auto& [block, origin] : ledger.held(Holding::block)) {
-    reportPiece(Finding::blockLeaked, block, "a block", origin);
-  }
-  if (!isClean) return;
-  timeline.add(Actor::host,
-               fmt::format("is gone; all {} suites acquired were released, no handle and no lock "
-                           "is left",
-                           ledger.suitesGiven()));
+  if (isClean) timeline.add(Actor::host, "is gone; no suite, no handle and no block is left");
 }
 
 void Host::noteOnce(Actor actor, const std::string& text) {

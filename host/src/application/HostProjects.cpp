@@ -18,9 +18,7 @@ std::optional<std::string> ToUTF8(const A_UTF16Char* text) {
   const A_UTF16Char* end = text;
   while (*end != 0) ++end;
   try {
-    std::string utf8;
-    utf8::utf16to8(text, end, std::back_inserter(utf8));
-    return utf8;
+    return utf8::utf16to8(std::u16string(text, end));
   } catch (const utf8::invalid_utf16&) {
     return {};
   }
@@ -32,24 +30,19 @@ void Host::replaceProject(Project project) {
   if (change.byPlugin) mPluginHasClosed = change.opened.empty();
   ledger.takeBack(Holding::project, mProject.handle);
   mProject = std::move(project);
-  mProject.handle = &mProjectSlots[mNextSlot];
-  mNextSlot = (mNextSlot + 1) % mProjectSlots.size();
-  ledger.give(Holding::project, mProject.handle, {"", mFlight->hook, timeline.tick});
+  mProject.handle = ledger.giveProject();
   projectChanged(change);
 }
 
 void Host::reportLostWork(const ProjectChange& change) {
   const std::string closed = change.closed.empty() ? "a project without a path" : change.closed;
   const bool hadClosed = mPluginHasClosed && !change.opened.empty();
-  report(
-      Finding::unsavedWorkLost,
-      change.opened.empty()
-          ? fmt::format("the plug-in closes {}, which has unsaved changes", closed)
-          : fmt::format("the plug-in opens {} in place of {}, which has unsaved changes{}",
-                        change.opened, closed, hadClosed ? "; it had closed a project before" : ""),
-      {std::string(timeline.call ? timeline.call->function : ""),
-       hadClosed ? "closed before" : "",
-       {}});
+  const std::string does =
+      change.opened.empty() ? "closes" : fmt::format("opens {} in place of", change.opened);
+  report(Finding::unsavedWorkLost,
+         fmt::format("the plug-in {} {}, which has unsaved changes{}", does, closed,
+                     hadClosed ? "; it had closed a project before" : ""),
+         {timeline.runningCall().function, hadClosed ? "closed before" : "", {}});
 }
 
 void Host::showProject() {
@@ -77,7 +70,7 @@ A_Err Host::openProject(const std::string& path) {
   }
   Project opened;
   opened.path = path;
-  opened.reportedPath = std::filesystem::path(path).u16string();
+  opened.pathForPlugin = std::filesystem::path(path).u16string();
   opened.fonts = ReadLines(path);
   std::copy_if(opened.fonts.begin(), opened.fonts.end(), std::back_inserter(opened.missingFonts),
                [&](const std::string& font) { return !mKnownFonts.contains(font); });
@@ -96,7 +89,7 @@ void Host::saveProject(const std::string& path) {
   SetModificationDate(path, VirtualNow());
   const ProjectChange change{mProject.path, path, isInPlugin(), true};
   mProject.path = path;
-  mProject.reportedPath = std::filesystem::path(path).u16string();
+  mProject.pathForPlugin = std::filesystem::path(path).u16string();
   mProject.dirty = false;
   timeline.add(Actor::host, fmt::format("has written {}", path));
   showProject();

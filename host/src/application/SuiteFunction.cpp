@@ -15,8 +15,13 @@ void SuiteCall::begin() {
   append("(");
   TheHost().flight().inHostCall = true;
   for (size_t i = 0; i < mRunning.count; ++i) {
-    if (i > 0) append(", ");
-    appendValue(mRunning.arguments[i]);
+    const RunningCall::Value& value = mRunning.arguments[i];
+    const auto* const text = std::get_if<const char*>(&value);
+    const char* const quote = text && *text ? "\"" : "";
+    append(i > 0 ? ", " : "");
+    append(quote);
+    append(EscapeControls(TextOf(value)));
+    append(quote);
   }
   append(")");
 }
@@ -34,23 +39,7 @@ void SuiteCall::append(std::string_view text) {
   field[mWritten] = '\0';
 }
 
-void SuiteCall::appendValue(const RunningCall::Value& value) {
-  if (const auto* const number = std::get_if<int64_t>(&value)) {
-    const fmt::format_int text(*number);
-    append({text.data(), text.size()});
-  } else if (const auto* const real = std::get_if<double>(&value)) {
-    append(fmt::format("{}", *real));
-  } else if (const auto* const text = std::get_if<const char*>(&value); text && *text) {
-    append("\"");
-    append(EscapeControls(*text));
-    append("\"");
-  } else {
-    const auto* const pointer = std::get_if<const void*>(&value);
-    append(pointer && *pointer ? "pointer" : "null");
-  }
-}
-
-A_Err SuiteCall::fault() const {
+A_Err SuiteCall::takeFault() const {
   Host& host = TheHost();
   const A_Err result = host.faults.take(mRunning.function);
   if (result != A_Err_NONE) {
@@ -61,18 +50,15 @@ A_Err SuiteCall::fault() const {
 }
 
 void SuiteCall::answer(A_Err result, bool isSupplied) const {
-  if (result != A_Err_NONE) TheHost().countAnswer(result);
-  TheHost().showCall(mRunning, result, isSupplied);
+  Host& host = TheHost();
+  if (result != A_Err_NONE) host.countAnswer(result);
+  if (host.settings().showsCalls) host.timeline.addCall(mRunning, result, isSupplied);
 }
 
 A_Err CheckSuite(Host& host, const void* table) {
-  if (table == BasicSuite() || host.ledger.holds(Holding::suite, table)) return A_Err_NONE;
+  if (table == BasicSuite() || host.ledger.find(Holding::suite, table)) return A_Err_NONE;
   host.misused(Finding::releasedSuite, "its suite isn't acquired");
   return PF_Err_BAD_CALLBACK_PARAM;
-}
-
-void CheckIsInTime(Host& host) {
-  if (host.isIn(kStaticDestructor)) host.misused(Finding::calledTooLate, "the host has shut down");
 }
 
 A_Err CheckPluginId(Host& host, AEGP_PluginID id) {
@@ -81,7 +67,7 @@ A_Err CheckPluginId(Host& host, AEGP_PluginID id) {
                       fmt::format("the plug-in's id is {}, not {}", kPluginId, id));
 }
 
-A_Err ReportNull(Host& host, const char* name) {
+A_Err RefuseNull(Host& host, const char* name) {
   return host.misused(Finding::nullArgument, fmt::format("{} is null", name), name);
 }
 

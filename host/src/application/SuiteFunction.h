@@ -40,7 +40,7 @@ class SuiteCall {
   SuiteCall& operator=(const SuiteCall&) = delete;
 
   /// Counts the call, and returns the error that the session wants from it, or 0.
-  A_Err fault() const;
+  A_Err takeFault() const;
   /// Notes what goes back to the plug-in.
   void answer(A_Err result, bool isSupplied = true) const;
 
@@ -61,22 +61,17 @@ class SuiteCall {
 
   void begin();
   void append(std::string_view text);
-  void appendValue(const RunningCall::Value& value);
 
   RunningCall mRunning;
   const RunningCall* mOuter = nullptr;
   size_t mWritten = 0;
 };
 
-/// Reports a call after the host has shut down, while the plug-in's static objects are destroyed.
-/// For a function that doesn't give something back.
-void CheckIsInTime(Host& host);
-
-// Each check reports a misuse. Returns the error of the call, or 0. The check of a handle stands in
-// the source of the suite that gives it out.
+// Each check tells of a misuse. Returns the error of the call, or 0. The check of a handle stands
+// in the source of the suite that gives it out.
 
 A_Err CheckSuite(Host& host, const void* table);
-A_Err ReportNull(Host& host, const char* name);
+A_Err RefuseNull(Host& host, const char* name);
 A_Err CheckPluginId(Host& host, AEGP_PluginID id);
 A_Err CheckMenuItem(Host& host, AEGP_Command command);
 A_Err CheckPointer(Host& host, AEGP_ProjectH project);
@@ -98,7 +93,7 @@ A_Err CheckArgument(Host& host, Argument argument) {
   } else if constexpr (name.is("menu_item")) {
     return CheckMenuItem(host, argument);
   } else if constexpr (std::is_pointer_v<Argument> && !name.isOptional()) {
-    return argument ? CheckPointer(host, argument) : ReportNull(host, name.text);
+    return argument ? CheckPointer(host, argument) : RefuseNull(host, name.text);
   } else {
     return A_Err_NONE;
   }
@@ -136,10 +131,12 @@ class SuiteFunction {
     }
     SuiteCall call(function.text, arguments...);
     A_Err misuse = CheckSuite(host, table);
-    if (!givesBack) CheckIsInTime(host);
+    if (!givesBack && host.isIn(kStaticDestructor)) {
+      host.misused(Finding::calledTooLate, "the host has shut down");
+    }
     if (misuse == A_Err_NONE) ((misuse |= CheckArgument<names>(host, arguments)), ...);
     // Also counts a call that is wrong.
-    const A_Err fault = call.fault();
+    const A_Err fault = call.takeFault();
     const Result result =
         misuse == A_Err_NONE ? run<Result>(host, fault, arguments...) : failed<Result>(misuse);
     call.answer(kCanFail<Result> ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});

@@ -43,15 +43,14 @@ std::FILE* MakeStream(const Target& target) {
   return stream;
 }
 
-// Shows pointers without their value, which is another in every run.
-struct ShowValue {
-  std::string operator()(int64_t number) const { return fmt::format("{}", number); }
-  std::string operator()(double number) const { return fmt::format("{}", number); }
-  std::string operator()(const char* text) const { return text ? text : "null"; }
-  std::string operator()(const void* pointer) const { return pointer ? "pointer" : "null"; }
-};
-
 }  // namespace
+
+std::string TextOf(const RunningCall::Value& value) {
+  if (const auto* const number = std::get_if<int64_t>(&value)) return fmt::format("{}", *number);
+  if (const auto* const real = std::get_if<double>(&value)) return fmt::format("{}", *real);
+  if (const auto* const text = std::get_if<const char*>(&value)) return *text ? *text : "null";
+  return std::get<const void*>(value) ? "pointer" : "null";
+}
 
 void Timeline::begin(int pipe, FlightRecord& flight) {
   mPipe = pipe;
@@ -236,7 +235,7 @@ std::string Timeline::hookAt(size_t depth) const {
 Call Timeline::describe(const RunningCall& running) const {
   Call described{std::string(running.function), {}};
   for (size_t i = 0; i < running.count; ++i) {
-    std::string value = std::visit(ShowValue(), running.arguments[i]);
+    std::string value = TextOf(running.arguments[i]);
     shortenPaths(value);
     described.arguments.push_back({std::to_string(i + 1), std::move(value)});
   }

@@ -52,6 +52,10 @@ struct RunningCall {
   size_t count = 0;  ///< of the arguments
 };
 
+/// Returns the text of an argument. Of a pointer it says only whether it is null: its value is
+/// another in every run.
+std::string TextOf(const RunningCall::Value& value);
+
 /// Tells events, in lines of JSON, to the process that waits. Before each it takes in what the
 /// plug-in and others have written since, so that the order is right.
 class Timeline {
@@ -75,7 +79,7 @@ class Timeline {
   /// Adds an entry, which comes from the host function that is running.
   void add(Actor actor, std::string_view text);
   /// Adds a call of the plug-in's with what it answered.
-  void addCall(const RunningCall& running, int64_t result, bool isSupplied);
+  void addCall(const RunningCall& running, int64_t result, bool isSupplied = true);
   /// Adds what came of the expectation at this place in the session file. It is met if there is no
   /// difference.
   void addExpectation(std::string_view key, std::string_view place, std::string difference);

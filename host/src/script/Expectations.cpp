@@ -82,6 +82,16 @@ Texts Take(Host& host) {
   return std::exchange(host.timeline.record.*list, {});
 }
 
+// Finds the menu items with the flag, in the order of their commands.
+template <bool MenuItem::*flag>
+Texts FindItems(Host& host) {
+  Texts texts;
+  for (const auto& [command, item] : host.menus.items) {
+    if (item.*flag) texts.push_back(item.text);
+  }
+  return texts;
+}
+
 Check ReadPreferences(const YamlValue& value, Find /*find*/) {
   std::vector<Check> checks;
   value.forEachField([&](const YamlValue& section) {
@@ -168,7 +178,7 @@ std::array<Usage, 5> MeasureUsage(Host& host) {
   };
   // Large blocks lie outside of the heap. A sanitizer has a heap of its own.
   const struct mallinfo2 heap = mallinfo2();
-  const auto memory = static_cast<int64_t>(heap.uordblks + heap.hblkhd - host.memory.bytesKept());
+  const auto memory = static_cast<int64_t>(heap.uordblks + heap.hblkhd - host.ledger.bytesKept());
   return {{{"bytes of memory", memory, kLittleMemory},
            {"open descriptors", CountEntries<directory_iterator>("/proc/self/fd")},
            {"files", CountEntries<recursive_directory_iterator>(host.folder())},
@@ -214,10 +224,8 @@ constexpr std::array kKeys{
           return Texts{std::to_string(std::exchange(host.timeline.record.fontUpdates, 0))};
         }},
     Key{"front", true, ReadText, [](Host& host) { return Texts{host.frontApplication()}; }},
-    Key{"menu enabled", true, ReadList,
-        [](Host& host) { return host.menus.textsOf(&MenuItem::enabled); }},
-    Key{"menu checked", true, ReadList,
-        [](Host& host) { return host.menus.textsOf(&MenuItem::checked); }},
+    Key{"menu enabled", true, ReadList, FindItems<&MenuItem::enabled>},
+    Key{"menu checked", true, ReadList, FindItems<&MenuItem::checked>},
     Key{"command handled", true, ReadBoolean,
         [](Host& host) { return YesOrNo(host.commandWasHandled); }},
     Key{"preferences", true, ReadPreferences},
@@ -254,7 +262,11 @@ Action HaveJudged(const YamlValue& value) {
     });
   }
   return [key = value.key(), place = value.place(), expected = value.texts()](Host& host) {
-    host.expectFacts(key, place, Resolve(host, expected));
+    Event expect = host.timeline.event(EventKind::expect, Actor::session);
+    expect.name = key;
+    expect.where = place;
+    expect.texts = Resolve(host, expected);
+    host.timeline.add(std::move(expect));
   };
 }
 

@@ -200,7 +200,7 @@ Action ReadProjectPath(const YamlValue& value, StepDraft& /*draft*/) {
   return [path = *path](Host& host) {
     host.timeline.add(Actor::session,
                       fmt::format("has the host report a path of {} units", path.size()));
-    host.project().reportedPath = path;
+    host.project().pathForPlugin = path;
   };
 }
 

@@ -7,13 +7,6 @@
 
 namespace host {
 
-A_Err CheckPointer(Host& host, AEGP_ProjectH project) {
-  if (project == host.project().handle) return A_Err_NONE;
-  return host.ledger.takenBack(Holding::project, project)
-             ? host.misused(Finding::staleProject, "the project was closed")
-             : host.misused(Finding::unknownHandle, "there is no such project");
-}
-
 namespace {
 
 // How much the caller's buffer for a name holds isn't known here. No name is longer than this, with
@@ -42,12 +35,11 @@ void GetProjectName(Host& host, AEGP_ProjectH, A_char* name) {
 }
 
 A_Err GetProjectPath(Host& host, AEGP_ProjectH, AEGP_MemHandle* path) {
-  const std::u16string& text = host.project().reportedPath;
+  const std::u16string& text = host.project().pathForPlugin;
   const size_t size = (text.size() + 1) * sizeof(char16_t);
-  const AEGP_MemHandle made = host.memory.makeHandle(size);
+  const AEGP_MemHandle made = host.ledger.giveMemory(size, host.origin());
   if (!made) return A_Err_GENERIC;
   std::memcpy(*made, text.c_str(), size);
-  host.ledger.give(Holding::memoryHandle, made, host.origin());
   *path = made;
   return A_Err_NONE;
 }
@@ -76,6 +68,13 @@ A_Err OpenProjectFromPath(Host& host, const A_UTF16Char* path, AEGP_ProjectH* pr
 }
 
 }  // namespace
+
+A_Err CheckPointer(Host& host, AEGP_ProjectH project) {
+  if (project == host.project().handle) return A_Err_NONE;
+  return host.ledger.takenBack(Holding::project, project)
+             ? host.misused(Finding::staleProject, "the project was closed")
+             : host.misused(Finding::unknownHandle, "there is no such project");
+}
 
 const AEGP_ProjSuite6 kProjSuite6{
     SUPPLIED(kProjSuite6, AEGP_GetNumProjects, GetNumProjects, "num_projPL"),

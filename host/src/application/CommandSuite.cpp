@@ -1,27 +1,8 @@
-#include "Menus.h"
-
 #include <fmt/format.h>
 
 #include "SuiteFunction.h"
 
 namespace host {
-
-std::vector<std::string> Menus::textsOf(bool MenuItem::*flag) const {
-  std::vector<std::string> texts;
-  for (const auto& [command, item] : items) {
-    if (item.*flag) texts.push_back(item.text);
-  }
-  return texts;
-}
-
-A_Err CheckMenuItem(Host& host, AEGP_Command command) {
-  if (host.menus.items.contains(command)) return A_Err_NONE;
-  // The plug-in may not have noticed.
-  if (host.menus.refused.contains(command)) return A_Err_GENERIC;
-  return host.misused(Finding::unknownCommand,
-                      fmt::format("no menu item has the command {}", command));
-}
-
 namespace {
 
 // Only one menu's number is known here.
@@ -40,7 +21,11 @@ void GetUniqueCommand(Host& host, AEGP_Command* command) {
   *command = ++host.menus.lastCommand;
 }
 
-A_Err Insert(Host& host, AEGP_Command command, const A_char* name, AEGP_MenuID menu, A_long place) {
+A_Err InsertMenuCommand(Host& host, A_Err fault, AEGP_Command command, const A_char* name,
+                        AEGP_MenuID menu, A_long place) {
+  // Until there is an item.
+  host.menus.refused.insert(command);
+  if (fault != A_Err_NONE) return fault;
   if (command <= Menus::kLastHostCommand || command > host.menus.lastCommand) {
     return host.misused(Finding::unknownCommand, "the command isn't from AEGP_GetUniqueCommand");
   }
@@ -56,15 +41,9 @@ A_Err Insert(Host& host, AEGP_Command command, const A_char* name, AEGP_MenuID m
                     fmt::format("inserts \"{}\" into {}, {}{}", name, NameOfMenu(menu),
                                 NameOfPlace(place), isRefused ? ": refused" : ""));
   if (isRefused) return A_Err_GENERIC;
+  host.menus.refused.erase(command);
   host.menus.items[command] = {name};
   return A_Err_NONE;
-}
-
-A_Err InsertMenuCommand(Host& host, A_Err fault, AEGP_Command command, const A_char* name,
-                        AEGP_MenuID menu, A_long place) {
-  const A_Err error = fault != A_Err_NONE ? fault : Insert(host, command, name, menu, place);
-  if (error != A_Err_NONE) host.menus.refused.insert(command);
-  return error;
 }
 
 void RemoveMenuCommand(Host& host, AEGP_Command command) {
@@ -106,6 +85,14 @@ A_Err DoCommand(Host& host, AEGP_Command command) {
 }
 
 }  // namespace
+
+A_Err CheckMenuItem(Host& host, AEGP_Command command) {
+  if (host.menus.items.contains(command)) return A_Err_NONE;
+  // The plug-in may not have noticed.
+  if (host.menus.refused.contains(command)) return A_Err_GENERIC;
+  return host.misused(Finding::unknownCommand,
+                      fmt::format("no menu item has the command {}", command));
+}
 
 const AEGP_CommandSuite1 kCommandSuite1{
     SUPPLIED(kCommandSuite1, AEGP_GetUniqueCommand, GetUniqueCommand, "unique_commandP"),
