@@ -1,6 +1,5 @@
 #include "Host.h"
 
-#include <cxxabi.h>
 #include <dlfcn.h>
 #include <fmt/format.h>
 #include <unistd.h>
@@ -100,9 +99,6 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   enterPlugin(hook);
   try {
     result = call();
-  } catch (const abi::__forced_unwind&) {
-    report(Finding::exception, fmt::format("the plug-in's {} ends its thread", hook));
-    throw;
   } catch (...) {
     report(Finding::exception,
            fmt::format("an exception leaves the plug-in's {}: {}", hook, DescribeException()));

@@ -67,10 +67,6 @@ A_Err CheckPluginId(Host& host, AEGP_PluginID id) {
                       fmt::format("the plug-in's id is {}, not {}", kPluginId, id));
 }
 
-A_Err RefuseNull(Host& host, const char* name) {
-  return host.misused(Finding::nullArgument, fmt::format("{} is null", name), name);
-}
-
 A_Err AnswerNotSupplied(const void* table, const char* function) {
   Host& host = TheHost();
   if (!host.isMainThread()) return host.reportFromOtherThread(table, function);

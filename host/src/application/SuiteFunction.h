@@ -4,6 +4,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -71,7 +72,6 @@ class SuiteCall {
 // in the source of the suite that gives it out.
 
 A_Err CheckSuite(Host& host, const void* table);
-A_Err RefuseNull(Host& host, const char* name);
 A_Err CheckPluginId(Host& host, AEGP_PluginID id);
 A_Err CheckMenuItem(Host& host, AEGP_Command command);
 A_Err CheckPointer(Host& host, AEGP_ProjectH project);
@@ -93,7 +93,8 @@ A_Err CheckArgument(Host& host, Argument argument) {
   } else if constexpr (name.is("menu_item")) {
     return CheckMenuItem(host, argument);
   } else if constexpr (std::is_pointer_v<Argument> && !name.isOptional()) {
-    return argument ? CheckPointer(host, argument) : RefuseNull(host, name.text);
+    if (argument) return CheckPointer(host, argument);
+    return host.misused(Finding::nullArgument, std::string(name.text) + " is null", name.text);
   } else {
     return A_Err_NONE;
   }
