@@ -10,7 +10,6 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -69,11 +68,6 @@ struct PluginModule {
 /// Thrown if a session can't go on, after the reason was told.
 struct SessionEnded {};
 
-/// Thrown if a step can't be played at this point.
-struct StepImpossible : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 /// The host's current project. There always is one. One that was never saved has no path.
 struct Project {
   std::string path;              ///< UTF-8, absolute
@@ -91,9 +85,6 @@ struct ProjectChange {
   bool byPlugin = false;
   bool isSave = false;  ///< the project stays
 };
-
-/// The host's own commands.
-enum HostCommand : AEGP_Command { kOpen = 1, kClose, kSave, kSaveAs, kQuit };
 
 template <typename Function, typename Refcon>
 struct Hook {
@@ -196,6 +187,9 @@ class Host {
   /// Tells that the plug-in calls the host from another thread than the main one, with a backtrace.
   /// For any thread. `suite` is its table. Returns the error that the call answers.
   A_Err reportFromOtherThread(const void* suite, std::string_view function) const;
+  /// Counts a call of a function that can fail. Returns the error that the session wants from it,
+  /// or 0.
+  A_Err takeFault(std::string_view function);
   /// Tells that a call fails because the session wants it.
   void countFailure(std::string_view function);
   /// Tells that a function of the host answers an error to the plug-in.

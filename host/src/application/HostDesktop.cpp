@@ -58,12 +58,9 @@ class Dialog final : public desktop::Window {
         isEscape ? "Escape"
                  : fmt::format("key {} for window {}", event.keyCode, event.windowNumber);
     host.timeline.add(Actor::plugIn, fmt::format("sends {} to \"{}\"", key, title()));
-    const A_Err fault = host.faults.take(kSendEvent);
+    const A_Err fault = host.takeFault(kSendEvent);
     if (host.settings().showsCalls) host.timeline.addCall({kSendEvent}, fault);
-    if (fault != A_Err_NONE) {
-      host.countFailure(kSendEvent);
-      throw desktop::Exception("the window takes no events");
-    }
+    if (fault != A_Err_NONE) throw desktop::Exception("the window takes no events");
     isDismissed = isDismissed || (isEscape && !hasBegun);
   }
 

@@ -33,14 +33,21 @@ void Host::report(Finding finding, const std::string& text, FactNames names, int
   timeline.add(std::move(fact));
 }
 
+A_Err Host::takeFault(std::string_view function) {
+  const A_Err error = faults.take(function);
+  if (error != A_Err_NONE) {
+    countFailure(function);
+    timeline.add(Actor::host, fmt::format("{} fails with {}", function, error));
+  }
+  return error;
+}
+
 void Host::countFailure(std::string_view function) {
   ++failures;
   timeline.tell(EventKind::failure, function);
 }
 
 void Host::countAnswer(A_Err error) {
-  // Nobody else excuses what an answer may have caused.
-  if (!mSettings.tolerant) return;
   Event answer = timeline.event(EventKind::answer, Actor::host);
   answer.code = error;
   answer.visit = mVisit;

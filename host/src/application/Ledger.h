@@ -88,7 +88,7 @@ class Ledger {
 
   /// Returns the things of the kind that the plug-in holds, in the order of their origins' texts.
   std::vector<std::pair<const void*, const Held*>> held(Holding kind) const;
-  /// How many bytes the things given back lately still take, which isn't the plug-in's fault.
+  /// How many bytes the things given back lately still take, which isn't the plug-in's doing.
   size_t bytesKept() const;
 
  private:

@@ -39,16 +39,6 @@ void SuiteCall::append(std::string_view text) {
   field[mWritten] = '\0';
 }
 
-A_Err SuiteCall::takeFault() const {
-  Host& host = TheHost();
-  const A_Err result = host.faults.take(mRunning.function);
-  if (result != A_Err_NONE) {
-    host.countFailure(mRunning.function);
-    host.timeline.add(Actor::host, fmt::format("{} fails with {}", mRunning.function, result));
-  }
-  return result;
-}
-
 void SuiteCall::answer(A_Err result, bool isSupplied) const {
   Host& host = TheHost();
   if (result != A_Err_NONE) host.countAnswer(result);

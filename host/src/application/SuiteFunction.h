@@ -40,8 +40,6 @@ class SuiteCall {
   SuiteCall(const SuiteCall&) = delete;
   SuiteCall& operator=(const SuiteCall&) = delete;
 
-  /// Counts the call, and returns the error that the session wants from it, or 0.
-  A_Err takeFault() const;
   /// Notes what goes back to the plug-in.
   void answer(A_Err result, bool isSupplied = true) const;
 
@@ -137,7 +135,7 @@ class SuiteFunction {
     }
     if (misuse == A_Err_NONE) ((misuse |= CheckArgument<names>(host, arguments)), ...);
     // Also counts a call that is wrong.
-    const A_Err fault = call.takeFault();
+    const A_Err fault = host.takeFault(function.text);
     const Result result =
         misuse == A_Err_NONE ? run<Result>(host, fault, arguments...) : failed<Result>(misuse);
     call.answer(kCanFail<Result> ? static_cast<A_Err>(result) : A_Err{A_Err_NONE});

@@ -10,6 +10,9 @@
 namespace host {
 namespace {
 
+// The host's own commands.
+enum HostCommand : AEGP_Command { kOpen = 1, kClose, kSave, kSaveAs, kQuit };
+
 // Returns false if a plug-in has handled the command.
 bool HostMayHandle(Host& host, HostCommand command) {
   host.drawMenus();

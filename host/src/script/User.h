@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 #include "Host.h"
@@ -7,6 +8,11 @@
 // What a user does with the host. Paths are relative to the session folder.
 
 namespace host {
+
+/// Thrown if a step can't be played at this point.
+struct StepImpossible : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 /// Opens a project by the host's open dialog.
 void OpenByDialog(Host& host, const std::string& path);
