@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <array>
+#include <tuple>
 #include <utility>
 
 #include "Backtrace.h"
@@ -86,15 +87,10 @@ A_Err Host::reportFromOtherThread(const void* suite, std::string_view function) 
 }
 
 void Host::reportLeaks() {
-  struct Leak {
-    Holding kind;
-    Finding finding;
-    const char* what;
-  };
   constexpr std::array kLeaks{
-      Leak{Holding::suite, Finding::suiteLeaked, ""},
-      Leak{Holding::memoryHandle, Finding::handleLeaked, "a memory handle"},
-      Leak{Holding::block, Finding::blockLeaked, "a block"},
+      std::tuple{Holding::suite, Finding::suiteLeaked, ""},
+      std::tuple{Holding::memoryHandle, Finding::handleLeaked, "a memory handle"},
+      std::tuple{Holding::block, Finding::blockLeaked, "a block"},
   };
   bool isClean = true;
   for (const auto& [kind, finding, name] : kLeaks) {
