@@ -3,11 +3,9 @@
 #include <fmt/format.h>
 #include <yaml-cpp/yaml.h>
 
-#include <algorithm>
 #include <memory>
 #include <random>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Faults.h"
@@ -38,48 +36,17 @@ class Maker {
     for (const auto& [name, texts] : part.randomRules) mRules[name] = texts;
   }
 
-  std::string make() {
-    if (below(2) == 0) {
-      // One step in seven.
-      for (const char* const name : {"step", "step", "step before"}) {
-        mRules[name].emplace_back("<fault>");
-      }
-    }
-    std::string text = expand("<session>");
-    for (size_t count = 1 + below(24); count > 0; --count) text += "- " + makeStep() + "\n";
-    return text;
-  }
-
- private:
-  size_t below(size_t count) { return static_cast<size_t>(mEngine() % count); }
-
   // Returns the text with a text of its rule in place of each "<rule>".
   std::string expand(const std::string& text) {
     const size_t begin = text.find('<');
     if (begin == std::string::npos) return text;
     const size_t end = text.find('>', begin);
     const std::vector<std::string>& texts = mRules.at(text.substr(begin + 1, end - begin - 1));
-    std::string expanded = text.substr(0, begin) + expand(texts[below(texts.size())]);
+    std::string expanded = text.substr(0, begin) + expand(texts[mEngine() % texts.size()]);
     return expanded + expand(text.substr(end + 1));
   }
 
-  // Steps open only what exists.
-  std::string makeStep() {
-    constexpr std::string_view kSaveAs = "save as: ";
-    constexpr std::string_view kRemove = "remove: ";
-    std::string step = expand("<step>");
-    std::vector<std::string>& projects = mRules["project"];
-    if (step.starts_with(kSaveAs)) {
-      const std::string project = step.substr(kSaveAs.size());
-      std::erase(projects, project);
-      projects.push_back(project);
-    } else if (step.starts_with(kRemove)) {
-      if (projects.size() == 1) return "tick";
-      std::erase(projects, step.substr(kRemove.size()));
-    }
-    return step;
-  }
-
+ private:
   RandomRules mRules;
   std::mt19937_64 mEngine;
 };
@@ -87,7 +54,7 @@ class Maker {
 }  // namespace
 
 std::string MakeRandomSession(uint64_t seed, uint64_t number, const SessionPart& part) {
-  return Maker(seed, number, part).make();
+  return Maker(seed, number, part).expand("<session>");
 }
 
 bool PlayRandomSessions(uint64_t seed, uint64_t count, const RunOptions& options,

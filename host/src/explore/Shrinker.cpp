@@ -3,17 +3,18 @@
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "SessionFiles.h"
+#include "YamlValue.h"
 
 namespace host {
 namespace {
@@ -75,17 +76,15 @@ Entries DropEntries(const YAML::Node& node, const StillFails& stillFails) {
 
 // Returns the smallest number from 1, as if all above it failed too. Another text stays.
 YAML::Node ShrinkNumber(const YAML::Node& node, const StillFails& stillFails) {
-  const std::string& text = node.Scalar();
-  int64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return node;
-  const int64_t first = number;
+  const std::optional<int64_t> first = NumberIn(node.Scalar());
+  if (!first) return node;
+  int64_t number = *first;
   int64_t passing = 0;
   while (number - passing > 1) {
     const int64_t middle = passing + (number - passing) / 2;
     (stillFails(YAML::Node(std::to_string(middle))) ? number : passing) = middle;
   }
-  return number == first ? node : YAML::Node(std::to_string(number));
+  return number == *first ? node : YAML::Node(std::to_string(number));
 }
 
 YAML::Node ShrinkNode(const YAML::Node& node, const StillFails& stillFails) {
@@ -104,19 +103,6 @@ YAML::Node ShrinkNode(const YAML::Node& node, const StillFails& stillFails) {
   const bool isSingle = node.IsMap() && entries.size() == 1;
   if (isSingle && stillFails(entries.front().second)) return entries.front().second;
   return WithEntries(node, entries);
-}
-
-// Returns the smallest session found that still fails: without the entries of lists and maps that
-// the failure doesn't need, and with small numbers.
-YAML::Node Shrink(YAML::Node session, const StillFails& stillFails) {
-  bool isSmaller = true;
-  const auto fails = [&](const YAML::Node& smaller) {
-    const bool stillDoes = stillFails(smaller);
-    isSmaller = isSmaller || stillDoes;
-    return stillDoes;
-  };
-  while (std::exchange(isSmaller, false)) session.reset(ShrinkNode(session, fails));
-  return session;
 }
 
 std::set<Finding> KindsOf(const std::vector<Event>& findings) {
@@ -144,9 +130,12 @@ void Shorten(Failure& failure, RunOptions options, const SessionPart& part) {
   if (hangs) options.timeoutSeconds = 1;
   const size_t max = hangs ? 30 : 400;
   bool fails = false;
+  bool isSmaller = true;
   Trials trials("shortening", max, [&](size_t /*index*/, const Played& played) {
     fails = played.failed && KindsOf(played.findings) == kinds;
-    if (fails) failure.findings = played.findings;
+    if (!fails) return;
+    isSmaller = true;
+    failure.findings = played.findings;
   });
   const auto stillFails = [&](const YAML::Node& smaller) {
     std::shared_ptr<const Session> session = Read(smaller, failure.title, part);
@@ -155,7 +144,9 @@ void Shorten(Failure& failure, RunOptions options, const SessionPart& part) {
     PlaySessions([&] { return std::exchange(session, nullptr); }, options, {&trials});
     return fails;
   };
-  failure.session.reset(Shrink(failure.session, stillFails));
+  while (std::exchange(isSmaller, false)) {
+    failure.session.reset(ShrinkNode(failure.session, stillFails));
+  }
 }
 
 }  // namespace host

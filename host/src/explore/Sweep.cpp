@@ -95,7 +95,7 @@ YAML::Node StepsAfter(const std::string& step, const YAML::Node& steps) {
 YAML::Node TolerantText(const Session& session, const std::string& step = "") {
   YAML::Node text;
   text["tolerant"] = true;
-  for (const auto& entry : session.text()) {
+  for (const auto& entry : YAML::Load(session.text)) {
     const std::string key = entry.first.Scalar();
     if (key == "tolerant") continue;
     text[key] = key == "steps" && !step.empty() ? StepsAfter(step, entry.second) : entry.second;

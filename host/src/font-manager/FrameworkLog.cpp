@@ -4,9 +4,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -75,7 +75,7 @@ void CheckBuffers(Host& host, const Call& call) {
     std::string fault;
     if (value == "(not terminated)") {
       fault = fmt::format("{} has no terminator", name);
-    } else if (name == "size" && (value == "0" || std::strtoll(value.c_str(), nullptr, 10) > max)) {
+    } else if (name == "size" && (value == "0" || NumberIn(value) > max)) {
       fault = fmt::format("size is {}, of a buffer of {} bytes", value, max);
     }
     if (!fault.empty()) {
@@ -144,13 +144,8 @@ FrameworkCall ReadExpectedCall(const YamlValue& value) {
 
 // Compares as numbers if both are: "0x10" is the same as "16".
 bool SameValue(const std::string& one, const std::string& other) {
-  if (one == other) return true;
-  char* oneEnd = nullptr;
-  char* otherEnd = nullptr;
-  const long long oneNumber = std::strtoll(one.c_str(), &oneEnd, 0);
-  const long long otherNumber = std::strtoll(other.c_str(), &otherEnd, 0);
-  return !one.empty() && !other.empty() && *oneEnd == 0 && *otherEnd == 0 &&
-         oneNumber == otherNumber;
+  const std::optional<int64_t> number = NumberIn(one);
+  return one == other || (number && number == NumberIn(other));
 }
 
 bool Matches(const FrameworkCall& expected, const FrameworkCall& found) {

@@ -136,6 +136,11 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   std::ranges::move(part.begin(session), std::back_inserter(readers));
   root.readKeys(readers, [&](const YamlValue& value) { RefuseExpectation(value, part); });
   session.stepCount = session.steps.size();
+  YAML::Node text;
+  for (const YamlValue& value : root.fields()) {
+    if (value.key() != "variants") text[value.key()] = value.resolved();
+  }
+  session.text = YAML::Dump(text);
   return session;
 }
 
@@ -143,19 +148,6 @@ Variables VariablesOf(const YamlValue& variant) {
   Variables variables;
   for (const YamlValue& value : variant.fields()) variables.emplace(value.key(), value.node());
   return variables;
-}
-
-// Returns what a file says of a session, without variants and their variables. It has no fault.
-YAML::Node TextOf(const std::string& text, size_t variant) {
-  YamlFile yaml("", text);
-  if (const YAML::Node variants = yaml.root()["variants"]) {
-    yaml.variables = VariablesOf(YamlValue(variants[variant], "", yaml));
-  }
-  YAML::Node session;
-  for (const YamlValue& value : YamlValue(yaml.root(), "", yaml).fields()) {
-    if (value.key() != "variants") session[value.key()] = value.resolved();
-  }
-  return session;
 }
 
 }  // namespace
@@ -174,7 +166,6 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& te
   const auto read = [&](const std::string& sessionName) {
     sessions.push_back(
         ReadSession(YamlValue(yaml.root(), "session", yaml), sessionName, file, part));
-    sessions.back().text = [text, variant = sessions.size() - 1] { return TextOf(text, variant); };
   };
   std::set<std::string> names;
   const auto readVariant = [&](const YamlValue& variant) {

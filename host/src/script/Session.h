@@ -1,7 +1,5 @@
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -48,12 +46,10 @@ struct Session : SessionInfo {
   bool settles = true;               ///< if it is tolerant
   std::string failingCall;           ///< that has to fail; empty for none
   std::vector<Action> finalChecks;   ///< after the last step
-  /// Reads its text again, without variants and their variables. Nobody holds it: each process of a
-  /// session is a copy of one that knows all sessions.
-  std::function<YAML::Node()> text;
+  std::string text;                  ///< of a file that has only this session, not its variants
 };
 
-class SessionPart;
+struct SessionPart;
 class YamlValue;
 
 /// Reads the sessions of a file with this text: one, or one for each variant. `part` reads what

@@ -38,8 +38,9 @@ Action ReadText(const YamlValue& value, StepDraft& /*draft*/) {
 
 template <auto play>
 Action ReadProject(const YamlValue& value, StepDraft& draft) {
-  const std::string path = value.text();
-  if (!draft.projects.contains(path)) {
+  const std::string path = value.path();
+  // A tolerant session may have lost it.
+  if (!draft.host.tolerant && !draft.projects.contains(path)) {
     value.fail(fmt::format("there is no project '{}' at this point", path));
   }
   return [path](Host& host) { std::invoke(play, host, path); };

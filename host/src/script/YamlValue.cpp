@@ -83,6 +83,16 @@ std::pair<size_t, std::string> Explain(const Lines& lines, const YAML::ParserExc
 
 }  // namespace
 
+std::optional<int64_t> NumberIn(std::string_view text) {
+  const bool isHex = text.starts_with("0x");
+  if (isHex) text.remove_prefix(2);
+  int64_t value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value, isHex ? 16 : 10);
+  if (error != std::errc() || stop != end) return {};
+  return value;
+}
+
 YamlFile::YamlFile(std::string name, const std::string& text) : mName(std::move(name)) {
   const Lines lines = Split(text, "\n");
   try {
@@ -169,15 +179,11 @@ std::string YamlValue::text() const {
 
 int64_t YamlValue::integer(int64_t min, int64_t max) const {
   const std::string digits = text();
-  const bool isHex = digits.starts_with("0x");
-  const char* const begin = digits.data() + (isHex ? 2 : 0);
-  const char* const end = digits.data() + digits.size();
-  int64_t value = 0;
-  const auto [stop, error] = std::from_chars(begin, end, value, isHex ? 16 : 10);
-  if (error != std::errc() || stop != end || value < min || value > max) {
+  const std::optional<int64_t> value = NumberIn(digits);
+  if (!value || *value < min || *value > max) {
     fail(fmt::format("has to be a whole number from {} to {}, not '{}'", min, max, digits));
   }
-  return value;
+  return *value;
 }
 
 bool YamlValue::boolean() const {

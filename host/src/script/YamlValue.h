@@ -34,6 +34,9 @@ bool CollectFaults(Read read) {
   }
 }
 
+/// Returns the whole number that the text is, decimal or hexadecimal after "0x", or nothing.
+std::optional<int64_t> NumberIn(std::string_view text);
+
 /// The values of a variant by name. They replace `${name}`.
 using Variables = std::map<std::string, YAML::Node>;
 
