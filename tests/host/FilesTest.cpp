@@ -100,7 +100,7 @@ steps:
           "met":false,"where":"STORY:7","difference":"    expected: none\n    found:    projects/a.aep"})",
       R"({"kind":"expectation","session":"story","step":5,"place":"STORY:7","tick":2,
           "time":1700000006,"actor":"session","text":"as expected: dirty","name":"dirty",
-          "met":true})",
+          "met":true,"where":"STORY:7"})",
       R"({"kind":"finding","session":"story","step":5,"place":"STORY:7","tick":2,
           "time":1700000006,"actor":"session","name":"expectation","level":"error",
           "text":"STORY:7: project\n    expected: none\n    found:    projects/a.aep"})",

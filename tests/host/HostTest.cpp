@@ -109,7 +109,7 @@ const std::vector<Misbehaviour> kMisbehaviours{
       "libtest-plugin.so(+0x", "2000 times, first at tick 1\n",
       "\n     1  user       quits the host\n"}},
     {"print last words; crash",
-     {"plug-in    prints: last words\\x1b \\xc2\\x9b \u00e9 \uFFFD in file\n",
+     {"plug-in    prints: last words\\x1b \\x9b \u00e9 \uFFFD in file\n",
       "plug-in    writes to standard error: and more",
       "crash: the process crashed in the idle hook: Segmentation fault\n"
       "    tick 1, host call ReleaseSuite(\"AEGP Register Suite\", 6), step ",
@@ -133,7 +133,7 @@ const std::vector<Misbehaviour> kMisbehaviours{
      kShort},
     {"exit",
      {"process-ended: the process ended in the idle hook with code 0\n    tick 1, ",
-      ", 2 of 3 steps left"}},
+      "story.yaml:2 (2 of 3)\n"}},
     {"exit in a thread",
      {"process-ended: the process ended in another thread with code 0\n"
       "    the main thread was in the idle hook, tick 1, host call "}},
@@ -436,7 +436,7 @@ TEST(Host, SaysWhichSuitesAndFunctionsItLacks) {
   EXPECT_THAT(RunHost(TEST_PLUGIN, "validate").output,
               AllOf(HasSubstr("misses suites:         AEGP Item Suite 13, AEGP Proj Suite 6, AEGP "
                               "Utility Suite 9\n"),
-                    HasSubstr("calls unsupplied:      AEGP_GetMainHWND\n")));
+                    HasSubstr("error: not-supplied: AEGP_GetMainHWND was called")));
   const Played played = Play("steps: [tick, expect: {not supplied: [AEGP_GetMainHWND]}]");
   EXPECT_EQ(played.code, 0);
   EXPECT_THAT(played.output,

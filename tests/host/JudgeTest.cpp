@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,16 +35,21 @@ Event Fact(Finding finding, const std::string& function = "", const std::string&
   return fact;
 }
 
-Event Of(EventKind kind, const std::string& name = "", std::vector<std::string> texts = {}) {
+Event Of(EventKind kind, const std::string& name = "") {
   Event event(kind);
   event.name = event.text = name;
+  return event;
+}
+
+Event Expectation(const std::string& key, std::vector<std::string> texts) {
+  Event event = Of(EventKind::expectation, key);
   event.texts = std::move(texts);
   return event;
 }
 
-Event AtVisit(Event event, int64_t visit, int64_t code) {
+Event AtVisit(Event event, int64_t visit, std::optional<int64_t> result = {}) {
   event.visit = visit;
-  event.code = code;
+  event.result = result;
   return event;
 }
 
@@ -99,12 +105,12 @@ TEST(Judge, LetsAnExpectNameFactsOfItsKey) {
     return all;
   };
   EXPECT_THAT(Found({}, facts), ElementsAre("null-argument", "hook-error"));
-  EXPECT_THAT(Found({}, with(Of(EventKind::expect, "findings", {"null-argument"}))),
+  EXPECT_THAT(Found({}, with(Expectation("findings", {"null-argument"}))),
               ElementsAre("hook-error"));
-  EXPECT_THAT(Found({}, with(Of(EventKind::expect, "errors", {"idle hook 3"}))),
+  EXPECT_THAT(Found({}, with(Expectation("errors", {"idle hook 3"}))),
               ElementsAre("null-argument"));
   // What is wrong is told once: that the expectation isn't met.
-  EXPECT_THAT(Found({}, with(Of(EventKind::expect, "errors", {}))),
+  EXPECT_THAT(Found({}, with(Expectation("errors", {}))),
               ElementsAre("null-argument", "expectation"));
   EXPECT_THAT(Found({{}, {Finding::nullArgument}, false, false}, facts), ElementsAre("hook-error"));
 }
@@ -114,15 +120,13 @@ TEST(Judge, ExcusesInATolerantSessionWhatAnAnsweredErrorMayHaveCaused) {
   const Event answer = AtVisit(Of(EventKind::answer), 4, 24301);
   const Event error = Fact(Finding::hookError, "", "", "idle hook 24301");
   const Event report = Fact(Finding::userReport, "", "", "oh");
-  EXPECT_THAT(Found(tolerant, {answer, AtVisit(error, 4, 24301), AtVisit(report, 4, 0)}),
-              IsEmpty());
+  EXPECT_THAT(Found(tolerant, {answer, AtVisit(error, 4, 24301), AtVisit(report, 4)}), IsEmpty());
   EXPECT_THAT(Found(tolerant, {answer, AtVisit(error, 4, 7), AtVisit(error, 5, 24301)}),
               ElementsAre("hook-error"));
   EXPECT_THAT(Found({}, {answer, AtVisit(error, 4, 24301)}), ElementsAre("hook-error"));
   // An expectation may come or not.
-  EXPECT_THAT(
-      Found(tolerant, {AtVisit(report, 5, 0), Of(EventKind::expect, "reports", {"oh", "no"})}),
-      IsEmpty());
+  EXPECT_THAT(Found(tolerant, {AtVisit(report, 5), Expectation("reports", {"oh", "no"})}),
+              IsEmpty());
 }
 
 TEST(Judge, PutsTheCauseFirstAndCountsWhatIsAlike) {

@@ -76,9 +76,9 @@ void Host::enterPlugin(const char* hook) {
     mFlight->watchdogStart = MonotonicNow();
   }
   mCalls.push_back(hook);
+  timeline.beginHook(hook);
   mFlight->inHostCall = false;
   mFlight->hook = hook;
-  timeline.beginHook(hook);
 }
 
 void Host::leavePlugin() {
@@ -185,7 +185,6 @@ void Host::quit() {
 
 void Host::beginStep(std::string_view place) {
   SetText(mFlight->step, place);
-  mFlight->stepNumber = mFlight->stepsPlayed + 1;
   mFlight->watchdogStart = MonotonicNow();
 }
 
@@ -194,12 +193,14 @@ void Host::beginDestructors() {
   timeline.endAll();
   // An exception may have left some of them.
   mCalls.clear();
+  mFlight->hook = "";
   enterPlugin(kStaticDestructor);
 }
 
 void Host::finish() {
   timeline.drainRest();
   timeline.endAll();
+  leavePlugin();
   mIsOver = true;
   if (CountThreads() > mThreads) {
     report(Finding::threadLeft, "a thread that the plug-in has started still runs");

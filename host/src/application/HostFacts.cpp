@@ -11,15 +11,6 @@
 // What the host tells the process that waits, which decides what is a finding.
 
 namespace host {
-namespace {
-
-const char* NameOfHook(const FlightRecord& flight) {
-  const char* const hook = flight.hook;
-  return *hook ? hook : "host itself";
-}
-
-}  // namespace
-
 void Host::report(Finding finding, const std::string& text, FactNames names, int64_t code) {
   const Actor actor = finding == Finding::setup ? Actor::session : Actor::plugIn;
   Event fact = timeline.event(EventKind::fact, actor);
@@ -27,9 +18,9 @@ void Host::report(Finding finding, const std::string& text, FactNames names, int
   fact.name = KindOf(finding).name;
   fact.text = text + "\n    " +
               (mIsOver ? "at the end of the process"
-                       : fmt::format("in the {}, {}", NameOfHook(*mFlight), mFlight->where()));
+                       : fmt::format("in {}, {}", mFlight->inWhat(), mFlight->where()));
   static_cast<FactNames&>(fact) = std::move(names);
-  fact.code = code;
+  if (code != 0) fact.result = code;
   fact.visit = mVisit;
   timeline.add(std::move(fact));
 }
@@ -50,7 +41,7 @@ void Host::countFailure(std::string_view function) {
 
 void Host::countAnswer(A_Err error) {
   Event answer = timeline.event(EventKind::answer, Actor::host);
-  answer.code = error;
+  answer.result = error;
   answer.visit = mVisit;
   timeline.send(answer);
 }
@@ -75,12 +66,12 @@ A_Err Host::misused(Finding finding, std::string_view what, std::string detail) 
 
 A_Err Host::reportFromOtherThread(const void* suite, std::string_view function) const {
   // Only what is the same for all threads, or may be read by any.
-  Event fact(EventKind::fact, HeadForThread(*mFlight));
+  Event fact(EventKind::fact, HeadOf(*mFlight));
   fact.name = KindOf(Finding::wrongThread).name;
   fact.function = function;
   fact.text = fmt::format(
-      "{} of {}: called from another thread\n    while the main thread was in the {}, tick {}",
-      function, NameOfSuite(suite), NameOfHook(*mFlight), fact.tick);
+      "{} of {}: called from another thread\n    while the main thread was in {}, tick {}",
+      function, NameOfSuite(suite), mFlight->inWhat(), fact.tick);
   for (const std::string& frame : Backtrace()) fact.text += "\n    " + frame;
   timeline.send(fact);
   return PF_Err_BAD_CALLBACK_PARAM;

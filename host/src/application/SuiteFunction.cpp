@@ -39,10 +39,10 @@ void SuiteCall::append(std::string_view text) {
   field[mWritten] = '\0';
 }
 
-void SuiteCall::answer(A_Err result, bool isSupplied) const {
+void SuiteCall::answer(A_Err result) const {
   Host& host = TheHost();
   if (result != A_Err_NONE) host.countAnswer(result);
-  if (host.settings().showsCalls) host.timeline.addCall(mRunning, result, isSupplied);
+  if (host.settings().showsCalls) host.timeline.addCall(mRunning, result);
 }
 
 A_Err CheckSuite(Host& host, const void* table) {
@@ -66,7 +66,7 @@ A_Err AnswerNotSupplied(const void* table, const char* function) {
               fmt::format("{} was called, which this host doesn't supply", function),
               {function, {}, function});
   host.noteOnce(Actor::plugIn, fmt::format("calls {}, which this host doesn't supply", function));
-  call.answer(PF_Err_BAD_CALLBACK_PARAM, false);
+  call.answer(PF_Err_BAD_CALLBACK_PARAM);
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 

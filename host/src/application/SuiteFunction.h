@@ -41,7 +41,7 @@ class SuiteCall {
   SuiteCall& operator=(const SuiteCall&) = delete;
 
   /// Notes what goes back to the plug-in.
-  void answer(A_Err result, bool isSupplied = true) const;
+  void answer(A_Err result) const;
 
  private:
   template <typename Argument>

@@ -35,7 +35,7 @@ void Activation::begin(Host& host) {
   mHost = &host;
   host.projectChanged = [this](const ProjectChange& change) { takeChange(change); };
   host.afterTick = [this] { endInTime(); };
-  host.timeline.addObserver([this](const Event& entry) { takeEntry(entry); });
+  host.timeline.observer = [this](const Event& entry) { takeEntry(entry); };
   host.timeline.setState(kState, "0");
 }
 

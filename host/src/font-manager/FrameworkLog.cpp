@@ -182,7 +182,7 @@ void FollowJournal(Host& host) {
   const int journal = open("journal", O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
   if (journal < 0) throw std::runtime_error("can't open journal");
   sLog.journal.follow(journal);
-  host.timeline.addSource([&host] { TakeJournal(host); });
+  host.timeline.source = [&host] { TakeJournal(host); };
   sLog.activation.begin(host);
 }
 

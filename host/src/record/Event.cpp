@@ -1,36 +1,23 @@
 #include "Event.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <span>
 #include <stdexcept>
 #include <string_view>
 
 namespace host {
 namespace {
 
-std::span<const std::string_view> NamesOf(EventKind) {
-  return kEventKinds;
-}
-
-std::span<const std::string_view> NamesOf(Actor) {
-  return kActors;
-}
-
 template <typename Value>
-concept Named = requires(Value value) {
-  NamesOf(value);
-};
+Value ValueNamed(const auto& names, const Json& name) {
+  const auto found = std::find(names.begin(), names.end(), name.get<std::string_view>());
+  if (found == names.end()) throw std::runtime_error("unknown name " + name.dump());
+  return static_cast<Value>(found - names.begin());
+}
 
 template <typename Value>
 Json ToJson(const Value& value) {
   return value;
-}
-
-Json ToJson(const Named auto& value) {
-  return NamesOf(value)[static_cast<size_t>(value)];
 }
 
 template <typename Value>
@@ -49,13 +36,6 @@ void Read(const Json& json, Value& value) {
   value = json.get<Value>();
 }
 
-void Read(const Json& json, Named auto& value) {
-  const auto names = NamesOf(value);
-  const auto found = std::find(names.begin(), names.end(), json.get<std::string_view>());
-  if (found == names.end()) throw std::runtime_error("unknown name " + json.dump());
-  value = static_cast<std::decay_t<decltype(value)>>(found - names.begin());
-}
-
 template <typename Value>
 void Read(const Json& json, std::optional<Value>& value) {
   value = json.get<Value>();
@@ -65,38 +45,34 @@ void Read(const Json& json, std::vector<Argument>& arguments) {
   for (const Json& each : json) arguments.push_back({each.at("name"), each.at("value")});
 }
 
-// Visits each member with its key, in the order of the format. The third argument says whether each
-// object has the key. Otherwise it is left out while the member has its default.
+// Visits each other member with its key, in the order of the format. The third argument says
+// whether each object has the key. Otherwise it is left out while the member has its default.
 template <typename AnyEvent, typename Visit>
 void ForEachMember(AnyEvent& event, const Visit& visit) {
-  visit("kind", event.kind, true);
   visit("step", event.step, true);
   visit("place", event.place, false);
   visit("tick", event.tick, true);
   visit("time", event.time, true);
-  if (event.kind != EventKind::state) visit("actor", event.actor, true);
   visit("hook", event.hook, false);
   visit("what", event.what, false);
   visit("name", event.name, false);
   visit("value", event.value, false);
   visit("shown", event.shown, false);
   visit("text", event.text, false);
-  visit("met", event.met, event.kind == EventKind::expectation);
   visit("where", event.where, false);
   visit("difference", event.difference, false);
   visit("call", event.call.function, false);
   visit("arguments", event.call.arguments, false);
   visit("result", event.result, false);
-  visit("unsupplied", event.isUnsupplied, false);
   visit("function", event.function, false);
   visit("detail", event.detail, false);
-  visit("code", event.code, false);
   visit("visit", event.visit, false);
   visit("texts", event.texts, false);
 }
 
 Event EventFrom(const Json& json) {
-  Event event;
+  Event event(ValueNamed<EventKind>(kEventKinds, json.at("kind")));
+  if (json.contains("actor")) event.actor = ValueNamed<Actor>(kActors, json["actor"]);
   ForEachMember(event, [&](const char* key, auto& member, bool /*isAlwaysThere*/) {
     if (const auto value = json.find(key); value != json.end()) Read(*value, member);
   });
@@ -115,19 +91,13 @@ const FindingKind& KindOf(const Event& fact) {
   return KindOf(FindingNamed(fact.name).value());
 }
 
-void Conclude(Event& expectation, std::string difference) {
-  expectation.met = difference.empty();
-  expectation.text =
-      fmt::format("{}: {}", expectation.met ? "as expected" : "NOT as expected", expectation.name);
-  if (expectation.met) expectation.where.clear();
-  expectation.difference = std::move(difference);
-}
-
 Json ToJson(const Event& event) {
-  Json json;
+  Json json{{"kind", kEventKinds[static_cast<size_t>(event.kind)]}};
+  if (event.kind != EventKind::state) json["actor"] = NameOf(event.actor);
   ForEachMember(event, [&](const char* key, const auto& member, bool isAlwaysThere) {
     if (isAlwaysThere || member != std::decay_t<decltype(member)>{}) json[key] = ToJson(member);
   });
+  if (event.kind == EventKind::expectation) json["met"] = event.isMet();
   return json;
 }
 

@@ -54,7 +54,6 @@ enum class EventKind {
   fact,     ///< something that is a finding unless the session or the user says otherwise
   answer,   ///< a function of the host has answered an error
   failure,  ///< a call fails because the session wants it
-  expect,   ///< one key of an `expect` whose facts are the judge's
   // How far the process is.
   unloadable,  ///< the plug-in's module can't be loaded
   played,      ///< all steps were played
@@ -62,9 +61,9 @@ enum class EventKind {
 };
 
 /// The names of the kinds, in the order of the enumeration.
-inline constexpr std::array<std::string_view, 13> kEventKinds{
-    "entry",  "expectation", "begin",  "end",        "state",  "finding", "fact",
-    "answer", "failure",     "expect", "unloadable", "played", "finished"};
+inline constexpr std::array<std::string_view, 12> kEventKinds{
+    "entry", "expectation", "begin",   "end",        "state",  "finding",
+    "fact",  "answer",      "failure", "unloadable", "played", "finished"};
 
 /// What begins and ends.
 inline constexpr char kHook[] = "hook";
@@ -86,6 +85,8 @@ struct FactNames {
   std::string function;  ///< that was called, or gave what is left
   std::string detail;    ///< an argument, a circumstance or the like
   std::string value;     ///< by which an `expect` names it; of a state, its value
+
+  bool operator==(const FactNames&) const = default;
 };
 
 /// Something that happens in a session, as the process that plays it tells. Each member is also a
@@ -96,33 +97,33 @@ struct Event : EventHead, FactNames {
   explicit Event(EventKind ofKind, EventHead head = {})
       : EventHead(std::move(head)), kind(ofKind) {}
 
+  /// Whether it is an expectation that is met.
+  bool isMet() const { return kind == EventKind::expectation && difference.empty(); }
+
   EventKind kind = EventKind::entry;
+  std::string name;  ///< of a hook, dialog, state, fact or finding; the key of an expectation
   /// Of an entry, expectation, fact or finding; why unloadable; the call that fails. The first
   /// line of a fact says what happens, and the others where.
   std::string text;
-  /// Of a hook, dialog, state, fact or finding; the key of an expectation or `expect`.
-  std::string name;
-  std::string what;               ///< of a begin or end: `kHook` or `kDialog`
-  std::optional<bool> shown;      ///< of the end of a dialog: whether the user saw it, if known
-  std::optional<int64_t> result;  ///< of an entry that shows a call of the host: what it answered
-  bool isUnsupplied = false;      ///< the host doesn't supply the function of such a call
 
-  bool met = false;   ///< of an expectation
-  std::string where;  ///< of an `expect` and an expectation that isn't met: its place in the file
-  std::string difference;  ///< of an expectation that isn't met; has several lines
+  // Of a begin or end.
+  std::string what;           ///< `kHook` or `kDialog`
+  std::optional<bool> shown;  ///< of the end of a dialog: whether the user saw it, if known
 
-  int64_t code = 0;   ///< of an answer, or the fact that the user saw one
-  int64_t visit = 0;  ///< of an answer or a fact: counts the calls of the plug-in by the host
-  std::vector<std::string> texts;  ///< that an `expect` expects
+  // Of an expectation.
+  std::string where;       ///< its place in the file
+  std::string difference;  ///< why it isn't met; has several lines
+  /// That the facts which the key is about have to have, if the judge is to compare.
+  std::optional<std::vector<std::string>> texts;
+
+  // Of an answer or a fact. Of an entry that shows a call of the host, only the result.
+  std::optional<int64_t> result;  ///< that the host has answered, or an error that the user saw
+  int64_t visit = 0;              ///< counts the calls of the plug-in by the host
 };
 
 /// Returns what is known of the finding that a fact or finding has as its name. Throws
 /// `std::bad_optional_access` if there is no such one.
 const FindingKind& KindOf(const Event& fact);
-
-/// Makes the expectation one that isn't met because of the difference, or one that is if there is
-/// none.
-void Conclude(Event& expectation, std::string difference);
 
 using Json = nlohmann::ordered_json;
 

@@ -11,15 +11,11 @@
 
 namespace host {
 
-SharedFlightRecord ShareFlightRecord() {
+std::shared_ptr<FlightRecord> ShareFlightRecord() {
   void* memory = mmap(nullptr, sizeof(FlightRecord), PROT_READ | PROT_WRITE,
                       MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (memory == MAP_FAILED) throw std::runtime_error("can't get shared memory");
-  return SharedFlightRecord(new (memory) FlightRecord);
-}
-
-void UnmapFlightRecord::operator()(FlightRecord* record) const {
-  munmap(record, sizeof(FlightRecord));
+  return {new (memory) FlightRecord, [](FlightRecord* record) { munmap(record, sizeof *record); }};
 }
 
 void KeepFromForks(FlightRecord& record) {
@@ -34,27 +30,23 @@ void KeepFromForks(FlightRecord& record) {
   });
 }
 
+std::string FlightRecord::inWhat() const {
+  const char* const running = hook;
+  return fmt::format("the {}", *running ? running : "host itself");
+}
+
 std::string FlightRecord::where() const {
   return fmt::format("tick {}, host call {}, step {}", tick.load(),
                      hostCall[0] ? hostCall.data() : "none", step.data());
 }
 
-EventHead HeadForThread(const FlightRecord& record) {
+EventHead HeadOf(const FlightRecord& record) {
   EventHead head;
   head.step = record.stepNumber;
   head.tick = record.tick;
   head.time = record.time;
   head.actor = Actor::plugIn;
   head.hook = record.hook;
-  return head;
-}
-
-EventHead HeadOf(const FlightRecord& record) {
-  EventHead head = HeadForThread(record);
-  head.place = record.step.data();
-  if (!record.inHostCall) return head;
-  const std::string_view call = record.hostCall.data();
-  head.call.function = call.substr(0, call.find('('));
   return head;
 }
 

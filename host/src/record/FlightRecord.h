@@ -34,11 +34,13 @@ struct FlightRecord {
   std::array<char, 512> step{};        ///< the step's place in the session file
   std::atomic<int64_t> stepNumber{0};  ///< counts from 1; 0 before the first step
   bool isOfFork = false;               ///< nobody reads it; see `KeepFromForks`
+  bool isFinished = false;             ///< the host has done all it has to
   std::atomic<int64_t> tick{0};
-  std::atomic<int64_t> time{0};  ///< virtual, in seconds since 1970
-  int64_t stepsPlayed = 0;
+  std::atomic<int64_t> time{0};        ///< virtual, in seconds since 1970
   std::array<off_t, 2> outputTaken{};  ///< bytes of the plug-in's outputs that are on the timeline
 
+  /// Says in what the main thread is: "the idle hook", "the host itself".
+  std::string inWhat() const;
   /// Says for a finding where the session is: the tick, the host call and the step.
   std::string where() const;
 };
@@ -64,23 +66,16 @@ class WatchdogPause {
   int64_t mBegan;
 };
 
-struct UnmapFlightRecord {
-  void operator()(FlightRecord* record) const;
-};
-
-using SharedFlightRecord = std::unique_ptr<FlightRecord, UnmapFlightRecord>;
-
 /// Makes a flight record that child processes share. Throws `std::runtime_error` if there is no
 /// memory.
-SharedFlightRecord ShareFlightRecord();
+std::shared_ptr<FlightRecord> ShareFlightRecord();
 
 /// Gives processes that this one forks from now on a record of their own, which nobody reads.
 void KeepFromForks(FlightRecord& record);
 
-/// Returns where the main thread is, for what the plug-in does. A call is without its arguments.
+/// Returns where the main thread is, for what the plug-in does: without the step's place and the
+/// call, so for any thread.
 EventHead HeadOf(const FlightRecord& record);
-/// Does the same for another thread: without the call and the step's place.
-EventHead HeadForThread(const FlightRecord& record);
 
 /// Copies `text` into one of the record's arrays, cut to its size.
 template <size_t size>

@@ -4,15 +4,34 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
 namespace host {
+namespace {
+
+// Escapes texts so that different ones look different: a line feed as "\n", a backslash as two.
+std::string Escape(std::string text) {
+  ReplaceAll(text, "\\", R"(\\)");
+  return EscapeControls(text);
+}
+
+std::string Show(const std::vector<std::string>& list) {
+  return list.empty() ? "nothing" : Join(list, ", ");
+}
+
+std::string DescribeMismatch(const std::string& expected, const std::string& found) {
+  return fmt::format("    expected: {}\n    found:    {}", Escape(expected), Escape(found));
+}
+
+}  // namespace
 
 std::string Join(const std::vector<std::string>& parts, std::string_view separator) {
   return fmt::format("{}", fmt::join(parts, separator));
@@ -38,20 +57,17 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 
 std::string EscapeControls(std::string_view text) {
   std::string escaped;
-  unsigned char before = 0;
-  for (const char letter : text) {
-    const auto code = static_cast<unsigned char>(letter);
-    // U+0080 to U+009F, the first byte of which stands already.
-    const bool endsControl = std::exchange(before, code) == 0xc2 && code >= 0x80 && code < 0xa0;
-    if (endsControl) escaped.replace(escaped.size() - 1, 1, "\\xc2");
-    if (code >= 0x20 && code != 0x7f && !endsControl) {
-      escaped += letter;
-    } else if (letter == '\n') {
+  const std::string valid = utf8::replace_invalid(text);
+  for (auto place = valid.begin(); place != valid.end();) {
+    const char32_t letter = utf8::unchecked::next(place);
+    if (letter == '\n') {
       escaped += "\\n";
     } else if (letter == '\t') {
       escaped += "\\t";
+    } else if (letter < 0x20 || (letter >= 0x7f && letter < 0xa0)) {
+      escaped += fmt::format("\\x{:02x}", static_cast<uint32_t>(letter));
     } else {
-      escaped += fmt::format("\\x{:02x}", code);
+      utf8::append(letter, std::back_inserter(escaped));
     }
   }
   return escaped;
@@ -61,6 +77,34 @@ std::string EscapeLines(std::string_view text) {
   std::vector<std::string> lines = Split(text, "\n");
   std::transform(lines.begin(), lines.end(), lines.begin(), EscapeControls);
   return Join(lines, "\n");
+}
+
+std::string CompareLists(const std::vector<std::string>& expected,
+                         const std::vector<std::string>& found) {
+  constexpr size_t kShort = 8;
+  if (expected == found) return "";
+  const size_t count = std::max(expected.size(), found.size());
+  if (count <= kShort) return DescribeMismatch(Show(expected), Show(found));
+  std::string lines =
+      fmt::format("    (- expected, + found; {} and {} elements)", expected.size(), found.size());
+  for (size_t i = 0; i < count; ++i) {
+    const bool isExpected = i < expected.size();
+    const bool isFound = i < found.size();
+    if (isExpected && isFound && expected[i] == found[i]) continue;
+    if (isExpected) lines += fmt::format("\n    - {} {}", i + 1, Escape(expected[i]));
+    if (isFound) lines += fmt::format("\n    + {} {}", i + 1, Escape(found[i]));
+  }
+  return lines;
+}
+
+bool WriteAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return true;
 }
 
 std::vector<std::string> ReadLines(const std::filesystem::path& file) {
@@ -74,8 +118,8 @@ void WriteText(const std::filesystem::path& file, std::string_view text) {
   if (file.has_parent_path()) std::filesystem::create_directories(file.parent_path());
   // Not emptied first: some file systems have a file that was emptied on the disk at once.
   const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-  const auto size = static_cast<ssize_t>(text.size());
-  const bool isWritten = descriptor >= 0 && write(descriptor, text.data(), text.size()) == size &&
+  const auto size = static_cast<off_t>(text.size());
+  const bool isWritten = descriptor >= 0 && WriteAll(descriptor, text) &&
                          (ftruncate(descriptor, size) == 0 || errno == EINVAL);
   const std::error_code error(errno, std::generic_category());
   if (descriptor >= 0) close(descriptor);

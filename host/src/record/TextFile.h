@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-// Text files of the session folder: UTF-8, LF lines.
+// Texts, and text files of the session folder: UTF-8, LF lines.
 
 namespace host {
 
@@ -19,11 +19,17 @@ void ReplaceAll(std::string& text, std::string_view from, std::string_view to);
 /// Returns the texts around the separators: one more than there are separators.
 std::vector<std::string> Split(std::string_view text, std::string_view separator);
 /// Writes control characters as escapes: a line feed as "\n", an escape as "\x1b". Those beyond
-/// ASCII, which a terminal also acts on, too.
+/// ASCII, which a terminal also acts on, too. Bytes that aren't UTF-8 become U+FFFD.
 std::string EscapeControls(std::string_view text);
 /// Does the same, but keeps line feeds.
 std::string EscapeLines(std::string_view text);
+/// Returns how two lists differ, in lines, or an empty text. Shows short lists whole, and of long
+/// ones only the elements that differ.
+std::string CompareLists(const std::vector<std::string>& expected,
+                         const std::vector<std::string>& found);
 
+/// Returns whether all bytes were written. If not, `errno` says why.
+bool WriteAll(int descriptor, std::string_view bytes);
 /// Reads the lines of a file. A missing file has none.
 std::vector<std::string> ReadLines(const std::filesystem::path& file);
 /// Creates or replaces the file, and creates its folders. Throws

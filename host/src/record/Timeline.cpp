@@ -6,7 +6,6 @@
 #include <ext/stdio_sync_filebuf.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
@@ -75,21 +74,18 @@ void Timeline::begin(int pipe, FlightRecord& flight) {
 }
 
 Event Timeline::event(EventKind kind, Actor actor) const {
-  Event event(kind, HeadForThread(*mFlight));
+  Event event(kind, HeadOf(*mFlight));
   event.place = mFlight->step.data();
   event.actor = actor;
-  event.hook = hookAt(mSpans.size());
   return event;
 }
 
 void Timeline::add(Event event) {
   drain();
   sendBegins();
-  shortenPaths(event.text);
   shortenPaths(event.value);
   send(event);
-  if (event.kind != EventKind::entry) return;
-  for (const auto& observer : mObservers) observer(event);
+  if (event.kind == EventKind::entry) observer(event);
 }
 
 void Timeline::add(Actor actor, std::string_view text) {
@@ -99,23 +95,23 @@ void Timeline::add(Actor actor, std::string_view text) {
   add(std::move(entry));
 }
 
-void Timeline::addCall(const RunningCall& running, int64_t result, bool isSupplied) {
+void Timeline::addCall(const RunningCall& running, int64_t result) {
   Event entry = event(EventKind::entry, Actor::plugIn);
   entry.call = describe(running);
   std::vector<std::string> values;
   for (const Argument& argument : entry.call.arguments) values.push_back(argument.value);
   entry.text = fmt::format("calls {}({}): {}", running.function, Join(values, ", "), result);
   entry.result = result;
-  entry.isUnsupplied = !isSupplied;
   add(std::move(entry));
 }
 
-void Timeline::addExpectation(std::string_view key, std::string_view place,
-                              std::string difference) {
+void Timeline::addExpectation(std::string_view key, std::string_view place, std::string difference,
+                              std::optional<std::vector<std::string>> texts) {
   Event expectation = event(EventKind::expectation, Actor::session);
   expectation.name = key;
   expectation.where = place;
-  Conclude(expectation, std::move(difference));
+  expectation.difference = std::move(difference);
+  expectation.texts = std::move(texts);
   add(std::move(expectation));
 }
 
@@ -142,12 +138,7 @@ void Timeline::send(const Event& event) const {
   const std::string bytes = Dump(ToJson(event)) + "\n";
   const WatchdogPause pause(*mFlight);
   const std::lock_guard lock(mPipeMutex);
-  for (size_t sent = 0; sent < bytes.size();) {
-    const ssize_t written = write(mPipe, bytes.data() + sent, bytes.size() - sent);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return;
-    sent += static_cast<size_t>(written);
-  }
+  WriteAll(mPipe, bytes);
 }
 
 void Timeline::drain() {
@@ -156,7 +147,7 @@ void Timeline::drain() {
   std::fflush(stdout);
   std::fflush(stderr);
   takeOutputs();
-  for (const auto& source : mSources) source();
+  source();
   mDraining = false;
 }
 
@@ -191,20 +182,31 @@ void Timeline::takeLines(size_t output, const std::vector<std::string>& lines) {
 }
 
 void Timeline::beginHook(std::string_view name) {
-  mSpans.push_back({false, std::string(name), false, std::exchange(call, nullptr)});
+  beginSpan(Actor::plugIn, kHook, name);
+  call = nullptr;
 }
 
 void Timeline::beginDialog(std::string_view title) {
-  mSpans.push_back({true, std::string(title), false, call});
+  beginSpan(Actor::host, kDialog, title);
   sendBegins();
 }
 
+void Timeline::beginSpan(Actor actor, std::string_view what, std::string_view name) {
+  Event begin = event(EventKind::begin, actor);
+  begin.what = what;
+  begin.name = name;
+  mSpans.push_back({std::move(begin), call});
+}
+
 void Timeline::endLast(std::optional<bool> shown) {
-  const Span span = std::move(mSpans.back());
+  const auto [begin, outerCall, isSent] = std::move(mSpans.back());
   mSpans.pop_back();
-  call = span.outerCall;
-  if (!span.sent) return;
-  Event end = spanEvent(EventKind::end, span, mSpans.size());
+  call = outerCall;
+  if (!isSent) return;
+  Event end = event(EventKind::end, begin.actor);
+  end.hook = begin.hook;
+  end.what = begin.what;
+  end.name = begin.name;
   end.shown = shown;
   send(end);
 }
@@ -214,22 +216,9 @@ void Timeline::endAll() {
 }
 
 void Timeline::sendBegins() {
-  for (size_t i = 0; i < mSpans.size(); ++i) {
-    if (!std::exchange(mSpans[i].sent, true)) send(spanEvent(EventKind::begin, mSpans[i], i));
+  for (Span& span : mSpans) {
+    if (!std::exchange(span.isSent, true)) send(span.begin);
   }
-}
-
-Event Timeline::spanEvent(EventKind kind, const Span& span, size_t depth) const {
-  Event event = this->event(kind, span.isDialog ? Actor::host : Actor::plugIn);
-  event.what = span.isDialog ? kDialog : kHook;
-  event.name = span.name;
-  event.hook = hookAt(depth);
-  return event;
-}
-
-std::string Timeline::hookAt(size_t depth) const {
-  while (depth > 0 && mSpans[depth - 1].isDialog) --depth;
-  return depth > 0 ? mSpans[depth - 1].name : "";
 }
 
 Call Timeline::describe(const RunningCall& running) const {

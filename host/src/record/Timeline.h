@@ -64,25 +64,21 @@ class Timeline {
   /// process into the timeline. The working directory must be the session folder. `flight` is told
   /// how much was taken in, and doesn't count the time that the other process needs.
   void begin(int pipe, FlightRecord& flight);
-  /// Has `source` add its own entries each time the timeline takes in what was written.
-  void addSource(std::function<void()> source) { mSources.push_back(std::move(source)); }
-  /// Has `observer` see each entry that was added.
-  void addObserver(std::function<void(const Event&)> observer) {
-    mObservers.push_back(std::move(observer));
-  }
-  /// Returns an event of this moment, to be added or sent.
+  /// Returns an event of this moment, to be added or sent. For the main thread.
   Event event(EventKind kind, Actor actor) const;
   /// Returns the host function that is running, if any.
   Call runningCall() const { return call ? describe(*call) : Call(); }
-  /// Adds an event, with its paths in the session folder relative to it.
+  /// Adds an event, with its value as `shortenPaths` leaves it.
   void add(Event event);
   /// Adds an entry, which comes from the host function that is running.
   void add(Actor actor, std::string_view text);
   /// Adds a call of the plug-in's with what it answered.
-  void addCall(const RunningCall& running, int64_t result, bool isSupplied = true);
+  void addCall(const RunningCall& running, int64_t result);
   /// Adds what came of the expectation at this place in the session file. It is met if there is no
-  /// difference.
-  void addExpectation(std::string_view key, std::string_view place, std::string difference);
+  /// difference. The judge finds the difference if the key is about facts: from `texts`, which they
+  /// have to have.
+  void addExpectation(std::string_view key, std::string_view place, std::string difference,
+                      std::optional<std::vector<std::string>> texts = {});
   /// Notes a value from now on, if it is another than before.
   void setState(const std::string& name, std::string value);
   /// Tells a fact that no reader of the timeline sees, at once.
@@ -97,7 +93,8 @@ class Timeline {
   /// Hears that the process is about to write to an output, and takes in what it has written to the
   /// other one, so that their order is right. For any thread.
   void beginOutput(size_t output);
-  /// Begins a hook. Nothing is sent of one in which nothing happens.
+  /// Begins a hook, before the flight record says so. Nothing is sent of one in which nothing
+  /// happens.
   void beginHook(std::string_view name);
   /// Begins a dialog, within the hook that is running.
   void beginDialog(std::string_view title);
@@ -111,20 +108,22 @@ class Timeline {
   int64_t tick = 0;                   ///< 0 before the first idle tick
   const RunningCall* call = nullptr;  ///< the innermost host function that is running, if any
   Record record;
+  /// Adds its own entries each time the timeline takes in what was written.
+  std::function<void()> source = [] {};
+  /// Sees each entry that was added.
+  std::function<void(const Event&)> observer = [](const Event&) {};
 
  private:
   struct Span {
-    bool isDialog = false;  ///< otherwise a hook
-    std::string name;
-    bool sent = false;                       ///< its begin
+    Event begin;
     const RunningCall* outerCall = nullptr;  ///< in which it began
+    bool isSent = false;                     ///< its begin
   };
 
   void takeOutputs();
   void takeLines(size_t output, const std::vector<std::string>& lines);
-  Event spanEvent(EventKind kind, const Span& span, size_t depth) const;
   Call describe(const RunningCall& running) const;
-  std::string hookAt(size_t depth) const;
+  void beginSpan(Actor actor, std::string_view what, std::string_view name);
   void sendBegins();
 
   int mPipe = -1;
@@ -136,8 +135,6 @@ class Timeline {
   bool mDraining = false;
   std::atomic<size_t> mLastOutput{0};  ///< that was written
   std::array<GrowingFile, kOutputs.size()> mOutputs;
-  std::vector<std::function<void()>> mSources;
-  std::vector<std::function<void(const Event&)>> mObservers;
 };
 
 }  // namespace host

@@ -1,12 +1,8 @@
 #include "JUnitFile.h"
 
-#include <utf8.h>
-
-#include <algorithm>
-#include <iterator>
+#include <set>
 #include <sstream>
 #include <string_view>
-#include <vector>
 
 #include "TextFile.h"
 
@@ -16,9 +12,7 @@ namespace {
 // Returns the text with what XML can't hold replaced: control characters by escapes, and the rest
 // by U+FFFD.
 std::string XmlText(std::string_view text) {
-  std::string valid;
-  const std::string escaped = EscapeLines(text);
-  utf8::replace_invalid(escaped.begin(), escaped.end(), std::back_inserter(valid));
+  std::string valid = EscapeLines(text);
   for (const std::string_view noncharacter : {"\uFFFE", "\uFFFF"}) {
     ReplaceAll(valid, noncharacter, "\uFFFD");
   }
@@ -26,12 +20,9 @@ std::string XmlText(std::string_view text) {
 }
 
 std::string NamesOf(const Played& played) {
-  std::vector<std::string> names;
-  for (const Event& found : played.findings) {
-    const bool isNew = std::find(names.begin(), names.end(), found.name) == names.end();
-    if (isNew) names.push_back(found.name);
-  }
-  return names.empty() ? "not every step was played" : Join(names, ", ");
+  std::set<std::string> names;
+  for (const Event& found : played.findings) names.insert(found.name);
+  return names.empty() ? "not every step was played" : Join({names.begin(), names.end()}, ", ");
 }
 
 void Set(pugi::xml_node node, const char* name, std::string_view text) {
@@ -40,35 +31,24 @@ void Set(pugi::xml_node node, const char* name, std::string_view text) {
 
 }  // namespace
 
-void JUnitFile::begin(const SessionInfo& session) {
-  mText = mTranscript.begin(session);
-}
-
-void JUnitFile::take(const Event& event) {
-  mText += mTranscript.add(event);
-}
-
 void JUnitFile::end(const SessionInfo& session, const Played& played) {
-  ++mCount;
   pugi::xml_node test = mSuite.append_child("testcase");
   Set(test, "classname", session.file);
   Set(test, "name", session.name);
-  mText += mTranscript.end(played);
+  mTranscript.end(session, played);
   if (!played.failed) return;
-  ++mFailures;
   pugi::xml_node failure = test.append_child("failure");
   Set(failure, "message", NamesOf(played));
-  failure.text().set(XmlText(mText).c_str());
+  failure.text().set(XmlText(mTranscript.takeText()).c_str());
 }
 
 void JUnitFile::finish() {
   mSuite.append_attribute("name").set_value("aegp-host");
-  mSuite.append_attribute("tests").set_value(mCount);
-  mSuite.append_attribute("failures").set_value(mFailures);
+  mSuite.append_attribute("tests").set_value(mDocument.select_nodes("//testcase").size());
+  mSuite.append_attribute("failures").set_value(mDocument.select_nodes("//failure").size());
   std::ostringstream xml;
   mDocument.save(xml, "  ");
   mFile.write(xml.str());
-  mFile.flush();
 }
 
 }  // namespace host

@@ -14,8 +14,8 @@ namespace host {
 class JUnitFile final : public RunListener {
  public:
   explicit JUnitFile(const std::string& path) : mFile(path) {}
-  void begin(const SessionInfo& session) override;
-  void take(const Event& event) override;
+  void begin(const SessionInfo& session) override { mTranscript.begin(session); }
+  void take(const Event& event) override { mTranscript.take(event); }
   void end(const SessionInfo& session, const Played& played) override;
   /// Writes the file, whose head counts what follows.
   void finish() override;
@@ -25,9 +25,6 @@ class JUnitFile final : public RunListener {
   pugi::xml_document mDocument;
   pugi::xml_node mSuite = mDocument.append_child("testsuite");
   Transcript mTranscript;
-  std::string mText;  ///< of the session
-  int mCount = 0;
-  int mFailures = 0;
 };
 
 }  // namespace host

@@ -44,15 +44,12 @@ void JsonFile::end(const SessionInfo& session, const Played& played) {
          {"session", session.name},
          {"result", played.failed ? "failed" : "ok"},
          {"complete", played.complete}});
-  mFile.flush();
 }
 
 void JsonFile::finish() {
-  if (mForm == Form::page) {
-    mFile.write("]");
-    mFile.write(kPage.substr(kPage.find(kPlaceholder) + kPlaceholder.size()));
-  }
-  mFile.flush();
+  if (mForm == Form::lines) return;
+  mFile.write("]");
+  mFile.write(kPage.substr(kPage.find(kPlaceholder) + kPlaceholder.size()));
 }
 
 void JsonFile::writeOfSession(const Json& json) {

@@ -28,11 +28,8 @@ OutputFile::OutputFile(const std::string& path)
 }
 
 void OutputFile::write(std::string_view text) {
-  if (std::fwrite(text.data(), 1, text.size(), mFile.get()) != text.size()) fail();
-}
-
-void OutputFile::flush() {
-  if (std::fflush(mFile.get()) != 0) fail();
+  const size_t written = std::fwrite(text.data(), 1, text.size(), mFile.get());
+  if (written != text.size() || std::fflush(mFile.get()) != 0) fail();
 }
 
 void OutputFile::fail() const {

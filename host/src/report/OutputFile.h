@@ -7,8 +7,8 @@
 
 namespace host {
 
-/// A file that is written bit by bit. Programs that a plug-in starts don't get it. Each function
-/// throws `std::runtime_error` with the file's name if a write fails.
+/// A file that is written bit by bit, without a buffer. Programs that a plug-in starts don't get
+/// it. Each function throws `std::runtime_error` with the file's name if a write fails.
 class OutputFile {
  public:
   /// The path that stands for standard output.
@@ -18,8 +18,6 @@ class OutputFile {
   /// process prints from then on goes to standard error.
   explicit OutputFile(const std::string& path);
   void write(std::string_view text);
-  /// Writes what a buffer holds.
-  void flush();
 
  private:
   struct Close {

@@ -27,14 +27,15 @@ SessionPrinter::SessionPrinter(Detail detail) : mDetail(detail), mTranscript(Wan
 
 void SessionPrinter::begin(const SessionInfo& session) {
   ++mCount;
-  mKept.clear();
   if (mDetail != Detail::everything) ShowProgress(fmt::format("{} {}", mCount, session.name));
   if (mDetail == Detail::everything && mCount > 1) fmt::print("\n");
-  print(mTranscript.begin(session));
+  mTranscript.begin(session);
+  printNow();
 }
 
 void SessionPrinter::take(const Event& event) {
-  print(mTranscript.add(event));
+  mTranscript.take(event);
+  printNow();
   if (event.result) takeCall(event);
 }
 
@@ -46,7 +47,6 @@ void SessionPrinter::takeCall(const Event& event) {
   const bool isOk = *event.result == 0;
   ++mCalls;
   mFunctions.insert(function);
-  if (event.isUnsupplied) mNotSupplied.insert(function);
   if (function == "AcquireSuite") {
     (isOk ? mSuites : mMissingSuites).insert(argument(1) + " " + argument(2));
   } else if (function == "AEGP_InsertMenuCommand" && isOk) {
@@ -58,13 +58,14 @@ void SessionPrinter::takeCall(const Event& event) {
 }
 
 void SessionPrinter::end(const SessionInfo& session, const Played& played) {
-  print(mTranscript.end(played));
+  mTranscript.end(session, played);
+  printNow();
   if (played.failed) mFailed.push_back(session.name);
   if (mDetail == Detail::everything) return;
   ShowProgress("");
   if (mDetail == Detail::validation) return group(session, played);
   if (!played.failed) return;
-  fmt::print("{}{}", mPrinted ? "\n" : "", mKept);
+  fmt::print("{}{}", mPrinted ? "\n" : "", mTranscript.takeText());
   mPrinted = true;
 }
 
@@ -102,17 +103,13 @@ void SessionPrinter::printUsage() const {
   printNames("inserts menu items:", mMenuItems);
   printNames("acquires suites:", mSuites);
   printNames("misses suites:", mMissingSuites);
-  printNames("calls unsupplied:", mNotSupplied);
   fmt::print("  {:<22} {} functions, {} times\n\n", "calls", mFunctions.size(), mCalls);
 }
 
-void SessionPrinter::print(const std::string& text) {
-  if (mDetail != Detail::everything) {
-    mKept += text;
-  } else {
-    fmt::print("{}", text);
-    mPrinted = true;
-  }
+void SessionPrinter::printNow() {
+  if (mDetail != Detail::everything) return;
+  fmt::print("{}", mTranscript.takeText());
+  mPrinted = true;
 }
 
 bool SessionPrinter::printOutcome() const {

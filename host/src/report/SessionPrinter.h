@@ -38,7 +38,8 @@ class SessionPrinter final : public RunListener {
     std::vector<std::string> sessions;
   };
 
-  void print(const std::string& text);
+  /// Prints what is certain by now, unless it waits for the end.
+  void printNow();
   void takeCall(const Event& event);
   void group(const SessionInfo& session, const Played& played);
   void printFindings() const;
@@ -48,7 +49,6 @@ class SessionPrinter final : public RunListener {
   size_t mCount = 0;
   bool mPrinted = false;  ///< a session
   Transcript mTranscript;
-  std::string mKept;  ///< the text of the session, in case that it is printed at its end
   std::vector<std::string> mFailed;
 
   // For a validation.
@@ -57,7 +57,6 @@ class SessionPrinter final : public RunListener {
   Names mMenuItems;
   Names mSuites;
   Names mMissingSuites;
-  Names mNotSupplied;
   Names mFunctions;
   int64_t mCalls = 0;
 };

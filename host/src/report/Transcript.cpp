@@ -40,51 +40,50 @@ std::string FindingText(const Event& found) {
   return fmt::format("{}: {}", found.name, EscapeLines(found.text));
 }
 
-std::string Transcript::begin(const SessionInfo& session) {
+void Transcript::begin(const SessionInfo& session) {
   mLastTick = -1;
-  return fmt::format("session: {}\n{}{}\n  tick  who        what\n", session.name, session.about,
-                     session.about.empty() ? "" : "\n");
+  mText = fmt::format("session: {}\n{}{}\n  tick  who        what\n", session.name, session.about,
+                      session.about.empty() ? "" : "\n");
 }
 
-std::string Transcript::add(const Event& event) {
+void Transcript::take(const Event& event) {
   const bool joins =
-      event.met && !mMet.text.empty() && event.step == mMet.step && event.tick == mMet.tick;
+      event.isMet() && !mMet.text.empty() && event.step == mMet.step && event.tick == mMet.tick;
   if (joins) {
     mMet.text += ", " + event.name;
-    return "";
+    return;
   }
-  std::string text = takeMet();
-  if (event.met) {
+  addMet();
+  if (event.isMet()) {
     mMet = event;
   } else if (event.kind == EventKind::entry || event.kind == EventKind::expectation) {
-    text += line(event);
+    addLine(event);
   }
-  return text;
 }
 
-std::string Transcript::end(const Played& played) {
-  std::string text = takeMet() + Findings(played, Level::error, "failed") +
-                     Findings(played, Level::warning, "warnings");
-  if (!played.complete) text += "not every step was played\n";
-  if (!played.folder.empty()) text += fmt::format("kept: {}\n", played.folder.string());
-  return text + fmt::format("result: {}\n", played.failed ? "failed" : "ok");
+void Transcript::end(const SessionInfo& /*session*/, const Played& played) {
+  addMet();
+  mText += Findings(played, Level::error, "failed") + Findings(played, Level::warning, "warnings");
+  if (!played.complete) mText += "not every step was played\n";
+  if (!played.folder.empty()) mText += fmt::format("kept: {}\n", played.folder.string());
+  mText += fmt::format("result: {}\n", played.failed ? "failed" : "ok");
 }
 
-std::string Transcript::takeMet() {
-  return mMet.text.empty() ? "" : line(std::exchange(mMet, Event()));
+void Transcript::addMet() {
+  if (!mMet.text.empty()) addLine(std::exchange(mMet, Event()));
 }
 
-std::string Transcript::line(const Event& event) {
+void Transcript::addLine(const Event& event) {
   const bool isNewTick = std::exchange(mLastTick, event.tick) != event.tick;
   const std::string tick = fmt::format("{:>6}", isNewTick ? std::to_string(event.tick) : "");
   std::string actor = fmt::format("{:<9}", NameOf(event.actor));
   std::string text = EscapeControls(event.text);
   if (mHasColour) {
     actor = fmt::format("{}{}{}", kColours[static_cast<size_t>(event.actor)], actor, kPlain);
-    if (event.kind == EventKind::expectation && !event.met)
+    if (event.kind == EventKind::expectation && !event.isMet())
       text = fmt::format("{}{}{}", kRed, text, kPlain);
   }
-  return fmt::format("{}  {}  {}\n", tick, actor, text);
+  mText += fmt::format("{}  {}  {}\n", tick, actor, text);
 }
 
 }  // namespace host

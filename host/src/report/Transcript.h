@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "RunListener.h"
 
@@ -17,21 +18,21 @@ std::string FindingText(const Event& found);
 /// Makes the text of sessions, of one after the other: a head, the timeline, and what came of it.
 /// The timeline has a line for each entry, and one for expectations of a step that are met
 /// together.
-class Transcript {
+class Transcript final : public RunListener {
  public:
   explicit Transcript(bool hasColour = false) : mHasColour(hasColour) {}
-
-  // Each returns the lines that are certain by now.
-
-  std::string begin(const SessionInfo& session);
-  std::string add(const Event& event);
-  std::string end(const Played& played);
+  void begin(const SessionInfo& session) override;
+  void take(const Event& event) override;
+  void end(const SessionInfo& session, const Played& played) override;
+  /// Returns the lines of the session that are certain by now, and forgets them.
+  std::string takeText() { return std::exchange(mText, {}); }
 
  private:
-  std::string line(const Event& event);
-  std::string takeMet();
+  void addLine(const Event& event);
+  void addMet();
 
   bool mHasColour;
+  std::string mText;
   int64_t mLastTick = -1;  ///< that a line shows
   Event mMet;              ///< expectations that are met, in one event; no text if there is none
 };

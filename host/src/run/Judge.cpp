@@ -4,10 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <tuple>
 #include <utility>
 
-#include "Comparison.h"
 #include "TextFile.h"
 
 namespace host {
@@ -37,16 +35,6 @@ std::string FirstLine(const std::string& text) {
   return text.substr(0, text.find('\n'));
 }
 
-// Whether the two differ only in when and where they came up.
-bool IsSame(const Event& one, const Event& other) {
-  if (one.name != other.name || one.hook != other.hook) return false;
-  const auto names = [](const Event& fact) {
-    return std::tie(fact.function, fact.detail, fact.value);
-  };
-  const bool hasNames = names(one) != names(Event());
-  return names(one) == names(other) && (hasNames || FirstLine(one.text) == FirstLine(other.text));
-}
-
 bool Fits(const std::string& wanted, const std::string& name) {
   return wanted.empty() || wanted == name;
 }
@@ -57,14 +45,11 @@ std::vector<Event> Judge::take(Event event) {
   switch (event.kind) {
     case EventKind::fact:
       return takeFact(std::move(event));
-    case EventKind::expect:
-      return takeExpect(event);
     case EventKind::expectation:
-      if (!event.met) takeUnmet(event);
-      break;
+      return takeExpectation(std::move(event));
     case EventKind::answer:
       if (std::exchange(mVisit, event.visit) != event.visit) mAnswered.clear();
-      mAnswered.insert(event.code);
+      mAnswered.insert(*event.result);
       return {};
     case EventKind::failure:
       mFailed.insert(event.text);
@@ -102,31 +87,37 @@ std::vector<Event> Judge::takeFact(Event fact) {
   return shown;
 }
 
-void Judge::takeUnmet(const Event& expectation) {
-  Event fact = MakeFact(
-      expectation, Finding::expectation,
-      fmt::format("{}: {}\n{}", expectation.where, expectation.name, expectation.difference));
-  // Each is a finding of its own.
-  fact.detail = fact.text;
-  find(std::move(fact));
+std::vector<Event> Judge::takeExpectation(Event expectation) {
+  if (expectation.texts) {
+    const std::vector<std::string> found = takeNamed(expectation.name, *expectation.texts);
+    if (mRules.tolerant) return {};
+    expectation.difference = CompareLists(*expectation.texts, found);
+    expectation.texts.reset();
+  }
+  const bool isMet = expectation.isMet();
+  expectation.text =
+      fmt::format("{}: {}", isMet ? "as expected" : "NOT as expected", expectation.name);
+  if (!isMet) {
+    Event fact = MakeFact(
+        expectation, Finding::expectation,
+        fmt::format("{}: {}\n{}", expectation.where, expectation.name, expectation.difference));
+    // Each is a finding of its own.
+    fact.detail = fact.text;
+    find(std::move(fact));
+  }
+  return {std::move(expectation)};
 }
 
-// Compares the facts that the key is about with those expected. A tolerant session takes out those
-// that are expected, and leaves the rest.
-std::vector<Event> Judge::takeExpect(const Event& expect) {
+std::vector<std::string> Judge::takeNamed(const std::string& key,
+                                          const std::vector<std::string>& expected) {
   std::vector<std::string> found;
   std::erase_if(mPending, [&](const Event& fact) {
-    if (KindOf(fact).expectKey != expect.name) return false;
-    found.push_back(expect.name == "findings" ? fact.name : fact.value);
+    if (KindOf(fact).expectKey != key) return false;
+    found.push_back(key == "findings" ? fact.name : fact.value);
     return !mRules.tolerant ||
-           std::find(expect.texts.begin(), expect.texts.end(), found.back()) != expect.texts.end();
+           std::find(expected.begin(), expected.end(), found.back()) != expected.end();
   });
-  if (mRules.tolerant) return {};
-  Event expectation(EventKind::expectation, expect);
-  expectation.name = expect.name;
-  expectation.where = expect.where;
-  Conclude(expectation, CompareLists(expect.texts, found));
-  return take(std::move(expectation));
+  return found;
 }
 
 bool Judge::holds(const KnownIssue& issue) const {
@@ -164,13 +155,17 @@ bool Judge::isExcused(const Event& fact) const {
   if (!mRules.tolerant || !KindOf(fact).has(kExcusable) || fact.visit != mVisit) {
     return false;
   }
-  return fact.code == 0 || mAnswered.contains(fact.code);
+  return !fact.result || mAnswered.contains(*fact.result);
 }
 
 void Judge::find(Event fact) {
   if (mRules.allowed.contains(KindOf(fact).finding)) return;
-  const auto same = std::find_if(mFound.begin(), mFound.end(),
-                                 [&](const Found& found) { return IsSame(found.fact, fact); });
+  FactNames& names = fact;
+  if (names == FactNames()) names.detail = FirstLine(fact.text);
+  // Those that differ only in when and where they came up are alike.
+  const auto same = std::find_if(mFound.begin(), mFound.end(), [&](const Found& found) {
+    return found.fact.name == fact.name && found.fact.hook == fact.hook && names == found.fact;
+  });
   if (same != mFound.end()) {
     ++same->count;
     return;

@@ -43,8 +43,11 @@ class Judge {
   };
 
   std::vector<Event> takeFact(Event fact);
-  void takeUnmet(const Event& expectation);
-  std::vector<Event> takeExpect(const Event& expect);
+  std::vector<Event> takeExpectation(Event expectation);
+  /// Takes the pending facts that the key is about, in a tolerant session only those that are
+  /// expected. Returns their names.
+  std::vector<std::string> takeNamed(const std::string& key,
+                                     const std::vector<std::string>& expected);
   bool holds(const KnownIssue& issue) const;
   const KnownIssue* knownIssueOf(const Event& fact) const;
   void findNeverCame();

@@ -12,13 +12,11 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
 #include <utility>
 
 #include "Backtrace.h"
-#include "CrashReport.h"
 #include "Player.h"
 #include "TextFile.h"
 
@@ -133,6 +131,7 @@ void PlayedProcess::take(Event event) {
     // Another thread knows only the number, which is that of the outermost step.
     event.place = mSession->steps[static_cast<size_t>(event.step) - 1].place;
   }
+  ReplaceAll(event.text, mFolder.path().string() + "/", "");
   std::vector<Event> shown = mJudge.take(std::move(event));
   std::move(shown.begin(), shown.end(), std::back_inserter(mEvents));
 }
@@ -160,9 +159,7 @@ void PlayedProcess::addRestOf(const Output& output, off_t taken) {
 }
 
 void PlayedProcess::addOutput(std::string text) {
-  Event entry(EventKind::entry, HeadOf(*mFlight));
-  // It stood in the output before, whatever call is under way.
-  entry.call = {};
+  Event entry(EventKind::entry, headAtEnd());
   std::string hook;
   if (!mRunning.empty()) {
     hook = mRunning.back().what == kHook ? mRunning.back().name : mRunning.back().hook;
@@ -174,15 +171,14 @@ void PlayedProcess::addOutput(std::string text) {
     begin.name = std::exchange(begin.hook, hook);
     take(std::move(begin));
   }
-  entry.text = withoutFolder(std::move(text));
-  // As through the pipe, which takes only UTF-8.
-  std::string line = Dump(ToJson(entry)) + "\n";
-  take(std::move(TakeEvents(line).front()));
+  entry.text = std::move(text);
+  take(std::move(entry));
 }
 
-std::string PlayedProcess::withoutFolder(std::string text) const {
-  ReplaceAll(text, mFolder.path().string() + "/", "");
-  return text;
+EventHead PlayedProcess::headAtEnd() const {
+  EventHead head = HeadOf(*mFlight);
+  head.place = mFlight->step.data();
+  return head;
 }
 
 // What had begun when the process ended.
@@ -202,7 +198,7 @@ void PlayedProcess::addHowItEnded(int status) {
            "");
   } else if (WIFSIGNALED(status)) {
     addEnd(Finding::crash, "the process crashed", fmt::format(": {}", strsignal(WTERMSIG(status))));
-  } else if (WEXITSTATUS(status) != kPlayedExitCode) {
+  } else if (!mFlight->isFinished) {
     addEnd(Finding::processEnded, "the process ended",
            fmt::format(" with code {}", WEXITSTATUS(status)));
   } else if (!mJudge.isFinished()) {
@@ -214,35 +210,26 @@ void PlayedProcess::addHowItEnded(int status) {
 }
 
 void PlayedProcess::addEnd(Finding finding, std::string what, const std::string& how) {
-  std::vector<std::string> frames = ReadLines(mFolder.path() / kCrashFile);
-  const bool inAnotherThread = std::erase(frames, kInAnotherThread) > 0;
-  CleanFrames(frames);
-  const char* const hook = mFlight->hook;
-  const std::string place = *hook ? fmt::format("in the {}", hook) : "in the host itself";
-  Event fact(EventKind::fact, HeadOf(*mFlight));
+  const auto [inAnotherThread, lines] = ReadCrashReport(mFolder.path());
+  const std::string place = "in " + mFlight->inWhat();
+  Event fact(EventKind::fact, headAtEnd());
   fact.name = KindOf(finding).name;
-  if (finding != Finding::timeout || *hook) {
-    what += " " + (inAnotherThread ? kInAnotherThread : place);
+  // Of the host itself, the others say what it does.
+  if (inAnotherThread || *mFlight->hook || finding == Finding::crash) {
+    what += " " + (inAnotherThread ? "in another thread" : place);
   }
   fact.text = what + how + "\n    ";
   if (inAnotherThread) {
     // The flight record is the main thread's.
-    fact.call = {};
     fact.text += fmt::format("the main thread was {}, ", place);
+  } else if (mFlight->inHostCall) {
+    const std::string_view call = mFlight->hostCall.data();
+    fact.call.function = call.substr(0, call.find('('));
   }
-  fact.text += where();
-  for (const std::string& frame : frames) fact.text += "\n    " + withoutFolder(frame);
+  fact.text += fmt::format("{} ({} of {})", mFlight->where(), mFlight->stepNumber.load(),
+                           mSession->stepCount);
+  for (const std::string& line : lines) fact.text += "\n    " + line;
   take(std::move(fact));
-}
-
-std::string PlayedProcess::where() const {
-  const size_t played = std::min(static_cast<size_t>(mFlight->stepsPlayed), mSession->stepCount);
-  return fmt::format("{}, {} of {} steps left", mFlight->where(), mSession->stepCount - played,
-                     mSession->stepCount);
-}
-
-std::vector<Event> PlayedProcess::takeEvents() {
-  return std::exchange(mEvents, {});
 }
 
 }  // namespace host

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "FlightRecord.h"
@@ -35,7 +36,7 @@ class PlayedProcess {
   /// `std::runtime_error` if the plug-in's module can't be loaded.
   void update();
   /// Returns the events since the last call.
-  std::vector<Event> takeEvents();
+  std::vector<Event> takeEvents() { return std::exchange(mEvents, {}); }
   /// What came of the session, once the process has ended.
   const std::optional<Played>& result() const { return mResult; }
 
@@ -47,18 +48,17 @@ class PlayedProcess {
   void take(Event event);
   void addRestOf(const Output& output, off_t taken);
   void addOutput(std::string text);
-  /// Returns the text with the paths of the session folder from there on.
-  std::string withoutFolder(std::string text) const;
+  /// Returns where the main thread was.
+  EventHead headAtEnd() const;
   void endRunning();
   void addHowItEnded(int status);
   /// Adds the fact that the process didn't end as it should. The place comes between the texts.
   void addEnd(Finding finding, std::string what, const std::string& how);
-  std::string where() const;
 
   const std::shared_ptr<const Session> mSession;
   const RunOptions& mOptions;
   const SessionFolder mFolder;
-  const SharedFlightRecord mFlight;
+  const std::shared_ptr<FlightRecord> mFlight;
   Judge mJudge;
   pid_t mProcess = -1;  ///< until it has ended
   int mPipe = -1;

@@ -9,7 +9,7 @@
 
 #include <cstdlib>
 
-#include "CrashReport.h"
+#include "Backtrace.h"
 #include "Runner.h"
 #include "Steps.h"
 #include "TextFile.h"
@@ -19,16 +19,19 @@ namespace {
 
 constexpr rlim_t kMaxBytesOfAFile = rlim_t{256} * 1024 * 1024;
 
+// By which an `exit` of the host's is told from one of the plug-in's. The system makes 0 of it.
+constexpr int kHostsExit = 1 << 30;
+
 bool sPlaysASession = false;
 
 // Runs while the system finalises the modules. What it registers runs when they all are, the
 // plug-in's too.
 [[gnu::destructor]] void FinishAfterTheLastModule() {
   if (!sPlaysASession) return;
-  const auto finish = [](int, void*) {
-    // Otherwise the main thread may be in the host.
-    if (WriteIfOtherThread()) return;
+  const auto finish = [](int status, void*) {
+    if (TellIfOtherThread() || status != kHostsExit) return;
     TheHost().finish();
+    TheHost().flight().isFinished = true;
   };
   on_exit(finish, nullptr);
 }
@@ -48,12 +51,12 @@ void CheckNothingIsLeft(Host& host, const Session& session) {
 void PlaySession(const Session& session, Host& host) {
   for (const auto& preparation : session.preparations) preparation(host);
   for (const Step& step : session.steps) {
+    ++host.flight().stepNumber;
     if (step.quits && host.settings().tolerant && session.settles) {
       host.beginStep(kSettling);
       for (const auto& settle : session.settling) settle(host);
     }
     PlayStep(step, host);
-    ++host.flight().stepsPlayed;
   }
   CheckNothingIsLeft(host, session);
   host.timeline.tell(EventKind::played);
@@ -102,7 +105,7 @@ void PlayAndExit(const Session& session, const RunOptions& options,
     host.report(Finding::setup, fmt::format("the session can't go on: {}", error.what()));
   }
   host.beginDestructors();
-  std::exit(kPlayedExitCode);
+  std::exit(kHostsExit);
 }
 
 }  // namespace host

@@ -1,7 +1,6 @@
 #include "SessionFolder.h"
 
 #include <fmt/format.h>
-#include <sys/stat.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -27,11 +26,14 @@ fs::path MakeFolder() {
 
 // A plug-in may have closed folders to writers.
 void OpenFolders(const fs::path& folder) {
-  if (!fs::is_directory(fs::symlink_status(folder))) return;
-  chmod(folder.c_str(), S_IRWXU);
   std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-    OpenFolders(entry.path());
+  fs::permissions(folder, fs::perms::owner_all, ignored);
+  // Each is open before what is in it is looked at.
+  for (const auto& entry : fs::recursive_directory_iterator(
+           folder, fs::directory_options::skip_permission_denied, ignored)) {
+    if (entry.symlink_status().type() == fs::file_type::directory) {
+      fs::permissions(entry, fs::perms::owner_all, ignored);
+    }
   }
 }
 

@@ -13,7 +13,6 @@
 #include <sstream>
 #include <utility>
 
-#include "Comparison.h"
 #include "TextFile.h"
 
 namespace host {
@@ -262,11 +261,7 @@ Action HaveJudged(const YamlValue& value) {
     });
   }
   return [key = value.key(), place = value.place(), expected = value.texts()](Host& host) {
-    Event expect = host.timeline.event(EventKind::expect, Actor::session);
-    expect.name = key;
-    expect.where = place;
-    expect.texts = Resolve(host, expected);
-    host.timeline.add(std::move(expect));
+    host.timeline.addExpectation(key, place, {}, Resolve(host, expected));
   };
 }
 
