@@ -11,6 +11,7 @@
 // What the host tells the process that waits, which decides what is a finding.
 
 namespace host {
+
 void Host::report(Finding finding, const std::string& text, FactNames names, int64_t code) {
   const Actor actor = finding == Finding::setup ? Actor::session : Actor::plugIn;
   Event fact = timeline.event(EventKind::fact, actor);

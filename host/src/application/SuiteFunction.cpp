@@ -51,12 +51,6 @@ A_Err CheckSuite(Host& host, const void* table) {
   return PF_Err_BAD_CALLBACK_PARAM;
 }
 
-A_Err CheckPluginId(Host& host, AEGP_PluginID id) {
-  if (id == kPluginId) return A_Err_NONE;
-  return host.misused(Finding::wrongPluginId,
-                      fmt::format("the plug-in's id is {}, not {}", kPluginId, id));
-}
-
 A_Err AnswerNotSupplied(const void* table, const char* function) {
   Host& host = TheHost();
   if (!host.isMainThread()) return host.reportFromOtherThread(table, function);

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -70,7 +71,6 @@ class SuiteCall {
 // in the source of the suite that gives it out.
 
 A_Err CheckSuite(Host& host, const void* table);
-A_Err CheckPluginId(Host& host, AEGP_PluginID id);
 A_Err CheckMenuItem(Host& host, AEGP_Command command);
 A_Err CheckPointer(Host& host, AEGP_ProjectH project);
 A_Err CheckPointer(Host& host, AEGP_MemHandle handle);
@@ -87,12 +87,14 @@ A_Err CheckPointer(Host& /*host*/, Target* /*pointer*/) {
 template <Name name, typename Argument>
 A_Err CheckArgument(Host& host, Argument argument) {
   if constexpr (name.is("aegp_plugin_id")) {
-    return CheckPluginId(host, argument);
+    if (argument == kPluginId) return A_Err_NONE;
+    return host.misused(Finding::wrongPluginId,
+                        fmt::format("the plug-in's id is {}, not {}", kPluginId, argument));
   } else if constexpr (name.is("menu_item")) {
     return CheckMenuItem(host, argument);
   } else if constexpr (std::is_pointer_v<Argument> && !name.isOptional()) {
     if (argument) return CheckPointer(host, argument);
-    return host.misused(Finding::nullArgument, std::string(name.text) + " is null", name.text);
+    return host.misused(Finding::nullArgument, fmt::format("{} is null", name.text), name.text);
   } else {
     return A_Err_NONE;
   }
