@@ -58,15 +58,6 @@ struct Recorded {
   Played played;
 };
 
-/// Sessions that end in every way, with hooks and dialogs in one another.
-const std::vector<std::string> kSessions{
-    "steps: [tick, dialog: Preferences, pick: Mine]",
-    Behaviour("print last words; crash"),
-    Behaviour("throw in commands; pick"),
-    Behaviour("exit"),
-    Behaviour("keep dialogs from beginning", "[tick, dialog: Preferences]"),
-};
-
 TEST(Files, JsonSaysOfEachEntryWhereItComesFrom) {
   const Recorded run(R"(about: Shows it.
 steps:
@@ -115,11 +106,8 @@ steps:
 
 TEST(Files, JsonSaysOfEachFindingWhereItComesFrom) {
   setenv("ASAN_OPTIONS", "handle_segv=0", 1);
-  struct Case {
-    std::string behaviour;
-    std::string head;  ///< besides what all have
-  };
-  const std::vector<Case> cases{
+  // By behaviour, what the head has besides what all have.
+  const std::vector<std::pair<std::string, std::string>> cases{
       {"pass another id",
        R"("name":"wrong-plugin-id","call":"AEGP_ReportInfo",
           "arguments":[{"name":"1","value":"77"},{"name":"2","value":"who is this"}])"},
@@ -130,7 +118,7 @@ TEST(Files, JsonSaysOfEachFindingWhereItComesFrom) {
       {"throw", R"("name":"exception")"},
       {"crash", R"("name":"crash")"},
       {"pass a wild pointer", R"("name":"crash","call":"AEGP_ReportInfo")"},
-      {"throw in a thread", R"("name":"crash")"},
+      {"have a thread crash within a call", R"("name":"crash")"},
       {"hang", R"("name":"timeout")"},
       {"exit", R"("name":"process-ended")"},
       {"call from two threads", R"("name":"wrong-thread")"},
@@ -179,7 +167,11 @@ TEST(Files, JsonTellsHowFarAnActivationIs) {
 
 TEST(Files, EveryHookAndDialogThatBeginsEnds) {
   setenv("ASAN_OPTIONS", "handle_segv=0", 1);
-  for (const std::string& session : kSessions) {
+  for (const std::string& session :
+       {std::string("steps: [tick, dialog: Preferences, pick: Mine]"),
+        Behaviour("print last words; crash"), Behaviour("throw in commands; pick"),
+        Behaviour("exit"),
+        Behaviour("keep dialogs from beginning", "[tick, dialog: Preferences]")}) {
     SCOPED_TRACE(session);
     const Recorded run(session);
     std::vector<std::string> running;
@@ -199,7 +191,8 @@ TEST(Files, EveryHookAndDialogThatBeginsEnds) {
 }
 
 TEST(Files, JUnitHoldsTheTimelineOfAFailureWhateverThePluginPrints) {
-  const Recorded run("about: \"odd \\e\"\n" + Behaviour("print odd bytes; report odd bytes"));
+  const Recorded run("about: \"odd \\e\"\n" +
+                     Behaviour("print odd bytes; report; report odd bytes"));
   const std::string xml = Read(run.path("junit"));
   pugi::xml_document document;
   ASSERT_TRUE(document.load_string(xml.c_str()));
@@ -230,28 +223,20 @@ TEST(Files, APageHoldsTheObjectsWhateverTheySay) {
 }
 
 TEST(Files, AreWholeIfTheModuleCannotBeLoaded) {
-  const TemporaryFolder folder;
-  const std::string story = Word(folder.Write("story.yaml", "steps: []"));
-  const std::string junit = (folder.path() / "junit").string();
-  const std::string page = (folder.path() / "html").string();
-  const Played played = RunHost("--plugin " MODULE_WITHOUT_ENTRY " --junit " + Word(junit) +
-                                " --html " + Word(page) + " " + story);
-  EXPECT_EQ(played.code, 2);
+  const Recorded run("steps: []", "--entry Other");
+  EXPECT_EQ(run.played.code, 2);
   pugi::xml_document document;
-  EXPECT_TRUE(document.load_file(junit.c_str()));
-  EXPECT_THAT(Read(page), EndsWith("</html>\n"));
+  EXPECT_TRUE(document.load_file(run.path("junit").c_str()));
+  EXPECT_THAT(Read(run.path("html")), EndsWith("</html>\n"));
 }
 
 TEST(Files, AFailedWriteIsAnError) {
   const TemporaryFolder folder;
   const std::string story = Word(folder.Write("story.yaml", "steps: []"));
-  const auto play = [&](const std::string& option, const std::string& file) {
-    return RunHost("--quiet --plugin " TEST_PLUGIN " " + option + " " + file + " " + story);
-  };
-  for (const std::string option : {"--json", "--html", "--junit"}) {
+  for (const std::string option : {" --json ", " --html ", " --junit "}) {
     SCOPED_TRACE(option);
     for (const std::string file : {"/dev/full", "/nowhere/file"}) {
-      const Played played = play(option, file);
+      const Played played = RunHost("--quiet --plugin " TEST_PLUGIN + option + file + " " + story);
       EXPECT_EQ(played.code, 2);
       EXPECT_THAT(played.output, StartsWith("can't write " + file + ": "));
     }
@@ -295,16 +280,11 @@ TEST(Files, OnlyATerminalGetsColour) {
 }
 
 TEST(Files, ShowEachCallIfAsked) {
-  const TemporaryFolder folder;
-  const std::string story = Word(folder.Write("story.yaml", Behaviour("pass another id")));
-  const std::string json = (folder.path() / "json").string();
-  const Played played =
-      RunHost("--calls --plugin " TEST_PLUGIN " --json " + Word(json) + " " + story);
-  EXPECT_THAT(played.output,
+  const Recorded run(Behaviour("pass another id"), "--calls");
+  EXPECT_THAT(run.played.output,
               HasSubstr("plug-in    calls AcquireSuite(AEGP Register Suite, 6, pointer): 0\n"));
-  EXPECT_THAT(played.output, HasSubstr("calls AEGP_ReportInfo(77, who is this): 1\n"));
-  EXPECT_THAT(Read(json), HasSubstr("\"call\":\"AEGP_ReportInfo\""));
-  EXPECT_THAT(Read(json), HasSubstr("\"result\":1}"));
+  EXPECT_THAT(run.played.output, HasSubstr("calls AEGP_ReportInfo(77, who is this): 1\n"));
+  EXPECT_THAT(Read(run.path("json")), HasSubstr("\"result\":1}"));
 }
 
 }  // namespace

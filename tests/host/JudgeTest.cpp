@@ -53,14 +53,19 @@ Event AtVisit(Event event, int64_t visit, std::optional<int64_t> result = {}) {
   return event;
 }
 
-/// Names what is found when these facts come before the end of a session.
-std::vector<std::string> Found(const JudgeRules& rules, const std::vector<Event>& facts) {
+/// Returns what is found when these facts come in a session.
+std::vector<Event> Findings(const JudgeRules& rules, const std::vector<Event>& facts) {
   Judge judge(rules);
   for (const Event& fact : facts) judge.take(fact);
-  judge.take(Of(EventKind::played));
-  judge.take(Of(EventKind::finished));
+  return judge.finish().findings;
+}
+
+/// Names what is found when these facts come before the end of a session.
+std::vector<std::string> Found(const JudgeRules& rules, std::vector<Event> facts) {
+  facts.push_back(Of(EventKind::played));
+  facts.push_back(Of(EventKind::finished));
   std::vector<std::string> names;
-  for (const Event& found : judge.finish().findings) names.push_back(found.name);
+  for (const Event& found : Findings(rules, facts)) names.push_back(found.name);
   return names;
 }
 
@@ -130,23 +135,20 @@ TEST(Judge, ExcusesInATolerantSessionWhatAnAnsweredErrorMayHaveCaused) {
 }
 
 TEST(Judge, PutsTheCauseFirstAndCountsWhatIsAlike) {
-  Judge judge({});
+  std::vector<Event> facts;
   for (int64_t tick = 1; tick <= 100; ++tick) {
-    Event error = Fact(Finding::hookError, "", "", "idle hook 3");
-    Event misuse = Fact(Finding::nullArgument, "AEGP_ReportInfo", "info_stringZ");
-    error.tick = misuse.tick = tick;
-    judge.take(error);
-    judge.take(misuse);
+    facts.push_back(Fact(Finding::hookError, "", "", "idle hook 3"));
+    facts.push_back(Fact(Finding::nullArgument, "AEGP_ReportInfo", "info_stringZ"));
+    facts.back().tick = tick;
   }
-  judge.take(Fact(Finding::nullArgument, "FreeBlock", "block"));
-  judge.take(Of(EventKind::finished));
-  const host::Played played = judge.finish();
-  ASSERT_EQ(played.findings.size(), 3U);
-  EXPECT_EQ(played.findings[0].name, "null-argument");
-  EXPECT_THAT(played.findings[0].text, HasSubstr("\n    100 times, first at tick 1"));
-  EXPECT_EQ(played.findings[1].text, "text");
-  EXPECT_EQ(played.findings[2].name, "hook-error");
-  EXPECT_FALSE(played.complete);
+  facts.push_back(Fact(Finding::nullArgument, "FreeBlock", "block"));
+  facts.push_back(Of(EventKind::finished));
+  const std::vector<Event> findings = Findings({}, facts);
+  ASSERT_EQ(findings.size(), 3U);
+  EXPECT_EQ(findings[0].name, "null-argument");
+  EXPECT_THAT(findings[0].text, HasSubstr("\n    100 times, first at tick 1"));
+  EXPECT_EQ(findings[1].text, "text");
+  EXPECT_EQ(findings[2].name, "hook-error");
 }
 
 TEST(Judge, TellsEachExpectationThatIsNotMet) {
@@ -165,23 +167,20 @@ TEST(Judge, TellsAHundredFindingsOfAKind) {
   for (int i = 0; i < 150; ++i) {
     facts.push_back(Fact(Finding::nullArgument, "function " + std::to_string(i)));
   }
-  Judge judge({});
-  for (const Event& fact : facts) judge.take(fact);
-  judge.take(Of(EventKind::finished));
-  const std::vector<Event> findings = judge.finish().findings;
+  facts.push_back(Of(EventKind::finished));
+  const std::vector<Event> findings = Findings({}, facts);
   ASSERT_EQ(findings.size(), 101U);
   EXPECT_EQ(findings[98].text, "text");
   EXPECT_THAT(findings[99].text, HasSubstr("no more of this kind are told"));
 }
 
 TEST(Judge, LeavesOutWhatASessionThatWasCutShortMightHaveExpected) {
-  Judge judge({});
-  judge.take(Fact(Finding::userReport, "", "", "oh"));
-  judge.take(Fact(Finding::nullArgument, "FreeBlock", "block"));
-  judge.take(Fact(Finding::crash));
-  std::vector<std::string> found;
-  for (const Event& each : judge.finish().findings) found.push_back(each.name);
-  EXPECT_THAT(found, ElementsAre("crash", "null-argument"));
+  const std::vector<Event> findings =
+      Findings({}, {Fact(Finding::userReport, "", "", "oh"),
+                    Fact(Finding::nullArgument, "FreeBlock", "block"), Fact(Finding::crash)});
+  ASSERT_EQ(findings.size(), 2U);
+  EXPECT_EQ(findings[0].name, "crash");
+  EXPECT_EQ(findings[1].name, "null-argument");
 }
 
 TEST(Faults, WaitWhilePausedExceptThatCallsAreCounted) {

@@ -14,10 +14,10 @@ struct Played {
   std::string output;
 };
 
-/// Runs the shell's command. The output is that of both streams.
+/// Runs the shell's command, with something to read. The output is that of both streams.
 inline Played RunCommand(const std::string& command) {
   Played played;
-  std::FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
+  std::FILE* const pipe = popen(("echo input | { " + command + "; } 2>&1").c_str(), "r");
   std::array<char, 4096> buffer;
   while (const size_t size = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
     played.output.append(buffer.data(), size);
@@ -37,10 +37,11 @@ inline std::string Word(const std::filesystem::path& path) {
 }
 
 /// Plays the session with the test plug-in.
-inline Played Play(const std::string& session, const std::string& options = "") {
+inline Played Play(const std::string& session, const std::string& options = "",
+                   const std::string& subcommand = "run") {
   const TemporaryFolder folder;
   const std::string file = Word(folder.Write("story.yaml", session));
-  return RunHost("--plugin " TEST_PLUGIN " " + options + " " + file);
+  return RunHost("--plugin " TEST_PLUGIN " " + options + " " + file, subcommand);
 }
 
 inline constexpr char kWithFontManager[] = "--font-manager " FONT_MANAGER;

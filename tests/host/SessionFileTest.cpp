@@ -79,7 +79,7 @@ TEST(SessionFile, SaysWhereItIsNoYamlAndWhatToWriteInstead) {
   }
 }
 
-TEST(SessionFile, SaysWhereAKeyIsAtTheWrongDepth) {
+TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
   const std::string below = "is a key of 'expect': indent it below an 'expect'\n";
   const std::string deeper =
       "is at the depth of the step 'expect': indent it further, or begin a step with '-'\n";
@@ -90,14 +90,6 @@ TEST(SessionFile, SaysWhereAKeyIsAtTheWrongDepth) {
       {"steps: [tick]\nexpect: {}\n", "2: expect: unknown key; known are "},
       {"steps: [expect: {stdout: [it is: 3]}]",
        "1: stdout: has to be a text, not a map: write a text that holds a ':' in quotes\n"},
-  };
-  for (const auto& [session, fault] : cases) {
-    EXPECT_THAT(FaultsOf(session), StartsWith("story.yaml:" + fault)) << session;
-  }
-}
-
-TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
-  const std::vector<std::pair<std::string, std::string>> cases{
       {"[]", "1: session: has to be a map"},
       {"about: x\n", "1: session: the key 'steps' is missing"},
       {"about: a\nabout: b\nsteps: []", "2: about: comes twice"},

@@ -3,6 +3,8 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <pthread.h>
+#include <semaphore.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
@@ -10,7 +12,6 @@
 #include <utime.h>
 
 #include <chrono>
-#include <condition_variable>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -21,7 +22,6 @@
 #include <future>
 #include <iostream>
 #include <map>
-#include <mutex>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -32,6 +32,8 @@
 #include "desktop/Application.h"
 
 namespace {
+
+using namespace std::chrono_literals;
 
 SPBasicSuite* basic = nullptr;
 AEGP_PluginID pluginId = 0;
@@ -121,6 +123,8 @@ void Report(const char* text) {
   Utility()->AEGP_ReportInfo(pluginId, text);
 }
 
+constexpr A_UTF16Char kHalfAPair[] = {0xd800, 0};
+
 // On which the actions act.
 AEGP_ProjectH project = nullptr;
 AEGP_MemHandle handle = nullptr;
@@ -159,10 +163,14 @@ void CloseProject() {
   Projects()->AEGP_NewProject(&opened);
 }
 
+A_Err Open(const A_UTF16Char* path) {
+  AEGP_ProjectH opened = nullptr;
+  return Projects()->AEGP_OpenProjectFromPath(path, &opened);
+}
+
 void OpenAgain() {
   const std::u16string path = (std::filesystem::current_path() / "projects/a.aep").u16string();
-  AEGP_ProjectH opened = nullptr;
-  Projects()->AEGP_OpenProjectFromPath(reinterpret_cast<const A_UTF16Char*>(path.c_str()), &opened);
+  Open(reinterpret_cast<const A_UTF16Char*>(path.c_str()));
 }
 
 // As if the framework had been called.
@@ -249,17 +257,26 @@ void CallFromTwoThreads() {
   another.join();
 }
 
-// Ends long after the tick.
+// Waits in each way for what never comes. Ends long after the tick.
 void WorkInAThread() {
   std::thread([] {
-    std::mutex mutex;
-    std::unique_lock lock(mutex);
-    std::condition_variable never;
-    constexpr std::chrono::milliseconds kTime(100);
-    const auto begin = std::chrono::steady_clock::now();
-    never.wait_until(lock, std::chrono::system_clock::now() + kTime);
-    const bool waited = std::chrono::steady_clock::now() - begin >= kTime;
-    std::ofstream("done") << (waited ? "waited" : "didn't wait");
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    pthread_cond_t condition = PTHREAD_COND_INITIALIZER;
+    sem_t semaphore;
+    sem_init(&semaphore, 0, 0);
+    pthread_mutex_lock(&mutex);
+    std::ofstream done("done");
+    const auto wait = [&](const char* what, const auto& until) {
+      const auto begin = std::chrono::steady_clock::now();
+      const timespec deadline{std::time(nullptr), 50'000'000};
+      until(&deadline);
+      const bool waits = std::chrono::steady_clock::now() - begin >= 50ms;
+      done << what << (waits ? " waits\n" : " doesn't wait\n");
+    };
+    wait("condition", [&](auto* until) { pthread_cond_timedwait(&condition, &mutex, until); });
+    wait("mutex", [&](auto* until) { pthread_mutex_timedlock(&mutex, until); });
+    wait("semaphore", [&](auto* until) { sem_timedwait(&semaphore, until); });
+    done << "the end\n";
   }).detach();
 }
 
@@ -279,6 +296,21 @@ int OverflowTheStack(int depth) {
   volatile char frame[4096] = {};
   frame[0] = static_cast<char>(depth);
   return depth < 0 ? 0 : OverflowTheStack(depth + 1) + frame[0];
+}
+
+desktop::Application::BeginModalSession begin = nullptr;
+
+// Neither event is the dialog's Escape.
+desktop::ModalSession SendOtherKeys(desktop::Application& application, desktop::Window& window) {
+  desktop::KeyEvent event;
+  event.keyCode = 53;
+  event.windowNumber = window.windowNumber();
+  event.characters = u"x";
+  window.sendEvent(event);
+  ++event.windowNumber;
+  event.characters = u"\x1b";
+  window.sendEvent(event);
+  return begin(application, window);
 }
 
 desktop::ModalSession BeginNothing(desktop::Application& /*application*/,
@@ -309,11 +341,13 @@ const std::map<std::string, std::function<void()>> kActions{
     {"ask for what is missing",
      [] {
        const void* suite = nullptr;
-       basic->AcquireSuite("AEGP Item Suite", 13, &suite);
-       basic->AcquireSuite("AEGP Proj Suite", 6, &suite);
-       basic->AcquireSuite("AEGP Utility Suite", 9, &suite);
        const Utility utility;
-       CallUnsupplied(utility->AEGP_GetMainHWND);
+       for (int i = 0; i < 2; ++i) {
+         basic->AcquireSuite("AEGP Item Suite", 13, &suite);
+         basic->AcquireSuite("AEGP Proj Suite", 6, &suite);
+         basic->AcquireSuite("AEGP Utility Suite", 9, &suite);
+         CallUnsupplied(utility->AEGP_GetMainHWND);
+       }
      }},
     {"need the memory suite at death",
      [] {
@@ -377,10 +411,10 @@ const std::map<std::string, std::function<void()>> kActions{
     {"pass what looks like a result", [] { basic->ReleaseSuite("suite\nresult: ok", 1); }},
     {"report what isn't UTF-16",
      [] {
-       static constexpr A_UTF16Char kHalfAPair[] = {0xd800, 0};
        const Suite<AEGP_UtilitySuite6> suite(kAEGPUtilitySuite, kAEGPUtilitySuiteVersion6);
        suite->AEGP_ReportInfoUnicode(pluginId, kHalfAPair);
      }},
+    {"open half a pair", [] { idleResult = Open(kHalfAPair); }},
     {"get the second project", [] { Projects()->AEGP_GetProjectByIndex(1, &project); }},
     {"get the project", [] { Projects()->AEGP_GetProjectByIndex(0, &project); }},
     {"make up a project", [] { project = reinterpret_cast<AEGP_ProjectH>(&command); }},
@@ -445,10 +479,22 @@ const std::map<std::string, std::function<void()>> kActions{
     {"throw in a thread",
      [] { std::thread([] { throw std::runtime_error("from a [thread]\nof mine"); }).join(); }},
 
+    {"have a thread crash within a call",
+     [] {
+       std::signal(SIGSEGV, [](int) { std::thread(std::abort).join(); });
+       Report(reinterpret_cast<const A_char*>(8));
+     }},
+
     // Ends of the process
     {"crash", [] { raise(SIGSEGV); }},
     {"overflow the stack", [] { OverflowTheStack(0); }},
     {"crash at exit", [] { atExit.action = std::abort; }},
+    {"write without end",
+     [] {
+       std::ofstream file("endless");
+       file.seekp(1'000'000'000);
+       file << "x" << std::flush;
+     }},
     {"exit", [] { std::exit(0); }},
     {"exit in a thread", [] { std::thread([] { std::exit(0); }).join(); }},
     {"exit when finalised", [] { finally = [] { std::exit(0); }; }},
@@ -515,6 +561,11 @@ const std::map<std::string, std::function<void()>> kActions{
        std::clog << "six\n";
        dprintf(fileno(stdout), "by the descriptor\n");
      }},
+    {"read",
+     [] {
+       std::string line;
+       std::puts(std::getline(std::cin, line) ? line.c_str() : "nothing to read");
+     }},
     {"end no line", [] { std::printf("no line end"); }},
     {"print much",
      [] {
@@ -528,6 +579,10 @@ const std::map<std::string, std::function<void()>> kActions{
     {"leave a trace", [] { std::ofstream(std::getenv("TRACE")) << "left"; }},
     {"wait for the trace", [] { std::ifstream(std::getenv("TRACE")).get(); }},
     {"leave the folder", [] { std::filesystem::current_path("/"); }},
+    {"send other keys to dialogs",
+     [] {
+       begin = desktop::Application::sharedApplication().exchangeBeginModalSession(SendOtherKeys);
+     }},
     {"keep dialogs from beginning",
      [] { desktop::Application::sharedApplication().exchangeBeginModalSession(BeginNothing); }},
 
