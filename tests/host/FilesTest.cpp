@@ -1,10 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <pugixml.hpp>
 #include <string>

@@ -144,7 +144,7 @@ static void use_project(void) {
 }
 
 /* The versions differ in their first function, and in where the others stand. */
-static void use_preferences(int32_t version) {
+static void use_preferences_of(int32_t version) {
   typedef int32_t (*SetString)(void*, const char*, const char*, const char*);
   typedef int32_t (*GetString)(void*, const char*, const char*, const char*, uint32_t, char*,
                                uint32_t*);
@@ -153,6 +153,7 @@ static void use_preferences(int32_t version) {
   Table table = acquire("AEGP Persistent Data Suite", version);
   void* blob = NULL;
   char text[32] = "";
+  char missing[32] = "";
   uint32_t size = 0;
   int32_t number = 0;
   int32_t half = 0;
@@ -168,8 +169,8 @@ static void use_preferences(int32_t version) {
   if (((GetString)table[8])(blob, "Section", "key", "default", 5, text, &size) == 0) {
     puts("five bytes hold \"value\" and its end");
   }
+  ((GetString)table[8])(blob, "Section", "other", "fallback", sizeof missing, missing, &size);
   ((GetString)table[8])(blob, "Section", "key", "default", sizeof text, text, &size);
-  ((SetString)table[set])(blob, "Section", "half", "42 and more");
   ((int32_t(*)(void*, const char*, const char*, int32_t, int32_t*))table[9])(blob, "Section",
                                                                              "half", 7, &half);
   ((int32_t(*)(void*, const char*, const char*, int32_t, int32_t*))table[9])(blob, "Section", "n",
@@ -181,17 +182,14 @@ static void use_preferences(int32_t version) {
   ((int32_t(*)(void*, const char*, const char*))table[remove])(blob, "Other", "f");
   ((int32_t(*)(void*, const char*, const char*, unsigned char*))table[3])(blob, "Other", "f",
                                                                           &exists);
-  printf("%s, %u bytes, %d, %d, %g, %d sections, %d keys, %d\n", text, size, number, half, fraction,
-         sections, keys, exists);
+  printf("%s, %u bytes, %s, %d, %d, %g, %d sections, %d keys, %d\n", text, size, missing, number,
+         half, fraction, sections, keys, exists);
   release("AEGP Persistent Data Suite", version);
 }
 
-static void use_preferences_3(void) {
-  use_preferences(3);
-}
-
-static void use_preferences_4(void) {
-  use_preferences(4);
+static void use_preferences(void) {
+  use_preferences_of(3);
+  use_preferences_of(4);
 }
 
 static void use_commands(void) {
@@ -209,8 +207,8 @@ static void use_commands(void) {
 
 static int32_t idle(void* global, void* refcon, int32_t* max_sleep) {
   static void (*const ticks[])(void) = {
-      call_what_is_not_supplied, use_windows,       use_project, use_blocks, use_memory,
-      use_preferences_3,         use_preferences_4, use_commands};
+      call_what_is_not_supplied, use_windows, use_project, use_blocks, use_memory,
+      use_preferences,           use_commands};
   static unsigned int tick = 0;
   (void)global, (void)refcon, (void)max_sleep;
   if (tick < sizeof ticks / sizeof ticks[0]) ticks[tick++]();

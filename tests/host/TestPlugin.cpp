@@ -1,5 +1,6 @@
 // Does at its first idle tick what the variable BEHAVIOUR or, without it, the session's file
-// "behaviour" says: one or more of the actions below, as "acquire; release".
+// "behaviour" says: one or more of the actions below, as "acquire; release". Goes on at the next
+// tick after "tick". What comes after "call: " it writes to the framework's journal.
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -25,6 +26,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -173,35 +175,10 @@ void OpenAgain() {
   Open(reinterpret_cast<const A_UTF16Char*>(path.c_str()));
 }
 
-// As if the framework had been called.
-void WriteJournal(const std::string& lines) {
-  std::ofstream("journal", std::ios::app) << lines;
-}
-
-// Closes the open project for its fonts, and has them active. Neither opens it again nor listens to
-// the user.
-void ActivateAndForget() {
-  std::ofstream("active-fonts", std::ios::app) << "Garamond\n";
-  WriteJournal(
-      "InitializeTamberlinkInterface\nPluginIsEnabled\tenabled=true\n"
-      "HandleOpenExistingDocument\tpath=projects/a.aep\tcount=1\n");
-  CloseProject();
-}
-
-void KeepAPreference() {
-  const Suite<AEGP_PersistentDataSuite3> writer(kAEGPPersistentDataSuite,
-                                                kAEGPPersistentDataSuiteVersion3);
-  const Suite<AEGP_PersistentDataSuite4> reader(kAEGPPersistentDataSuite,
-                                                kAEGPPersistentDataSuiteVersion4);
-  AEGP_PersistentBlobH blob = nullptr;
-  writer->AEGP_GetApplicationBlob(&blob);
-  writer->AEGP_SetString(blob, "Section", "new", "kept");
-  for (const char* key : {"old", "new", "other"}) {
-    char text[16] = "";
-    A_u_long size = 0;
-    reader->AEGP_GetString(blob, "Section", key, "fallback", sizeof text, text, &size);
-    std::printf("%s is %s\n", key, text);
-  }
+// Has the journal hold a call of the framework, as "PluginIsEnabled, enabled=true".
+void WriteJournal(std::string call) {
+  for (size_t at = 0; (at = call.find(", ")) != std::string::npos;) call.replace(at, 2, "\t");
+  std::ofstream("journal", std::ios::app) << call << '\n';
 }
 
 void WriteFiles() {
@@ -574,7 +551,6 @@ const std::map<std::string, std::function<void()>> kActions{
      }},
     {"print odd bytes", [] { std::puts("\x1b \xff \uFFFE <&>"); }},
     {"report odd bytes", [] { Report("\xff"); }},
-    {"keep a preference", KeepAPreference},
     {"write files", WriteFiles},
     {"leave a trace", [] { std::ofstream(std::getenv("TRACE")) << "left"; }},
     {"wait for the trace", [] { std::ifstream(std::getenv("TRACE")).get(); }},
@@ -604,19 +580,17 @@ const std::map<std::string, std::function<void()>> kActions{
        bool enabled = false;
        if (ask(false, &enabled) != 0) Report("the framework fails");
      }},
-    {"activate and forget", ActivateAndForget},
-    {"pass odd buffers",
-     [] {
-       WriteJournal(
-           "InvokeResolveDialog\tlist=(not terminated)\tsize=131072\tlist=\tsize=0\n"
-           "GetIDForDocument\tpath=a\tsize=257\tid=(not terminated)\tsize=257\n");
-     }},
+    {"have Garamond active", [] { std::ofstream("active-fonts") << "Garamond\n"; }},
 };
 
 A_Err Idle(AEGP_GlobalRefcon, AEGP_IdleRefcon, A_long*) {
+  constexpr std::string_view kCall = "call: ";
   static std::istringstream actions(kBehaviour);
   if (onTick) onTick();
-  for (std::string action; std::getline(actions >> std::ws, action, ';');) kActions.at(action)();
+  for (std::string action; std::getline(actions >> std::ws, action, ';');) {
+    if (action == "tick") break;
+    action.starts_with(kCall) ? WriteJournal(action.substr(kCall.size())) : kActions.at(action)();
+  }
   return idleResult;
 }
 
