@@ -56,6 +56,9 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 }
 
 std::string EscapeControls(std::string_view text) {
+  // As nearly all of them are, for each text that the plug-in passes.
+  const auto isPlain = [](char letter) { return letter >= 0x20 && letter < 0x7f; };
+  if (std::all_of(text.begin(), text.end(), isPlain)) return std::string(text);
   std::string escaped;
   const std::string valid = utf8::replace_invalid(text);
   for (auto place = valid.begin(); place != valid.end();) {
