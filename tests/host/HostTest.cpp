@@ -247,6 +247,8 @@ TEST(Host, SaysWhatOfASessionCannotBePlayedOrWasNeverUsed) {
       {"pick: Nothing", "no menu has an item \"Nothing\""},
       {"fail: {function: AEGP_EnableCommand, times: 1}, pick: Mine",
        "the menu item \"Mine\" is disabled"},
+      {"save as: a.aep, remove: a.aep, open: a.aep",
+       "setup: the session can't go on: there is no project 'a.aep'"},
       {"fail: {function: AEGP_EnableCommand, times: 5}, open menu",
        "setup: AEGP_EnableCommand wasn't called as often as it was to fail"},
       {"fail: {function: AEGP_NewProject}", "setup: AEGP_NewProject wasn't called as often"},

@@ -108,17 +108,14 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   session.name = std::move(name);
   session.file = file;
   std::set<std::string> paths;
-  std::set<std::string> projects;
   const auto readProject = [&](const YamlValue& fonts) {
-    // A fault of the fonts isn't one of the steps that open the project.
-    const std::string path = *projects.insert(ReadPath(fonts, paths)).first;
-    session.setUp.projects.emplace_back(path, fonts.texts());
+    session.setUp.projects.emplace_back(ReadPath(fonts, paths), fonts.texts());
   };
   const auto readFile = [&](const YamlValue& text) {
     session.setUp.files.emplace_back(ReadPath(text, paths), text.text());
   };
   const auto readSteps = [&](const YamlValue& steps) {
-    session.steps = ReadSteps(steps, {part, session.host, std::move(projects)});
+    session.steps = ReadSteps(steps, {part, session.host});
   };
   const auto ignore = [](const YamlValue& /*value*/) {};
   std::vector<KeyReader> readers{
@@ -144,12 +141,6 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
   return session;
 }
 
-Variables VariablesOf(const YamlValue& variant) {
-  Variables variables;
-  for (const YamlValue& value : variant.fields()) variables.emplace(value.key(), value.node());
-  return variables;
-}
-
 }  // namespace
 
 std::vector<KnownIssue> ReadKnownIssues(const YamlValue& list) {
@@ -173,7 +164,9 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& te
     const std::optional<YamlValue> variantName = variant.find("name");
     if (!variantName || variantName->text().empty()) variant.fail("a variant needs a name");
     if (!names.insert(variantName->text()).second) variant.fail("two variants have one name");
-    yaml.variables = VariablesOf(variant);
+    for (const YamlValue& value : variant.fields()) {
+      yaml.variables.emplace(value.key(), value.node());
+    }
     read(fmt::format("{} ({})", name, variantName->text()));
   };
   if (const auto variants = YamlValue(yaml.root(), "session", yaml).find("variants")) {

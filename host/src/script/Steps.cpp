@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -37,24 +38,17 @@ Action ReadText(const YamlValue& value, StepDraft& /*draft*/) {
 }
 
 template <auto play>
-Action ReadProject(const YamlValue& value, StepDraft& draft) {
-  const std::string path = value.path();
-  // A tolerant session may have lost it.
-  if (!draft.host.tolerant && !draft.projects.contains(path)) {
-    value.fail(fmt::format("there is no project '{}' at this point", path));
-  }
-  return [path](Host& host) { std::invoke(play, host, path); };
+Action ReadProject(const YamlValue& value, StepDraft& /*draft*/) {
+  return [path = value.path()](Host& host) {
+    if (!std::filesystem::is_regular_file(host.inFolder(path))) {
+      throw StepImpossible(fmt::format("there is no project '{}'", path));
+    }
+    std::invoke(play, host, path);
+  };
 }
 
-Action ReadSaveAs(const YamlValue& value, StepDraft& draft) {
-  draft.projects.insert(value.path());
-  return ReadText<SaveAs>(value, draft);
-}
-
-Action ReadRemove(const YamlValue& value, StepDraft& draft) {
-  Action remove = ReadProject<Remove>(value, draft);
-  draft.projects.erase(value.text());
-  return remove;
+Action ReadSaveAs(const YamlValue& value, StepDraft& /*draft*/) {
+  return [path = value.path()](Host& host) { SaveAs(host, path); };
 }
 
 Action ReadStart(const YamlValue& value, StepDraft& draft) {
@@ -229,7 +223,7 @@ constexpr std::array kStepKinds{
     StepKind{"pick", ReadText<Pick>, true},
     StepKind{"pick all", ReadBare<PickAll>, true},
     StepKind{"front", ReadText<&Host::bringToFront>, true},
-    StepKind{"remove", ReadRemove, false},
+    StepKind{"remove", ReadProject<Remove>, false},
     StepKind{"quit", ReadQuit, true},
     StepKind{"tick", ReadTick, true},
     StepKind{"tick until", ReadTickUntil, true},
@@ -316,7 +310,7 @@ void PlayStep(const Step& step, Host& host) {
 
 Step ReadStepOf(const std::string& yaml, const SessionPart& part) {
   static const HostSettings kAnyHost;
-  StepDraft draft{part, kAnyHost, {}};
+  StepDraft draft{part, kAnyHost};
   YamlFile file(yaml, yaml);
   Step step = ReadStep(YamlValue(file.root(), "step", file), draft);
   file.throwFaults();

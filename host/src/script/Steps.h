@@ -1,6 +1,5 @@
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -14,7 +13,6 @@ namespace host {
 struct StepDraft {
   const SessionPart& part;  ///< reads the steps that aren't the host's
   const HostSettings& host;
-  std::set<std::string> projects;  ///< the project files that exist at this point
   bool started = false;
   bool quit = false;
 };

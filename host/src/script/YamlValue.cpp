@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
+#include <iterator>
 
 #include "TextFile.h"
 
@@ -257,7 +258,7 @@ std::optional<YamlValue> YamlValue::find(std::string_view key) const {
 
 void YamlValue::readKeys(const std::vector<KeyReader>& readers, const YamlReader& explain) const {
   std::vector<std::string_view> known;
-  for (const KeyReader& reader : readers) known.push_back(reader.key);
+  std::ranges::transform(readers, std::back_inserter(known), &KeyReader::key);
   forEachField([&](const YamlValue& value) {
     if (std::ranges::find(known, value.key()) != known.end()) return;
     if (explain) explain(value);
