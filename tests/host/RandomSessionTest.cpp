@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <set>
-#include <sstream>
 #include <string>
 
 #include "FontManager.h"
@@ -32,14 +30,12 @@ TEST(RandomSession, HasOnlyFrameworksOfTheFolder) {
   std::filesystem::create_directories(folder.path() / "Tamberlink.framework");
   std::filesystem::create_directories(folder.path() / "without-Mine");
   const host::SessionPart fontManager = host::MakeFontManager(folder.path());
-  std::set<std::string> missing;
+  std::string sessions;
   for (uint64_t number = 1; number <= 100; ++number) {
-    std::istringstream lines(host::MakeRandomSession(1, number, fontManager));
-    for (std::string line; std::getline(lines, line);) {
-      if (line.find("missing export") != std::string::npos) missing.insert(line);
-    }
+    sessions += host::MakeRandomSession(1, number, fontManager);
   }
-  EXPECT_EQ(missing, std::set<std::string>{"framework: {missing export: Mine}"});
+  EXPECT_NE(sessions.find("missing export: Mine}"), std::string::npos);
+  EXPECT_EQ(sessions.find("missing export: all"), std::string::npos);
 }
 
 }  // namespace
