@@ -434,7 +434,8 @@ TEST(Host, SaysWhichSuitesAndFunctionsItLacks) {
   EXPECT_THAT(RunHost("--filter quit " TEST_PLUGIN, "validate").output,
               AllOf(HasSubstr("misses suites:         AEGP Item Suite 13, AEGP Proj Suite 6, AEGP "
                               "Utility Suite 9\n"),
-                    HasSubstr("error: not-supplied: AEGP_GetMainHWND was called")));
+                    HasSubstr("error: not-supplied: AEGP_GetMainHWND was called"),
+                    HasSubstr("calls unsupplied:      AEGP_GetMainHWND\n")));
   const Played played =
       Play("steps: [tick, expect: {not supplied: [AEGP_GetMainHWND, AEGP_GetMainHWND]}]");
   EXPECT_EQ(played.code, 0);

@@ -72,6 +72,7 @@ void SessionPrinter::end(const SessionInfo& session, const Played& played) {
 void SessionPrinter::group(const SessionInfo& session, const Played& played) {
   if (!played.folder.empty()) fmt::print("kept: {}\n", played.folder.string());
   for (const Event& found : played.findings) {
+    if (FindingNamed(found.name) == Finding::notSupplied) mUnsupplied.insert(found.call.function);
     const std::string what = found.text.substr(0, found.text.find('\n'));
     const auto same = std::find_if(mGroups.begin(), mGroups.end(), [&](const Group& group) {
       return group.found.name == found.name && group.what == what;
@@ -103,6 +104,7 @@ void SessionPrinter::printUsage() const {
   printNames("inserts menu items:", mMenuItems);
   printNames("acquires suites:", mSuites);
   printNames("misses suites:", mMissingSuites);
+  printNames("calls unsupplied:", mUnsupplied);
   fmt::print("  {:<22} {} functions, {} times\n\n", "calls", mFunctions.size(), mCalls);
 }
 

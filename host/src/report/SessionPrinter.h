@@ -57,6 +57,7 @@ class SessionPrinter final : public RunListener {
   Names mMenuItems;
   Names mSuites;
   Names mMissingSuites;
+  Names mUnsupplied;  ///< functions
   Names mFunctions;
   int64_t mCalls = 0;
 };
