@@ -48,5 +48,5 @@ inline constexpr char kWithFontManager[] = "--font-manager " FONT_MANAGER;
 
 /// Returns a session in which the test plug-in shows the behaviour.
 inline std::string Behaviour(const std::string& behaviour, const std::string& steps = "[tick]") {
-  return "files: {behaviour: " + behaviour + "}\nsteps: " + steps + "\n";
+  return "files: {behaviour: \"" + behaviour + "\"}\nsteps: " + steps + "\n";
 }
