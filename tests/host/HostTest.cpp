@@ -68,6 +68,9 @@ const std::vector<Misbehaviour> kMisbehaviours{
     {"acquire when finalised",
      {"suite-leaked: AEGP Memory Suite 1 is left, from AcquireSuite in the static destructor",
       "called-too-late: AcquireSuite: the host has shut down"}},
+    {"start an undo group when finalised",
+     {"unbalanced-undo-group: an undo group is started and not ended\n    in the static "
+      "destructor"}},
     {"get the path; free; get it again; free",
      {"unknown-handle: AEGP_FreeMemHandle: the handle was freed before; it is from "
       "AEGP_GetProjectPath in the idle hook at tick 1",

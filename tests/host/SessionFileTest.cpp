@@ -115,6 +115,7 @@ TEST(SessionFile, NamesTheLineAndTheKeyOfAFault) {
       {"variants: [{name: a}, {name: a}]\nsteps: []", "1: variants: two variants have one name"},
       {"variants: [{name: a, x: ['${x}']}]\nsteps: ['${x}']",
        "1: steps: a variable stands for a list that holds itself"},
+      {"variants: [{name: a, x: {k: '${x}'}}]\nsteps: [tick: '${x}']", "1: k: unknown key; known"},
       {"known issues: [{finding: crash, reason: x}]\nsteps: []",
        "1: finding: there is no finding 'crash' that can be a known issue"},
       {"files: {a/b: x, a: y}\nsteps: []", "1: a: the session has the file 'a/b' already"},
@@ -161,6 +162,7 @@ projects: {a.aep: Futura, ../b.aep: []}
 host: {version: 1, language: xx}
 settles: perhaps
 vault: {Futura: never, Bodoni: ever}
+about: ${nobody}
 )"),
             R"(story.yaml:3: count: has to be a whole number from 1 to 1000000000, not '0'
 story.yaml:3: seconds per tick: has to be a whole number from 0 to 1000000000, not '-1'
@@ -184,6 +186,7 @@ story.yaml:16: version: has to be a version such as 114.0, not '1'
 story.yaml:17: settles: has to be true or false, not 'perhaps'
 story.yaml:18: Bodoni: has to be automatic, choice or restricted
 story.yaml:18: Futura: has to be automatic, choice or restricted
+story.yaml:19: about: there is no variable 'nobody'
 )");
 }
 

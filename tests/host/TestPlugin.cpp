@@ -443,6 +443,8 @@ const std::map<std::string, std::function<void()>> kActions{
      }},
     {"pick", [] { Commands()->AEGP_DoCommand(command); }},
     {"start an undo group", [] { Utility()->AEGP_StartUndoGroup("Undo"); }},
+    {"start an undo group when finalised",
+     [] { finally = [] { Utility()->AEGP_StartUndoGroup("Undo"); }; }},
     {"end an undo group", [] { Utility()->AEGP_EndUndoGroup(); }},
 
     // Errors and exceptions

@@ -23,7 +23,7 @@ void GetUniqueCommand(Host& host, AEGP_Command* command) {
 
 A_Err InsertMenuCommand(Host& host, A_Err fault, AEGP_Command command, const A_char* name,
                         AEGP_MenuID menu, A_long place) {
-  // Until there is an item.
+  // It counts as refused until there is an item, whatever goes wrong below.
   host.menus.refused.insert(command);
   if (fault != A_Err_NONE) return fault;
   if (command <= Menus::kLastHostCommand || command > host.menus.lastCommand) {

@@ -82,6 +82,9 @@ void Host::enterPlugin(const char* hook) {
 }
 
 void Host::leavePlugin() {
+  if (mCalls.size() == 1 && std::exchange(undoGroups, 0) > 0) {
+    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
+  }
   mCalls.pop_back();
   mFlight->hook = isInPlugin() ? mCalls.back() : "";
   if (isInPlugin()) return;
@@ -108,9 +111,6 @@ void Host::callPlugin(const char* hook, const std::function<A_Err()>& call) {
   if (mFlight->isOfFork) _exit(EXIT_FAILURE);
   // Not through the plug-in's frames: it might catch it.
   if (mEnding && isOutermost) throw SessionEnded{};
-  if (isOutermost && std::exchange(undoGroups, 0) > 0) {
-    report(Finding::unbalancedUndoGroup, "an undo group is started and not ended");
-  }
   // What is told before it leaves the hook is of this hook.
   if (result != A_Err_NONE) {
     ++errorsShown;
@@ -198,7 +198,7 @@ void Host::beginDestructors() {
 }
 
 void Host::finish() {
-  timeline.drainRest();
+  timeline.drain();
   timeline.endAll();
   leavePlugin();
   mIsOver = true;

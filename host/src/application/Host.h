@@ -125,7 +125,7 @@ struct Menus {
 
   AEGP_Command lastCommand = kLastHostCommand;  ///< that was given out
   std::map<AEGP_Command, MenuItem> items;
-  std::set<AEGP_Command> refused;  ///< those whose items the host refused to insert
+  std::set<AEGP_Command> refused;  ///< those for whose items AEGP_InsertMenuCommand failed
 };
 
 /// Returns a NUL-terminated UTF-16 text as UTF-8, or nothing if it isn't UTF-16.
@@ -190,7 +190,8 @@ class Host {
   /// Counts a call of a function that can fail. Returns the error that the session wants from it,
   /// or 0.
   A_Err takeFault(std::string_view function);
-  /// Tells that a call fails because the session wants it.
+  /// Tells that a call fails because the session wants it, if `takeFault` doesn't know of it: one
+  /// of the framework, or of a suite that is refused.
   void countFailure(std::string_view function);
   /// Tells that a function of the host answers an error to the plug-in.
   void countAnswer(A_Err error);

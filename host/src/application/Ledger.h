@@ -66,9 +66,9 @@ struct Held {
   int failedLocks = 0;  ///< that the session wanted: an unlock for one is no misuse
 };
 
-/// Keeps account of what the plug-in holds, from which call, and of what it has given back lately.
-/// An address of that memory, or of such a project, isn't given out again at once, so that a second
-/// use doesn't hit something else.
+/// Keeps account of what the plug-in holds, from which call, and of the last 256 things of each
+/// kind that it has given back. No address of these is given out again, except a suite's, so that a
+/// second use doesn't hit something else.
 class Ledger {
  public:
   /// A suite can be given several times.

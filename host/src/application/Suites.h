@@ -9,7 +9,8 @@
 namespace host {
 
 // The tables that plug-ins get: `kCommandSuite1` is that of `AEGP_CommandSuite1`, in
-// CommandSuite.cpp, and so on. Their functions act on `TheHost()`.
+// CommandSuite.cpp, and so on; `kAdvAppSuite2` is in UtilitySuite.cpp. Their functions act on
+// `TheHost()`.
 extern const AEGP_RegisterSuite5 kRegisterSuite5;
 extern const AEGP_CommandSuite1 kCommandSuite1;
 extern const AEGP_UtilitySuite3 kUtilitySuite3;

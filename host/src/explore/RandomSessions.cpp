@@ -64,9 +64,9 @@ bool PlayRandomSessions(uint64_t seed, uint64_t count, const RunOptions& options
   const auto nameOf = [&](uint64_t number) { return fmt::format("random-{}-{}", seed, number); };
   // Without those that were under way beside the last one that failed, so that a seed repeats it.
   uint64_t played = 0;
-  Trials trials("playing", count, [&](size_t /*index*/, const Played& result) {
+  Trials trials("playing", count, [&](size_t index, const Played& result) {
     if (found.size() == kMaxFailures) return;
-    ++played;
+    played = index + 1;
     if (!result.failed) return;
     found.push_back(
         {nameOf(played), result.findings, YAML::Load(MakeRandomSession(seed, played, part))});

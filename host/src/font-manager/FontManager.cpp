@@ -94,6 +94,7 @@ void ReadProcess(const YamlValue& value, const fs::path& folder, Session& sessio
 
 // Puts the framework where the session wants it.
 void ReadFramework(const YamlValue& value, const fs::path& folder, FolderSetup& setUp) {
+  // The only one was that of the framework in its usual place.
   setUp.links.clear();
   if (value.isText()) {
     if (value.text() != "none") value.fail("has to be none or a map");
@@ -155,7 +156,7 @@ SessionPart MakeFontManager(const fs::path& folder) {
     };
   };
   SessionPart part;
-  part.begin = [hasFolder, folder, needsFolder](Session& session) {
+  part.addTo = [hasFolder, folder, needsFolder](Session& session) {
     if (hasFolder) {
       session.setUp.links.emplace_back(kFramework, folder / kFramework);
       session.preparations.emplace_back(FollowJournal);

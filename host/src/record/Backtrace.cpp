@@ -129,7 +129,7 @@ std::vector<std::string> Backtrace() {
 
 std::string DescribeException() {
   const std::type_info* const type = abi::__cxa_current_exception_type();
-  if (!type) return "one that isn't of C++";
+  if (!type) return "one that isn't of C++, or the end of its thread";
   int status = 0;
   char* const demangled = abi::__cxa_demangle(type->name(), nullptr, nullptr, &status);
   const std::string name = demangled ? demangled : type->name();

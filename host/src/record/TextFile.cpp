@@ -155,9 +155,4 @@ std::vector<std::string> GrowingFile::newLines() {
   return lines;
 }
 
-std::vector<std::string> GrowingFile::takeRest() {
-  if (mRest.empty()) return {};
-  return {std::exchange(mRest, {})};
-}
-
 }  // namespace host

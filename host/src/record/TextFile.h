@@ -48,8 +48,6 @@ class GrowingFile {
   /// Returns the lines completed since the last call, of at most 16 MB. Makes one system call if
   /// there is nothing new.
   std::vector<std::string> newLines();
-  /// Returns the unfinished line at the end of the file, if there is one, and forgets it.
-  std::vector<std::string> takeRest();
   /// How many bytes of the file were returned.
   off_t taken() const { return mOffset - static_cast<off_t>(mRest.size()); }
 

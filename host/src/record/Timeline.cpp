@@ -151,11 +151,6 @@ void Timeline::drain() {
   mDraining = false;
 }
 
-void Timeline::drainRest() {
-  drain();
-  for (size_t i = 0; i < mOutputs.size(); ++i) takeLines(i, mOutputs[i].takeRest());
-}
-
 void Timeline::beginOutput(size_t output) {
   const bool isOther = mLastOutput.exchange(output) != output;
   if (!isOther || mFlight->isOfFork || gettid() != getpid()) return;

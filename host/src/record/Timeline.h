@@ -88,8 +88,6 @@ class Timeline {
   void send(const Event& event) const;
   /// Takes in what was written. Cheap if there is nothing new.
   void drain();
-  /// Does the same, and takes in unfinished lines of the plug-in's too.
-  void drainRest();
   /// Hears that the process is about to write to an output, and takes in what it has written to the
   /// other one, so that their order is right. For any thread.
   void beginOutput(size_t output);

@@ -2,9 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <iterator>
 #include <optional>
 #include <regex>
 #include <set>
@@ -102,8 +100,9 @@ KnownIssue ReadKnownIssue(const YamlValue& value) {
   return issue;
 }
 
-Session ReadSession(const YamlValue& root, std::string name, const std::string& file,
+Session ReadSession(YamlFile& yaml, std::string name, const std::string& file,
                     const SessionPart& part) {
+  const YamlValue root(yaml.root(), "session", yaml);
   Session session;
   session.name = std::move(name);
   session.file = file;
@@ -130,8 +129,10 @@ Session ReadSession(const YamlValue& root, std::string name, const std::string& 
       {"settles", Into(session.settles)},
       {"environment", [&](const YamlValue& map) { ReadEnvironment(map, session); }},
       {"steps", readSteps, true}};
-  std::ranges::move(part.begin(session), std::back_inserter(readers));
+  for (KeyReader& reader : part.addTo(session)) readers.push_back(std::move(reader));
   root.readKeys(readers, [&](const YamlValue& value) { RefuseExpectation(value, part); });
+  // Then there may be a variable that holds itself.
+  yaml.throwFaults();
   session.stepCount = session.steps.size();
   YAML::Node text;
   for (const YamlValue& value : root.fields()) {
@@ -155,8 +156,7 @@ std::vector<Session> ReadSessions(const std::string& file, const std::string& te
   const std::string name = std::filesystem::path(file).stem().string();
   std::vector<Session> sessions;
   const auto read = [&](const std::string& sessionName) {
-    sessions.push_back(
-        ReadSession(YamlValue(yaml.root(), "session", yaml), sessionName, file, part));
+    sessions.push_back(ReadSession(yaml, sessionName, file, part));
   };
   std::set<std::string> names;
   const auto readVariant = [&](const YamlValue& variant) {

@@ -28,7 +28,7 @@ using RandomRules = std::map<std::string, std::vector<std::string>>;
 /// reader throws `SessionFileError`.
 struct SessionPart {
   /// Adds to a session what goes with this part. Returns the readers of its keys.
-  std::function<std::vector<KeyReader>(Session&)> begin;
+  std::function<std::vector<KeyReader>(Session&)> addTo;
   /// The readers of its steps, and of its keys of `expect`, by name.
   std::map<std::string_view, std::function<Action(const YamlValue&)>> steps;
   std::map<std::string_view, std::function<Check(const YamlValue&)>> expectations;

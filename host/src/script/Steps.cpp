@@ -40,7 +40,8 @@ Action ReadText(const YamlValue& value, StepDraft& /*draft*/) {
 template <auto play>
 Action ReadProject(const YamlValue& value, StepDraft& /*draft*/) {
   return [path = value.path()](Host& host) {
-    if (!std::filesystem::is_regular_file(host.inFolder(path))) {
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(host.inFolder(path), ignored)) {
       throw StepImpossible(fmt::format("there is no project '{}'", path));
     }
     std::invoke(play, host, path);
