@@ -15,7 +15,7 @@ add_library(typelark-options INTERFACE)
 target_compile_options(typelark-options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(TYPELARK_SANITIZE)
-  # Modules and programs that share no header have types of their own for the same functions.
+  # Without "function": modules and programs that share no header have types of their own for the same functions.
   target_compile_options(typelark-options INTERFACE
     -fsanitize=${TYPELARK_SANITIZE} $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function> -fno-sanitize-recover=all
     -fno-omit-frame-pointer)

@@ -31,10 +31,11 @@ A_Err Faults::take(std::string_view function) {
   return result;
 }
 
-std::vector<std::string> Faults::unmet() const {
+std::vector<std::string> Faults::unmet(bool byNumber) const {
   std::vector<std::string> functions;
   for (const Fault& fault : mFaults) {
-    if (!fault.met || fault.times > 0) functions.push_back(fault.function);
+    const bool isUnmet = !fault.met || fault.times > 0;
+    if (isUnmet && (!byNumber || fault.call > 0)) functions.push_back(fault.function);
   }
   return functions;
 }

@@ -41,8 +41,9 @@ class Faults {
 
   /// Counts a call. Returns the error that it has to return, or 0.
   A_Err take(std::string_view function);
-  /// Returns the functions that were called less often than they were to fail.
-  std::vector<std::string> unmet() const;
+  /// Returns the functions that were called less often than they were to fail. `byNumber` leaves
+  /// out all faults but those of one call by its number.
+  std::vector<std::string> unmet(bool byNumber) const;
 
  private:
   std::vector<Fault> mFaults;

@@ -206,7 +206,6 @@ void Host::finish() {
     report(Finding::threadLeft, "a thread that the plug-in has started still runs");
   }
   reportLeaks();
-  timeline.tell(EventKind::finished);
 }
 
 }  // namespace host

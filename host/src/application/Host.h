@@ -52,6 +52,7 @@ struct HostSettings {
   Preferences preferences;
   bool showsCalls = false;  ///< on the timeline: each call of a suite function, with its result
   bool tolerant = false;    ///< the session goes on where a step can't be played
+  bool isTrial = false;     ///< even so, a call that is to go wrong by its number has to come
 };
 
 /// Returns whether the host has the window class.

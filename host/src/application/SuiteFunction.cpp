@@ -17,11 +17,9 @@ void SuiteCall::begin() {
   for (size_t i = 0; i < mRunning.count; ++i) {
     const RunningCall::Value& value = mRunning.arguments[i];
     const auto* const text = std::get_if<const char*>(&value);
-    const char* const quote = text && *text ? "\"" : "";
     append(i > 0 ? ", " : "");
-    append(quote);
-    append(EscapeControls(TextOf(value)));
-    append(quote);
+    append(text && *text ? "\"" : "");
+    append(text && *text ? EscapeControls(*text) + "\"" : TextOf(value));
   }
   append(")");
 }

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <map>
+#include <vector>
 
 #include "TextFile.h"
 
@@ -58,6 +59,8 @@ int Wait(const char* name, const timespec& deadline, Objects*... objects) {
 // Events of the kernel about the folders that are watched.
 int events = -1;
 std::map<int, std::filesystem::path> folders;
+// Instances of processes that have ended.
+std::vector<int> unusedWatches;
 
 // Corrects the date of the file, or of those in the folder, which is watched from now on. A date
 // far from the real time isn't the kernel's, but was set.
@@ -129,8 +132,20 @@ void AdvanceVirtualTime(int64_t seconds) {
   now += seconds;
 }
 
+int TakeWatch() {
+  if (unusedWatches.empty()) return events = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  events = unusedWatches.back();
+  unusedWatches.pop_back();
+  return events;
+}
+
+void GiveBackWatch(int watch) {
+  if (watch >= 0) unusedWatches.push_back(watch);
+}
+
 void WatchFileDates(const std::filesystem::path& folder) {
-  events = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  // Of the process that had the instance before.
+  for (std::array<char, 4096> old{}; read(events, old.data(), old.size()) > 0;) continue;
   CorrectDates(folder);
 }
 

@@ -16,6 +16,11 @@ inline constexpr int64_t kSessionStart = 1'700'000'000;
 int64_t VirtualNow();
 /// Moves the time on for all threads.
 void AdvanceVirtualTime(int64_t seconds);
+/// Returns what `WatchFileDates` takes in processes that this one forks from now on: an instance of
+/// inotify, or a negative number. It has to be given back when such a process has ended, and is
+/// used again, because its end takes the kernel longer than a session takes.
+int TakeWatch();
+void GiveBackWatch(int watch);
 /// Gives each file in the folder, and in all folders in it, the virtual time as its date when it is
 /// written, because the kernel gives it the real one. A date that was set stays.
 void WatchFileDates(const std::filesystem::path& folder);

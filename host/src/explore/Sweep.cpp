@@ -47,7 +47,6 @@ struct Trial {
   std::string name() const { return session.name + ": " + what; }
 
   const Session& session;  ///< without the fault
-  std::string function;    ///< whose call goes wrong
   std::string what;        ///< goes wrong, as "call 3 of AEGP_NewProject fails with 24301"
   std::string step;        ///< YAML of the step that makes it go wrong
 };
@@ -59,11 +58,11 @@ void AddTrials(std::vector<Trial>& trials, const Session& session, const Counted
   if (FunctionsThatCanFail().contains(function)) {
     const A_Err error = function == "AcquireSuite" ? A_Err{PF_Err_BAD_CALLBACK_PARAM} : kSweepError;
     trials.push_back(
-        {session, function, fmt::format("call {} of {} fails with {}", number, function, error),
+        {session, fmt::format("call {} of {} fails with {}", number, function, error),
          fmt::format("fail: {{function: {}, result: {}, call: {}}}", function, error, number)});
   }
   for (const std::string& step : part.faultsOf(call)) {
-    trials.push_back({session, function, step, step});
+    trials.push_back({session, step, step});
   }
 }
 
@@ -71,7 +70,7 @@ std::shared_ptr<const Session> MakeSession(const Trial& trial, const SessionPart
   auto session = std::make_shared<Session>(trial.session);
   session->name = trial.name();
   session->host.showsCalls = false;
-  session->failingCall = trial.function;
+  session->host.isTrial = true;
   session->steps.insert(session->steps.begin(), ReadStepOf(trial.step, part));
   session->stepCount = session->steps.size();
   return session;

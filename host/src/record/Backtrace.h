@@ -21,7 +21,8 @@ struct CrashReport {
 
 /// Has a crash of this process, an uncaught exception and `kHangSignal` write a crash report before
 /// the process ends by the signal. Signals that somebody handles already, such as a sanitizer, stay
-/// as they are. `folder` is the session folder.
+/// as they are. `folder` is the session folder. A plug-in that closes the host's descriptors loses
+/// the report.
 void InstallCrashReport(const std::filesystem::path& folder);
 /// Has the crash report say so if this isn't the main thread. Returns whether it isn't.
 bool TellIfOtherThread();

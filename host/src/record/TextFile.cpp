@@ -17,7 +17,8 @@
 namespace host {
 namespace {
 
-// Escapes texts so that different ones look different: a line feed as "\n", a backslash as two.
+// Escapes texts so that different ones look different, but for bytes that aren't UTF-8: a line feed
+// as "\n", a backslash as two.
 std::string Escape(std::string text) {
   ReplaceAll(text, "\\", R"(\\)");
   return EscapeControls(text);

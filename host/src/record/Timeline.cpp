@@ -45,7 +45,7 @@ std::FILE* MakeStream(const Target& target) {
 }  // namespace
 
 std::string TextOf(const RunningCall::Value& value) {
-  if (const auto* const number = std::get_if<int64_t>(&value)) return fmt::format("{}", *number);
+  if (const auto* const number = std::get_if<int64_t>(&value)) return std::to_string(*number);
   if (const auto* const real = std::get_if<double>(&value)) return fmt::format("{}", *real);
   if (const auto* const text = std::get_if<const char*>(&value)) return *text ? *text : "null";
   return std::get<const void*>(value) ? "pointer" : "null";
@@ -177,31 +177,21 @@ void Timeline::takeLines(size_t output, const std::vector<std::string>& lines) {
 }
 
 void Timeline::beginHook(std::string_view name) {
-  beginSpan(Actor::plugIn, kHook, name);
+  mSpans.push_back({Actor::plugIn, kHook, std::string(name), mFlight->hook, call});
   call = nullptr;
 }
 
 void Timeline::beginDialog(std::string_view title) {
-  beginSpan(Actor::host, kDialog, title);
+  mSpans.push_back({Actor::host, kDialog, std::string(title), mFlight->hook, call});
   sendBegins();
 }
 
-void Timeline::beginSpan(Actor actor, std::string_view what, std::string_view name) {
-  Event begin = event(EventKind::begin, actor);
-  begin.what = what;
-  begin.name = name;
-  mSpans.push_back({std::move(begin), call});
-}
-
 void Timeline::endLast(std::optional<bool> shown) {
-  const auto [begin, outerCall, isSent] = std::move(mSpans.back());
+  const Span span = std::move(mSpans.back());
   mSpans.pop_back();
-  call = outerCall;
-  if (!isSent) return;
-  Event end = event(EventKind::end, begin.actor);
-  end.hook = begin.hook;
-  end.what = begin.what;
-  end.name = begin.name;
+  call = span.outerCall;
+  if (!span.isSent) return;
+  Event end = spanEvent(EventKind::end, span);
   end.shown = shown;
   send(end);
 }
@@ -212,8 +202,16 @@ void Timeline::endAll() {
 
 void Timeline::sendBegins() {
   for (Span& span : mSpans) {
-    if (!std::exchange(span.isSent, true)) send(span.begin);
+    if (!std::exchange(span.isSent, true)) send(spanEvent(EventKind::begin, span));
   }
+}
+
+Event Timeline::spanEvent(EventKind kind, const Span& span) const {
+  Event event = this->event(kind, span.actor);
+  event.what = span.what;
+  event.name = span.name;
+  event.hook = span.outerHook;
+  return event;
 }
 
 Call Timeline::describe(const RunningCall& running) const {

@@ -113,15 +113,18 @@ class Timeline {
 
  private:
   struct Span {
-    Event begin;
-    const RunningCall* outerCall = nullptr;  ///< in which it began
-    bool isSent = false;                     ///< its begin
+    Actor actor;
+    const char* what;  ///< `kHook` or `kDialog`
+    std::string name;
+    const char* outerHook;         ///< in which it began
+    const RunningCall* outerCall;  ///< in which it began, if any
+    bool isSent = false;           ///< its begin
   };
 
   void takeOutputs();
   void takeLines(size_t output, const std::vector<std::string>& lines);
   Call describe(const RunningCall& running) const;
-  void beginSpan(Actor actor, std::string_view what, std::string_view name);
+  Event spanEvent(EventKind kind, const Span& span) const;
   void sendBegins();
 
   int mPipe = -1;

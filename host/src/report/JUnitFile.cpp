@@ -1,8 +1,9 @@
 #include "JUnitFile.h"
 
-#include <set>
+#include <algorithm>
 #include <sstream>
 #include <string_view>
+#include <vector>
 
 #include "TextFile.h"
 
@@ -20,9 +21,11 @@ std::string XmlText(std::string_view text) {
 }
 
 std::string NamesOf(const Played& played) {
-  std::set<std::string> names;
-  for (const Event& found : played.findings) names.insert(found.name);
-  return names.empty() ? "not every step was played" : Join({names.begin(), names.end()}, ", ");
+  std::vector<std::string> names;
+  for (const Event& found : played.findings) {
+    if (std::ranges::find(names, found.name) == names.end()) names.push_back(found.name);
+  }
+  return names.empty() ? "not every step was played" : Join(names, ", ");
 }
 
 void Set(pugi::xml_node node, const char* name, std::string_view text) {

@@ -7,8 +7,8 @@
 
 namespace host {
 
-/// A file that is written bit by bit, without a buffer. Programs that a plug-in starts don't get
-/// it. Each function throws `std::runtime_error` with the file's name if a write fails.
+/// A file that is written bit by bit, each at once. Programs that a plug-in starts don't get it.
+/// What fails throws `std::runtime_error` with the file's name.
 class OutputFile {
  public:
   /// The path that stands for standard output.

@@ -137,11 +137,7 @@ const KnownIssue* Judge::knownIssueOf(const Event& fact) const {
 
 // A known issue of the session that never came says what isn't true any more.
 void Judge::findNeverCame() {
-  if (!mFinished) return;
-  if (!mRules.failingCall.empty() && !mFailed.contains(mRules.failingCall)) {
-    find(MakeFact({}, Finding::setup, "the call that is to go wrong never came"));
-  }
-  if (mRules.tolerant) return;
+  if (!mFinished || mRules.tolerant) return;
   for (const KnownIssue& each : mRules.knownIssues) {
     if (each.isOfEverySession || mNeeded.contains(&each) || !holds(each)) continue;
     find(MakeFact({}, Finding::setup,
@@ -161,6 +157,7 @@ bool Judge::isExcused(const Event& fact) const {
 void Judge::find(Event fact) {
   if (mRules.allowed.contains(KindOf(fact).finding)) return;
   FactNames& names = fact;
+  // One without names is known by what happened.
   if (names == FactNames()) names.detail = FirstLine(fact.text);
   // Those that differ only in when and where they came up are alike.
   const auto same = std::find_if(mFound.begin(), mFound.end(), [&](const Found& found) {

@@ -17,8 +17,7 @@ struct JudgeRules {
   std::vector<KnownIssue> knownIssues;
   std::set<Finding> allowed;  ///< findings that don't count
   bool tolerant = false;
-  bool strict = false;           ///< warnings count as errors
-  std::string failingCall = {};  ///< has to fail; empty for none
+  bool strict = false;  ///< warnings count as errors
 };
 
 /// Decides which facts of a session are findings: not those that are known issues, that the user

@@ -19,6 +19,7 @@
 #include "Backtrace.h"
 #include "Player.h"
 #include "TextFile.h"
+#include "VirtualTime.h"
 
 namespace host {
 namespace {
@@ -32,8 +33,7 @@ constexpr int kPipeSize = 1'048'576;
 constexpr int64_t kTimeToEnd = kNanoseconds;
 
 JudgeRules RulesOf(const Session& session, const RunOptions& options) {
-  JudgeRules rules{session.knownIssues, options.allowed, session.host.tolerant, options.strict,
-                   session.failingCall};
+  JudgeRules rules{session.knownIssues, options.allowed, session.host.tolerant, options.strict};
   rules.knownIssues.insert(rules.knownIssues.end(), options.knownIssues.begin(),
                            options.knownIssues.end());
   return rules;
@@ -64,6 +64,7 @@ PlayedProcess::PlayedProcess(std::shared_ptr<const Session> session, const RunOp
   std::set<pid_t>& children = OwnChildren();
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("can't make a pipe");
+  mWatch = TakeWatch();
   mProcess = fork();
   if (mProcess < 0) throw std::runtime_error("can't make a process");
   close(ends[mProcess == 0 ? 0 : 1]);
@@ -94,6 +95,7 @@ void PlayedProcess::cleanUp() {
       goesOn = true;
     }
   }
+  GiveBackWatch(mWatch);
   for (int* const descriptor : {&mPipe, &mEnd}) {
     if (*descriptor >= 0) close(std::exchange(*descriptor, -1));
   }
@@ -131,6 +133,7 @@ void PlayedProcess::take(Event event) {
     // Another thread knows only the number, which is that of the outermost step.
     event.place = mSession->steps[static_cast<size_t>(event.step) - 1].place;
   }
+  // Also in what another thread told, or what was found after the end.
   ReplaceAll(event.text, mFolder.path().string() + "/", "");
   std::vector<Event> shown = mJudge.take(std::move(event));
   std::move(shown.begin(), shown.end(), std::back_inserter(mEvents));
@@ -198,7 +201,8 @@ void PlayedProcess::addHowItEnded(int status) {
            "");
   } else if (WIFSIGNALED(status)) {
     addEnd(Finding::crash, "the process crashed", fmt::format(": {}", strsignal(WTERMSIG(status))));
-  } else if (!mFlight->isFinished) {
+  } else if (!mFlight->isFinished || WEXITSTATUS(status) != 0) {
+    // A sanitizer or valgrind has a code of its own for a process that has finished.
     addEnd(Finding::processEnded, "the process ended",
            fmt::format(" with code {}", WEXITSTATUS(status)));
   } else if (!mJudge.isFinished()) {
@@ -214,7 +218,7 @@ void PlayedProcess::addEnd(Finding finding, std::string what, const std::string&
   const std::string place = "in " + mFlight->inWhat();
   Event fact(EventKind::fact, headAtEnd());
   fact.name = KindOf(finding).name;
-  // Of the host itself, the others say what it does.
+  // Of the host itself, the text says enough, but for a crash.
   if (inAnotherThread || *mFlight->hook || finding == Finding::crash) {
     what += " " + (inAnotherThread ? "in another thread" : place);
   }

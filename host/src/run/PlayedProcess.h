@@ -30,8 +30,6 @@ class PlayedProcess {
   const Session& session() const { return *mSession; }
   /// The descriptor that becomes readable when the process ends. Negative if the kernel has none.
   int end() const { return mEnd; }
-  /// Returns whether the process may still report something.
-  bool isPlaying() const { return !mResult && !mJudge.isFinished(); }
   /// Takes in what the process has reported, and ends it if the plug-in hangs. Throws
   /// `std::runtime_error` if the plug-in's module can't be loaded.
   void update();
@@ -63,6 +61,7 @@ class PlayedProcess {
   pid_t mProcess = -1;  ///< until it has ended
   int mPipe = -1;
   int mEnd = -1;
+  int mWatch = -1;      ///< of the session folder
   std::string mUnread;  ///< bytes of the pipe that aren't a whole event
   std::vector<Event> mEvents;
   std::vector<Event> mRunning;  ///< begins of hooks and dialogs that still run

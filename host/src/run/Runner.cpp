@@ -36,17 +36,15 @@ struct Job {
 
 using Jobs = std::deque<Job>;
 
-// Without those that are only ending, because the kernel takes some 10 ms to give up the watch on a
-// session folder.
-size_t CountPlaying(const Jobs& jobs) {
+size_t CountRunning(const Jobs& jobs) {
   return static_cast<size_t>(std::count_if(jobs.begin(), jobs.end(),
-                                           [](const Job& job) { return job.process.isPlaying(); }));
+                                           [](const Job& job) { return !job.process.result(); }));
 }
 
 // Waits until a process ends, but not long: they report in the meantime. Waking up for each report
 // would take longer than the session.
 void Wait(const Jobs& jobs) {
-  constexpr int kMilliseconds = 1;
+  constexpr int kMilliseconds = 5;
   std::vector<pollfd> ends;
   for (const Job& job : jobs) ends.push_back({job.process.end(), POLLIN, 0});
   poll(ends.data(), ends.size(), kMilliseconds);
@@ -74,7 +72,7 @@ void PlayAll(const NextSession& next, const RunOptions& options,
   Jobs jobs;
   std::shared_ptr<const Session> session = next();
   while (sCaughtSignal == 0) {
-    for (; session && CountPlaying(jobs) < options.jobs; session = next()) {
+    for (; session && CountRunning(jobs) < options.jobs; session = next()) {
       std::fflush(nullptr);
       jobs.emplace_back(std::move(session), options);
     }

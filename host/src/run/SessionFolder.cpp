@@ -28,11 +28,12 @@ fs::path MakeFolder() {
 void OpenFolders(const fs::path& folder) {
   std::error_code ignored;
   fs::permissions(folder, fs::perms::owner_all, ignored);
+  using Entries = fs::recursive_directory_iterator;
   // Each is open before what is in it is looked at.
-  for (const auto& entry : fs::recursive_directory_iterator(
-           folder, fs::directory_options::skip_permission_denied, ignored)) {
-    if (entry.symlink_status().type() == fs::file_type::directory) {
-      fs::permissions(entry, fs::perms::owner_all, ignored);
+  for (Entries entry(folder, fs::directory_options::skip_permission_denied, ignored);
+       entry != Entries(); entry.increment(ignored)) {
+    if (entry->symlink_status(ignored).type() == fs::file_type::directory) {
+      fs::permissions(*entry, fs::perms::owner_all, ignored);
     }
   }
 }

@@ -44,8 +44,7 @@ struct Session : SessionInfo {
   std::vector<Step> steps;           ///< with the first start and the last quit
   std::vector<Action> settling;      ///< of a tolerant session, before the host quits
   bool settles = true;               ///< if it is tolerant
-  std::string failingCall;           ///< a function of which a call has to fail; empty for none
-  std::vector<Action> finalChecks;   ///< after the last step
+  std::vector<Action> finalChecks;   ///< after the last call of the plug-in
   std::string text;                  ///< of a file that has only this session, for a sweep
 };
 
