@@ -88,7 +88,7 @@ std::vector<std::unique_ptr<RunListener>> MakeFiles(const Arguments& arguments) 
 // Plays the sessions of files, or those that suit any plug-in.
 bool Play(Arguments& arguments, const SessionPart& fontManager) {
   const bool validates = arguments.sessions.empty();
-  // Nobody expects the plug-in's reports to the user here, so that they count only if warnings do.
+  // No step here can expect the plug-in's reports to the user, so they count only if warnings do.
   if (validates && !arguments.options.strict) {
     arguments.options.allowed.insert(host::Finding::userReport);
   }

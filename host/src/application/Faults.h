@@ -26,7 +26,7 @@ struct Fault {
   A_Err result = A_Err_GENERIC;  ///< that the calls return
   int64_t times = kAlways;       ///< how many calls are still to fail
   int64_t call = 0;              ///< the only one that fails, counted from 1 from now; 0 for each
-  bool met = false;              ///< by a call, or needs none
+  bool met = false;              ///< a call has met it, or it needs none
 };
 
 /// The failures that a session asks for.

@@ -17,7 +17,7 @@
 namespace host {
 namespace {
 
-// Each is a folder of the system's.
+// Each is a folder there. Only differences count, so that its other links don't matter.
 std::uintmax_t CountThreads() {
   return std::filesystem::hard_link_count("/proc/self/task");
 }

@@ -193,9 +193,9 @@ class Host {
   A_Err takeFault(std::string_view function);
   /// Tells that a call fails because the session wants it, if `takeFault` doesn't know of it: one
   /// of the framework, or of a suite that is refused.
-  void countFailure(std::string_view function);
+  void tellFailure(std::string_view function);
   /// Tells that a function of the host answers an error to the plug-in.
-  void countAnswer(A_Err error);
+  void tellAnswer(A_Err error);
   /// Adds the line to the timeline, once.
   void noteOnce(Actor actor, const std::string& text);
   /// Returns the call of the plug-in's that is under way, which gives it something.

@@ -21,7 +21,7 @@ constexpr char kHostBundle[] = "com.adobe.AfterEffects";
 // Never destroyed, like the host that uses them.
 const auto& kWindow = *new desktop::WindowClass("NSWindow");
 const auto& kPanel = *new desktop::WindowClass("NSPanel", &kWindow);
-const auto& kDialog = *new desktop::WindowClass(kDialogClass, &kPanel);
+const auto& kHostDialog = *new desktop::WindowClass(kDialogClass, &kPanel);
 
 struct Titles {
   std::string_view language, openProject, missingFonts;

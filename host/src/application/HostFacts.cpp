@@ -29,18 +29,18 @@ void Host::report(Finding finding, const std::string& text, FactNames names, int
 A_Err Host::takeFault(std::string_view function) {
   const A_Err error = faults.take(function);
   if (error != A_Err_NONE) {
-    countFailure(function);
+    tellFailure(function);
     timeline.add(Actor::host, fmt::format("{} fails with {}", function, error));
   }
   return error;
 }
 
-void Host::countFailure(std::string_view function) {
+void Host::tellFailure(std::string_view function) {
   ++failures;
   timeline.tell(EventKind::failure, function);
 }
 
-void Host::countAnswer(A_Err error) {
+void Host::tellAnswer(A_Err error) {
   Event answer = timeline.event(EventKind::answer, Actor::host);
   answer.result = error;
   answer.visit = mVisit;

@@ -39,7 +39,7 @@ void SuiteCall::append(std::string_view text) {
 
 void SuiteCall::answer(A_Err result) const {
   Host& host = TheHost();
-  if (result != A_Err_NONE) host.countAnswer(result);
+  if (result != A_Err_NONE) host.tellAnswer(result);
   if (host.settings().showsCalls) host.timeline.addCall(mRunning, result);
 }
 

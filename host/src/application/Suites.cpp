@@ -61,15 +61,16 @@ SPErr AcquireSuite(Host& host, A_Err fault, const char* name, int32 version, con
     return A_Err_NONE;
   }
   *suite = nullptr;
-  // What the code that the host's makers give away throws for any suite that it lacks.
-  host.countAnswer(PF_Err_BAD_CALLBACK_PARAM);
+  // Code that the host's makers give away throws this for any suite that it doesn't get, and then
+  // it is what a hook returns.
+  host.tellAnswer(PF_Err_BAD_CALLBACK_PARAM);
   if (!found) {
     NoteMissing(host, name, version);
     return error != A_Err_NONE ? error : A_Err{PF_Err_BAD_CALLBACK_PARAM};
   }
-  host.countFailure(wanted);
+  host.tellFailure(wanted);
   if (fault == A_Err_NONE) {
-    host.countFailure("AcquireSuite");
+    host.tellFailure("AcquireSuite");
     host.noteOnce(Actor::host, "refuses " + wanted);
   }
   return error;

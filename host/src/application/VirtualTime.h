@@ -24,8 +24,8 @@ void GiveBackWatch(int watch);
 /// Gives each file in the folder, and in all folders in it, the virtual time as its date when it is
 /// written, because the kernel gives it the real one. A date that was set stays.
 void WatchFileDates(const std::filesystem::path& folder);
-/// Corrects the dates of the files written since the last call. Returns false, after one system
-/// call, if there are none.
+/// Corrects the dates of the files written since the last call, to the virtual time of now. Returns
+/// false, after one system call, if there are none.
 bool UpdateFileDates();
 
 }  // namespace host

@@ -74,7 +74,8 @@ Entries DropEntries(const YAML::Node& node, const StillFails& stillFails) {
   return entries;
 }
 
-// Returns the smallest number from 1, as if all above it failed too. Another text stays.
+// Returns the smallest number that fails, by bisection, as if all above it failed too. A text that
+// is no number stays.
 YAML::Node ShrinkNumber(const YAML::Node& node, const StillFails& stillFails) {
   const std::optional<int64_t> first = NumberIn(node.Scalar());
   if (!first) return node;

@@ -74,7 +74,7 @@ void Activation::take(const Call& call, bool isFaulty) {
     takeEnabled(call);
   } else if (call.function == "InvokeCommandDialog") {
     // As a call that fails: the activation that runs is lost.
-    if (mBegan && ValueOf(call, "start") == "true") mHost->countFailure(call.function);
+    if (mBegan && ValueOf(call, "start") == "true") mHost->tellFailure(call.function);
   } else if (call.function == "HandleCreateNewDocument" || call.function == "SetPathForDocument" ||
              call.function == "HandleSaveDocument") {
     mToldOfSave = true;

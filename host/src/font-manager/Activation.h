@@ -55,7 +55,7 @@ class Activation {
   std::optional<int64_t> mBegan;     ///< tick of step 1, while an activation runs
   std::string mDocument;             ///< the path that the framework was told of last
   bool mToldOfSave = false;          ///< the framework, since it was last looked at
-  int64_t mUsersTick = -1;           ///< after which the user last changed projects
+  int64_t mUsersTick = -1;           ///< when the user last changed or saved the project
   int64_t mUsersFailures = 0;        ///< of calls until then
   std::optional<Closed> mClosed;     ///< by the plug-in, and not opened again
   std::optional<Activated> mLatest;  ///< for an open clean project, and nothing came between

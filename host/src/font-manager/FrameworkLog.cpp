@@ -106,7 +106,7 @@ void TakeJournal(Host& host) {
     host.timeline.shortenPaths(line);
     FrameworkCall taken = ParseJournalLine(std::move(line), host.timeline.tick);
     const bool isFaulty = TakeAnswers(taken.call.function);
-    if (isFaulty) host.countFailure(taken.call.function);
+    if (isFaulty) host.tellFailure(taken.call.function);
     CheckBuffers(host, taken.call);
     Event entry = host.timeline.event(EventKind::entry, Actor::framework);
     entry.text = taken.text;

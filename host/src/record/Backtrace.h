@@ -10,7 +10,7 @@
 
 namespace host {
 
-/// The signal by which the process that waits has this one tell where it hangs.
+/// The signal by which the process that waits asks this one where it hangs.
 inline constexpr int kHangSignal = SIGQUIT;
 
 /// What a process has told of its end.

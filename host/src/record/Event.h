@@ -89,9 +89,9 @@ struct FactNames {
   bool operator==(const FactNames&) const = default;
 };
 
-/// Something that happens in a session, as the process that plays it tells. Each member is also a
-/// key of the JSON file that users read. A finding gets only the head, the name and the text of its
-/// fact.
+/// Something that happens in a session, as the process that plays it tells. Each member is a key of
+/// the lines that the other process reads. Those that the judge passes on are also lines of the
+/// JSON file that users read. A finding gets only the head, the name and the text of its fact.
 struct Event : EventHead, FactNames {
   Event() = default;
   explicit Event(EventKind ofKind, EventHead head = {})

@@ -21,12 +21,11 @@ enum class Finding {
 
 /// Properties of a kind of finding.
 enum : unsigned {
-  /// It can be a known issue: it doesn't keep the session from going on, and isn't what the session
-  /// itself says.
+  /// A known issue may name it: neither what ends the session nor a fault of its script.
   kCanBeKnown = 1,
   /// A tolerant session excuses it if an error that the host has answered may be its cause.
   kExcusable = 2,
-  /// Another finding is often its cause, and stands before it.
+  /// It often follows from another finding, and so stands after the others.
   kFollows = 4,
 };
 
@@ -39,6 +38,9 @@ struct FindingKind {
   std::string_view sentence;
 
   constexpr bool has(unsigned property) const { return (properties & property) != 0; }
+  /// A misuse is shown on the timeline at once, and counts even if the session is cut short. An
+  /// `expect` names it by its kind.
+  constexpr bool isMisuse() const { return expectKey == "findings"; }
 };
 
 /// Every kind of finding, in the order of the enumeration.

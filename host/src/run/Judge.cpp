@@ -11,8 +11,7 @@
 namespace host {
 namespace {
 
-// Of one kind, besides those that are alike. A plug-in that makes a mistake makes it again and
-// again.
+// Of one kind, where those that are alike count once. A plug-in repeats its mistakes.
 constexpr ptrdiff_t kMaxFindings = 100;
 
 Event MakeEntry(EventHead head, Actor actor, std::string text) {
@@ -74,7 +73,7 @@ std::vector<Event> Judge::takeFact(Event fact) {
                       fmt::format("known issue {}: {}", kind.name, issue->reason))};
   }
   std::vector<Event> shown;
-  if (kind.expectKey == "findings") {
+  if (kind.isMisuse()) {
     shown.push_back(
         MakeEntry(fact, Actor::host, fmt::format("finds {}: {}", kind.name, FirstLine(fact.text))));
   }
@@ -82,7 +81,7 @@ std::vector<Event> Judge::takeFact(Event fact) {
   if (!kind.expectKey.empty()) {
     mPending.push_back(std::move(fact));
   } else {
-    find(std::move(fact));
+    addFinding(std::move(fact));
   }
   return shown;
 }
@@ -103,7 +102,7 @@ std::vector<Event> Judge::takeExpectation(Event expectation) {
         fmt::format("{}: {}\n{}", expectation.where, expectation.name, expectation.difference));
     // Each is a finding of its own.
     fact.detail = fact.text;
-    find(std::move(fact));
+    addFinding(std::move(fact));
   }
   return {std::move(expectation)};
 }
@@ -113,7 +112,7 @@ std::vector<std::string> Judge::takeNamed(const std::string& key,
   std::vector<std::string> found;
   std::erase_if(mPending, [&](const Event& fact) {
     if (KindOf(fact).expectKey != key) return false;
-    found.push_back(key == "findings" ? fact.name : fact.value);
+    found.push_back(KindOf(fact).isMisuse() ? fact.name : fact.value);
     return !mRules.tolerant ||
            std::find(expected.begin(), expected.end(), found.back()) != expected.end();
   });
@@ -140,13 +139,13 @@ void Judge::findNeverCame() {
   if (!mFinished || mRules.tolerant) return;
   for (const KnownIssue& each : mRules.knownIssues) {
     if (each.isOfEverySession || mNeeded.contains(&each) || !holds(each)) continue;
-    find(MakeFact({}, Finding::setup,
-                  fmt::format("the known issue {} never came", KindOf(each.finding).name)));
+    addFinding(MakeFact({}, Finding::setup,
+                        fmt::format("the known issue {} never came", KindOf(each.finding).name)));
   }
 }
 
-// A report to the user may have any error as its cause, and an error that a hook returns the same
-// error.
+// An answer of any error may be the cause of a report to the user, and that of the same error the
+// cause of one that a hook returns.
 bool Judge::isExcused(const Event& fact) const {
   if (!mRules.tolerant || !KindOf(fact).has(kExcusable) || fact.visit != mVisit) {
     return false;
@@ -154,7 +153,7 @@ bool Judge::isExcused(const Event& fact) const {
   return !fact.result || mAnswered.contains(*fact.result);
 }
 
-void Judge::find(Event fact) {
+void Judge::addFinding(Event fact) {
   if (mRules.allowed.contains(KindOf(fact).finding)) return;
   FactNames& names = fact;
   // One without names is known by what happened.
@@ -179,7 +178,7 @@ Played Judge::finish() {
   for (Event& fact : mPending) {
     // What a later step might have expected says nothing if the session was cut short. A misuse may
     // be the reason why.
-    if (mFinished || KindOf(fact).expectKey == "findings") find(std::move(fact));
+    if (mFinished || KindOf(fact).isMisuse()) addFinding(std::move(fact));
   }
   findNeverCame();
   std::stable_partition(mFound.begin(), mFound.end(),

@@ -52,7 +52,7 @@ class Judge {
   void findNeverCame();
   bool isExcused(const Event& fact) const;
   /// Makes a finding of the fact. One that is another's like counts with it.
-  void find(Event fact);
+  void addFinding(Event fact);
 
   JudgeRules mRules;
   std::set<const KnownIssue*> mNeeded;

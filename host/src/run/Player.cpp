@@ -19,7 +19,8 @@ namespace {
 
 constexpr rlim_t kMaxBytesOfAFile = rlim_t{256} * 1024 * 1024;
 
-// By which an `exit` of the host's is told from one of the plug-in's. The system makes 0 of it.
+// Tells an `exit` of the host's from one of the plug-in's. Only the lowest byte, which is 0, leaves
+// the process.
 constexpr int kHostsExit = 1 << 30;
 
 bool sPlaysASession = false;

@@ -15,13 +15,13 @@ namespace host {
 
 /// What the command line says of a run.
 struct RunOptions {
-  PluginModule module;                  ///< its path is absolute
-  int64_t timeoutSeconds = 30;          ///< for each call of the plug-in
-  size_t jobs = 1;                      ///< how many sessions are played at the same time
-  bool failFast = false;                ///< begin no session after one has failed
-  bool keep = false;                    ///< keep the session folders
-  bool strict = false;                  ///< warnings fail
-  std::set<Finding> allowed;            ///< findings that don't count
+  PluginModule module;          ///< its path is absolute
+  int64_t timeoutSeconds = 30;  ///< for each call of the plug-in, and what the host does itself
+  size_t jobs = 1;              ///< how many sessions are played at the same time
+  bool failFast = false;        ///< begin no session after one has failed
+  bool keep = false;            ///< keep the session folders
+  bool strict = false;          ///< warnings fail
+  std::set<Finding> allowed;    ///< findings that don't count
   std::vector<KnownIssue> knownIssues;  ///< of every session
 };
 

@@ -237,6 +237,11 @@ constexpr std::array kKeys{
     Key{"not supplied", false},
     Key{"findings", false},
 };
+static_assert(std::ranges::all_of(kFindingKinds, [](const FindingKind& kind) {
+  return kind.expectKey.empty() || std::ranges::any_of(kKeys, [&](const Key& key) {
+           return key.name == kind.expectKey && !key.read;
+         });
+}));
 
 const Key* FindKey(std::string_view name) {
   const auto* const key = std::ranges::find(kKeys, name, &Key::name);

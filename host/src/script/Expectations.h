@@ -6,9 +6,8 @@
 
 namespace host {
 
-/// Reads the value of an `expect` step. Returns the step's action: it adds the expectations that
-/// are met to the timeline and reports each other one. `part` reads those that aren't about the
-/// host.
+/// Reads the value of an `expect` step. Returns the step's action, which adds each expectation to
+/// the timeline, met or not. `part` reads those that aren't about the host.
 Action ReadExpectations(const YamlValue& value, const SessionPart& part);
 
 /// Fails if the key of the value is one of `expect`, which its indentation may have kept it from.

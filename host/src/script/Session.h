@@ -43,7 +43,7 @@ struct Session : SessionInfo {
   std::vector<Action> preparations;  ///< before the first step
   std::vector<Step> steps;           ///< with the first start and the last quit
   std::vector<Action> settling;      ///< of a tolerant session, before the host quits
-  bool settles = true;               ///< if it is tolerant
+  bool settles = true;               ///< a tolerant session plays them
   std::vector<Action> finalChecks;   ///< after the last call of the plug-in
   std::string text;                  ///< of a file that has only this session, for a sweep
 };

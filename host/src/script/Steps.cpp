@@ -65,7 +65,7 @@ Action ReadQuit(const YamlValue& value, StepDraft& draft) {
 Action ReadTick(const YamlValue& value, StepDraft& /*draft*/) {
   int64_t count = 1;
   int64_t seconds = 0;
-  int64_t ticks = 1;  // after which the clock moves
+  int64_t ticks = 1;  // for each move of the clock by `seconds`
   const auto readTicks = [&](const YamlValue& number) {
     ticks = number.integer(1, kMaxCount);
     seconds = 1;

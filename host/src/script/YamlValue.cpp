@@ -225,9 +225,15 @@ std::string YamlValue::checkedPath(const std::string& text) const {
   const std::filesystem::path path(text);
   const bool leaves = std::ranges::find(path, "..") != path.end();
   if (path.empty() || path.is_absolute() || leaves) fail("has to stay in the session folder");
-  static constexpr std::array<std::string_view, 8> kReserved{
-      "active-fonts", "framework-answers", "framework-state", "journal",
-      "vault",        ".stdout",           ".stderr",         "Tamberlink.framework"};
+  static constexpr std::array<std::string_view, 9> kReserved{"active-fonts",
+                                                             "framework-answers",
+                                                             "framework-state",
+                                                             "journal",
+                                                             "vault",
+                                                             ".stdout",
+                                                             ".stderr",
+                                                             ".crash",
+                                                             "Tamberlink.framework"};
   if (std::ranges::find(kReserved, path.begin()->string()) != kReserved.end()) {
     fail(fmt::format("'{}' is a name of the session folder's own", text));
   }
