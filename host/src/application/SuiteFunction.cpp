@@ -17,9 +17,13 @@ void SuiteCall::begin() {
   for (size_t i = 0; i < mRunning.count; ++i) {
     const RunningCall::Value& value = mRunning.arguments[i];
     const auto* const text = std::get_if<const char*>(&value);
-    append(i > 0 ? ", " : "");
-    append(text && *text ? "\"" : "");
-    append(text && *text ? EscapeControls(*text) + "\"" : TextOf(value));
+    if (i > 0) append(", ");
+    if (text && *text) {
+      append("\"");
+      append(EscapeControls(*text) + "\"");
+    } else {
+      append(TextOf(value));
+    }
   }
   append(")");
 }
