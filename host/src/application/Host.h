@@ -52,7 +52,7 @@ struct HostSettings {
   Preferences preferences;
   bool showsCalls = false;  ///< on the timeline: each call of a suite function, with its result
   bool tolerant = false;    ///< the session goes on where a step can't be played
-  bool isTrial = false;     ///< even so, a call that is to go wrong by its number has to come
+  bool isTrial = false;     ///< even if tolerant, a call that a fault numbers has to come
 };
 
 /// Returns whether the host has the window class.
@@ -191,8 +191,8 @@ class Host {
   /// Counts a call of a function that can fail. Returns the error that the session wants from it,
   /// or 0.
   A_Err takeFault(std::string_view function);
-  /// Tells that a call fails because the session wants it, if `takeFault` doesn't know of it: one
-  /// of the framework, or of a suite that is refused.
+  /// Tells that a call fails because the session wants it. `takeFault` does so by itself: this is
+  /// for calls of the framework and for suites that are refused.
   void tellFailure(std::string_view function);
   /// Tells that a function of the host answers an error to the plug-in.
   void tellAnswer(A_Err error);

@@ -119,7 +119,7 @@ class SuiteFunction {
   template <typename Result, typename... Arguments>
   operator Pointer<Result, Arguments...>() const {
     static_assert(sizeof...(Arguments) == sizeof...(names));
-    // So that it exists, and names the function before `main` begins.
+    // Its use makes it exist, so that the function is listed before `main` begins.
     (void)isKnown;
     return &call<Result, Arguments...>;
   }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <vector>
 
 #include "SuiteFunction.h"
 
@@ -61,8 +60,8 @@ SPErr AcquireSuite(Host& host, A_Err fault, const char* name, int32 version, con
     return A_Err_NONE;
   }
   *suite = nullptr;
-  // Code that the host's makers give away throws this for any suite that it doesn't get, and then
-  // it is what a hook returns.
+  // The host's makers give away code that throws this error for any suite that it doesn't get. A
+  // hook may return it then.
   host.tellAnswer(PF_Err_BAD_CALLBACK_PARAM);
   if (!found) {
     NoteMissing(host, name, version);

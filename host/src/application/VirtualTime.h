@@ -16,10 +16,11 @@ inline constexpr int64_t kSessionStart = 1'700'000'000;
 int64_t VirtualNow();
 /// Moves the time on for all threads.
 void AdvanceVirtualTime(int64_t seconds);
-/// Returns what `WatchFileDates` takes in processes that this one forks from now on: an instance of
-/// inotify, or a negative number. It has to be given back when such a process has ended, and is
-/// used again, because its end takes the kernel longer than a session takes.
+/// Returns the instance of inotify that `WatchFileDates` uses in the next process that this one
+/// forks, or a negative number if the kernel has none.
 int TakeWatch();
+/// Gives the instance back when that process has ended. A later process uses it again: closing one
+/// takes the kernel 5 to 15 ms, as long as a session.
 void GiveBackWatch(int watch);
 /// Gives each file in the folder, and in all folders in it, the virtual time as its date when it is
 /// written, because the kernel gives it the real one. A date that was set stays.

@@ -2,7 +2,6 @@
 
 #include <yaml-cpp/yaml.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>

@@ -144,8 +144,8 @@ void Judge::findNeverCame() {
   }
 }
 
-// An answer of any error may be the cause of a report to the user, and that of the same error the
-// cause of one that a hook returns.
+// Any error that the host has answered may cause a report to the user. An error that a hook returns
+// has to be one that was answered.
 bool Judge::isExcused(const Event& fact) const {
   if (!mRules.tolerant || !KindOf(fact).has(kExcusable) || fact.visit != mVisit) {
     return false;

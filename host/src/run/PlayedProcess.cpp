@@ -218,7 +218,7 @@ void PlayedProcess::addEnd(Finding finding, std::string what, const std::string&
   const std::string place = "in " + mFlight->inWhat();
   Event fact(EventKind::fact, headAtEnd());
   fact.name = KindOf(finding).name;
-  // Of the host itself, the text says enough, but for a crash.
+  // A text about the host itself says where it was, except that of a crash.
   if (inAnotherThread || *mFlight->hook || finding == Finding::crash) {
     what += " " + (inAnotherThread ? "in another thread" : place);
   }

@@ -131,7 +131,7 @@ Session ReadSession(YamlFile& yaml, std::string name, const std::string& file,
       {"steps", readSteps, true}};
   for (KeyReader& reader : part.addTo(session)) readers.push_back(std::move(reader));
   root.readKeys(readers, [&](const YamlValue& value) { RefuseExpectation(value, part); });
-  // Then there may be a variable that holds itself.
+  // Resolving goes on without end if a variable holds itself, which is a fault.
   yaml.throwFaults();
   session.stepCount = session.steps.size();
   YAML::Node text;
